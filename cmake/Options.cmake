@@ -1,0 +1,34 @@
+# Every option of the build, in one place.
+#
+#   cmake -S . -B build -DKESTRAN_LOG=ON
+#
+# CMakePresets.json names the combinations in daily use.
+
+# Without a wish for another one, the build is the optimised one.
+if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
+    set(CMAKE_BUILD_TYPE Release CACHE STRING "Debug, Release, RelWithDebInfo" FORCE)
+endif()
+
+option(KESTRAN_TESTS "Build the tests; needs GoogleTest" OFF)
+option(KESTRAN_BENCHMARKS "Build the benchmarks; needs Google Benchmark" OFF)
+option(KESTRAN_LOG "Write the log to standard error; for reading along, not for play" OFF)
+option(KESTRAN_CHECK_POSITIONS "Check the whole position after every move; slow" OFF)
+option(KESTRAN_WERROR "Treat warnings as errors" OFF)
+set(KESTRAN_SANITIZE "" CACHE STRING "Sanitizers to build with, such as address,undefined")
+
+# What the options mean for every target.
+add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+if(KESTRAN_WERROR)
+    add_compile_options(-Werror)
+endif()
+if(KESTRAN_LOG)
+    add_compile_definitions(KESTRAN_LOG)
+endif()
+if(KESTRAN_CHECK_POSITIONS)
+    add_compile_definitions(KESTRAN_CHECK_POSITIONS)
+endif()
+if(KESTRAN_SANITIZE)
+    add_compile_options(-fsanitize=${KESTRAN_SANITIZE} -fno-sanitize-recover=all
+                        -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=${KESTRAN_SANITIZE})
+endif()

@@ -1,0 +1,43 @@
+// The tunable values of the engine.
+#pragma once
+
+#include <atomic>
+#include <iosfwd>
+#include <memory>
+#include <string>
+
+// One record, made at process start, lives to its end and is shared by pointer.
+// Only hashTableSize changes afterwards.
+class EngineConfig {
+public:
+    static constexpr int DEFAULT_HASH_TABLE_SIZE = 8388608; // table entries
+    static constexpr int DEFAULT_TREE_MAX_DEPTH = 3;        // plies
+    static constexpr int QUI_DEFAULT_MAX_DEPTH = 15;        // plies
+    static constexpr int DEFAULT_DELTA_WINDOW = 2000;       // thousandths of a pawn
+    static constexpr int HASH_MIN = 0;                      // mebibytes
+    static constexpr int HASH_MAX = 512;                    // mebibytes
+
+    // The record of the engine that plays; its values go to the log.
+    static std::unique_ptr<EngineConfig> getProdConfig();
+
+    // Sends the text of print() to the log as one message.
+    void log() const;
+    // Writes the values as five lines of text, each understood by readLine().
+    void print(std::ostream& stream) const;
+    // Takes back one line of print(). A line with no known key changes nothing.
+    void readLine(const std::string& line);
+
+    // Depth in plies of a search that is given neither time nor depth.
+    int treeMaxDepth = DEFAULT_TREE_MAX_DEPTH;
+    // Most plies of quiescence below the tree; 0 switches that search off.
+    int quiscenceMaxDepth = QUI_DEFAULT_MAX_DEPTH;
+    // Margin of the delta rule, in thousandths of a pawn.
+    int quiscenceDeltaWindow = DEFAULT_DELTA_WINDOW;
+    // Whether the tree search reads and writes the transposition table.
+    bool useTable = true;
+    // Whether the quiescence search tries to stand pat at its entry.
+    bool _new_feature_quiscence_optimization = true;
+    // Entries of the transposition table, 0 for none. The command loop writes it
+    // at any time; the table follows when the next search starts.
+    std::atomic<int> hashTableSize = DEFAULT_HASH_TABLE_SIZE;
+};

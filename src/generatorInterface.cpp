@@ -1,0 +1,3 @@
+#include "generatorInterface.h"
+
+GeneratorInterface::~GeneratorInterface() = default;
