@@ -160,11 +160,17 @@ void Ida::prepareSearch(Milliseconds milliseconds) {
 }
 
 void Ida::report(const Variant& variant, int actualDepth, Milliseconds clockStart) {
-    if (infoListener != nullptr) {
-        infoListener->onInfo(
-            InfoStruct(variant, actualDepth, config->quiscenceMaxDepth + actualDepth,
-                       generator.getSearchedAllNodes(), clockMilliseconds() - clockStart));
+    if (infoListener == nullptr) {
+        return;
     }
+    const Milliseconds elapsed = clockMilliseconds() - clockStart;
+    const std::int64_t nodes = generator.getSearchedAllNodes();
+    infoListener->onInfo({.nodesSearched = nodes,
+                          .nodesPerSec = nodesPerSecond(nodes, elapsed),
+                          .depth = actualDepth,
+                          .selDepth = config->quiscenceMaxDepth + actualDepth,
+                          .pv = variant,
+                          .time = elapsed});
 }
 
 void Ida::setNewLine(const Variant& variant) {

@@ -1,7 +1,10 @@
 #include "platform.h"
 
 #include <chrono>
+#include <csignal>
+#include <poll.h>
 #include <thread>
+#include <unistd.h>
 
 Milliseconds clockMilliseconds() {
     const auto sinceEpoch = std::chrono::steady_clock::now().time_since_epoch();
@@ -19,4 +22,19 @@ bool createThread(pthread_t& handle, ThreadEntry entry, void* argument) {
 
 void joinThread(pthread_t handle) {
     pthread_join(handle, nullptr);
+}
+
+void prepareSignals() {
+    std::signal(SIGTERM, [](int) { endProcess(); });
+    std::signal(SIGPIPE, SIG_IGN);
+}
+
+bool isStandardOutputLost() {
+    // Errors are told without being asked for.
+    pollfd output = {STDOUT_FILENO, 0, 0};
+    return poll(&output, 1, 0) > 0 && (output.revents & (POLLERR | POLLNVAL)) != 0;
+}
+
+void endProcess() {
+    _exit(0);
 }

@@ -1,5 +1,6 @@
 // Everything that depends on the operating system beyond the standard library:
-// the clock, the sleep of the polling loop and the creation of a thread.
+// the clock, the sleep of the polling loop, the creation of a thread, and the ways in
+// which a process is told that nobody wants it any more.
 #pragma once
 
 #include <cstdint>
@@ -23,3 +24,14 @@ bool createThread(pthread_t& handle, ThreadEntry entry, void* argument);
 
 // Waits for the end of a thread that createThread() started. Once per handle.
 void joinThread(pthread_t handle);
+
+// From now on a request to terminate ends the process at once and cleanly, and writing
+// to a reader that has gone away is an error like any other.
+void prepareSignals();
+
+// Whether the reader of standard output has gone away.
+bool isStandardOutputLost();
+
+// Ends the process at once with status 0, whatever its threads are doing. Nothing is
+// lost by it: every line is flushed as it is sent, and no state is kept on disk.
+[[noreturn]] void endProcess();

@@ -9,16 +9,17 @@
 
 // One progress report, made at the end of a pass.
 struct InfoStruct {
-    InfoStruct(const Variant& pv, int depth, int selDepth, std::int64_t nodesSearched,
-               Milliseconds time);
-
     std::int64_t nodesSearched; // since the search began
-    std::int64_t nodesPerSec;   // an elapsed time of 0 counts as 1 millisecond
+    std::int64_t nodesPerSec;   // see nodesPerSecond()
     int depth;                  // of the pass
     int selDepth;               // the most plies that quiescence can reach: a bound
     Variant pv;                 // the line found, with its score
     Milliseconds time;          // since the search began
 };
+
+// The rate of a search, cut to a whole number. An elapsed time of 0 counts as 1
+// millisecond.
+std::int64_t nodesPerSecond(std::int64_t nodes, Milliseconds elapsed);
 
 // Receives the reports of a search, on the search thread.
 class InfoListenerInterface {

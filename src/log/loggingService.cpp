@@ -10,8 +10,8 @@ void LoggerService::addStandard() {
     }
 }
 
-void LoggerService::addLoggerImpl(std::unique_ptr<Logger> logger) {
-    loggerImpls.push_back(std::move(logger));
+void LoggerService::addLoggerImpl(std::unique_ptr<Logger> sink) {
+    loggerImpls.push_back(std::move(sink));
 }
 
 void LoggerService::error(const std::string& message) {

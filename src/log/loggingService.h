@@ -37,7 +37,7 @@ public:
     // Registers a StandardLogger, unless there is a sink already.
     void addStandard();
     // Appends a sink, which the service owns from now on.
-    void addLoggerImpl(std::unique_ptr<Logger> logger);
+    void addLoggerImpl(std::unique_ptr<Logger> sink);
     std::size_t getSinkCount() const { return loggerImpls.size(); }
 
     void error(const std::string& message) override;

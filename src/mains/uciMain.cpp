@@ -2,12 +2,14 @@
 
 #include "engineParameters.h"
 #include "log/loggingService.h"
+#include "platform.h"
 #include "uci/uciEngine.h"
 
 #include <ios>
 #include <memory>
 
 int main() {
+    prepareSignals();
     std::ios::sync_with_stdio(false);
     logger.addStandard();
     const std::unique_ptr<EngineConfig> config = EngineConfig::getProdConfig();

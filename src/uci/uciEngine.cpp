@@ -211,11 +211,14 @@ bool UciEngine::handleLine(const std::string& line) {
     return true;
 }
 
-// One call writes a whole line, so that lines of different threads never mix.
+// One call writes a whole line, so that lines of different threads never mix. When
+// nobody reads any more, there is nothing left to do.
 void UciEngine::send(const std::string& str) {
     const std::string line = str + '\n';
     std::fwrite(line.data(), 1, line.size(), stdout);
-    std::fflush(stdout);
+    if (std::fflush(stdout) != 0) {
+        endProcess();
+    }
     if constexpr (LOG_ENABLED) {
         logger.info("---> " + line);
     }
@@ -418,6 +421,9 @@ void UciEngine::onInfo(const InfoStruct& info) {
 }
 
 bool UciEngine::checkForStop() {
+    if (isStandardOutputLost()) {
+        endProcess();
+    }
     const bool localStop = stop.exchange(false);
     return localStop || quitting || (inputEnded && infinite);
 }
