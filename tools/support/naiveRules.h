@@ -28,6 +28,33 @@ public:
     std::string getIdentity() const;
 
 private:
+    struct Step {
+        int from;
+        int to;
+        char promotion; // a small letter, or 0
+    };
+
+    bool isOwn(int square) const;   // a piece of the side to move stands there
+    bool isEnemy(int square) const; // a piece of the other side stands there
+    bool isFree(int square) const;
+    // Whether all fields strictly between two on a line are free.
+    bool isPathFree(int from, int to) const;
+    // Whether the piece on `from` attacks `to`, whatever stands there.
+    bool attacks(int from, int to) const;
+    bool isAttackedByEnemy(int square) const;
+
+    void addPawnSteps(std::vector<Step>& steps, int from, int to) const;
+    void addPushes(std::vector<Step>& steps, int from) const;
+    void addCastlings(std::vector<Step>& steps) const;
+    // The steps of the side to move, some of which may leave its king attacked.
+    std::vector<Step> getSteps() const;
+    std::vector<Step> getLegalSteps() const;
+    void loseCastling(int square);
+    void make(const Step& step);
+    bool isEnPassantUsable() const;
+
+    static std::string toText(const Step& step);
+
     // FEN letters by row * 8 + file, '.' for an empty square.
     std::array<char, 64> squares;
     bool whiteToMove;
