@@ -87,6 +87,7 @@ TreeGenerator::TreeGenerator(EngineConfig* _config)
     : actualMoveDepth(_config->treeMaxDepth), hashTable(_config->hashTableSize),
       repetitionTable(REPETITION_TABLE_DEFAULT_SIZE), config(_config),
       book(PolyglotBook::getStandard()) {
+    usedSlots.reserve(MAX_USED_SLOTS);
     clearKillersTable();
     setDefaultFirstAlfaBeta();
 }
@@ -384,6 +385,9 @@ void TreeGenerator::addTableEntry(const Position& position, const Move* firstVar
         return;
     }
     GenericEntry& entry = hashTable.getEntry(position.hash);
+    if (entry.state == FREE) {
+        noteUsedSlot(entry);
+    }
     entry.state = stateOf(evaluation, alfa, beta);
     entry.maxVariantDepth = static_cast<std::int8_t>(maxVariantDepth);
     entry.evaluation = evaluation;
@@ -406,10 +410,23 @@ bool TreeGenerator::useTableEntry(const Position& position, int maxVariantDepth,
     return true;
 }
 
-void TreeGenerator::clearTable() {
-    for (int i = 0; i < hashTable.getSize(); ++i) {
-        hashTable.getEntry(i).state = FREE;
+void TreeGenerator::noteUsedSlot(const GenericEntry& entry) {
+    if (usedSlots.size() < MAX_USED_SLOTS) {
+        usedSlots.push_back(static_cast<int>(&entry - &hashTable.getEntry(0)));
     }
+}
+
+void TreeGenerator::clearTable() {
+    if (usedSlots.size() < MAX_USED_SLOTS) {
+        for (const int slot : usedSlots) {
+            hashTable.getEntry(slot).state = FREE;
+        }
+    } else {
+        for (int i = 0; i < hashTable.getSize(); ++i) {
+            hashTable.getEntry(i).state = FREE;
+        }
+    }
+    usedSlots.clear();
 }
 
 void TreeGenerator::applyChanges() {
@@ -419,6 +436,7 @@ void TreeGenerator::applyChanges() {
     }
     logger.info("resizing hash table");
     hashTable.resize(wanted);
+    usedSlots.clear();
     // Unless the option has changed meanwhile, tell that there was no memory.
     if (hashTable.getSize() != wanted) {
         config->hashTableSize.compare_exchange_strong(wanted, 0);

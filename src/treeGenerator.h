@@ -33,6 +33,7 @@ public:
     static constexpr int KILLER_PLIES = MAX_VARIANT_MOVES;     // rows of `killers`
     static constexpr int KILLERS_PER_PLY = 128 * 128;          // by origin and target
     static constexpr int KILLERS_SIZE = KILLER_PLIES * KILLERS_PER_PLY;
+    static constexpr std::size_t MAX_USED_SLOTS = 1 << 20; // that the search remembers
     // Milliseconds past the budget at which the driver gives up.
     static constexpr int SAFE_BEFORE_TIMEOUT = 5;
 
@@ -152,8 +153,12 @@ private:
     bool isTimeUpAfterCounting();
     std::int16_t getBestMoveHint(const Position& position);
     int getDrawer(const Move& move, int depth) const;
+    void noteUsedSlot(const GenericEntry& entry);
 
     HashTable<GenericEntry> hashTable;
+    // Slots of the table that are not FREE, so that a short search need not walk the
+    // whole table. A full list stands for slots anywhere.
+    std::vector<int> usedSlots;
     HashTable<RepetitionEntry> repetitionTable; // positions of the game and the path
     EngineConfig* config;                       // not owned
     PolyglotBook book;
