@@ -1,4 +1,4 @@
-// An engine as a chess program sees it: a child process behind two pipes.
+// An engine as a chess program sees it: a child process behind three pipes.
 #pragma once
 
 #include <chrono>
@@ -7,6 +7,9 @@
 #include <sys/types.h>
 #include <vector>
 
+// While such an object lives, and ever after, this process ignores SIGPIPE: an engine
+// that has gone is told by the result of send(). The engine itself starts with every
+// signal at its default and none blocked.
 class UciProcess {
 public:
     using Timeout = std::chrono::milliseconds;
@@ -24,7 +27,9 @@ public:
     // Kills the process if it still runs, and waits for it.
     ~UciProcess();
 
-    // Writes a line, or raw bytes, to the engine. False if it no longer reads.
+    // Writes a line, or raw bytes, to the engine; what it writes meanwhile is kept, so
+    // that neither waits for the other. False if it no longer reads, or has not for ten
+    // seconds.
     bool send(const std::string& line);
     bool sendRaw(const std::string& bytes);
     // The end of the engine's input.
@@ -33,27 +38,34 @@ public:
     void closeOutput();
 
     // The next line of standard output without its line end, or nothing if none comes
-    // in time or the output has ended.
+    // in time or the output has ended. What stands behind the last line end counts as
+    // a line once the output has ended.
     std::optional<std::string> readLine(Timeout timeout);
     // Lines up to and including the first that begins with `prefix`, or all that came
     // in time.
     std::vector<std::string> readUntil(const std::string& prefix, Timeout timeout);
-    // All that the engine has written to standard error so far.
-    std::string readErrors();
+    // All that the engine has written to standard error since it was started.
+    const std::string& readErrors();
 
     // How the process ends, or nothing if it does not in time.
     std::optional<End> waitForEnd(Timeout timeout);
     void sendSignal(int signal);
     pid_t getPid() const { return pid; }
-    // Memory in use, in KiB, and processor time used so far, in milliseconds.
+    // Memory in use, in KiB, and processor time used so far, in milliseconds. 0 for a
+    // process that has ended.
     long getResidentKib() const;
     long getProcessorMillis() const;
 
 private:
+    // Waits until there is output to take, or room to write if that is wanted; keeps
+    // all output that is there. Whether there is room to write.
+    bool pump(Timeout timeout, bool wantRoom = false);
+
     pid_t pid = -1;
-    int input = -1;      // written by us
+    int input = -1;      // written by us; -1 when closed, as the next two
     int output = -1;     // read by us
     int errors = -1;     // read by us
     std::string pending; // bytes of output that no line has been made of yet
+    std::string errorText;
     std::optional<End> end;
 };
