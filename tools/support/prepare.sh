@@ -1,0 +1,55 @@
+# shellcheck shell=bash
+# Sourced by ./run, ./test and .ci/run: looks for the programs and libraries that a step
+# needs and installs what is missing. Speaks on standard error, reads no standard input.
+
+missing=()
+
+# need PACKAGE PROBE...: the package is missing if none of the probes is there. A probe is
+# a program or, if it begins with a slash, a file.
+need() {
+    local package=$1 probe
+    shift
+    for probe in "$@"; do
+        case $probe in
+        /*) [[ -e $probe ]] && return ;;
+        *) command -v "$probe" > /dev/null && return ;;
+        esac
+    done
+    missing+=("$package")
+}
+
+# Runs a command and keeps what it says to itself, unless it fails.
+quietly() {
+    local log status=0
+    log=$(mktemp)
+    "$@" < /dev/null > "$log" 2>&1 || status=$?
+    ((status == 0)) || cat "$log" >&2
+    rm -f "$log"
+    return "$status"
+}
+
+# Installs the packages that need() has found missing.
+installMissing() {
+    ((${#missing[@]})) || return 0
+    local asRoot=(env DEBIAN_FRONTEND=noninteractive)
+    if ((EUID != 0)); then
+        asRoot=(sudo "${asRoot[@]}")
+    fi
+    if ! command -v apt-get > /dev/null || ! command -v "${asRoot[0]}" > /dev/null; then
+        echo "Please install these packages first: ${missing[*]}" >&2
+        return 1
+    fi
+    echo "Installing ${missing[*]} ..." >&2
+    # The lists of a fresh system are empty, those of an old one out of date.
+    quietly "${asRoot[@]}" apt-get -q update
+    quietly "${asRoot[@]}" apt-get -q -y install --no-install-recommends "${missing[@]}"
+    missing=()
+}
+
+# A build folder remembers where its sources were; forgets it if the project has moved.
+dropForeignBuild() {
+    local cache=$1/CMakeCache.txt
+    if [[ -e $cache ]] && ! grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$PWD" "$cache"; then
+        rm -rf "$1"
+    fi
+}
