@@ -25,7 +25,8 @@ struct Variant {
     int evaluation = 0; // score for the side to move where the line starts
     std::array<VariantMove, MAX_VARIANT_MOVES> variantMoves; // unset from varLength on
 
-    Variant() {} // leaves the moves unset: a line is made at every node
+    // Leaves the moves unset, as a line is made at every node; `= default` would zero them.
+    Variant() {} // NOLINT(modernize-use-equals-default)
 
     // The i-th move in the order of play; 0 is the one to play. Requires i below
     // varLength.

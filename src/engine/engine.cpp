@@ -124,7 +124,7 @@ Variant Engine::search(const Game& searchedGame, Milliseconds milliseconds, bool
         return {};
     }
     threadId = handle;
-    data.release();
+    static_cast<void>(data.release()); // the thread's, from here on
 
     waitForEnd(milliseconds, infinite, clockStart);
     idaVariant.signalReady(searchNumber);
