@@ -23,11 +23,14 @@ bool isGood(IdaNS::GeneratingResult result) {
 
 } // namespace
 
-void Ida::generateTree(Position& position, Variant& variant) {
+template <class Observer>
+void BasicIda<Observer>::generateTree(Position& position, Variant& variant) {
     generateTree(position, variant, config->treeMaxDepth);
 }
 
-void Ida::generateTree(Position& position, Variant& variant, int depth, bool infinite) {
+template <class Observer>
+void BasicIda<Observer>::generateTree(Position& position, Variant& variant, int depth,
+                                      bool infinite) {
     const Milliseconds clockStart = clockMilliseconds();
     generator.setIdaVariant(nullptr); // an older search's flag may still be up
     prepareSearch(-1);
@@ -46,8 +49,9 @@ void Ida::generateTree(Position& position, Variant& variant, int depth, bool inf
     }
 }
 
-void Ida::generateTree(Position& position, Milliseconds milliseconds, int threadId,
-                       IdaVariant* idaVariant) {
+template <class Observer>
+void BasicIda<Observer>::generateTree(Position& position, Milliseconds milliseconds, int threadId,
+                                      IdaVariant* idaVariant) {
     const bool infinite = milliseconds == INFINITE_MILLISECONDS;
     PolyglotBook::resetRand();
     generator.setIdaVariant(idaVariant);
@@ -89,11 +93,20 @@ void Ida::generateTree(Position& position, Milliseconds milliseconds, int thread
     idaVariant->signalReady(threadId);
 }
 
-IdaNS::GeneratingResult Ida::generateTreeIdaOneLoop(Position& position, Variant& variant,
-                                                    int actualDepth, bool infinite) {
+template <class Observer>
+IdaNS::GeneratingResult BasicIda<Observer>::generateTreeIdaOneLoop(Position& position,
+                                                                   Variant& variant,
+                                                                   int actualDepth, bool infinite) {
     generator.actualMoveDepth = actualDepth;
     generator.generateTree(position, variant, infinite);
+    const IdaNS::GeneratingResult result = judgePass(variant);
+    generator.getObserver().explainEndTreePass(result);
+    return result;
+}
 
+// The outcome of a pass that ended with `variant`; sets the window of the next pass.
+template <class Observer>
+IdaNS::GeneratingResult BasicIda<Observer>::judgePass(const Variant& variant) {
     if (isBottomMateLimit(variant.evaluation) || isUpperMateLimit(variant.evaluation)) {
         logger.debug("upper / bottom mate limit reached, returning evaluation");
         return IdaNS::OK_FINISH;
@@ -125,8 +138,10 @@ IdaNS::GeneratingResult Ida::generateTreeIdaOneLoop(Position& position, Variant&
     return IdaNS::OK;
 }
 
-bool Ida::timeUp(Milliseconds totalMilliseconds, double& lastDuration, Milliseconds& lastCheck,
-                 Milliseconds clockStart, IdaNS::GeneratingResult result, IdaVariant* idaVariant) {
+template <class Observer>
+bool BasicIda<Observer>::timeUp(Milliseconds totalMilliseconds, double& lastDuration,
+                                Milliseconds& lastCheck, Milliseconds clockStart,
+                                IdaNS::GeneratingResult result, IdaVariant* idaVariant) {
     if (idaVariant->isReady()) {
         logger.info("Ida variant ready from ida");
         return true;
@@ -134,7 +149,7 @@ bool Ida::timeUp(Milliseconds totalMilliseconds, double& lastDuration, Milliseco
     const Milliseconds now = clockMilliseconds();
     const auto actualMilliseconds = static_cast<double>(now - clockStart);
     const auto total = static_cast<double>(totalMilliseconds);
-    if (actualMilliseconds >= total + TreeGenerator::SAFE_BEFORE_TIMEOUT) {
+    if (actualMilliseconds >= total + BasicTreeGenerator<Observer>::SAFE_BEFORE_TIMEOUT) {
         return true;
     }
     if (!isGood(result)) {
@@ -151,7 +166,7 @@ bool Ida::timeUp(Milliseconds totalMilliseconds, double& lastDuration, Milliseco
 }
 
 // Empties what the passes of one search share.
-void Ida::prepareSearch(Milliseconds milliseconds) {
+template <class Observer> void BasicIda<Observer>::prepareSearch(Milliseconds milliseconds) {
     generator.resetSearchedNodes();
     generator.setTimer(milliseconds);
     generator.clearTable();
@@ -159,7 +174,8 @@ void Ida::prepareSearch(Milliseconds milliseconds) {
     generator.setDefaultFirstAlfaBeta();
 }
 
-void Ida::report(const Variant& variant, int actualDepth, Milliseconds clockStart) {
+template <class Observer>
+void BasicIda<Observer>::report(const Variant& variant, int actualDepth, Milliseconds clockStart) {
     if (infoListener == nullptr) {
         return;
     }
@@ -173,9 +189,12 @@ void Ida::report(const Variant& variant, int actualDepth, Milliseconds clockStar
                           .time = elapsed});
 }
 
-void Ida::setNewLine(const Variant& variant) {
+template <class Observer> void BasicIda<Observer>::setNewLine(const Variant& variant) {
     generator.mainLineToCheck.clear();
     std::copy_if(variant.variantMoves.begin(), variant.variantMoves.begin() + variant.varLength,
                  std::back_inserter(generator.mainLineToCheck),
                  [](const VariantMove& move) { return !move.isQuiscence; });
 }
+
+template class BasicIda<NoObserver>;
+template class BasicIda<ObservedBy>;

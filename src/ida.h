@@ -12,7 +12,7 @@ class InfoListenerInterface;
 namespace IdaNS {
 
 // The outcome of one pass.
-enum GeneratingResult {
+enum GeneratingResult : int {
     FAILLOW = 0,   // the score is at or below firstAlpha: to be repeated
     FAILHIGH = 1,  // the score is at or above firstBeta: to be repeated
     OK = 2,        // the score lies inside the window: deepening goes on
@@ -21,7 +21,8 @@ enum GeneratingResult {
 
 } // namespace IdaNS
 
-class Ida final : public GeneratorInterface {
+// `Observer` is told of every move and pass; see searchObserver.h.
+template <class Observer> class BasicIda final : public GeneratorInterface {
 public:
     // Half the width of the window around the score of a good pass: a little over
     // half a pawn, in thousandths.
@@ -32,7 +33,7 @@ public:
     static constexpr Milliseconds INFINITE_MILLISECONDS = 2147483647;
 
     // `_config` is shared and must outlive the object.
-    explicit Ida(EngineConfig* _config) : generator(_config), config(_config) {}
+    explicit BasicIda(EngineConfig* _config) : generator(_config), config(_config) {}
 
     // The depth search, on the calling thread, to `depth` plies but no deeper than
     // MAX_PASSES; without a depth, to the configured one. `variant` gets the line. An
@@ -61,14 +62,22 @@ public:
     void applyChanges() { generator.applyChanges(); }
     void setInfoListener(InfoListenerInterface* listener) { infoListener = listener; }
     HashTable<RepetitionEntry>& getRepetitionTable() { return generator.getRepetitionTable(); }
-    TreeGenerator& getTreeGenerator() { return generator; }
+    BasicTreeGenerator<Observer>& getTreeGenerator() { return generator; }
 
 private:
+    IdaNS::GeneratingResult judgePass(const Variant& variant);
     void prepareSearch(Milliseconds milliseconds);
     void report(const Variant& variant, int actualDepth, Milliseconds clockStart);
     void setNewLine(const Variant& variant);
 
-    TreeGenerator generator;
+    BasicTreeGenerator<Observer> generator;
     EngineConfig* config;                          // not owned
     InfoListenerInterface* infoListener = nullptr; // not owned
 };
+
+// The search that plays, and the same search under somebody's eyes.
+using Ida = BasicIda<NoObserver>;
+using WatchedIda = BasicIda<ObservedBy>;
+
+extern template class BasicIda<NoObserver>;
+extern template class BasicIda<ObservedBy>;

@@ -19,14 +19,18 @@ bool isMoveInteresting(Position& targetPosition, const Move& moveToTarget) {
            isInCheck(targetPosition);
 }
 
-void TreeGenerator::quiscenceSearch(Position& position, int alfa, int beta, Variant& variant) {
+template <class Observer>
+void BasicTreeGenerator<Observer>::quiscenceSearch(Position& position, int alfa, int beta,
+                                                   Variant& variant) {
     clearTable();
     // No pass of the tree has opened a run for the counters.
     testStatistics.newRun();
     quiscenceSearchInner(position, alfa, beta, variant);
 }
 
-void TreeGenerator::quiscenceSearchInner(Position& position, int alfa, int beta, Variant& variant) {
+template <class Observer>
+void BasicTreeGenerator<Observer>::quiscenceSearchInner(Position& position, int alfa, int beta,
+                                                        Variant& variant) {
     if (config->quiscenceMaxDepth == 0) {
         // The bounds go in as they are, although they belong to the other side.
         variant.evaluation = -totalEval(position, alfa, beta);
@@ -47,8 +51,9 @@ void TreeGenerator::quiscenceSearchInner(Position& position, int alfa, int beta,
     quiscenceSearchRek(position, variant, alfa, beta, 0);
 }
 
-void TreeGenerator::quiscenceSearchRek(Position& position, Variant& variant, int alfa, int beta,
-                                       int depth) {
+template <class Observer>
+void BasicTreeGenerator<Observer>::quiscenceSearchRek(Position& position, Variant& variant,
+                                                      int alfa, int beta, int depth) {
     if (position.halfMoveClock >= MAX_HALF_MOVE_CLOCK) {
         variant.clear(DRAW_EVALUATION);
         return;
@@ -71,6 +76,7 @@ void TreeGenerator::quiscenceSearchRek(Position& position, Variant& variant, int
         if (!doMove(position, m, context)) {
             continue;
         }
+        observer.doMove(m);
 
         // An abandoned pass leaves its moves on the board, here and in every frame above.
         if (isTimeUpAfterCounting()) {
@@ -81,7 +87,7 @@ void TreeGenerator::quiscenceSearchRek(Position& position, Variant& variant, int
         statsIncrement(TestStatistics::Q_SEARCH, depth, 1);
         ++numberOfLegalMoves;
 
-        const int score =
+        localVariant.evaluation =
             scoreQuiscenceMove(position, m, localVariant, alfa, beta, depth, isInCheckOriginally);
         if (isAbandoned()) {
             logger.trace("Quitting in quiscence generator at depth ", depth);
@@ -90,14 +96,15 @@ void TreeGenerator::quiscenceSearchRek(Position& position, Variant& variant, int
         }
         moveUndoneInner(position);
         undoMove(position, m, context);
+        observer.explainQuiscenceMove(alfa, beta, localVariant, m);
 
-        if (score >= beta) {
+        if (localVariant.evaluation >= beta) {
             statsIncrement(TestStatistics::Q_CUTTOFS, depth, 1);
             variant.clear(beta);
             return;
         }
-        if (score > alfa) {
-            alfa = score;
+        if (localVariant.evaluation > alfa) {
+            alfa = localVariant.evaluation;
             variant.extend(localVariant, {m, true, false, false});
         }
     }
@@ -111,8 +118,10 @@ void TreeGenerator::quiscenceSearchRek(Position& position, Variant& variant, int
 
 // The score of `move`, which has just led to `position`, for the side that made it. If
 // it is searched further, `localVariant` gets the line behind it.
-int TreeGenerator::scoreQuiscenceMove(Position& position, const Move& move, Variant& localVariant,
-                                      int alfa, int beta, int depth, bool isInCheckOriginally) {
+template <class Observer>
+int BasicTreeGenerator<Observer>::scoreQuiscenceMove(Position& position, const Move& move,
+                                                     Variant& localVariant, int alfa, int beta,
+                                                     int depth, bool isInCheckOriginally) {
     if (moveDoneInner(position) > 1) {
         return DRAW_EVALUATION;
     }
@@ -131,3 +140,17 @@ int TreeGenerator::scoreQuiscenceMove(Position& position, const Move& move, Vari
                        depth + 1);
     return furtherFromCheckMate(-localVariant.evaluation);
 }
+
+// The rest of the object is instantiated in treeGenerator.cpp.
+template void BasicTreeGenerator<NoObserver>::quiscenceSearch(Position&, int, int, Variant&);
+template void BasicTreeGenerator<NoObserver>::quiscenceSearchInner(Position&, int, int, Variant&);
+template void BasicTreeGenerator<NoObserver>::quiscenceSearchRek(Position&, Variant&, int, int,
+                                                                 int);
+template int BasicTreeGenerator<NoObserver>::scoreQuiscenceMove(Position&, const Move&, Variant&,
+                                                                int, int, int, bool);
+template void BasicTreeGenerator<ObservedBy>::quiscenceSearch(Position&, int, int, Variant&);
+template void BasicTreeGenerator<ObservedBy>::quiscenceSearchInner(Position&, int, int, Variant&);
+template void BasicTreeGenerator<ObservedBy>::quiscenceSearchRek(Position&, Variant&, int, int,
+                                                                 int);
+template int BasicTreeGenerator<ObservedBy>::scoreQuiscenceMove(Position&, const Move&, Variant&,
+                                                                int, int, int, bool);

@@ -83,7 +83,8 @@ HashTableEntryState stateOf(int evaluation, int alfa, int beta) {
 
 } // namespace
 
-TreeGenerator::TreeGenerator(EngineConfig* _config)
+template <class Observer>
+BasicTreeGenerator<Observer>::BasicTreeGenerator(EngineConfig* _config)
     : actualMoveDepth(_config->treeMaxDepth), hashTable(_config->hashTableSize),
       repetitionTable(REPETITION_TABLE_DEFAULT_SIZE), config(_config),
       book(PolyglotBook::getStandard()) {
@@ -94,11 +95,14 @@ TreeGenerator::TreeGenerator(EngineConfig* _config)
 
 // ---- One pass ----
 
-void TreeGenerator::generateTree(Position& position, Variant& variant) {
+template <class Observer>
+void BasicTreeGenerator<Observer>::generateTree(Position& position, Variant& variant) {
     generateTree(position, variant, false);
 }
 
-void TreeGenerator::generateTree(Position& position, Variant& variant, bool skipOpening) {
+template <class Observer>
+void BasicTreeGenerator<Observer>::generateTree(Position& position, Variant& variant,
+                                                bool skipOpening) {
     logger.trace("Tree generator start", "treeTag");
     STATISTICS_NEW_RUN();
     if (!skipOpening) {
@@ -124,8 +128,9 @@ void TreeGenerator::generateTree(Position& position, Variant& variant, bool skip
     }
 }
 
-void TreeGenerator::generateTreeRek(Position& position, Variant& outputVar, int alfa, int beta,
-                                    int depth) {
+template <class Observer>
+void BasicTreeGenerator<Observer>::generateTreeRek(Position& position, Variant& outputVar, int alfa,
+                                                   int beta, int depth) {
     // The clock comes before everything else: even a mate is a draw by then.
     if (position.halfMoveClock >= MAX_HALF_MOVE_CLOCK) {
         outputVar.clear(DRAW_EVALUATION);
@@ -150,6 +155,7 @@ void TreeGenerator::generateTreeRek(Position& position, Variant& outputVar, int 
         if (!doMove(position, m, context)) {
             continue;
         }
+        observer.doMove(m);
 
         // An abandoned pass leaves its moves on the board, here and in every frame above.
         ++searchedTreeNodes;
@@ -169,6 +175,8 @@ void TreeGenerator::generateTreeRek(Position& position, Variant& outputVar, int 
         }
         moveUndoneInner(position);
         undoMove(position, m, context);
+        observer.explainTreeGenMove(alfa, beta, variantLocal, m, outcome.lmfCut,
+                                    outcome.useTableEntryBool);
         if (outcome.lmfCut) {
             continue;
         }
@@ -198,9 +206,9 @@ void TreeGenerator::generateTreeRek(Position& position, Variant& outputVar, int 
 
 // Scores the move that has just led to `position`, from the viewpoint of the side that
 // made it: `variantLocal` gets the score and the line behind the move.
-TreeGenerator::MoveOutcome TreeGenerator::scoreMove(Position& position, Variant& variantLocal,
-                                                    int alfa, int originalAlfa, int beta,
-                                                    int depth) {
+template <class Observer>
+auto BasicTreeGenerator<Observer>::scoreMove(Position& position, Variant& variantLocal, int alfa,
+                                             int originalAlfa, int beta, int depth) -> MoveOutcome {
     MoveOutcome outcome;
     // The position stood on the board or on the path before: once is enough.
     if (moveDoneInner(position) > 1) {
@@ -241,8 +249,9 @@ TreeGenerator::MoveOutcome TreeGenerator::scoreMove(Position& position, Variant&
     return outcome;
 }
 
-void TreeGenerator::completeVariant(const Position& position, Variant& variant,
-                                    int maxTotalLength) {
+template <class Observer>
+void BasicTreeGenerator<Observer>::completeVariant(const Position& position, Variant& variant,
+                                                   int maxTotalLength) {
     if (hashTable.isEmpty()) {
         return;
     }
@@ -276,7 +285,9 @@ void TreeGenerator::completeVariant(const Position& position, Variant& variant,
     variant.varLength += newMoves;
 }
 
-bool TreeGenerator::lmf(const Position& position, int alfa, int originalAlfa, int maxVariantDepth) {
+template <class Observer>
+bool BasicTreeGenerator<Observer>::lmf(const Position& position, int alfa, int originalAlfa,
+                                       int maxVariantDepth) {
     if (hashTable.isEmpty()) {
         return false;
     }
@@ -290,7 +301,8 @@ bool TreeGenerator::lmf(const Position& position, int alfa, int originalAlfa, in
 
 // The table's move for the position, of whatever position and depth, or 0. It only
 // decides which move is tried first.
-std::int16_t TreeGenerator::getBestMoveHint(const Position& position) {
+template <class Observer>
+std::int16_t BasicTreeGenerator<Observer>::getBestMoveHint(const Position& position) {
     if (hashTable.isEmpty()) {
         return 0;
     }
@@ -301,7 +313,8 @@ std::int16_t TreeGenerator::getBestMoveHint(const Position& position) {
 
 // ---- Order of moves ----
 
-int TreeGenerator::getMoveKillersIndex(const Move& move, int depth) {
+template <class Observer>
+int BasicTreeGenerator<Observer>::getMoveKillersIndex(const Move& move, int depth) {
     FieldIndex from = move.from;
     FieldIndex to = move.to;
     if (move.isCastle()) {
@@ -311,7 +324,8 @@ int TreeGenerator::getMoveKillersIndex(const Move& move, int depth) {
     return depth * KILLERS_PER_PLY + from * 128 + to;
 }
 
-void TreeGenerator::updateKiller(const Move& move, int depth) {
+template <class Observer>
+void BasicTreeGenerator<Observer>::updateKiller(const Move& move, int depth) {
     const int index = getMoveKillersIndex(move, depth);
     const std::uint32_t count = ++killers[at(index)];
     int& first = actualKillers[at(depth)];
@@ -332,13 +346,14 @@ void TreeGenerator::updateKiller(const Move& move, int depth) {
     }
 }
 
-void TreeGenerator::clearKillersTable() {
+template <class Observer> void BasicTreeGenerator<Observer>::clearKillersTable() {
     killers.fill(0);
     actualKillers.fill(0);
 }
 
 // The drawer of a move that is not the table's, in the tree.
-int TreeGenerator::getDrawer(const Move& move, int depth) const {
+template <class Observer>
+int BasicTreeGenerator<Observer>::getDrawer(const Move& move, int depth) const {
     if (move.pieceCaptured != NO_PIECE) {
         if (move.pieceCaptured < NO_PIECE || move.pieceCaptured > QUEEN) {
             logger.error("Unexpected default in switch clause");
@@ -354,8 +369,9 @@ int TreeGenerator::getDrawer(const Move& move, int depth) const {
                                                                       : QUIET_DRAWER;
 }
 
-void TreeGenerator::orderMoves(const Move* moves, int* moveOrderIndices, int length, int depth,
-                               std::int16_t bestMoveShort) const {
+template <class Observer>
+void BasicTreeGenerator<Observer>::orderMoves(const Move* moves, int* moveOrderIndices, int length,
+                                              int depth, std::int16_t bestMoveShort) const {
     const PolyglotEntry entry(bestMoveShort, 0, 0);
     Drawers<TREE_DRAWERS> drawers;
     for (int i = 0; i < length; ++i) {
@@ -365,7 +381,9 @@ void TreeGenerator::orderMoves(const Move* moves, int* moveOrderIndices, int len
     drawers.readOut(moveOrderIndices);
 }
 
-void TreeGenerator::orderMoves(const Move* moves, int* moveOrderIndices, int length) const {
+template <class Observer>
+void BasicTreeGenerator<Observer>::orderMoves(const Move* moves, int* moveOrderIndices,
+                                              int length) const {
     Drawers<QUISCENCE_DRAWERS> drawers;
     for (int i = 0; i < length; ++i) {
         const Move& move = moves[i];
@@ -379,8 +397,10 @@ void TreeGenerator::orderMoves(const Move* moves, int* moveOrderIndices, int len
 
 // ---- Transposition table ----
 
-void TreeGenerator::addTableEntry(const Position& position, const Move* firstVariantMove,
-                                  int maxVariantDepth, int evaluation, int alfa, int beta) {
+template <class Observer>
+void BasicTreeGenerator<Observer>::addTableEntry(const Position& position,
+                                                 const Move* firstVariantMove, int maxVariantDepth,
+                                                 int evaluation, int alfa, int beta) {
     if (hashTable.isEmpty()) {
         return;
     }
@@ -397,7 +417,9 @@ void TreeGenerator::addTableEntry(const Position& position, const Move* firstVar
     }
 }
 
-bool TreeGenerator::useTableEntry(const Position& position, int maxVariantDepth, int& evaluation) {
+template <class Observer>
+bool BasicTreeGenerator<Observer>::useTableEntry(const Position& position, int maxVariantDepth,
+                                                 int& evaluation) {
     if (hashTable.isEmpty()) {
         return false;
     }
@@ -410,13 +432,14 @@ bool TreeGenerator::useTableEntry(const Position& position, int maxVariantDepth,
     return true;
 }
 
-void TreeGenerator::noteUsedSlot(const GenericEntry& entry) {
+template <class Observer>
+void BasicTreeGenerator<Observer>::noteUsedSlot(const GenericEntry& entry) {
     if (usedSlots.size() < MAX_USED_SLOTS) {
         usedSlots.push_back(static_cast<int>(&entry - &hashTable.getEntry(0)));
     }
 }
 
-void TreeGenerator::clearTable() {
+template <class Observer> void BasicTreeGenerator<Observer>::clearTable() {
     if (usedSlots.size() < MAX_USED_SLOTS) {
         for (const int slot : usedSlots) {
             hashTable.getEntry(slot).state = FREE;
@@ -429,7 +452,7 @@ void TreeGenerator::clearTable() {
     usedSlots.clear();
 }
 
-void TreeGenerator::applyChanges() {
+template <class Observer> void BasicTreeGenerator<Observer>::applyChanges() {
     int wanted = config->hashTableSize;
     if (hashTable.getSize() == wanted) {
         return;
@@ -445,15 +468,17 @@ void TreeGenerator::applyChanges() {
 
 // ---- Path, counters and the stop flag ----
 
-std::uint16_t TreeGenerator::moveDoneInner(const Position& newPosition) {
+template <class Observer>
+std::uint16_t BasicTreeGenerator<Observer>::moveDoneInner(const Position& newPosition) {
     return repetitionTable.getEntry(newPosition.hash).increaseRepetitions(newPosition.hash);
 }
 
-void TreeGenerator::moveUndoneInner(const Position& oldPosition) {
+template <class Observer>
+void BasicTreeGenerator<Observer>::moveUndoneInner(const Position& oldPosition) {
     repetitionTable.getEntry(oldPosition.hash).decreaseRepetitions(oldPosition.hash);
 }
 
-void TreeGenerator::resetSearchedNodes() {
+template <class Observer> void BasicTreeGenerator<Observer>::resetSearchedNodes() {
     searchedTreeNodes = 0;
     searchedAllNodes = 0;
     searchedAllNodesAfterTimeControl = 0;
@@ -461,7 +486,7 @@ void TreeGenerator::resetSearchedNodes() {
 
 // Counts a move of either search, and polls the stop flag when it is due. True if the
 // pass is to be abandoned, which the counter then says to every frame above.
-bool TreeGenerator::isTimeUpAfterCounting() {
+template <class Observer> bool BasicTreeGenerator<Observer>::isTimeUpAfterCounting() {
     ++searchedAllNodes;
     ++searchedAllNodesAfterTimeControl;
     if (searchedAllNodesAfterTimeControl <= TIME_CHECK_AFTER_NODES) {
@@ -472,7 +497,7 @@ bool TreeGenerator::isTimeUpAfterCounting() {
     return isTimeUp;
 }
 
-bool TreeGenerator::timerUp() {
+template <class Observer> bool BasicTreeGenerator<Observer>::timerUp() {
     if (idaVariant == nullptr || !idaVariant->isReady()) {
         return false;
     }
@@ -480,12 +505,15 @@ bool TreeGenerator::timerUp() {
     return true;
 }
 
-void TreeGenerator::setTimer(Milliseconds milliseconds) {
+template <class Observer> void BasicTreeGenerator<Observer>::setTimer(Milliseconds milliseconds) {
     timerMilliseconds = milliseconds;
     startClock = clockMilliseconds();
 }
 
-void TreeGenerator::setDefaultFirstAlfaBeta() {
+template <class Observer> void BasicTreeGenerator<Observer>::setDefaultFirstAlfaBeta() {
     firstAlpha = DEFAULT_FIRST_ALFA;
     firstBeta = DEFAULT_FIRST_BETA;
 }
+
+template class BasicTreeGenerator<NoObserver>;
+template class BasicTreeGenerator<ObservedBy>;

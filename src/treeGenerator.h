@@ -12,6 +12,7 @@
 #include "hash/hashTable.h"
 #include "opening/polyglot.h"
 #include "platform.h"
+#include "searchObserver.h"
 #include "searchRepresentation.h"
 
 #include <array>
@@ -23,7 +24,8 @@ class IdaVariant;
 // Half-move clock, in plies, at which both searches call a draw.
 inline constexpr int MAX_HALF_MOVE_CLOCK = 100;
 
-class TreeGenerator final : public GeneratorInterface {
+// `Observer` is told of every move; see searchObserver.h.
+template <class Observer> class BasicTreeGenerator final : public GeneratorInterface {
 public:
     // The stop flag is polled when the node counter passes this value.
     static constexpr int TIME_CHECK_AFTER_NODES = 20000;
@@ -38,7 +40,7 @@ public:
     static constexpr int SAFE_BEFORE_TIMEOUT = 5;
 
     // `_config` is shared and must outlive the object.
-    explicit TreeGenerator(EngineConfig* _config);
+    explicit BasicTreeGenerator(EngineConfig* _config);
 
     // ---- One pass ----
 
@@ -128,6 +130,8 @@ public:
     // Notes the budget in milliseconds and the time. No rule of the search reads them.
     void setTimer(Milliseconds milliseconds);
 
+    Observer& getObserver() { return observer; }
+
     // ---- The pass to come, as the driver sets it ----
 
     void setDefaultFirstAlfaBeta(); // the full window
@@ -155,6 +159,7 @@ private:
     int getDrawer(const Move& move, int depth) const;
     void noteUsedSlot(const GenericEntry& entry);
 
+    [[no_unique_address]] Observer observer;
     HashTable<GenericEntry> hashTable;
     // Slots of the table that are not FREE, so that a short search need not walk the
     // whole table. A full list stands for slots anywhere.
@@ -172,3 +177,10 @@ private:
     // The same since the last poll of the stop flag, or TIME_CHECK_QUIT.
     std::int64_t searchedAllNodesAfterTimeControl = 0;
 };
+
+// The search that plays, and the same search under somebody's eyes.
+using TreeGenerator = BasicTreeGenerator<NoObserver>;
+using WatchedTreeGenerator = BasicTreeGenerator<ObservedBy>;
+
+extern template class BasicTreeGenerator<NoObserver>;
+extern template class BasicTreeGenerator<ObservedBy>;
