@@ -18,6 +18,9 @@ set(KESTRAN_SANITIZE "" CACHE STRING "Sanitizers to build with, such as address,
 
 # What the options mean for every target.
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+# Each executable keeps only what it calls: the engine has no use for the watched search.
+add_compile_options(-ffunction-sections -fdata-sections)
+add_link_options(-Wl,--gc-sections)
 if(KESTRAN_WERROR)
     add_compile_options(-Werror)
 endif()

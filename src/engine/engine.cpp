@@ -139,6 +139,7 @@ Variant Engine::search() {
 Variant Engine::searchDepth(int depth) {
     logger.info("Engine.search depth() = ", depth);
     joinThread();
+    applyChanges();
     applyRepetitions(game);
     Position positionCopy = game.position;
     Variant variant;
