@@ -191,7 +191,9 @@ void BasicTreeGenerator<Observer>::generateTreeRek(Position& position, Variant& 
         }
         if (variantLocal.evaluation > alfa) {
             alfa = variantLocal.evaluation;
-            if (!outputVar.extend(variantLocal, {m, false, outcome.useTableEntryBool, false})) {
+            const bool isWhole =
+                outputVar.extend(variantLocal, {m, false, outcome.useTableEntryBool, false});
+            if (LOG_ENABLED && !isWhole) {
                 logger.error("Hard constraint MAX_VARIANT_MOVES hit!");
             }
         }
