@@ -321,13 +321,21 @@ void UciEngine::handleGo(const ThreadData& data) {
     moveTime = NOT_GIVEN;
     infinite = false;
     handleGoCommandProps(data.vec, data.game.position.colorToMove);
+    engine.joinThread(); // of the last search, which must not report any more
+    setAnswered(false);
     const Variant variant = engine.search(data.game, moveTime, infinite, data.clockStart);
+    setAnswered(true);
     if (quitting) {
         return;
     }
     sendPvInfo(variant);
     send(BEST_MOVE_SPACE +
          (variant.varLength > 0 ? LongAlgebraicMove(variant.get(0).move).toString() : NO_MOVE));
+}
+
+void UciEngine::setAnswered(bool answered) {
+    const std::lock_guard lock(infoMutex);
+    isAnswered = answered;
 }
 
 void UciEngine::joinGoThread() {
@@ -412,6 +420,9 @@ void UciEngine::setOption(const std::string& name, const std::string& value) {
 
 void UciEngine::onInfo(const InfoStruct& info) {
     const std::lock_guard lock(infoMutex);
+    if (isAnswered) {
+        return;
+    }
     std::ostringstream text;
     text << UCI_INFO_ << getPvInfo(info.pv) << ' ' << getScoreInfo(info.pv.evaluation) << ' '
          << UCI_DEPTH_ << info.depth << ' ' << UCI_SELDEPTH_ << info.selDepth << ' ' << UCI_NODES_

@@ -39,7 +39,8 @@ public:
     // tab does not.
     static std::vector<std::string> splitString(const std::string& str);
 
-    // Sends the `info` line of a report.
+    // Sends the `info` line of a report, unless the search has been answered: its thread
+    // may finish one more pass before it winds down.
     void onInfo(const InfoStruct& info) override;
     // Whether the running search is to stop; a `stop` line is used up by it.
     bool checkForStop() override;
@@ -73,6 +74,7 @@ private:
     void workOffGoQueue();
     std::optional<ThreadData> takeFromGoQueue();
     void handleGo(const ThreadData& data);
+    void setAnswered(bool answered);
     void joinGoThread();
 
     void sendAllOptions();
@@ -83,7 +85,8 @@ private:
     void sendPvInfo(const Variant& variant);
 
     std::unique_ptr<EngineConfig> ownConfig; // only of the second constructor
-    std::mutex infoMutex;                    // serialises onInfo()
+    std::mutex infoMutex;                    // serialises onInfo(), guards isAnswered
+    bool isAnswered = false;                 // no report belongs to the last `go` any more
     std::atomic<bool> stop = false;          // set by the loop, cleared by checkForStop()
     std::atomic<bool> inputEnded = false;    // no further `stop` can come
     std::atomic<bool> quitting = false;      // searches end without an answer
