@@ -1,0 +1,50 @@
+// The long run: an engine plays against itself over pipes, game after game in the same
+// process, and every word of it is checked by the rules of the protocol, of chess and of
+// the clock.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+struct SoakOptions {
+    std::string engine;                 // path of the program
+    std::vector<std::string> arguments; // its arguments
+    int games = 1;
+    unsigned seed = 1; // of the openings
+    int jobs = 1;      // processes side by side
+    long margin = 100; // milliseconds that a clock may be overrun without a loss
+};
+
+// What has been seen, of one game or of many.
+struct SoakReport {
+    int games = 0; // that have been played to their end
+    int plies = 0;
+    int whiteWins = 0;
+    int blackWins = 0;
+    int draws = 0;
+    int unfinished = 0; // games of the greatest length
+    // One text for each fault.
+    std::vector<std::string> timeLosses;
+    std::vector<std::string> illegalMoves;
+    std::vector<std::string> protocolFaults;
+    std::vector<std::string> overruns; // of a clock, within the margin: no faults
+    // The longest time in milliseconds by which an answer came later than `movetime`.
+    long latest = 0;
+    // Per process: the resident KiB after its first and after its last game, each time
+    // with the smallest table, so that what the table touches plays no part.
+    struct Memory {
+        long first = 0;
+        long last = 0;
+    };
+    std::vector<Memory> memory;
+
+    bool isClean() const;
+    void add(const SoakReport& other);
+};
+
+// Plays the games. The way to measure time goes round by game: a fixed time for a move,
+// a clock with an increment, a clock for forty moves. `onGame` is called after each game,
+// by one thread at a time, with all that has been seen so far.
+SoakReport runSoak(const SoakOptions& options,
+                   const std::function<void(const SoakReport&)>& onGame = {});
