@@ -53,7 +53,10 @@ NaiveBoard::NaiveBoard() : NaiveBoard("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKB
 NaiveBoard::NaiveBoard(const std::string& fen)
     : whiteToMove(true), enPassant(NO_SQUARE), halfMoveClock(0) {
     std::istringstream stream(fen);
-    std::string board, side, rights, passed;
+    std::string board;
+    std::string side;
+    std::string rights;
+    std::string passed;
     stream >> board >> side >> rights >> passed >> halfMoveClock;
 
     squares.fill('.');

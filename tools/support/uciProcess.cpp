@@ -86,6 +86,7 @@ public:
     pid_t start(const std::string& path, std::vector<std::string> arguments) const {
         arguments.insert(arguments.begin(), path);
         std::vector<char*> words;
+        words.reserve(arguments.size() + 1);
         for (std::string& argument : arguments) {
             words.push_back(argument.data());
         }
