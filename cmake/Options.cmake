@@ -14,6 +14,7 @@ option(KESTRAN_BENCHMARKS "Build the benchmarks; needs Google Benchmark" OFF)
 option(KESTRAN_LOG "Write the log to standard error; for reading along, not for play" OFF)
 option(KESTRAN_CHECK_POSITIONS "Check the whole position after every move; slow" OFF)
 option(KESTRAN_WERROR "Treat warnings as errors" OFF)
+option(KESTRAN_FUZZ "Build the fuzz targets; needs Clang" OFF)
 set(KESTRAN_SANITIZE "" CACHE STRING "Sanitizers to build with, such as address,undefined")
 
 # What the options mean for every target.
@@ -34,4 +35,8 @@ if(KESTRAN_SANITIZE)
     add_compile_options(-fsanitize=${KESTRAN_SANITIZE} -fno-sanitize-recover=all
                         -fno-omit-frame-pointer)
     add_link_options(-fsanitize=${KESTRAN_SANITIZE})
+endif()
+if(KESTRAN_FUZZ)
+    add_compile_options(-fsanitize=fuzzer-no-link)
+    add_link_options(-fsanitize=fuzzer-no-link)
 endif()

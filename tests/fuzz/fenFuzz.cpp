@@ -1,0 +1,82 @@
+// FEN text into the engine and out again, and a few plies on every board that it accepts.
+
+#include "fuzz.h"
+
+#include "debug/boardRepresentationUtils.h"
+#include "engine/engine.h"
+#include "engineParameters.h"
+#include "ioFuncs.h"
+#include "longAlgebraicMove.h"
+#include "moveGenerator.h"
+#include "support/naiveRules.h"
+
+#include <algorithm>
+#include <cstring>
+#include <vector>
+
+namespace {
+
+void requireSound(const Position& position) {
+    const std::string fault = findInconsistency(position);
+    require(fault.empty(), fault + ": " + getFen(position));
+}
+
+// Plays every legal move and takes it back; then goes on behind one of them.
+void walk(Position position, int plies) {
+    MoveArray moves;
+    const int count = generateLegalMoves(position, moves.data());
+    for (int i = 0; i < count; ++i) {
+        const Position before = position;
+        DoMoveContext context;
+        context.init();
+        require(doMove(position, moves[at(i)], context), "a legal move is refused");
+        requireSound(position);
+        undoMove(position, moves[at(i)], context);
+        requireSound(position);
+        require(getFen(position) == getFen(before) && position.hash == before.hash,
+                "undone is not as before: " + getFen(before));
+    }
+    if (count > 0 && plies > 0) {
+        DoMoveContext context;
+        context.init();
+        doMove(position, moves[position.hash % static_cast<std::uint64_t>(count)], context);
+        walk(position, plies - 1);
+    }
+}
+
+// The naive twin of the rules knows the same moves.
+void requireSameMoves(Position position) {
+    MoveArray moves;
+    const int count = generateLegalMoves(position, moves.data());
+    std::vector<std::string> texts;
+    for (int i = 0; i < count; ++i) {
+        texts.push_back(LongAlgebraicMove(moves[at(i)]).toString());
+    }
+    std::ranges::sort(texts);
+    require(texts == NaiveBoard(getFen(position)).getLegalMoves(),
+            "other moves than the rules: " + getFen(position));
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static EngineConfig config;
+    config.hashTableSize = 0;
+    static Engine engine(&config);
+    engine.init();
+    const std::string before = getFen(engine.getPosition());
+    const std::string text = textOf(data, size);
+    if (!engine.init(text).empty()) {
+        require(getFen(engine.getPosition()) == before, "a rejected text has changed the game");
+        return 0;
+    }
+    const Position accepted = engine.getPosition();
+    const std::string fen = getFen(accepted);
+    requireSound(accepted);
+    require(engine.init(fen).empty(), "our own text is rejected: " + fen);
+    require(getFen(engine.getPosition()) == fen && engine.getPosition().hash == accepted.hash,
+            "not read back as written: " + fen);
+    requireSameMoves(accepted);
+    walk(accepted, 4);
+    return 0;
+}

@@ -1,0 +1,62 @@
+// Texts of moves, in the form of the protocol and in that of the log.
+
+#include "fuzz.h"
+
+#include "ioFuncs.h"
+#include "longAlgebraicMove.h"
+#include "moveGenerator.h"
+
+#include <iostream>
+#include <sstream>
+
+namespace {
+
+std::string printed(const Move& move) {
+    std::ostringstream stream;
+    printMove(stream, move);
+    return stream.str();
+}
+
+void readLongAlgebraic(const std::string& text) {
+    const LongAlgebraicMove move(text);
+    Position position;
+    initializeToStartPosition(position);
+    MoveArray moves;
+    const int count = generateMoves(position, moves.data());
+    const int index = move.getIndexOfMove(moves.data(), count);
+    require(-1 <= index && index < count, "an index outside the moves");
+    require(index < 0 ||
+                LongAlgebraicMove(moves[at(index)]).toString() == move.toString().substr(0, 4),
+            "another move than its text: " + text);
+    if (move.getFrom() != NOT_FOUND && move.getTo() != NOT_FOUND) {
+        require(LongAlgebraicMove(move.toString()).toString() == move.toString(),
+                "not read back as written: " + text);
+    }
+}
+
+void readWordy(const std::string& text, Color color) {
+    const Move move = parseMove(text, color);
+    const bool isComplete =
+        move.from != NOT_FOUND && move.to != NOT_FOUND && move.pieceMoved != NOT_FOUND;
+    if (!isComplete && !move.isCastle()) {
+        return;
+    }
+    const std::string once = printed(move);
+    const Move again = parseMove(once, color);
+    // The mark of en passant is read in another spelling than it is written in.
+    require(move.castle_ep_flag == EN_PASSANT || printed(again) == once,
+            "not read back as written: " + once);
+    require(again.from == move.from && again.to == move.to && again.pieceMoved == move.pieceMoved,
+            "another move than its text: " + text);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    std::cout.setstate(std::ios::badbit); // texts that mean nothing are told there
+    const std::string text = textOf(data, size);
+    readLongAlgebraic(text);
+    readWordy(text, WHITE);
+    readWordy(text, BLACK);
+    return 0;
+}
