@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <malloc.h>
 #include <poll.h>
 #include <thread>
 #include <unistd.h>
@@ -27,6 +28,13 @@ void joinThread(pthread_t handle) {
 void prepareSignals() {
     std::signal(SIGTERM, [](int) { endProcess(); });
     std::signal(SIGPIPE, SIG_IGN);
+}
+
+void prepareMemory() {
+#ifdef M_MMAP_THRESHOLD
+    constexpr int LARGE_BLOCK = 1 << 20; // bytes
+    mallopt(M_MMAP_THRESHOLD, LARGE_BLOCK);
+#endif
 }
 
 bool isStandardOutputLost() {

@@ -1,6 +1,6 @@
 // Everything that depends on the operating system beyond the standard library:
-// the clock, the sleep of the polling loop, the creation of a thread, and the ways in
-// which a process is told that nobody wants it any more.
+// the clock, the sleep of the polling loop, the creation of a thread, the memory that a
+// process keeps, and the ways in which it is told that nobody wants it any more.
 #pragma once
 
 #include <cstdint>
@@ -28,6 +28,10 @@ void joinThread(pthread_t handle);
 // From now on a request to terminate ends the process at once and cleanly, and writing
 // to a reader that has gone away is an error like any other.
 void prepareSignals();
+
+// From now on a large block of memory goes back to the system when it is freed. By
+// itself the library comes to keep some, up to 64 MiB for each of its arenas.
+void prepareMemory();
 
 // Whether the reader of standard output has gone away.
 bool isStandardOutputLost();

@@ -10,6 +10,7 @@
 
 int main() {
     prepareSignals();
+    prepareMemory();
     std::ios::sync_with_stdio(false);
     logger.addStandard();
     const std::unique_ptr<EngineConfig> config = EngineConfig::getProdConfig();
