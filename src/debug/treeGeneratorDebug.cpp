@@ -178,7 +178,7 @@ Node& Explain::getPresentNode() {
 
 // Completes the record of the move made last, if there is one, and takes it back.
 void Explain::recordResult(NodeMoveInfo result) {
-    if (inVariant()) {
+    if (inVariant() && actualDepth > 0 && !getPresentNode().nodeMoveInfos.empty()) {
         NodeMoveInfo& info = getPresentNode().nodeMoveInfos.back();
         result.evalInfo = std::move(info.evalInfo);
         info = std::move(result);
