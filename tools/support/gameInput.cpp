@@ -1,0 +1,69 @@
+#include "support/gameInput.h"
+
+#include "fenCheck.h"
+#include "io/cppIoUtils.h"
+#include "longAlgebraicMove.h"
+#include "moveGenerator.h"
+#include "support/commandLine.h"
+#include "support/san.h"
+
+#include <algorithm>
+
+namespace {
+
+Position readPosition(const std::vector<std::string>& words) {
+    std::string text;
+    for (const std::string& word : words) {
+        text += (text.empty() ? "" : " ") + word;
+    }
+    Position position;
+    if (text.empty() || text == "startpos") {
+        initializeToStartPosition(position);
+        return position;
+    }
+    const std::string fault = readPlayableFen(position, text);
+    if (!fault.empty()) {
+        throw UsageError("the position \"" + text + "\" cannot be played: " + fault);
+    }
+    return position;
+}
+
+std::string illegalText(std::size_t index, const std::string& what, const std::string& word) {
+    return "move " + std::to_string(index + 1) + " of " + what + ", \"" + word +
+           "\", is not legal in its position";
+}
+
+} // namespace
+
+std::vector<Move> readMoves(Position position, const std::string& text, const std::string& what) {
+    std::vector<Move> moves;
+    for (const std::string& word : splitString(text)) {
+        MoveArray legal;
+        const auto end = legal.begin() + generateLegalMoves(position, legal.data());
+        const auto move = std::find_if(legal.begin(), end, [&](const Move& candidate) {
+            return LongAlgebraicMove(candidate).toString() == word;
+        });
+        if (move == end) {
+            throw UsageError(illegalText(moves.size(), what, word));
+        }
+        moves.push_back(*move);
+        position = positionAfter(position, *move);
+    }
+    return moves;
+}
+
+Game readGame(const std::vector<std::string>& words, const std::string& moves) {
+    Game game = {readPosition(words), {}};
+    game.repetitionHashes.push_back(game.position.hash);
+    for (const Move& move : readMoves(game.position, moves, "the game")) {
+        game.position = positionAfter(game.position, move);
+        game.repetitionHashes.push_back(game.position.hash);
+    }
+    return game;
+}
+
+void countGame(HashTable<RepetitionEntry>& table, const Game& game) {
+    for (const std::uint64_t key : game.repetitionHashes) {
+        table.getEntry(key).increaseRepetitions(key);
+    }
+}

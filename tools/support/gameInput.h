@@ -1,0 +1,20 @@
+// Positions and moves as the user of a tool writes them. All throw UsageError for text
+// that cannot be played.
+#pragma once
+
+#include "engine/engine.h"
+#include "hash/hashTable.h"
+
+#include <string>
+#include <vector>
+
+// The legal moves, in long algebraic notation, that `text` plays from `position`. `what`
+// names the text in a message.
+std::vector<Move> readMoves(Position position, const std::string& text, const std::string& what);
+
+// The game that `moves` plays from the position that `words` make: a FEN, whole or in
+// its fields, or "startpos", or nothing for the start position.
+Game readGame(const std::vector<std::string>& words, const std::string& moves);
+
+// Counts the positions of a game into an empty repetition table, as a search wants them.
+void countGame(HashTable<RepetitionEntry>& table, const Game& game);

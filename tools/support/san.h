@@ -1,0 +1,23 @@
+// Moves in standard algebraic notation, as players write them: Nf3, exd6, O-O, e8=Q, Qh7#.
+#pragma once
+
+#include "boardRepresentation.h"
+
+#include <span>
+#include <string>
+
+// The position after a legal move of `position`.
+Position positionAfter(const Position& position, const Move& move);
+
+// A legal move of `position`, with its sign of check or mate.
+std::string toSan(const Position& position, const Move& move);
+
+// The number that stands before a move of the side `color`: "2." or "2...". `ply` counts
+// half moves from the position that the numbers begin at, whose move is number 1.
+std::string moveNumber(Color color, int ply);
+
+// A legal move with its number, such as "2. Nf3" or "2... Nc6".
+std::string toNumberedSan(const Position& position, const Move& move, int ply);
+
+// A legal line from `position`, such as "1. e4 e5 2. Nf3"; empty for no moves.
+std::string lineToSan(Position position, std::span<const Move> moves, int ply = 0);
