@@ -1,0 +1,5 @@
+#include "book.h"
+
+int main(int argc, char** argv) {
+    return bookMain(argc, argv);
+}
