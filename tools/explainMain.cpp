@@ -1,0 +1,5 @@
+#include "explain.h"
+
+int main(int argc, char** argv) {
+    return explainMain(argc, argv);
+}
