@@ -13,8 +13,6 @@
 
 namespace {
 
-using std::string_literals::operator""s;
-
 struct Conversation {
     std::string name;
     std::string script; // of UciTalk::hold(), with the names below for positions
@@ -75,6 +73,7 @@ constexpr int MEBIBYTE = 1 << 20;
 // ---- The command loop ----
 
 Conversations words() {
+    const std::string NUL(1, '\0');
     return {
         {"Greeting", "> uci | greet 192 | silent 100"},
         {"GreetingTwice", ">> uci\nuci\n | greet 192 | greet 192"},
@@ -93,8 +92,8 @@ Conversations words() {
                               " | > go infinite | > stop now | think 300 | > stop | answer"},
         {"DebugChangesNothing", "> debug on | > debug off | > debug on | > debug maybe | silent 100"
                                 " | > position fen $busy | > go movetime 200 | answer | reported"},
-        {"NulSeparates", ">> \0uci\0\n | greet 192 | > position\0fen $one"
-                         " | > go\0\0depth\0001 | pause 0 | answer a1a2"s},
+        {"NulSeparates", ">> " + NUL + "uci" + NUL + "\n | greet 192 | > position" + NUL +
+                             "fen $one | > go" + NUL + NUL + "depth" + NUL + "1 | answer a1a2"},
         {"BytesAbove127", "> \xff\xfe\x80 | > isready\xa0 | > \xef\xbb\xbfuci | silent 100"
                           " | > setoption name Hash value \xb2 | > uci | greet 0"},
         {"LongWord", "> " + std::string(MEBIBYTE, 'u') + " | ready | silent 50"},
@@ -178,7 +177,7 @@ Conversations positions() {
     return {
         {"StartWithoutPosition", "> go depth 1 | answer | legal $start"},
         {"EmptyMoves", "> position startpos moves" + go + "| legal $start"},
-        {"MovesNeedTheirWord", "> position startpos e2e4" + go + "| legal $start"},
+        {"MovesNeedTheirWord", "> position startpos e2e4 e7e5 d2d4" + go + "| legal $start"},
         {"OneMove", "> position startpos moves e2e4" + go + "[a-h][78].*"},
         {"StrangeMovesAreSkipped",
          "> position startpos moves f2f3 0000 e7e5 z9z9 e2e5 moves g2g4 \xff d8h4" + go + mated},
@@ -228,11 +227,10 @@ Conversations positions() {
 // Draws by the clock of half moves still have a move to play.
 Conversations clocks() {
     Conversations conversations;
-    for (const char* clock : {"99", "100", "127", "128", "30000"}) {
-        const std::string fen =
-            "6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - "s + clock + " 90";
-        conversations.push_back({"ClockAt"s + clock, "> position fen " + fen +
-                                                         eachGo("answer * 0-500 | legal " + fen)});
+    for (const std::string clock : {"99", "100", "127", "128", "30000"}) {
+        const std::string fen = "6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - " + clock + " 90";
+        conversations.push_back(
+            {"ClockAt" + clock, "> position fen " + fen + eachGo("answer * 0-500 | legal " + fen)});
     }
     return conversations;
 }
@@ -285,7 +283,7 @@ Conversations rejections() {
 
 struct Allocation {
     const char* name;
-    const char* position;
+    std::string position;
     std::string words; // behind `go`
     int budget;        // milliseconds
 };
@@ -326,13 +324,13 @@ Conversations allocations() {
                           " | > stop | answer * 0-350"},
         {"LargestTimeIsALimit",
          "> position fen $mate | > go movetime 2147483647 | answer a1a8 100-350"},
-        {"InfiniteLast", "> go wtime 1000 infinite | think 300 | > stop | answer * 0-350"},
+        {"InfiniteLast", "> go wtime 1 movetime 1 infinite | think 300 | > stop | answer * 0-350"},
         {"InfiniteFirst", "> go infinite movetime 1 | think 300 | > stop | answer * 0-350"},
     };
     for (const Allocation& row : rows) {
         const std::string bounds = std::to_string(std::max(100, row.budget * 2 / 3)) + '-' +
                                    std::to_string(row.budget + 250);
-        conversations.push_back({row.name, "> position fen "s + row.position + " | ready | > go " +
+        conversations.push_back({row.name, "> position fen " + row.position + " | ready | > go " +
                                                row.words + " | answer * " + bounds + " | legal " +
                                                row.position});
     }
@@ -558,7 +556,7 @@ TEST(ResponseTest, IdlenessIsFree) {
     talk.hold("ready");
     EXPECT_LT(timeOf("silent 500"), patience(20).count()) << "after the start";
     talk.hold(withPositions("> position fen $busy | > go infinite"));
-    EXPECT_GT(timeOf("think 500"), 50) << "in a search";
+    EXPECT_GT(timeOf("think 500"), 20) << "in a search";
     talk.hold("> stop | answer | silent 100");
     EXPECT_LT(timeOf("silent 500"), patience(20).count()) << "after a search";
     talk.hold(withPositions("> position fen $mate | > go infinite | reports 1"));
