@@ -1,0 +1,17 @@
+// What the benchmarks work on.
+#pragma once
+
+#include "bench.h"
+#include "boardRepresentation.h"
+#include "ioFuncs.h"
+
+#include <vector>
+
+// The positions of the bench, from all phases of the game.
+inline std::vector<Position> getSamplePositions() {
+    std::vector<Position> positions;
+    for (const BenchPosition& benchPosition : getBenchPositions()) {
+        setFenNotation(positions.emplace_back(), benchPosition.fen);
+    }
+    return positions;
+}

@@ -1,0 +1,141 @@
+// The search: the order of moves, the transposition table, and a search as a whole.
+
+#include "engineParameters.h"
+#include "ida.h"
+#include "moveGenerator.h"
+#include "samplePositions.h"
+#include "treeGenerator.h"
+
+#include <algorithm>
+#include <array>
+#include <benchmark/benchmark.h>
+#include <cstdint>
+#include <memory>
+#include <random>
+#include <vector>
+
+namespace {
+
+constexpr int TABLE_SIZE = 1398101; // entries, 16 MiB of them
+constexpr int KEYS = 1 << 16;       // spread over more of the table than a near cache holds
+
+// The searching parts of an engine that stands still.
+struct StillEngine {
+    StillEngine() : config(EngineConfig::getProdConfig()) {
+        config->hashTableSize = TABLE_SIZE;
+        generator = std::make_unique<TreeGenerator>(config.get());
+    }
+
+    std::unique_ptr<EngineConfig> config;
+    std::unique_ptr<TreeGenerator> generator;
+};
+
+struct MoveList {
+    MoveArray moves;
+    int count;
+};
+
+std::vector<MoveList> getSampleMoves() {
+    std::vector<MoveList> lists;
+    for (const Position& position : getSamplePositions()) {
+        MoveList& list = lists.emplace_back();
+        list.count = generateMoves(position, list.moves.data());
+    }
+    return lists;
+}
+
+// Orders every list over and over with `order`, a function of a list and the place for
+// the result.
+template <class Order> void measureOrder(benchmark::State& state, Order order) {
+    const std::vector<MoveList> lists = getSampleMoves();
+    std::array<int, MAX_MOVES> indices;
+    std::int64_t ordered = 0;
+    for (auto _ : state) {
+        for (const MoveList& list : lists) {
+            order(list, indices.data());
+            benchmark::DoNotOptimize(indices);
+            ordered += list.count;
+        }
+    }
+    state.SetItemsProcessed(ordered);
+}
+
+void measureOrderMoves(benchmark::State& state) {
+    const StillEngine engine;
+    measureOrder(state, [&](const MoveList& list, int* indices) {
+        engine.generator->orderMoves(list.moves.data(), indices, list.count, 1, 0);
+    });
+}
+BENCHMARK(measureOrderMoves);
+
+void measureOrderMovesOfQuiescence(benchmark::State& state) {
+    const StillEngine engine;
+    measureOrder(state, [&](const MoveList& list, int* indices) {
+        engine.generator->orderMoves(list.moves.data(), indices, list.count);
+    });
+}
+BENCHMARK(measureOrderMovesOfQuiescence);
+
+// Calls `access` for positions that differ in nothing but their keys, on a table that
+// holds them all.
+template <class Access>
+void measureTable(benchmark::State& state, TreeGenerator& generator, Access access) {
+    std::mt19937_64 random;
+    std::vector<std::uint64_t> keys(KEYS);
+    std::ranges::generate(keys, random);
+    Position position;
+    initializeToStartPosition(position);
+    for (const std::uint64_t key : keys) {
+        position.hash = key;
+        generator.addTableEntry(position, nullptr, 1, 0, -1, 1);
+    }
+    std::size_t next = 0;
+    for (auto _ : state) {
+        position.hash = keys[next];
+        next = (next + 1) % keys.size();
+        access(position);
+    }
+    state.SetItemsProcessed(state.iterations());
+}
+
+void measureTableWrite(benchmark::State& state) {
+    const StillEngine engine;
+    Move move;
+    initMove(move, FIRST_FIELD, LAST_FIELD, ROOK, NO_PIECE);
+    measureTable(state, *engine.generator, [&](const Position& position) {
+        engine.generator->addTableEntry(position, &move, 1, 0, -1, 1);
+    });
+}
+BENCHMARK(measureTableWrite);
+
+void measureTableRead(benchmark::State& state) {
+    const StillEngine engine;
+    int evaluation = 0;
+    measureTable(state, *engine.generator, [&](const Position& position) {
+        benchmark::DoNotOptimize(engine.generator->useTableEntry(position, 1, evaluation));
+        benchmark::DoNotOptimize(evaluation);
+    });
+}
+BENCHMARK(measureTableRead);
+
+void measureSearch(benchmark::State& state) {
+    const std::unique_ptr<EngineConfig> config = EngineConfig::getProdConfig();
+    config->hashTableSize = TABLE_SIZE;
+    std::int64_t nodes = 0;
+    for (auto _ : state) {
+        state.PauseTiming(); // to build an engine takes as long as a short search
+        auto ida = std::make_unique<Ida>(config.get());
+        Position position = getSamplePositions().front();
+        Variant line;
+        state.ResumeTiming();
+        ida->generateTree(position, line, 3, true);
+        nodes += ida->getTreeGenerator().getSearchedAllNodes();
+        state.PauseTiming();
+        ida.reset();
+        state.ResumeTiming();
+    }
+    state.SetItemsProcessed(nodes);
+}
+BENCHMARK(measureSearch)->Unit(benchmark::kMillisecond);
+
+} // namespace
