@@ -23,15 +23,18 @@ inline Position positionOf(const std::string& fen) {
     return position;
 }
 
+// What arrays hold before moves are written there, so that a member left out shows.
+inline constexpr Move LEFT_OVER = {35, 55, PAWN, QUEEN, EN_PASSANT, KNIGHT};
+
 // Pseudo-legal moves in the order of generation.
 inline std::vector<Move> movesOf(const Position& position) {
-    std::vector<Move> moves(MAX_MOVES);
+    std::vector<Move> moves(MAX_MOVES, LEFT_OVER);
     moves.resize(at(generateMoves(position, moves.data())));
     return moves;
 }
 
 inline std::vector<Move> legalMovesOf(Position position) {
-    std::vector<Move> moves(MAX_MOVES);
+    std::vector<Move> moves(MAX_MOVES, LEFT_OVER);
     moves.resize(at(generateLegalMoves(position, moves.data())));
     return moves;
 }

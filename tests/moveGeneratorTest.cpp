@@ -183,9 +183,9 @@ TEST(GenerationOrder, FollowsListAndOffsets) {
          "a1b1 a1c1 a1d1 a1a2 a1a3 a1a4 a1a5 a1a6 a1a7 a1a8 "
          "h1h2 h1h3 h1h4 h1h5 h1h6 h1h7 h1h8 h1g1 h1f1"},
         // The queen has an order of its own; the king's moves into attack are there.
-        {"7k/8/8/2p1P3/1n1Q4/2P1p3/8/K7 w - - 0 1",
-         "a1b1 a1a2 a1b2 c3c4 c3b4 e5e6 d4c4 d4b4 d4e4 d4f4 d4g4 d4h4 d4d3 d4d2 d4d1 "
-         "d4d5 d4d6 d4d7 d4d8 d4e3 d4c5"},
+        {"7k/8/5p2/2p5/1n1Q4/4p3/8/K7 w - - 0 1",
+         "a1b1 a1a2 a1b2 d4c4 d4b4 d4e4 d4f4 d4g4 d4h4 d4d3 d4d2 d4d1 d4d5 d4d6 d4d7 d4d8 "
+         "d4c3 d4b2 d4e5 d4f6 d4e3 d4c5"},
         // Promotions: knight, bishop, rook, queen; the push, then towards a, then h.
         {"r1n5/1P6/8/8/8/8/8/k1K5 w - - 0 1",
          "c1b1 c1d1 c1c2 c1d2 c1b2 b7b8n b7b8b b7b8r b7b8q b7a8n b7a8b b7a8r b7a8q "
@@ -196,7 +196,9 @@ TEST(GenerationOrder, FollowsListAndOffsets) {
         // En passant comes last of a pawn's moves, for either pawn.
         {"7k/8/5n2/2PpP3/8/8/8/7K w - d6 0 2", "h1g1 h1h2 h1g2 c5c6 c5d6 e5e6 e5f6 e5d6"},
         {"7k/8/8/8/4Pp2/6B1/8/7K b - e3 0 1", "h8g8 h8h7 h8g7 f4f3 f4g3 f4e3"},
-        {"7k/8/8/8/3b4/8/1N6/7K w - - 0 1", "h1g1 h1h2 h1g2 b2a4 b2c4 b2d3 b2d1"},
+        {"7k/8/8/8/4N3/8/1R6/7K w - - 0 1",
+         "h1g1 h1h2 h1g2 b2c2 b2d2 b2e2 b2f2 b2g2 b2h2 b2b3 b2b4 b2b5 b2b6 b2b7 b2b8 b2a2 b2b1 "
+         "e4d6 e4f6 e4c5 e4g5 e4g3 e4c3 e4f2 e4d2"},
         {"7k/8/8/8/3b4/8/1N6/7K b - - 0 1",
          "h8g8 h8h7 h8g7 d4c5 d4b6 d4a7 d4e5 d4f6 d4g7 d4e3 d4f2 d4g1 d4c3 d4b2"},
     };
