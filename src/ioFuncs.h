@@ -88,7 +88,8 @@ void printVariant(std::ostream& stream, const Variant& variant);
 void printVariant(const Variant& variant);
 std::string variantToString(const Variant& variant);
 
-// Reads what printMove() writes, with fields in either case, for the side `color`.
+// Reads what printMove() writes, with fields in either case, for the side `color`. For
+// en passant the text must end in "(e.p.)", with a full stop that printMove() leaves out.
 // A castling leaves `from`, `to` and `pieceMoved` unset; 7 as captured piece says
 // only that something is taken. A text that is too short, or that has neither '-'
 // nor 'x' in its place, gives a move whose missing fields are NOT_FOUND; the latter

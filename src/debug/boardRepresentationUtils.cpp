@@ -20,19 +20,20 @@ bool belongsTo(Color color, int listIndex) {
 std::string findInMailbox(const Position& position) {
     for (int index = 0; index < BOARD_SIZE; ++index) {
         const Field& field = position.board[at(index)];
-        const std::string where = " on field " + std::to_string(index);
-        if (isOnBoard(index) == (field.color == BORDER)) {
-            return "border and board are mixed up" + where;
+        const auto where = [index] { return " on field " + std::to_string(index); };
+        if (field.color < WHITE || field.color > BORDER ||
+            isOnBoard(index) == (field.color == BORDER)) {
+            return "border and board are mixed up" + where();
         }
         if (field.color > BLACK) {
             continue;
         }
         if (!belongsTo(field.color, field.pieceIndexInList)) {
-            return "the list index lies outside its colour's range" + where;
+            return "the list index lies outside its colour's range" + where();
         }
         const Piece& piece = position.pieces[at(field.pieceIndexInList)];
         if (piece.boardPosition != index || piece.pieceType != field.pieceType) {
-            return "the list entry tells another piece or place" + where;
+            return "the list entry tells another piece or place" + where();
         }
     }
     return "";
@@ -41,20 +42,20 @@ std::string findInMailbox(const Position& position) {
 std::string findInList(const Position& position) {
     for (int i = 0; i < PiecesEnd[BLACK]; ++i) {
         const Piece& piece = position.pieces[at(i)];
-        const std::string where = " in list entry " + std::to_string(i);
+        const auto where = [i] { return " in list entry " + std::to_string(i); };
         const bool isKing = piece.pieceType == KING;
         if (isKing != (i == KingIndex[WHITE] || i == KingIndex[BLACK])) {
-            return "a king's entry holds no king, or another one does" + where;
+            return "a king's entry holds no king, or another one does" + where();
         }
         if (piece.pieceType == NO_PIECE) {
             continue;
         }
         if (!isOnBoard(piece.boardPosition)) {
-            return "a piece stands off the board" + where;
+            return "a piece stands off the board" + where();
         }
         const Field& field = position.board[at(piece.boardPosition)];
         if (field.color > BLACK || !belongsTo(field.color, i) || field.pieceIndexInList != i) {
-            return "the mailbox does not point back" + where;
+            return "the mailbox does not point back" + where();
         }
     }
     return "";
