@@ -24,7 +24,6 @@ namespace {
 using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
-constexpr int MOST_PLIES = 300;
 constexpr int LEAST_OPENING = 4; // plies of a random opening
 constexpr int MOST_OPENING = 8;
 constexpr int DRAWN_CLOCK = 100;
@@ -178,7 +177,7 @@ class Game {
 public:
     Game(const SoakOptions& options, int number)
         : form(TIME_FORMS[static_cast<std::size_t>(number) % TIME_FORMS.size()]),
-          margin(options.margin),
+          margin(options.margin), mostPlies(options.plies),
           name("game " + std::to_string(number)), clocks{form.clock, form.clock} {
         hash = HASH_SIZES[static_cast<std::size_t>(number) / TIME_FORMS.size() % HASH_SIZES.size()];
         playOpening(options.seed, number);
@@ -238,8 +237,8 @@ private:
             ++report.draws;
             return true;
         }
-        report.unfinished += report.plies >= MOST_PLIES ? 1 : 0;
-        return report.plies >= MOST_PLIES;
+        report.unfinished += report.plies >= mostPlies ? 1 : 0;
+        return report.plies >= mostPlies;
     }
 
     std::string goLine() const {
@@ -319,6 +318,7 @@ private:
 
     TimeForm form;
     long margin;
+    int mostPlies;
     int hash;
     std::string name;
     std::string start = "startpos";

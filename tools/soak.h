@@ -8,9 +8,10 @@
 #include <vector>
 
 struct SoakOptions {
-    std::string engine;                 // path of the program
-    std::vector<std::string> arguments; // its arguments
+    std::string engine{};                 // path of the program
+    std::vector<std::string> arguments{}; // its arguments
     int games = 1;
+    int plies = 300;   // of the longest game
     unsigned seed = 1; // of the openings
     int jobs = 1;      // processes side by side
     long margin = 100; // milliseconds that a clock may be overrun without a loss

@@ -20,7 +20,9 @@
 
 namespace {
 
-constexpr int MOST_GOES = 2; // of one conversation
+// Of one conversation. An endless search takes long to see that it is to stop.
+constexpr int MOST_GOES = 2;
+constexpr int MOST_ENDLESS_GOES = 1;
 constexpr Milliseconds LONGEST_STEP = Milliseconds{1} << 32;
 
 std::atomic<Milliseconds> now = 0;
@@ -35,15 +37,20 @@ struct Conversation {
 // The conversation up to `quit`, without the searches beyond the most.
 Conversation conversationOf(const std::string& text) {
     Conversation conversation;
+    int endlessGoes = 0;
     std::istringstream stream(text);
     for (std::string line; !conversation.isQuit && std::getline(stream, line);) {
         const std::vector<std::string> words = UciEngine::splitString(line);
-        const bool isGo = words.size() > 1 && words[0] == "go";
-        conversation.isQuit = words.size() == 1 && words[0] == "quit";
-        if (!isGo || conversation.goes < MOST_GOES) {
-            conversation.text += line + '\n';
-            conversation.goes += isGo ? 1 : 0;
+        conversation.isQuit = words == std::vector<std::string>{"quit"};
+        if (words.size() > 1 && words[0] == "go") {
+            const bool isEndless = std::ranges::find(words, "infinite") != words.end();
+            if (conversation.goes == MOST_GOES || (isEndless && endlessGoes == MOST_ENDLESS_GOES)) {
+                continue;
+            }
+            ++conversation.goes;
+            endlessGoes += isEndless ? 1 : 0;
         }
+        conversation.text += line + '\n';
     }
     return conversation;
 }
