@@ -200,9 +200,10 @@ Conversations positions() {
         {"FenWithoutItsWord", "> position $one" + go + "a1a2"},
         {"FenOfFourFields", "> position fen 8/8/8/8/8/8/8/K1k5 w - -" + go + "a1a2" +
                                 " | >  position   fen    8/8/8/8/8/8/8/k1K5 b - - " + go + "a1a2"},
-        {"UnfoundedRightsAreDropped", "> position fen 8/8/8/8/8/8/8/K1k5 w KQkq a3 0 1" + go +
-                                          "a1a2 | > position fen 8/8/8/8/8/8/8/K1k5 w HAha e6" +
-                                          go + "a1a2"},
+        // The only moves would be an en passant capture and a castling.
+        {"UnfoundedEnPassant", "> position fen 8/8/4p3/4P3/8/1kn5/8/K7 w - d6 0 1" + go + mated},
+        {"UnfoundedCastling",
+         "> position fen 4k3/8/8/8/8/8/8/4K3 w KQkq - 0 1 moves e1g1" + go + "e1.*"},
         {"StrangeFieldsAreDropped", "> position fen 8/8/8/8/8/8/8/K1k5 w - x9 x y" + go +
                                         "a1a2 | > position fen 8/8/8/8/8/8/8/K1k5 w - e" + go +
                                         "a1a2 | > position fen 8/8/8/8/8/8/8/K1k5 w - - -5 0" + go +
@@ -350,8 +351,9 @@ Conversations searches() {
                                 " | answer a1a2 0-350 | reported"},
         {"BookMove", "> position startpos | ready | > go movetime 9000 | answer * 100-350 | bare"
                      " | legal $start"},
-        {"NoBookWithoutLimit", "> position startpos | > go infinite | think 250 | > stop | answer"
-                               " | reported | legal $start"},
+        {"NoBookWithoutLimit",
+         "> position startpos | > go infinite | reports 2 | think 100 | > stop | answer"
+         " | reported | legal $start"},
         {"MateAnswersEarly",
          "> position fen $mate | ready | > go movetime 9000 | answer a1a8 100-350 | bare"},
         {"FinishedIsSilentUntilStop", "> position fen $mate | > go infinite | reports 1"
@@ -527,8 +529,11 @@ TEST(ResponseTest, StartIsQuick) {
 TEST(ResponseTest, StopIsQuick) {
     UciTalk talk;
     talk.hold(withPositions("> position fen $busy"));
-    const long median = medianOf(9, 350, [&talk] {
-        talk.hold("> go infinite | think 130 | > stop | answer");
+    int count = 0;
+    const long median = medianOf(9, 350, [&talk, &count] {
+        // Early in the first step of the polling loop, and just behind it.
+        const char* pause = ++count % 2 == 1 ? "30" : "105";
+        talk.hold(std::string("> go infinite | think ") + pause + " | > stop | answer");
         return talk.getAnswer().age.count();
     });
     EXPECT_LE(median, patience(150).count());
