@@ -60,13 +60,13 @@ Worth searchAlone(EngineConfig& config, const Game& game, const WatchedLine& lin
 
 // How much less than the chosen move another one is worth.
 std::string marginText(int chosen, int score) {
+    if (chosen == score) {
+        return ", the same, which is not enough to replace it";
+    }
     const bool isMate = isUpperMateLimit(chosen) || isBottomMateLimit(chosen) ||
                         isUpperMateLimit(score) || isBottomMateLimit(score);
     if (isMate) {
         return "";
-    }
-    if (chosen == score) {
-        return ", the same, which is not enough to replace it";
     }
     const std::string size = scoreText(chosen > score ? chosen - score : score - chosen).substr(1);
     return chosen > score ? ", " + size + " less"

@@ -1,0 +1,33 @@
+// Running a tool's body inside the test, as its command line would.
+#pragma once
+
+#include <gtest/gtest.h>
+#include <string>
+#include <vector>
+
+struct ToolRun {
+    int status;
+    std::string output;
+    std::string errors;
+};
+
+// `body` is the tool's main function; the words come without the tool's own name.
+inline ToolRun runBody(int (*body)(int, const char* const*),
+                       const std::vector<std::string>& words) {
+    std::vector<const char*> argv = {"tool"};
+    for (const std::string& word : words) {
+        argv.push_back(word.c_str());
+    }
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    const int status = body(static_cast<int>(argv.size()), argv.data());
+    return {status, testing::internal::GetCapturedStdout(), testing::internal::GetCapturedStderr()};
+}
+
+// Status 2, nothing on standard output, and one sentence on standard error that tells `what`.
+inline void expectRefusal(const ToolRun& run, const std::string& what) {
+    EXPECT_EQ(run.status, 2);
+    EXPECT_EQ(run.output, "");
+    EXPECT_NE(run.errors.find(what), std::string::npos) << run.errors;
+    EXPECT_EQ(run.errors.find('\n'), run.errors.size() - 1) << run.errors;
+}
