@@ -86,6 +86,11 @@ void readEnPassant(const std::string& token, Position& position) {
     }
 }
 
+// The name of a kind of piece; '?' for a type that text has claimed and that is none.
+char pieceNameOf(PieceType type) {
+    return NO_PIECE <= type && type <= KING ? pieceNameChars[at(type)] : '?';
+}
+
 char pieceLetter(const Field& field) {
     return field.color == WHITE ? pieceNameCharsUpper[at(field.pieceType)]
                                 : pieceNameCharsLower[at(field.pieceType)];
@@ -303,7 +308,7 @@ void printMove(std::ostream& stream, const Move& move) {
         stream << (queenSide ? "0-0-0" : "0-0");
         return;
     }
-    stream << pieceNameChars[at(move.pieceMoved)];
+    stream << pieceNameOf(move.pieceMoved);
     printField(stream, move.from);
     stream << (move.pieceCaptured != NO_PIECE ? 'x' : '-');
     printField(stream, move.to);
@@ -311,7 +316,7 @@ void printMove(std::ostream& stream, const Move& move) {
         stream << EN_PASSANT_MARK;
     }
     if (move.promotionPieceType != NO_PIECE) {
-        stream << pieceNameChars[at(move.promotionPieceType)];
+        stream << pieceNameOf(move.promotionPieceType);
     }
 }
 

@@ -213,6 +213,8 @@ TEST(WordyMoves, SurviveShortAndWrongText) {
         EXPECT_EQ(parseMove(text, WHITE).to, NOT_FOUND) << text;
     }
     EXPECT_EQ(printed([] { parseMove("pE2=E4", WHITE); }), "parsing error, '-' expected\n");
+    // A piece that there is not can be written all the same.
+    EXPECT_EQ(printed([] { printMove(parseMove("xe2-e4", WHITE)); }), "?E2-E4");
 }
 
 // ---- Lines and scores ----

@@ -36,12 +36,12 @@ void readLongAlgebraic(const std::string& text) {
 
 void readWordy(const std::string& text, Color color) {
     const Move move = parseMove(text, color);
+    const std::string once = printed(move);
     const bool isComplete =
         move.from != NOT_FOUND && move.to != NOT_FOUND && move.pieceMoved != NOT_FOUND;
     if (!isComplete && !move.isCastle()) {
         return;
     }
-    const std::string once = printed(move);
     const Move again = parseMove(once, color);
     // The mark of en passant is read in another spelling than it is written in.
     require(move.castle_ep_flag == EN_PASSANT || printed(again) == once,
