@@ -172,7 +172,7 @@ void PrintTo(const Edge& edge, std::ostream* stream) {
     *stream << edge.name;
 }
 
-const Edge EDGES[] = {
+const std::vector<Edge> EDGES = {
     {"queens", "qqqqqqqk/qqqqqqqq/8/8/8/8/QQQQQQQQ/QQQQQQQK w - - 0 1", "*"},
     {"moves218", "R6R/3Q4/1Q4Q1/4Q3/2Q4Q/Q4Q2/pp1Q4/kBNN1KB1 w - - 0 1", "*"},
     {"bareKings", "8/8/3k4/8/8/3K4/8/8 w - - 0 1", "*"},
@@ -193,10 +193,9 @@ TEST_P(EdgePosition, IsAnsweredUnderEveryGo) {
     const Edge& edge = GetParam();
     UciTalk engine;
     engine.say("position fen " + std::string(edge.fen));
-    for (const char* go : {"depth 5", "nodes 1", "movetime 0", "movetime 250", "movetime -1",
-                           "movestogo 1 wtime 250"
-                           " btime 250",
-                           "wtime 4000 btime 4000 winc 50 binc 50", "wtime 1 btime 1"}) {
+    for (const char* go :
+         {"depth 5", "nodes 1", "movetime 0", "movetime 250", "movetime -1", "wtime 1 btime 1",
+          "wtime 250 btime 250 movestogo 1", "wtime 4000 btime 4000 winc 50 binc 50"}) {
         engine.say(std::string("go ") + go);
         engine.expectAnswer(edge.moves, 0, 2000);
         engine.expectLegal(NaiveBoard(edge.fen));

@@ -38,7 +38,7 @@ TEST(Soak, EngineThatIsNotThere) {
 
 TEST(Soak, IllegalMove) {
     const SoakReport report =
-        playFiltered("sed -u '/score/!s/^\\(info pv\\|bestmove\\) .*/\\1 a1a1/'");
+        playFiltered(R"(sed -u '/score/!s/^\(info pv\|bestmove\) .*/\1 a1a1/')");
     EXPECT_EQ(report.illegalMoves.size(), 1U);
     EXPECT_EQ(report.protocolFaults, std::vector<std::string>());
     EXPECT_FALSE(report.isClean());
@@ -71,13 +71,13 @@ TEST_P(SoakFault, IsSeen) {
     EXPECT_FALSE(report.isClean());
 }
 
-const Tampering TAMPERINGS[] = {
+const std::vector<Tampering> TAMPERINGS = {
     {"twoBestMoves", "sed -u '/^bestmove/p'"},
     {"noClosingLine", "sed -u '/^info pv/{/score/!d}'"},
-    {"reportWithoutBlank", "sed -u 's/\\( nps .*\\) $/\\1/'"},
+    {"reportWithoutBlank", R"(sed -u 's/\( nps .*\) $/\1/')"},
     {"illegalLine", "sed -u '/score/s/pv [^ ]*/& a1a1/'"},
     {"anotherBestMove", "sed -u 's/^bestmove .*/bestmove a1a1/'"},
-    {"unknownLine", "sed -u 's/^readyok/&\\n/'"},
+    {"unknownLine", R"(sed -u 's/^readyok/&\n/')"},
     {"otherGreeting", "sed -u 's/Hash/hash/'"},
     {"endsEarly", "head -n 9"},
 };

@@ -47,7 +47,7 @@ constexpr std::array<int, 2> HASH_SIZES = {192, 16};
 
 const std::string MOVES = "((?: [a-h][1-8][a-h][1-8][qrbn]?)+)";
 const std::regex REPORT("info pv" + MOVES +
-                        " score cp -?\\d+ depth \\d+ seldepth \\d+ nodes \\d+ time \\d+ nps \\d+ ");
+                        R"( score cp -?\d+ depth \d+ seldepth \d+ nodes \d+ time \d+ nps \d+ )");
 const std::regex CLOSING("info pv" + MOVES);
 
 // An engine that does not keep to the protocol.
@@ -144,7 +144,7 @@ private:
         }
         for (const std::string& move : splitString(parts[1])) {
             if (!board.play(move)) {
-                throw ProtocolFault(move + " is not legal in \"" + line + '"');
+                throw ProtocolFault("illegal move in \"" + line + '"');
             }
         }
     }
@@ -401,10 +401,10 @@ SoakReport runSoak(const SoakOptions& options,
                    const std::function<void(const SoakReport&)>& onGame) {
     SoakReport total;
     std::mutex mutex;
-    std::atomic<int> next = 0;
+    std::atomic<int> next = options.first;
     const auto work = [&] {
         Job job(options);
-        for (int number = next++; number < options.games; number = next++) {
+        for (int number = next++; number < options.first + options.games; number = next++) {
             const SoakReport report = job.playGame(number);
             const std::lock_guard lock(mutex);
             total.add(report);
@@ -417,6 +417,7 @@ SoakReport runSoak(const SoakOptions& options,
         total.add(report);
     };
     std::vector<std::thread> threads;
+    threads.reserve(static_cast<std::size_t>(options.jobs));
     for (int i = 0; i < options.jobs; ++i) {
         threads.emplace_back(work);
     }

@@ -11,6 +11,7 @@ struct SoakOptions {
     std::string engine{};                 // path of the program
     std::vector<std::string> arguments{}; // its arguments
     int games = 1;
+    int first = 0;     // number of the first game, which decides all about it
     int plies = 300;   // of the longest game
     unsigned seed = 1; // of the openings
     int jobs = 1;      // processes side by side

@@ -9,12 +9,13 @@
 namespace {
 
 const std::string HELP =
-    R"(Usage: tools/soak GAMES [--seed N] [--jobs N] [--engine PATH]
+    R"(Usage: tools/soak GAMES [OPTION...]
 
 Plays GAMES games of the engine against itself over pipes, at very short times, and
 checks every move, every line and the clocks. Exit status 1 if there was any fault.
 
   --seed N       of the random openings, 1 by default
+  --first N      number of the first game, 0 by default, to repeat a game by its number
   --jobs N       engines side by side, 1 by default
   --margin MS    by which a clock may be overrun without a loss, 100 by default: the
                  engine looks at its clock every 100 ms and ends a search at the look that
@@ -53,6 +54,8 @@ int run(CommandLine& commandLine) {
     options.engine = commandLine.takeOption("--engine").value_or("");
     options.seed = static_cast<unsigned>(
         parseNumber(commandLine.takeOption("--seed").value_or("1"), "--seed", 0, 1000000000));
+    options.first =
+        parseNumber(commandLine.takeOption("--first").value_or("0"), "--first", 0, 1000000);
     options.jobs = parseNumber(commandLine.takeOption("--jobs").value_or("1"), "--jobs", 1, 64);
     options.margin =
         parseNumber(commandLine.takeOption("--margin").value_or("100"), "--margin", 0, 10000);

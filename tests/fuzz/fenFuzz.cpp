@@ -49,6 +49,7 @@ void requireSameMoves(Position position) {
     MoveArray moves;
     const int count = generateLegalMoves(position, moves.data());
     std::vector<std::string> texts;
+    texts.reserve(at(count));
     for (int i = 0; i < count; ++i) {
         texts.push_back(LongAlgebraicMove(moves[at(i)]).toString());
     }
