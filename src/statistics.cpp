@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iomanip>
 #include <iostream>
-#include <numeric>
+#include <limits>
 #include <sstream>
 #include <string_view>
 
@@ -20,6 +20,19 @@ constexpr std::array<std::string_view, N_TYPES> STATISTICS_NAMES = {
 void printStatistic(std::string_view name, std::int64_t statisticInt, double secs,
                     std::ostream& stream) {
     stream << name << " per sec : " << static_cast<double>(statisticInt) / secs << std::endl;
+}
+
+// Counters that come from text may add up to more than there is room for: such a sum is
+// the end of the range.
+std::int64_t sumOf(const std::array<std::int64_t, MAX_PLIES>& counters) {
+    std::int64_t sum = 0;
+    for (const std::int64_t counter : counters) {
+        if (__builtin_add_overflow(sum, counter, &sum)) {
+            return counter < 0 ? std::numeric_limits<std::int64_t>::min()
+                               : std::numeric_limits<std::int64_t>::max();
+        }
+    }
+    return sum;
 }
 
 bool isBelow(int value, int limit) {
@@ -51,9 +64,7 @@ void TestStatistics::sumStatistics() {
     sumStatistic.fill({});
     for (std::size_t run = 0; static_cast<int>(run) <= runPointer; ++run) {
         for (std::size_t type = 0; type < N_TYPES; ++type) {
-            const PerDepth& counters = statistic[run][type];
-            sumStatistic[run][type] =
-                std::accumulate(counters.begin(), counters.end(), std::int64_t{0});
+            sumStatistic[run][type] = sumOf(statistic[run][type]);
         }
     }
 }

@@ -99,6 +99,14 @@ TEST_F(Statistics, ReadsBackItsReport) {
     }
 }
 
+TEST_F(Statistics, SumsOfTextEndWithTheRange) {
+    const std::string counter = "Ordinal search cutoffs at ply ";
+    readLines(*statistics, "Run: 0\n" + counter + "4 : 9223372036854775807\n" + counter +
+                               "5 : 9223372036854775807\n");
+    EXPECT_NE(reportOf(*statistics).find("Sum of Ordinal search cutoffs: 9223372036854775807\n"),
+              std::string::npos);
+}
+
 TEST_F(Statistics, CountsOnInTheLastRun) {
     for (int i = 0; i < MAX_RUNS + 500; ++i) {
         statistics->newRun();
