@@ -163,7 +163,9 @@ TEST(Explain, TellsWhichMoveKeptTheLineFromBeingReached) {
     watched.doMove("e2e4");
     watched.doMove("c7c5");
     watched.finish(-10, 10, 10);
-    watched.finish(-10, 10, 5);
+    watched.finish(-10, 10, -5);
+    watched.doMove("d2d4");
+    watched.finish(-5, 10, 0, true); // what lmf cuts has no score, and is no choice
     watched.explain.explainEndTreePass(IdaNS::OK);
     EngineConfig config;
     const WatchedLine line(config, watched.game, watched.explain);
@@ -247,7 +249,7 @@ TEST(ExplainTool, TellsWhyMovesEndAndWhereTheLineWasLeft) {
         EXPECT_LT(text.find(shown), sentence) << shown << '\n' << text;
         EXPECT_NE(text.find(answer, sentence), std::string::npos) << answer << '\n' << text;
     }
-    EXPECT_EQ(count, 11);
+    EXPECT_EQ(count, 12);
 }
 
 TEST(ExplainTool, RefusesWhatMakesNoSense) {
