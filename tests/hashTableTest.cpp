@@ -53,7 +53,7 @@ protected:
     TreeGenerator generator{config.get()};
     HashTable<GenericEntry>& table = generator.getHashTable();
     const Position position = inSlot7(5);
-    const Move move = moveOf(position, "e2e4");
+    const Move move = moveOf(positionOf(START_FEN), "e2e4");
     int evaluation = -1;
 };
 
