@@ -6,6 +6,7 @@
 #include "longAlgebraicMove.h"
 #include "moveGenerator.h"
 
+#include <cctype>
 #include <iostream>
 #include <sstream>
 
@@ -15,6 +16,13 @@ std::string printed(const Move& move) {
     std::ostringstream stream;
     printMove(stream, move);
     return stream.str();
+}
+
+std::string changed(std::string text, int (*change)(int)) {
+    for (char& c : text) {
+        c = static_cast<char>(change(static_cast<unsigned char>(c)));
+    }
+    return text;
 }
 
 void readLongAlgebraic(const std::string& text) {
@@ -29,6 +37,8 @@ void readLongAlgebraic(const std::string& text) {
                 LongAlgebraicMove(moves[at(index)]).toString() == move.toString().substr(0, 4),
             "another move than its text: " + text);
     if (move.getFrom() != NOT_FOUND && move.getTo() != NOT_FOUND) {
+        require(changed(text.substr(0, 4), std::tolower) == move.toString().substr(0, 4),
+                "other fields than its text: " + text);
         require(LongAlgebraicMove(move.toString()).toString() == move.toString(),
                 "not read back as written: " + text);
     }
@@ -42,6 +52,9 @@ void readWordy(const std::string& text, Color color) {
     if (!isComplete && !move.isCastle()) {
         return;
     }
+    require(move.isCastle() || changed(text.substr(1, 5), std::toupper) ==
+                                   changed(once.substr(1, 5), std::toupper),
+            "other fields than its text: " + text);
     const Move again = parseMove(once, color);
     // The mark of en passant is read in another spelling than it is written in.
     require(move.castle_ep_flag == EN_PASSANT || printed(again) == once,
