@@ -1,11 +1,11 @@
 #include "perft.h"
 
 #include "engine/infoStruct.h"
-#include "fenCheck.h"
 #include "longAlgebraicMove.h"
 #include "moveGenerator.h"
 #include "platform.h"
 #include "support/commandLine.h"
+#include "support/gameInput.h"
 
 #include <iostream>
 #include <vector>
@@ -14,24 +14,6 @@ namespace {
 
 // The number of sequences of 13 moves from the start position nearly fills 64 bits.
 constexpr int MAX_PERFT_DEPTH = 12;
-
-// The position of a FEN that may have come as one word or as several.
-Position readPosition(const std::vector<std::string>& words) {
-    std::string fen;
-    for (const std::string& word : words) {
-        fen += (fen.empty() ? "" : " ") + word;
-    }
-    Position position;
-    if (fen == "startpos") {
-        initializeToStartPosition(position);
-        return position;
-    }
-    const std::string fault = readPlayableFen(position, fen);
-    if (!fault.empty()) {
-        throw UsageError("this position cannot be played: " + fault);
-    }
-    return position;
-}
 
 // Counts move by move of the root, and prints each with its share.
 std::int64_t split(Position& position, int depth) {
@@ -92,7 +74,7 @@ int runPerft(CommandLine& commandLine) {
     }
     const int depth = parseNumber(words.back(), "the depth", 0, MAX_PERFT_DEPTH);
     words.pop_back();
-    Position position = readPosition(words);
+    Position position = readGame(words, "").position;
 
     const Milliseconds start = clockMilliseconds();
     const std::int64_t nodes = depth == 0 ? 1 : split(position, depth);
