@@ -41,6 +41,7 @@ inline std::vector<Move> legalMovesOf(Position position) {
 
 inline std::vector<std::string> textsOf(const std::vector<Move>& moves) {
     std::vector<std::string> texts;
+    texts.reserve(moves.size());
     for (const Move& move : moves) {
         texts.push_back(LongAlgebraicMove(move).toString());
     }
@@ -147,7 +148,7 @@ inline std::string mirrorFen(const std::string& fen) {
 
 // The move of the mirrored position: e2e4 becomes e7e5.
 inline std::string mirrorMove(std::string text) {
-    for (const std::size_t i : {1u, 3u}) {
+    for (const std::size_t i : {1U, 3U}) {
         text[i] = static_cast<char>('1' + '8' - text[i]);
     }
     return text;
