@@ -117,9 +117,9 @@ TEST(Key, IsThePublishedOne) {
 
 // The keys above touch few of the numbers; a digest of all of them finds a slip.
 TEST(Key, IsMadeOfThePublishedNumbers) {
-    std::uint64_t digest = 14695981039346656037u;
+    std::uint64_t digest = 14695981039346656037U;
     for (const std::uint64_t number : ZobristRandomArray) {
-        digest = (digest ^ number) * 1099511628211u;
+        digest = (digest ^ number) * 1099511628211U;
     }
     EXPECT_EQ(digest, 0xDBDD6C53476F44E5);
 }

@@ -35,7 +35,9 @@ TEST(Evaluation, TablesHoldTheirValuesForBothColours) {
                                           {KING, END_GAME_MATERIAL, 912, 32904, 572824},
                                           {QUEEN, 0, 0, 0, 0}}) {
         SCOPED_TRACE(int{table.type});
-        int sum = 0, weightedSum = 0, weightedSquares = 0;
+        int sum = 0;
+        int weightedSum = 0;
+        int weightedSquares = 0;
         for (int i = 0; i < 64; ++i) {
             const FieldIndex field = Position::getIndexFrom07Notation(i % 8, i / 8);
             const FieldIndex mirror = Position::getIndexFrom07Notation(i % 8, 7 - i / 8);
