@@ -2,6 +2,7 @@
 
 #include "fuzz.h"
 
+#include "ioFuncs.h"
 #include "moveGenerator.h"
 #include "opening/polyglot.h"
 
@@ -13,6 +14,10 @@ void readLine(const std::string& text, bool polyglotNotation) {
     const std::vector<HashEntryPair> begun =
         getLineFromString(text.substr(0, line.size() * 5), polyglotNotation);
     require(begun.size() == line.size(), "the moves alone are another line");
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        require(line[i].polyglotEntry.getFrom() == parseField(text[5 * i], text[5 * i + 1]),
+                "a move of the line is not the one that the text names");
+    }
 
     PolyglotBook book;
     addLine(book, text, polyglotNotation);
