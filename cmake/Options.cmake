@@ -31,6 +31,10 @@ endif()
 if(KESTRAN_CHECK_POSITIONS)
     add_compile_definitions(KESTRAN_CHECK_POSITIONS)
 endif()
+# The builds that look for faults check every index, their own and the library's.
+if(KESTRAN_CHECK_POSITIONS OR KESTRAN_SANITIZE)
+    add_compile_definitions(_GLIBCXX_ASSERTIONS KESTRAN_CHECK_INDICES)
+endif()
 if(KESTRAN_SANITIZE)
     add_compile_options(-fsanitize=${KESTRAN_SANITIZE} -fno-sanitize-recover=all
                         -fno-omit-frame-pointer)

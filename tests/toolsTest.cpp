@@ -211,7 +211,7 @@ TEST(Tools, TellHowToUseThem) {
 }
 
 // In a repository of its own, with a bench that always says 7.
-TEST(CheckBench, ComparesWithTheLastSignatureOfTheHistory) {
+TEST(CheckBench, ComparesWithTheHistoryAndAsksEachChangeOfTheEngine) {
     const auto root = std::filesystem::path(KESTRAN_TEST_DATA).parent_path().parent_path();
     const std::string script = R"(
         folder=$(mktemp -d) && trap 'rm -rf "$folder"' EXIT && mkdir "$folder/tools" &&
@@ -224,10 +224,17 @@ TEST(CheckBench, ComparesWithTheLastSignatureOfTheHistory) {
         commit $'Add the bench\n\nWhy so.\nBench: 7';        check same
         commit $'Tidy up Bench: 9\n\nNo functional change';  check kept
         commit $'Search less\n\nBench: 77\nWas: Bench: 7';    check differs
+        commit $'Search more\n\nBench: 7';                   check back
         commit 'Write of Bench: 7';                          check still
+        mkdir src; touch src/a; git add src
+        commit $'Touch a file\n\nNo functional change';      check told
+        touch src/b; git add src
+        commit $'Say\n\nNo functional change\n\ntoo early';  check silent
+        git tag v1; commit 'Go on';                          check tagged
         rm bench;                                            check missing)";
     const ToolRun checks = run("/bin/bash", {"-c", script, root / "tools/check-bench"});
-    EXPECT_EQ(checks.output, "none: 0\nsame: 0\nkept: 0\ndiffers: 1\nstill: 1\nmissing: 2\n")
+    EXPECT_EQ(checks.output, "none: 0\nsame: 0\nkept: 0\ndiffers: 1\nback: 0\nstill: 0\n"
+                             "told: 0\nsilent: 1\ntagged: 0\nmissing: 2\n")
         << checks.errors;
 }
 
