@@ -1,10 +1,10 @@
 // The board: generating and playing moves, the test for check, the static score.
 
-#include "evaluation.h"
-#include "moveGenerator.h"
-#include "perft.h"
+#include "board/moveGenerator.h"
+#include "kestran-perft/perft.h"
 #include "samplePositions.h"
-#include "searchRepresentation.h"
+#include "search/evaluation.h"
+#include "search/searchRepresentation.h"
 
 #include <benchmark/benchmark.h>
 #include <cstdint>

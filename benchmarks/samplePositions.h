@@ -1,9 +1,9 @@
 // What the benchmarks work on.
 #pragma once
 
-#include "bench.h"
-#include "boardRepresentation.h"
-#include "ioFuncs.h"
+#include "board/boardRepresentation.h"
+#include "kestran-bench/bench.h"
+#include "notation/ioFuncs.h"
 
 #include <vector>
 

@@ -1,10 +1,10 @@
 // The search: the order of moves, the transposition table, and a search as a whole.
 
-#include "engineParameters.h"
-#include "ida.h"
-#include "moveGenerator.h"
+#include "base/engineParameters.h"
+#include "board/moveGenerator.h"
 #include "samplePositions.h"
-#include "treeGenerator.h"
+#include "search/ida.h"
+#include "search/treeGenerator.h"
 
 #include <algorithm>
 #include <array>

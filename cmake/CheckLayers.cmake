@@ -1,27 +1,61 @@
 cmake_minimum_required(VERSION 3.25)
 
-# Run by the build (see Layers.cmake): every header of the core that a file includes
-# must belong to the file's own layer or to one below it.
+# Run by the build (see Layers.cmake): every header of the project that a file includes
+# must lie in the file's own folder or in one below it, and no files may include each
+# other in a circle. A header and its source count as one there.
 include("${PLAN}")
 
+# The folder of each header, by the name under which it is included.
 foreach(layer IN LISTS layers)
     foreach(file IN LISTS files_${layer})
-        set(layerOf_${file} ${layer})
+        file(RELATIVE_PATH name "${ROOT}/${root_${layer}}" "${file}")
+        set(layerOf_${name} ${layer})
     endforeach()
 endforeach()
 
+set(modules "")
 foreach(layer IN LISTS layers)
     foreach(file IN LISTS files_${layer})
-        file(STRINGS "${ROOT}/${file}" includes REGEX "^#include \"")
+        file(RELATIVE_PATH name "${ROOT}/${root_${layer}}" "${file}")
+        string(REGEX REPLACE "\\.[a-z]+$" "" module "${name}")
+        list(APPEND modules ${module})
+        file(STRINGS "${file}" includes REGEX "^#include \"")
         foreach(line IN LISTS includes)
-            string(REGEX REPLACE "^#include \"(.*)\".*" "src/\\1" header "${line}")
+            string(REGEX REPLACE "^#include \"(.*)\".*" "\\1" header "${line}")
             if(NOT DEFINED layerOf_${header})
-                message(FATAL_ERROR "${file}: ${header} belongs to no layer")
+                message(FATAL_ERROR "${name}: ${header} lies in no layer")
             endif()
             if(NOT layerOf_${header} IN_LIST known_${layer})
-                message(FATAL_ERROR "${file} of ${layer} may not include ${header} of "
-                                    "${layerOf_${header}}")
+                message(FATAL_ERROR "${name} may not include ${header}: ${layerOf_${header}} is "
+                                    "not below ${layer}")
+            endif()
+            string(REGEX REPLACE "\\.[a-z]+$" "" included "${header}")
+            if(NOT included STREQUAL module)
+                list(APPEND includesOf_${module} ${included})
             endif()
         endforeach()
     endforeach()
 endforeach()
+list(REMOVE_DUPLICATES modules)
+
+# Takes away what includes nothing that is left, until nothing is left but circles.
+while(modules)
+    set(left "")
+    foreach(module IN LISTS modules)
+        set(open "")
+        foreach(included IN LISTS includesOf_${module})
+            if(included IN_LIST modules)
+                list(APPEND open ${included})
+            endif()
+        endforeach()
+        set(includesOf_${module} ${open})
+        if(open)
+            list(APPEND left ${module})
+        endif()
+    endforeach()
+    if(left STREQUAL modules)
+        list(JOIN left ", " circle)
+        message(FATAL_ERROR "these include each other in a circle, or include one: ${circle}")
+    endif()
+    set(modules ${left})
+endwhile()

@@ -1,59 +1,68 @@
-# Libraries of the core as layers. The source folders follow the subjects, so a folder
-# can hold files of two layers; what keeps the layers apart is the check below, which
-# fails the build when a file includes a header of a layer that it may not know.
+# Folders are layers. Each folder of src/ and of tools/ is a library of its own, made of
+# all the files in it. A file may include headers of its own folder and of the folders
+# named behind BELOW, directly or through them; files that include each other in a circle
+# are refused. The check runs with each build, see CheckLayers.cmake.
 
 set_property(GLOBAL PROPERTY KESTRAN_LAYERS "")
 
-# kestran_layer(NAME SOURCES module... DEPENDS layer...)
-# A module is a path below src/ without its ending.
+# kestran_layer(NAME ROOT folder BELOW layer...)
+# The library of the files in ROOT/NAME: kestran_NAME, or NAME-lib for the folder of a
+# program. ROOT is the include folder. A file that ends in Main.cpp is the program's.
 function(kestran_layer name)
-    cmake_parse_arguments(LAYER "" "" "SOURCES;DEPENDS" ${ARGN})
-    set(files "")
-    foreach(module IN LISTS LAYER_SOURCES)
-        foreach(file "src/${module}.h" "src/${module}.cpp")
-            if(EXISTS "${CMAKE_CURRENT_SOURCE_DIR}/${file}")
-                list(APPEND files "${file}")
-            endif()
-        endforeach()
-    endforeach()
-    add_library(${name} STATIC ${files})
-    target_include_directories(${name} PUBLIC src)
-    target_link_libraries(${name} PUBLIC ${LAYER_DEPENDS} Threads::Threads)
+    cmake_parse_arguments(LAYER "" "ROOT" "BELOW" ${ARGN})
+    set(root "${CMAKE_SOURCE_DIR}/${LAYER_ROOT}")
+    file(GLOB files CONFIGURE_DEPENDS "${root}/${name}/*.h" "${root}/${name}/*.cpp")
+    set(programs ${files})
+    list(FILTER programs INCLUDE REGEX "Main\\.cpp$")
+    list(FILTER files EXCLUDE REGEX "Main\\.cpp$")
 
-    # The layer and all that it may know, from the bottom up.
+    set(target "kestran_${name}")
+    if(name MATCHES "^kestran-")
+        set(target "${name}-lib")
+    endif()
+    add_library(${target} STATIC ${files})
+    target_include_directories(${target} PUBLIC "${root}")
     set(known ${name})
-    foreach(layer IN LISTS LAYER_DEPENDS)
+    foreach(layer IN LISTS LAYER_BELOW)
         get_property(below GLOBAL PROPERTY KESTRAN_KNOWN_${layer})
+        get_property(library GLOBAL PROPERTY KESTRAN_TARGET_${layer})
         list(APPEND known ${below})
+        target_link_libraries(${target} PUBLIC ${library})
     endforeach()
+    list(REMOVE_DUPLICATES known)
+    target_link_libraries(${target} PUBLIC Threads::Threads)
+    set_property(GLOBAL PROPERTY KESTRAN_TARGET_${name} ${target})
     set_property(GLOBAL PROPERTY KESTRAN_KNOWN_${name} ${known})
-    set_property(GLOBAL PROPERTY KESTRAN_FILES_${name} ${files})
+    set_property(GLOBAL PROPERTY KESTRAN_FILES_${name} ${files} ${programs})
+    set_property(GLOBAL PROPERTY KESTRAN_ROOT_${name} ${LAYER_ROOT})
     set_property(GLOBAL APPEND PROPERTY KESTRAN_LAYERS ${name})
 endfunction()
 
 # Checks the includes of every layer's files whenever one of them has changed.
 function(kestran_check_layers)
     get_property(layers GLOBAL PROPERTY KESTRAN_LAYERS)
-    set(plan "")
+    set(plan "set(layers \"${layers}\")\n")
     set(allFiles "")
     foreach(layer IN LISTS layers)
         get_property(known GLOBAL PROPERTY KESTRAN_KNOWN_${layer})
         get_property(files GLOBAL PROPERTY KESTRAN_FILES_${layer})
-        string(APPEND plan "list(APPEND layers ${layer})\n"
-                           "set(known_${layer} ${known})\n"
-                           "set(files_${layer} ${files})\n")
+        get_property(root GLOBAL PROPERTY KESTRAN_ROOT_${layer})
+        string(APPEND plan "set(known_${layer} \"${known}\")\n"
+                           "set(root_${layer} ${root})\n"
+                           "set(files_${layer} \"${files}\")\n")
         list(APPEND allFiles ${files})
     endforeach()
-    file(WRITE "${CMAKE_BINARY_DIR}/layers.cmake" "${plan}")
+    file(CONFIGURE OUTPUT "${CMAKE_BINARY_DIR}/layers.cmake" CONTENT "${plan}" @ONLY)
 
     set(stamp "${CMAKE_BINARY_DIR}/layers.stamp")
     add_custom_command(
         OUTPUT "${stamp}"
         COMMAND "${CMAKE_COMMAND}" -D "PLAN=${CMAKE_BINARY_DIR}/layers.cmake"
-                -D "ROOT=${CMAKE_CURRENT_SOURCE_DIR}"
-                -P "${CMAKE_CURRENT_SOURCE_DIR}/cmake/CheckLayers.cmake"
+                -D "ROOT=${CMAKE_SOURCE_DIR}"
+                -P "${CMAKE_SOURCE_DIR}/cmake/CheckLayers.cmake"
         COMMAND "${CMAKE_COMMAND}" -E touch "${stamp}"
-        DEPENDS ${allFiles} cmake/CheckLayers.cmake
+        DEPENDS ${allFiles} "${CMAKE_SOURCE_DIR}/cmake/CheckLayers.cmake"
+                "${CMAKE_BINARY_DIR}/layers.cmake"
         COMMENT "Checking that the layers point one way")
     add_custom_target(check-layers ALL DEPENDS "${stamp}")
 endfunction()

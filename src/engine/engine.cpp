@@ -1,11 +1,11 @@
 #include "engine/engine.h"
 
-#include "engine/infoStruct.h"
-#include "fenCheck.h"
-#include "ioFuncs.h"
-#include "log/loggingService.h"
-#include "longAlgebraicMove.h"
-#include "moveGenerator.h"
+#include "base/loggingService.h"
+#include "board/moveGenerator.h"
+#include "notation/fenCheck.h"
+#include "notation/ioFuncs.h"
+#include "notation/longAlgebraicMove.h"
+#include "search/infoStruct.h"
 
 #include <memory>
 

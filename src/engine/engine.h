@@ -2,12 +2,12 @@
 // the timed search on it.
 #pragma once
 
-#include "boardRepresentation.h"
-#include "engineParameters.h"
-#include "ida.h"
-#include "idaVariant.h"
-#include "platform.h"
-#include "searchRepresentation.h"
+#include "base/engineParameters.h"
+#include "base/platform.h"
+#include "board/boardRepresentation.h"
+#include "search/ida.h"
+#include "search/idaVariant.h"
+#include "search/searchRepresentation.h"
 
 #include <cstdint>
 #include <optional>

@@ -1,7 +1,7 @@
 #include "opening/polyglot.h"
 
-#include "ioFuncs.h"
-#include "moveGenerator.h"
+#include "board/moveGenerator.h"
+#include "notation/ioFuncs.h"
 #include "opening/standard.h"
 
 #include <cstdlib>

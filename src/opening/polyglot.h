@@ -1,7 +1,7 @@
 // The compact form of a move and the opening book that is made of it.
 #pragma once
 
-#include "boardRepresentation.h"
+#include "board/boardRepresentation.h"
 
 #include <cstdint>
 #include <map>

@@ -1,9 +1,9 @@
 #include "uci/uciEngine.h"
 
-#include "ioFuncs.h"
-#include "log/loggingService.h"
-#include "longAlgebraicMove.h"
-#include "platform.h"
+#include "base/loggingService.h"
+#include "base/platform.h"
+#include "notation/ioFuncs.h"
+#include "notation/longAlgebraicMove.h"
 
 #include <algorithm>
 #include <array>

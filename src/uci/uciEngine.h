@@ -5,9 +5,9 @@
 // thread lives from a `go` that finds the queue idle to the last `bestmove`.
 #pragma once
 
+#include "base/engineParameters.h"
 #include "engine/engine.h"
-#include "engine/infoStruct.h"
-#include "engineParameters.h"
+#include "search/infoStruct.h"
 
 #include <atomic>
 #include <deque>

@@ -1,9 +1,9 @@
 // Lines of a book, in both notations.
 
-#include "fuzz.h"
+#include "fuzz/fuzz.h"
 
-#include "ioFuncs.h"
-#include "moveGenerator.h"
+#include "board/moveGenerator.h"
+#include "notation/ioFuncs.h"
 #include "opening/polyglot.h"
 
 namespace {

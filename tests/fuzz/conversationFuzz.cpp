@@ -2,11 +2,11 @@
 // clock runs by itself: each look at it doubles the time that has passed, so that the
 // longest budget is soon over.
 
-#include "fuzz.h"
+#include "fuzz/fuzz.h"
 
-#include "engineParameters.h"
+#include "base/engineParameters.h"
+#include "base/platform.h"
 #include "opening/polyglot.h"
-#include "platform.h"
 #include "uci/uciEngine.h"
 
 #include <algorithm>

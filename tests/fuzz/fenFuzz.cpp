@@ -1,13 +1,13 @@
 // FEN text into the engine and out again, and a few plies on every board that it accepts.
 
-#include "fuzz.h"
+#include "fuzz/fuzz.h"
 
-#include "debug/boardRepresentationUtils.h"
+#include "base/engineParameters.h"
+#include "board/boardRepresentationUtils.h"
+#include "board/moveGenerator.h"
 #include "engine/engine.h"
-#include "engineParameters.h"
-#include "ioFuncs.h"
-#include "longAlgebraicMove.h"
-#include "moveGenerator.h"
+#include "notation/ioFuncs.h"
+#include "notation/longAlgebraicMove.h"
 #include "support/naiveRules.h"
 
 #include <algorithm>

@@ -1,10 +1,10 @@
 // Texts of moves, in the form of the protocol and in that of the log.
 
-#include "fuzz.h"
+#include "fuzz/fuzz.h"
 
-#include "ioFuncs.h"
-#include "longAlgebraicMove.h"
-#include "moveGenerator.h"
+#include "board/moveGenerator.h"
+#include "notation/ioFuncs.h"
+#include "notation/longAlgebraicMove.h"
 
 #include <cctype>
 #include <iostream>

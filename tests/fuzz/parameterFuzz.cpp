@@ -1,9 +1,9 @@
 // Lines of parameters and of statistics.
 
-#include "fuzz.h"
+#include "fuzz/fuzz.h"
 
-#include "engineParameters.h"
-#include "statistics.h"
+#include "base/engineParameters.h"
+#include "base/statistics.h"
 
 #include <sstream>
 

@@ -1,9 +1,9 @@
 #include "support/gameInput.h"
 
-#include "fenCheck.h"
-#include "io/cppIoUtils.h"
-#include "longAlgebraicMove.h"
-#include "moveGenerator.h"
+#include "base/cppIoUtils.h"
+#include "board/moveGenerator.h"
+#include "notation/fenCheck.h"
+#include "notation/longAlgebraicMove.h"
 #include "support/commandLine.h"
 #include "support/san.h"
 

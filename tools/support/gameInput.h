@@ -3,7 +3,7 @@
 #pragma once
 
 #include "engine/engine.h"
-#include "hash/hashTable.h"
+#include "search/hashTable.h"
 
 #include <string>
 #include <vector>

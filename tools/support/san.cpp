@@ -1,7 +1,7 @@
 #include "support/san.h"
 
-#include "ioFuncs.h"
-#include "moveGenerator.h"
+#include "board/moveGenerator.h"
+#include "notation/ioFuncs.h"
 
 #include <algorithm>
 

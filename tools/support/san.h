@@ -1,7 +1,7 @@
 // Moves in standard algebraic notation, as players write them: Nf3, exd6, O-O, e8=Q, Qh7#.
 #pragma once
 
-#include "boardRepresentation.h"
+#include "board/boardRepresentation.h"
 
 #include <span>
 #include <string>

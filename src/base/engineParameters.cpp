@@ -1,0 +1,74 @@
+#include "base/engineParameters.h"
+
+#include "base/loggingService.h"
+#include "base/parameterMacros.h"
+
+#include <algorithm>
+#include <limits>
+#include <ostream>
+#include <sstream>
+
+namespace {
+
+const std::string USING_HASH_TABLE_STR = "Using hash table";
+const std::string NOT_USING_HASH_TABLE_STR = "Not using hash table";
+const std::string HASH_TABLE_SIZE_STR = "HashTableSize: ";
+const std::string TREE_MAX_DEPTH_STR = "TreeMaxDepth: ";
+const std::string QUISCENCE_DELTA_WINDOW_STR = "QuiscenceDeltaWindow: ";
+const std::string QUISCENCE_MAX_DEPTH_STR = "QuiscenceMaxDepth: ";
+
+// Values of the engine that plays, where they differ from the defaults.
+constexpr int PROD_HASH_TABLE_SIZE = 16777216;
+constexpr int PROD_TREE_MAX_DEPTH = 3;
+constexpr int PROD_QUISCENCE_MAX_DEPTH = 10;
+
+// If `line` starts with `key`, stores the number behind it, brought to the range
+// of an int, and returns true.
+template <class Int> bool readInt(const std::string& line, const std::string& key, Int& value) {
+    long number = 0;
+    if (!readLong(line, key, number)) {
+        return false;
+    }
+    value = static_cast<int>(
+        std::clamp<long>(number, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
+    return true;
+}
+
+} // namespace
+
+std::unique_ptr<EngineConfig> EngineConfig::getProdConfig() {
+    auto config = std::make_unique<EngineConfig>();
+    config->hashTableSize = PROD_HASH_TABLE_SIZE;
+    config->treeMaxDepth = PROD_TREE_MAX_DEPTH;
+    config->quiscenceMaxDepth = PROD_QUISCENCE_MAX_DEPTH;
+    config->log();
+    return config;
+}
+
+void EngineConfig::log() const {
+    std::ostringstream stream;
+    print(stream);
+    logger.info(stream.str());
+}
+
+void EngineConfig::print(std::ostream& stream) const {
+    stream << (useTable ? USING_HASH_TABLE_STR : NOT_USING_HASH_TABLE_STR) << '\n'
+           << HASH_TABLE_SIZE_STR << hashTableSize << '\n'
+           << TREE_MAX_DEPTH_STR << treeMaxDepth << '\n'
+           << QUISCENCE_DELTA_WINDOW_STR << quiscenceDeltaWindow << '\n'
+           << QUISCENCE_MAX_DEPTH_STR << quiscenceMaxDepth << '\n';
+}
+
+void EngineConfig::readLine(const std::string& line) {
+    if (startsWith(line, USING_HASH_TABLE_STR)) {
+        useTable = true;
+    } else if (startsWith(line, NOT_USING_HASH_TABLE_STR)) {
+        useTable = false;
+    } else {
+        // The first key that matches takes the line.
+        readInt(line, HASH_TABLE_SIZE_STR, hashTableSize) ||
+            readInt(line, TREE_MAX_DEPTH_STR, treeMaxDepth) ||
+            readInt(line, QUISCENCE_DELTA_WINDOW_STR, quiscenceDeltaWindow) ||
+            readInt(line, QUISCENCE_MAX_DEPTH_STR, quiscenceMaxDepth);
+    }
+}

@@ -1,0 +1,27 @@
+#include "base/parameterMacros.h"
+
+#include <sstream>
+
+bool startsWith(const std::string& str, const std::string& prefix) {
+    return str.starts_with(prefix);
+}
+
+bool readLong(const std::string& line, const std::string& key, long& value) {
+    std::string rest;
+    if (!readString(line, key, rest)) {
+        return false;
+    }
+    // The extraction stores 0 for a text that is no number, but leaves the
+    // variable alone when there is no text at all.
+    value = 0;
+    std::istringstream(rest) >> value;
+    return true;
+}
+
+bool readString(const std::string& line, const std::string& key, std::string& value) {
+    if (!startsWith(line, key)) {
+        return false;
+    }
+    value = line.substr(key.size());
+    return true;
+}

@@ -1,0 +1,137 @@
+#include "base/statistics.h"
+
+#include <algorithm>
+#include <iomanip>
+#include <iostream>
+#include <limits>
+#include <sstream>
+#include <string_view>
+
+TestStatistics testStatistics;
+
+namespace {
+
+constexpr std::array<std::string_view, N_TYPES> STATISTICS_NAMES = {
+    "Legal moves ordinal search",   "Pseudolegal moves ordinal search",
+    "Legal moves quiscence search", "Pseudolegal moves quiscence search",
+    "Ordinal search cutoffs",       "Quiescence search cutoffs",
+};
+
+void printStatistic(std::string_view name, std::int64_t statisticInt, double secs,
+                    std::ostream& stream) {
+    stream << name << " per sec : " << static_cast<double>(statisticInt) / secs << std::endl;
+}
+
+// Counters that come from text may add up to more than there is room for: such a sum is
+// the end of the range.
+std::int64_t sumOf(const std::array<std::int64_t, MAX_PLIES>& counters) {
+    std::int64_t sum = 0;
+    for (const std::int64_t counter : counters) {
+        if (__builtin_add_overflow(sum, counter, &sum)) {
+            return counter < 0 ? std::numeric_limits<std::int64_t>::min()
+                               : std::numeric_limits<std::int64_t>::max();
+        }
+    }
+    return sum;
+}
+
+bool isBelow(int value, int limit) {
+    return 0 <= value && value < limit;
+}
+
+} // namespace
+
+TestStatistics::TestStatistics() {
+    reset();
+}
+
+void TestStatistics::reset() {
+    runPointer = -1;
+    clockStart = clockMilliseconds();
+    init();
+}
+
+void TestStatistics::init() {
+    statistic.fill({});
+}
+
+void TestStatistics::newRun() {
+    clockStart = clockMilliseconds();
+    runPointer = std::min(runPointer + 1, MAX_RUNS - 1);
+}
+
+void TestStatistics::sumStatistics() {
+    sumStatistic.fill({});
+    for (std::size_t run = 0; static_cast<int>(run) <= runPointer; ++run) {
+        for (std::size_t type = 0; type < N_TYPES; ++type) {
+            sumStatistic[run][type] = sumOf(statistic[run][type]);
+        }
+    }
+}
+
+void TestStatistics::printStatistics(int run, std::ostream& stream) const {
+    const auto& counters = statistic[static_cast<std::size_t>(run)];
+    const auto& sums = sumStatistic[static_cast<std::size_t>(run)];
+    const double secs = static_cast<double>(clockMilliseconds() - clockStart) / 1000.0;
+
+    stream << "Run: " << run << std::endl;
+    stream << std::fixed << std::setprecision(3);
+    stream << "Measured duration: " << secs << " secs. " << std::endl;
+    for (std::size_t type = 0; type < N_TYPES; ++type) {
+        for (std::size_t depth = 0; depth < MAX_PLIES; ++depth) {
+            if (counters[type][depth] != 0) {
+                stream << STATISTICS_NAMES[type] << " at ply " << depth << " : "
+                       << counters[type][depth] << std::endl;
+            }
+        }
+    }
+    for (std::size_t type = 0; type < N_TYPES; ++type) {
+        stream << "Sum of " << STATISTICS_NAMES[type] << ": " << sums[type] << std::endl;
+        printStatistic(STATISTICS_NAMES[type], sums[type], secs, stream);
+    }
+}
+
+void TestStatistics::printAll(std::ostream& stream) {
+    sumStatistics();
+    for (int run = 0; run <= runPointer; ++run) {
+        printStatistics(run, stream);
+    }
+}
+
+void TestStatistics::printLastStatistics() const {
+    if (runPointer >= 0) {
+        printStatistics(runPointer, std::cout);
+    }
+}
+
+void TestStatistics::readLine(const std::string& line) {
+    if (line.starts_with("Run")) {
+        std::istringstream stream(line);
+        std::string word;
+        int run = 0;
+        if (stream >> word >> run && isBelow(run, MAX_RUNS)) {
+            runPointer = run;
+        }
+        return;
+    }
+    for (std::size_t type = 0; type < N_TYPES; ++type) {
+        const std::string key = std::string(STATISTICS_NAMES[type]) + " at ply";
+        if (!line.starts_with(key)) {
+            continue;
+        }
+        std::istringstream stream(line.substr(key.size()));
+        int depth = 0;
+        std::string colon;
+        std::int64_t value = 0;
+        if (stream >> depth >> colon >> value && isBelow(depth, MAX_PLIES) && runPointer >= 0) {
+            statistic[static_cast<std::size_t>(runPointer)][type][static_cast<std::size_t>(depth)] =
+                value;
+        }
+        return;
+    }
+}
+
+std::int64_t TestStatistics::get(int run, int type, int ply) const {
+    return statistic[static_cast<std::size_t>(run)][static_cast<std::size_t>(type)]
+                    [static_cast<std::size_t>(ply)];
+}

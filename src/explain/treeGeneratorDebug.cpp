@@ -1,0 +1,187 @@
+#include "explain/treeGeneratorDebug.h"
+
+#include "base/cppIoUtils.h"
+#include "board/boardRepresentationUtils.h"
+#include "board/moveGenerator.h"
+#include "notation/ioFuncs.h"
+
+#include <algorithm>
+#include <iostream>
+#include <utility>
+
+namespace {
+
+// How far the report of a node, and of a move at it, is indented.
+constexpr int INDENT_A_LEVEL = 4;
+constexpr int NODE_INDENT = 5;
+constexpr int MOVE_INDENT = 9;
+constexpr int EVALUATION_INDENT = 10;
+
+std::string blanks(int level, int indent) {
+    return std::string(at(INDENT_A_LEVEL * level + indent), ' ');
+}
+
+void printNode(std::ostream& stream, const Node& node, int level) {
+    const std::string indent = blanks(level, NODE_INDENT);
+    stream << indent << "Node at depth: " << node.depth << '\n';
+    stream << indent << "position fen: " << node.position << '\n';
+    stream << indent << "variant so far: ";
+    for (const Move& move : node.variantSoFar) {
+        printMove(stream, move);
+        stream << ' ';
+    }
+    stream << "\n\n";
+}
+
+void printMoveInfo(std::ostream& stream, const NodeMoveInfo& info, int level) {
+    const std::string indent = blanks(level, MOVE_INDENT);
+    stream << indent << "move ";
+    printMove(stream, info.move);
+    stream << (info.isQuiscence ? " (quiescence)" : "") << (info.lmfCut ? " lmfCut" : "")
+           << (info.useTableEntryBool ? " useTableEntryBool" : "") << '\n';
+    stream << indent << "(alpha, beta) = (" << info.alfa << ", " << info.beta << ")\n";
+    stream << indent << "principalVariant: ";
+    printVariant(stream, info.principalVariant);
+    if (!info.evalInfo.empty()) {
+        stream << indent << "Evaluation:\n"
+               << indentString(INDENT_A_LEVEL * level + EVALUATION_INDENT, info.evalInfo);
+    }
+    stream << '\n';
+}
+
+bool isRemarkable(const NodeMoveInfo& info) {
+    return info.principalVariant.evaluation > info.alfa || !info.evalInfo.empty();
+}
+
+} // namespace
+
+Explain::Explain() : data(1) {
+}
+
+void Explain::setVariant(const Position& position, const Variant& _variant) {
+    enabled = true;
+    variant = _variant;
+    positions[0] = position;
+    for (int i = 0; i < variant.varLength; ++i) {
+        positions[at(i + 1)] = positions[at(i)];
+        DoMoveContext context;
+        context.init();
+        ::doMove(positions[at(i + 1)], variant.get(i).move, context);
+    }
+}
+
+bool Explain::inVariant() const {
+    return enabled && actualDepth - actualCommonDepth <= 1;
+}
+
+bool Explain::preciselyInVariant() const {
+    return enabled && actualDepth == actualCommonDepth;
+}
+
+void Explain::doMove(const Move& move) {
+    if (actualDepth == actualCommonDepth && actualCommonDepth < variant.varLength &&
+        testMoveEquality(move, variant.get(actualCommonDepth).move)) {
+        ++actualCommonDepth;
+    }
+    ++actualDepth;
+    if (!inVariant()) {
+        return;
+    }
+    NodeMoveInfo info;
+    info.move = move;
+    getPresentNode().nodeMoveInfos.push_back(info);
+}
+
+void Explain::undoMove() {
+    --actualDepth;
+    actualCommonDepth = std::min(actualCommonDepth, actualDepth);
+}
+
+void Explain::explainTreeGenMove(int alfa, int beta, const Variant& localVariant, const Move& move,
+                                 bool lmfCut, bool useTableEntryBool) {
+    recordResult({.isQuiscence = false,
+                  .lmfCut = lmfCut,
+                  .useTableEntryBool = useTableEntryBool,
+                  .alfa = alfa,
+                  .beta = beta,
+                  .principalVariant = localVariant,
+                  .move = move,
+                  .evalInfo = ""});
+}
+
+void Explain::explainQuiscenceMove(int alfa, int beta, const Variant& localVariant,
+                                   const Move& move) {
+    recordResult({.isQuiscence = true,
+                  .lmfCut = false,
+                  .useTableEntryBool = false,
+                  .alfa = alfa,
+                  .beta = beta,
+                  .principalVariant = localVariant,
+                  .move = move,
+                  .evalInfo = ""});
+}
+
+void Explain::explainEndTreePass(IdaNS::GeneratingResult result) {
+    data.back().passResult = result;
+    data.back().isFinished = true;
+    data.emplace_back();
+}
+
+std::string& Explain::getLastString() {
+    return getPresentNode().nodeMoveInfos.back().evalInfo;
+}
+
+void Explain::explainAll(bool all) const {
+    explainAll(all, std::cout);
+}
+
+void Explain::explainAll(bool all, std::ostream& stream) const {
+    for (std::size_t i = 0; i < data.size(); ++i) {
+        const TreeSearchPass& pass = data[i];
+        if (!pass.isFinished) {
+            stream << " pass " << i << " not finished \n";
+            return;
+        }
+        stream << "  pass no. " << i << ":\n"
+               << "    result: " << pass.passResult << '\n'
+               << "  \t depth: " << pass.nodes.size() << '\n';
+        for (std::size_t depth = 0; depth < pass.nodes.size(); ++depth) {
+            const int level = static_cast<int>(depth);
+            printNode(stream, pass.nodes[depth], level);
+            for (const NodeMoveInfo& info : pass.nodes[depth].nodeMoveInfos) {
+                if (all || isRemarkable(info)) {
+                    printMoveInfo(stream, info, level);
+                }
+            }
+        }
+    }
+}
+
+// The node at which the move made last was tried, which lies on the line. Made at its
+// first use in a pass.
+Node& Explain::getPresentNode() {
+    const int depth = actualDepth - 1;
+    std::vector<Node>& nodes = data.back().nodes;
+    if (nodes.size() <= at(depth)) {
+        nodes.resize(at(depth) + 1);
+    }
+    Node& node = nodes[at(depth)];
+    if (node.position.empty()) {
+        node.depth = depth;
+        node.position = getFen(positions[at(depth)]);
+        for (int i = 0; i < depth; ++i) {
+            node.variantSoFar.push_back(variant.get(i).move);
+        }
+    }
+    return node;
+}
+
+// Completes the record of the move made last, if there is one, and takes it back.
+void Explain::recordResult(NodeMoveInfo result) {
+    if (inVariant() && actualDepth > 0 && !getPresentNode().nodeMoveInfos.empty()) {
+        NodeMoveInfo& info = getPresentNode().nodeMoveInfos.back();
+        result.evalInfo = std::move(info.evalInfo);
+        info = std::move(result);
+    }
+    undoMove();
+}

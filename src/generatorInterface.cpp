@@ -1,3 +1,0 @@
-#include "generatorInterface.h"
-
-GeneratorInterface::~GeneratorInterface() = default;

@@ -1,0 +1,3 @@
+#include "search/generatorInterface.h"
+
+GeneratorInterface::~GeneratorInterface() = default;

@@ -1,0 +1,21 @@
+// The engine's process: one UciEngine on standard input and output.
+
+#include "base/engineParameters.h"
+#include "base/loggingService.h"
+#include "base/platform.h"
+#include "uci/uciEngine.h"
+
+#include <ios>
+#include <memory>
+
+int main() {
+    prepareSignals();
+    prepareMemory();
+    std::ios::sync_with_stdio(false);
+    logger.addStandard();
+    const std::unique_ptr<EngineConfig> config = EngineConfig::getProdConfig();
+    const auto uciEngine = std::make_unique<UciEngine>(config.get());
+    uciEngine->start();
+    logger.info("Returning from main");
+    return 0;
+}

@@ -1,0 +1,138 @@
+// Parameters, counters and text helpers, and the silence of the log.
+#include "base/cppIoUtils.h"
+#include "base/engineParameters.h"
+#include "base/loggingService.h"
+#include "base/statistics.h"
+#include "search/infoStruct.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+namespace {
+
+std::string textOf(const EngineConfig& config) {
+    std::ostringstream stream;
+    config.print(stream);
+    return stream.str();
+}
+
+template <class Reader> void readLines(Reader& reader, const std::string& text) {
+    std::istringstream stream(text);
+    for (std::string line; std::getline(stream, line);) {
+        reader.readLine(line);
+    }
+}
+
+TEST(EngineConfig, ReadsBackWhatItPrints) {
+    EXPECT_EQ(textOf(*EngineConfig::getProdConfig()),
+              "Using hash table\nHashTableSize: 16777216\nTreeMaxDepth: 3\n"
+              "QuiscenceDeltaWindow: 2000\nQuiscenceMaxDepth: 10\n");
+    const std::string other = "Not using hash table\nHashTableSize: 11\nTreeMaxDepth: 12\n"
+                              "QuiscenceDeltaWindow: -13\nQuiscenceMaxDepth: 14\n";
+    EngineConfig config;
+    readLines(config, other + "Unknown: 5\n\n hashTableSize: 6\n");
+    EXPECT_EQ(textOf(config), other);
+    config.readLine("HashTableSize: many");
+    EXPECT_EQ(config.hashTableSize, 0);
+    config.readLine("HashTableSize: 99999999999");
+    EXPECT_EQ(config.hashTableSize, 2147483647);
+    readLines(config, textOf(EngineConfig()));
+    EXPECT_EQ(textOf(config), "Using hash table\nHashTableSize: 8388608\nTreeMaxDepth: 3\n"
+                              "QuiscenceDeltaWindow: 2000\nQuiscenceMaxDepth: 15\n");
+}
+
+TEST(TextHelpers, IndentSplitAndTurnSlashes) {
+    EXPECT_EQ(indentString(2, ""), "  ");
+    EXPECT_EQ(indentString(2, "a\n\nb\n"), "  a\n  \n  b\n  ");
+    EXPECT_EQ(splitString(" a\tb\n  c "), (std::vector<std::string>{"a", "b", "c"}));
+    Env env;
+    env.system = EnvSystem::LINUX;
+    EXPECT_EQ(env.slashSafeString("a\\b/c"), "a/b/c");
+    env.system = EnvSystem::WINDOWS;
+    EXPECT_EQ(env.slashSafeString("a\\b/c"), "a\\b\\c");
+}
+
+TEST(NodesPerSecond, CountsNoTimeAsOneMillisecond) {
+    EXPECT_EQ(nodesPerSecond(7, 0), 7000);
+    EXPECT_EQ(nodesPerSecond(1999, 2000), 999);
+    EXPECT_EQ(nodesPerSecond(30'000'000'000, 10'000), 3'000'000'000);
+}
+
+// The table is too large for the stack.
+class Statistics : public testing::Test {
+protected:
+    static std::string reportOf(TestStatistics& counters) {
+        std::ostringstream stream;
+        counters.printAll(stream);
+        return stream.str();
+    }
+
+    std::unique_ptr<TestStatistics> statistics = std::make_unique<TestStatistics>();
+};
+
+TEST_F(Statistics, ReadsBackItsReport) {
+    EXPECT_EQ(reportOf(*statistics), "");
+    for (int run = 0; run < 2; ++run) {
+        statistics->newRun();
+        statistics->incrementStatistic(TestStatistics::Q_SEARCH, 3 + run, 2);
+        statistics->incrementStatistic(TestStatistics::Q_SEARCH, 3 + run, 2);
+        statistics->incrementStatistic(TestStatistics::ORDINAL_SEARCH_ALL, 39, 5);
+    }
+    const std::string report = reportOf(*statistics);
+    for (const char* line :
+         {"\nRun: 1\n", "\nLegal moves quiscence search at ply 3 : 4\n",
+          "\nSum of Pseudolegal moves ordinal search: 5\n",
+          "\nSum of Ordinal search cutoffs: 0\nOrdinal search cutoffs per sec"}) {
+        EXPECT_NE(report.find(line), std::string::npos) << line;
+    }
+    EXPECT_EQ(report.find("Ordinal search cutoffs at ply"), std::string::npos);
+
+    const auto copy = std::make_unique<TestStatistics>();
+    readLines(*copy, report + "Run: 2000\nRun: -1\nLegal moves quiscence search at ply 40 : 7\n");
+    EXPECT_EQ(copy->getRunPointer(), 1);
+    for (int i = 0; i < 2 * N_TYPES * MAX_PLIES; ++i) {
+        const int run = i % 2;
+        const int type = i / 2 % N_TYPES;
+        const int ply = i / 2 / N_TYPES;
+        EXPECT_EQ(copy->get(run, type, ply), statistics->get(run, type, ply)) << i;
+    }
+}
+
+TEST_F(Statistics, SumsOfTextEndWithTheRange) {
+    const std::string counter = "Ordinal search cutoffs at ply ";
+    readLines(*statistics, "Run: 0\n" + counter + "4 : 9223372036854775807\n" + counter +
+                               "5 : 9223372036854775807\n");
+    EXPECT_NE(reportOf(*statistics).find("Sum of Ordinal search cutoffs: 9223372036854775807\n"),
+              std::string::npos);
+}
+
+TEST_F(Statistics, CountsOnInTheLastRun) {
+    for (int i = 0; i < MAX_RUNS + 500; ++i) {
+        statistics->newRun();
+        statistics->incrementStatistic(TestStatistics::Q_CUTTOFS, MAX_PLIES - 1, 1);
+    }
+    EXPECT_EQ(statistics->getRunPointer(), 1999);
+    EXPECT_EQ(statistics->get(1998, TestStatistics::Q_CUTTOFS, MAX_PLIES - 1), 1);
+    EXPECT_EQ(statistics->get(1999, TestStatistics::Q_CUTTOFS, MAX_PLIES - 1), 501);
+    statistics->reset();
+    EXPECT_EQ(statistics->getRunPointer(), -1);
+    EXPECT_EQ(statistics->get(1999, TestStatistics::Q_CUTTOFS, MAX_PLIES - 1), 0);
+}
+
+TEST(Log, IsSilentInTheEngineThatPlays) {
+    if (LOG_ENABLED) {
+        GTEST_SKIP() << "this build writes its log";
+    }
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    logger.addStandard();
+    logger.addStandard();
+    logger.error("a text");
+    logger.info("a number ", 5);
+    logger.trace("a tagged text", "treeTag");
+    EXPECT_EQ(testing::internal::GetCapturedStdout() + testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(logger.getSinkCount(), 1U);
+}
+
+} // namespace

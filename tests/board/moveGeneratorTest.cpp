@@ -1,0 +1,301 @@
+// Generating, making and unmaking moves, and the test for check.
+#include "board/boardRepresentationUtils.h"
+#include "support/naiveRules.h"
+#include "testing/boardSupport.h"
+
+#include <gtest/gtest.h>
+#include <iterator>
+#include <map>
+#include <random>
+#include <tuple>
+
+namespace {
+
+#ifdef KESTRAN_SLOW_BUILD
+constexpr long CHECKED_COUNT = 5'000;
+constexpr long PLAIN_COUNT = 10'000;
+constexpr int TWIN_DEPTH = 2;
+#else
+constexpr long CHECKED_COUNT = 50'000;
+constexpr long PLAIN_COUNT = 5'000'000;
+constexpr int TWIN_DEPTH = 3;
+#endif
+
+std::vector<std::string> split(const std::string& text) {
+    std::istringstream stream(text);
+    return {std::istream_iterator<std::string>(stream), {}};
+}
+
+// ---- Counting move sequences ----
+
+void require(const std::string& fault, const Position& position, const Move& move) {
+    if (!fault.empty()) {
+        throw std::logic_error(LongAlgebraicMove(move).toString() + " in " + getFen(position) +
+                               ": " + fault);
+    }
+}
+
+// Counts with nothing but the moves, or looks at the whole position after each change.
+// The latter fills the check cache at every node, to see that each move empties it.
+template <bool IS_CHECKED> long countSequences(Position& position, int depth) {
+    MoveArray moves;
+    const int generated = generateMoves(position, moves.data());
+    Position before;
+    if (IS_CHECKED) {
+        isInCheck(position);
+        before = position;
+    }
+    long count = 0;
+    for (int i = 0; i < generated; ++i) {
+        const Move& move = moves[at(i)];
+        DoMoveContext context;
+        context.init();
+        if (doMove(position, move, context)) {
+            if (IS_CHECKED) {
+                require(findInconsistency(position), before, move);
+            }
+            count += depth == 1 ? 1 : countSequences<IS_CHECKED>(position, depth - 1);
+            undoMove(position, move, context);
+        }
+        if (IS_CHECKED) {
+            require(findDifference(position, before), before, move);
+            isInCheck(position);
+        }
+    }
+    return count;
+}
+
+// Counts each position to the greatest depth that has at most `most` sequences.
+template <bool IS_CHECKED> void expectCounts(long most) {
+    for (const PerftLine& line : readPerftLines()) {
+        const auto end = std::ranges::upper_bound(line.counts, most);
+        if (const auto depth = static_cast<int>(end - line.counts.begin()); depth > 0) {
+            Position position = positionOf(line.fen);
+            EXPECT_EQ(countSequences<IS_CHECKED>(position, depth), *(end - 1)) << line.fen;
+        }
+    }
+}
+
+TEST(Perft, CountsWithEveryPositionChecked) {
+    expectCounts<true>(CHECKED_COUNT);
+}
+
+TEST(Perft, CountsFurtherDown) {
+    expectCounts<false>(PLAIN_COUNT);
+}
+
+// ---- Against the naive twin ----
+
+void expectLikeTwin(Position& position, const NaiveBoard& twin) {
+    const std::string fen = getFen(position);
+    EXPECT_EQ(sorted(textsOf(legalMovesOf(position))), twin.getLegalMoves()) << fen;
+    EXPECT_EQ(isInCheck(position), twin.isInCheck()) << fen;
+    EXPECT_EQ(isInMate(position), twin.isInCheck() && twin.getLegalMoves().empty()) << fen;
+    const std::string identity = twin.getIdentity();
+    EXPECT_TRUE(fen.starts_with(identity.substr(0, identity.rfind(' ')))) << fen << identity;
+    EXPECT_EQ(position.halfMoveClock, twin.getHalfMoveClock()) << fen;
+}
+
+using KeysByIdentity = std::map<std::string, std::uint64_t>;
+
+void walkWithTwin(Position position, const NaiveBoard& twin, int depth, KeysByIdentity& keys) {
+    expectLikeTwin(position, twin);
+    const auto [entry, isNew] = keys.try_emplace(twin.getIdentity(), position.hash);
+    EXPECT_EQ(entry->second, position.hash) << entry->first;
+    for (const std::string& move : depth > 0 ? twin.getLegalMoves() : std::vector<std::string>()) {
+        Position next = position;
+        NaiveBoard nextTwin = twin;
+        play(next, move);
+        ASSERT_TRUE(nextTwin.play(move));
+        walkWithTwin(next, nextTwin, depth - 1, keys);
+    }
+}
+
+// Also: two ways to a position meet in one key exactly if board, side, rights and a
+// usable en passant capture are the same.
+TEST(NaiveTwin, KnowsTheSameMovesAndPositions) {
+    KeysByIdentity keys;
+    for (const PerftLine& line : readPerftLines()) {
+        walkWithTwin(positionOf(line.fen), NaiveBoard(line.fen), 1, keys);
+    }
+    // Chances to take en passant that come, pass, and are pinned away.
+    for (const char* fen :
+         {"4k3/2p1p3/8/1P1P1P2/2p1p3/8/1P1P4/4K3 w - - 3 1",
+          "r3k2r/8/8/8/1p4p1/8/P6P/R3K2R w KQkq - 0 1", "4k3/3p4/8/1KP4r/8/8/8/8 b - - 0 1"}) {
+        walkWithTwin(positionOf(fen), NaiveBoard(fen), TWIN_DEPTH, keys);
+    }
+    std::map<std::uint64_t, std::string> identities;
+    for (const auto& [identity, key] : keys) {
+        EXPECT_EQ(identities.try_emplace(key, identity).first->second, identity);
+    }
+}
+
+TEST(RandomGame, GoesForwardLikeTheTwinAndBack) {
+    constexpr int GAMES = 30;
+    constexpr int LENGTH = 150;
+    std::mt19937_64 random(20'250'101);
+    for (int i = 0; i < GAMES; ++i) {
+        Position position = positionOf(START_FEN);
+        NaiveBoard twin;
+        std::vector<std::tuple<Position, Move, DoMoveContext>> steps;
+        for (int ply = 0; ply < LENGTH; ++ply) {
+            const std::vector<Move> legal = legalMovesOf(position);
+            if (legal.empty()) {
+                break;
+            }
+            const Move move = legal[random() % legal.size()];
+            auto& [before, made, context] = steps.emplace_back(position, move, DoMoveContext());
+            context.init();
+            ASSERT_TRUE(doMove(position, move, context));
+            ASSERT_EQ(findInconsistency(position), "");
+            ASSERT_TRUE(twin.play(LongAlgebraicMove(move).toString()));
+            expectLikeTwin(position, twin);
+        }
+        for (; !steps.empty(); steps.pop_back()) {
+            const auto& [before, move, context] = steps.back();
+            undoMove(position, move, context);
+            require(findDifference(position, before), before, move);
+        }
+        ASSERT_FALSE(HasFailure()) << "game " << i;
+    }
+}
+
+TEST(Symmetry, MirroredPositionsHaveMirroredMoves) {
+    for (const PerftLine& line : readPerftLines()) {
+        Position position = positionOf(line.fen);
+        Position mirror = positionOf(mirrorFen(line.fen));
+        std::vector<std::string> expected = textsOf(movesOf(position));
+        std::ranges::transform(expected, expected.begin(), mirrorMove);
+        EXPECT_EQ(sorted(textsOf(movesOf(mirror))), sorted(expected)) << line.fen;
+        EXPECT_EQ(isInCheck(mirror), isInCheck(position)) << line.fen;
+        EXPECT_EQ(mirror.material[BLACK], position.material[WHITE]) << line.fen;
+    }
+}
+
+// ---- The order of generation ----
+
+TEST(GenerationOrder, FollowsListAndOffsets) {
+    const std::pair<const char*, const char*> cases[] = {
+        {START_FEN, "a2a3 a2a4 b2b3 b2b4 c2c3 c2c4 d2d3 d2d4 e2e3 e2e4 f2f3 f2f4 g2g3 g2g4 "
+                    "h2h3 h2h4 b1a3 b1c3 g1f3 g1h3"},
+        {"r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 0 1",
+         "e1d1 e1f1 e1e2 e1f2 e1d2 e1c1 e1g1 "
+         "a1b1 a1c1 a1d1 a1a2 a1a3 a1a4 a1a5 a1a6 a1a7 a1a8 "
+         "h1h2 h1h3 h1h4 h1h5 h1h6 h1h7 h1h8 h1g1 h1f1"},
+        // The queen has an order of its own; the king's moves into attack are there.
+        {"7k/8/5p2/2p5/1n1Q4/4p3/8/K7 w - - 0 1",
+         "a1b1 a1a2 a1b2 d4c4 d4b4 d4e4 d4f4 d4g4 d4h4 d4d3 d4d2 d4d1 d4d5 d4d6 d4d7 d4d8 "
+         "d4c3 d4b2 d4e5 d4f6 d4e3 d4c5"},
+        // Promotions: knight, bishop, rook, queen; the push, then towards a, then h.
+        {"r1n5/1P6/8/8/8/8/8/k1K5 w - - 0 1",
+         "c1b1 c1d1 c1c2 c1d2 c1b2 b7b8n b7b8b b7b8r b7b8q b7a8n b7a8b b7a8r b7a8q "
+         "b7c8n b7c8b b7c8r b7c8q"},
+        {"K1k5/8/8/8/8/8/1p6/R1N5 b - - 0 1",
+         "c8b8 c8d8 c8c7 c8b7 c8d7 b2b1n b2b1b b2b1r b2b1q b2a1n b2a1b b2a1r b2a1q "
+         "b2c1n b2c1b b2c1r b2c1q"},
+        // En passant comes last of a pawn's moves, for either pawn.
+        {"7k/8/5n2/2PpP3/8/8/8/7K w - d6 0 2", "h1g1 h1h2 h1g2 c5c6 c5d6 e5e6 e5f6 e5d6"},
+        {"7k/8/8/8/4Pp2/6B1/8/7K b - e3 0 1", "h8g8 h8h7 h8g7 f4f3 f4g3 f4e3"},
+        {"7k/8/8/8/4N3/8/1R6/7K w - - 0 1",
+         "h1g1 h1h2 h1g2 b2c2 b2d2 b2e2 b2f2 b2g2 b2h2 b2b3 b2b4 b2b5 b2b6 b2b7 b2b8 b2a2 b2b1 "
+         "e4d6 e4f6 e4c5 e4g5 e4g3 e4c3 e4f2 e4d2"},
+        {"7k/8/8/8/3b4/8/1N6/7K b - - 0 1",
+         "h8g8 h8h7 h8g7 d4c5 d4b6 d4a7 d4e5 d4f6 d4g7 d4e3 d4f2 d4g1 d4c3 d4b2"},
+    };
+    for (const auto& [fen, moves] : cases) {
+        EXPECT_EQ(textsOf(movesOf(positionOf(fen))), split(moves)) << fen;
+    }
+}
+
+TEST(GenerationOrder, PromotedPieceKeepsThePlaceOfItsPawn) {
+    Position position = positionOf("7k/1P6/8/8/8/8/P7/R6K w - - 0 1");
+    play(position, "b7b8q");
+    play(position, "h8g7");
+    const std::vector<Move> moves = movesOf(position);
+    const auto first = [&](PieceType type) {
+        return std::ranges::find(moves, type, &Move::pieceMoved) - moves.begin();
+    };
+    EXPECT_LT(first(PAWN), first(QUEEN));
+    EXPECT_LT(first(QUEEN), first(ROOK));
+}
+
+TEST(GenerationOrder, IsTheOneOfLegalMovesToo) {
+    for (const PerftLine& line : readPerftLines()) {
+        std::vector<std::string> expected = textsOf(movesOf(positionOf(line.fen)));
+        const std::vector<std::string> legal = NaiveBoard(line.fen).getLegalMoves();
+        std::erase_if(expected, [&](const std::string& text) {
+            return !std::ranges::binary_search(legal, text);
+        });
+        EXPECT_EQ(textsOf(legalMovesOf(positionOf(line.fen))), expected) << line.fen;
+    }
+}
+
+TEST(GenerateMoves, CastlesOnlyWhenAllowed) {
+    // A position, and the castlings that White then has; Black has them in its mirror.
+    const std::pair<const char*, const char*> cases[] = {
+        {"4k3/8/8/8/8/8/8/R3K2R w KQ - 0 1", "e1c1 e1g1"},
+        {"4k3/8/8/8/8/8/8/R3K2R w K - 0 1", "e1g1"},
+        {"4k3/8/8/8/8/8/8/R3K2R w - - 0 1", ""},
+        {"1r2k3/8/8/8/8/8/8/R3K2R w KQ - 0 1", "e1c1 e1g1"}, // b1 may be attacked
+        {"r3k2r/8/8/8/8/8/8/R3K2R w KQ - 0 1", "e1c1 e1g1"}, // so may the rooks
+        {"2r1k3/8/8/8/8/8/8/R3K2R w KQ - 0 1", "e1g1"},
+        {"3rk3/8/8/8/8/8/8/R3K2R w KQ - 0 1", "e1g1"},
+        {"4k3/4r3/8/8/8/8/8/R3K2R w KQ - 0 1", ""},
+        {"4kr2/8/8/8/8/8/8/R3K2R w KQ - 0 1", "e1c1"},
+        {"4k1r1/8/8/8/8/8/8/R3K2R w KQ - 0 1", "e1c1"},
+        {"3rk3/3p4/8/8/8/8/8/R3K2R w KQ - 0 1", "e1c1 e1g1"}, // nothing attacks through a pawn
+        {"4k3/8/8/8/8/b7/1p6/R3K2R w KQ - 0 1", "e1g1"},      // the pawn attacks c1
+        {"4k3/8/8/8/8/4n3/8/R3K2R w KQ - 0 1", ""},           // the knight d1 and f1
+        {"4k3/8/8/8/8/8/6k1/R3K2R w KQ - 0 1", "e1c1"},
+        {"4k3/8/8/8/8/8/8/RN2K1NR w KQ - 0 1", ""},
+        {"4k3/8/8/8/8/8/8/R1n1K2R w KQ - 0 1", "e1g1"},
+        {"4k3/8/8/8/8/8/8/R2QKB1R w KQ - 0 1", ""},
+    };
+    const auto castlings = [](const std::string& fen) {
+        std::vector<Move> moves = movesOf(positionOf(fen));
+        std::erase_if(moves, [](const Move& move) { return !move.isCastle(); });
+        return textsOf(moves);
+    };
+    for (const auto& [fen, moves] : cases) {
+        std::vector<std::string> expected = split(moves);
+        EXPECT_EQ(castlings(fen), expected) << fen;
+        std::ranges::transform(expected, expected.begin(), mirrorMove);
+        EXPECT_EQ(castlings(mirrorFen(fen)), expected) << mirrorFen(fen);
+    }
+}
+
+TEST(GenerateMoves, FifteenQueensASideStayWithinTheArray) {
+    for (const char* fen :
+         {"3Q2rk/1Q2Q1pp/Q1Q5/3Q3Q/1Q3Q2/4Q3/2Q3Q1/KQ1Q1Q2 w - - 0 1",
+          "Q2Q2qk/Q2Q1Qqq/3q2QQ/1q3q1Q/Q1q2q1Q/q3q1q1/QQq1Q1q1/KQ1Qqq2 w - - 0 1"}) {
+        Position position = positionOf(fen);
+        EXPECT_LE(movesOf(position).size(), MAX_MOVES);
+        EXPECT_EQ(sorted(textsOf(legalMovesOf(position))), NaiveBoard(fen).getLegalMoves()) << fen;
+    }
+}
+
+// ---- What a move does beside the board ----
+
+TEST(DoMove, CountsCastlingsForTheirColour) {
+    Position position = positionOf("r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 5 1");
+    play(position, "e1g1");
+    EXPECT_EQ(position.moveEvaluation, 10);
+    EXPECT_EQ(position.halfMoveClock, 6);
+    play(position, "e8c8");
+    EXPECT_EQ(position.moveEvaluation, 0);
+}
+
+TEST(IsInMate, TellsMateFromStalemateAndCheck) {
+    const std::pair<const char*, bool> cases[] = {
+        {"R5k1/5ppp/8/8/8/8/8/4K3 b - - 0 1", true},
+        {"R5k1/5pp1/8/8/8/8/8/4K3 b - - 0 1", false}, // h7 is free
+        {"7k/5Q2/6K1/8/8/8/8/8 b - - 0 1", false},    // stalemate
+        {"7k/6Q1/6K1/8/8/8/8/8 b - - 0 1", true},
+    };
+    for (const auto& [fen, isMate] : cases) {
+        Position position = positionOf(fen);
+        EXPECT_EQ(isInMate(position), isMate) << fen;
+    }
+}
+
+} // namespace

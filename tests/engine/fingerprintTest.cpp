@@ -1,0 +1,132 @@
+// Searches that are known line by line: whoever changes what the search does sees it here.
+#include "engine/engine.h"
+#include "search/infoStruct.h"
+#include "testing/searchSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+
+namespace {
+
+constexpr int TABLE_SIZE = 1398101;
+
+struct Block {
+    std::string game; // as in a position command
+    std::vector<std::string> passes;
+    std::vector<std::string> infos;
+};
+
+std::vector<Block> readBlocks() {
+    std::ifstream file(KESTRAN_TEST_DATA "/fingerprint.txt");
+    std::vector<Block> blocks;
+    for (std::string line; std::getline(file, line);) {
+        if (line.starts_with("position ")) {
+            blocks.push_back({line.substr(9), {}, {}});
+        } else if (line.starts_with("pass ")) {
+            blocks.back().passes.push_back(line);
+        } else if (line.starts_with("info ")) {
+            blocks.back().infos.push_back(line);
+        }
+    }
+    return blocks;
+}
+
+void setUpGame(Engine& engine, const std::string& game) {
+    if (!game.starts_with("startpos")) {
+        ASSERT_EQ(engine.init(game), "");
+        return;
+    }
+    std::istringstream words(game);
+    std::string word;
+    words >> word >> word;
+    while (words >> word) {
+        engine.doMoveLongAlgebraic(word);
+    }
+}
+
+// Runs a pass and tells it in the words of the data.
+std::string runPass(Ida& ida, Position& position, Variant& variant, int depth) {
+    TreeGenerator& generator = ida.getTreeGenerator();
+    std::ostringstream text;
+    const int alpha = generator.firstAlpha;
+    const int beta = generator.firstBeta;
+    const char* const results[] = {"FAILLOW", "FAILHIGH", "OK", "OK_FINISH"};
+    const char* result = results[ida.generateTreeIdaOneLoop(position, variant, depth, true)];
+    text << "pass " << depth << " result " << result << " alpha " << alpha << " beta " << beta
+         << " eval " << variant.evaluation << " nodes " << generator.getSearchedAllNodes()
+         << " treenodes " << generator.getSearchedTreeNodes() << " pv" << lineOf(variant);
+    return text.str();
+}
+
+// Notes reports in the words of the data, and asks for the end after `wanted` of them.
+class Reader final : public InfoListenerInterface, public StopListenerInterface {
+public:
+    explicit Reader(std::size_t _wanted) : wanted(_wanted) {}
+
+    void onInfo(const InfoStruct& info) override {
+        std::ostringstream text;
+        text << "info pv" << lineOf(info.pv) << " score cp " << info.pv.evaluation / 10 << " depth "
+             << info.depth << " seldepth " << info.selDepth << " nodes " << info.nodesSearched;
+        infos.push_back(text.str());
+        lines.push_back(lineOf(info.pv));
+        ++count;
+    }
+    bool checkForStop() override { return count >= wanted; }
+
+    std::vector<std::string> infos;
+    std::vector<std::string> lines;
+
+private:
+    std::size_t wanted;
+    std::atomic<std::size_t> count = 0;
+};
+
+TEST(Fingerprint, EveryPassIsAsItWas) {
+    std::size_t passes = 0;
+    for (const Block& block : readBlocks()) {
+        SCOPED_TRACE(block.game);
+        const auto config = makeConfig(TABLE_SIZE);
+        Engine game(config.get());
+        setUpGame(game, block.game);
+        Ida ida(config.get());
+        for (const std::uint64_t key : game.getGame().repetitionHashes) {
+            ida.getRepetitionTable().getEntry(key).increaseRepetitions(key);
+        }
+        Position position = game.getPosition();
+        Variant variant;
+        for (const std::string& pass : block.passes) {
+            ASSERT_EQ(runPass(ida, position, variant, std::stoi(pass.substr(5))), pass);
+            ++passes;
+        }
+        EXPECT_EQ(findDifference(position, game.getPosition()), "");
+    }
+    EXPECT_EQ(passes, 110U);
+}
+
+TEST(Fingerprint, TimedSearchReportsItsPassesAndPublishesOneOfThem) {
+    std::size_t infos = 0;
+    for (const Block& block : readBlocks()) {
+        SCOPED_TRACE(block.game);
+        const auto config = makeConfig(TABLE_SIZE);
+        Reader reader(block.infos.size());
+        Engine engine(config.get());
+        engine.setInfoListener(&reader);
+        engine.setStopListener(&reader);
+        setUpGame(engine, block.game);
+        const Variant published = engine.search(0, true);
+        engine.joinThread();
+        // The search went on until it was stopped.
+        ASSERT_GE(reader.infos.size(), block.infos.size());
+        if (!reader.lines.back().empty()) {
+            const auto from = reader.lines.begin() + static_cast<long>(block.infos.size()) - 1;
+            EXPECT_NE(std::find(from, reader.lines.end(), lineOf(published)), reader.lines.end());
+        }
+        reader.infos.resize(block.infos.size());
+        EXPECT_EQ(reader.infos, block.infos);
+        infos += block.infos.size();
+    }
+    EXPECT_EQ(infos, 100U);
+}
+
+} // namespace

@@ -1,0 +1,354 @@
+// Watching a search along a line, and telling what came of it.
+
+#include "kestran-explain/explain.h"
+#include "kestran-bench/bench.h"
+#include "kestran-explain/lineAnswer.h"
+#include "kestran-explain/searchText.h"
+#include "search/infoStruct.h"
+#include "support/gameInput.h"
+#include "support/san.h"
+#include "testing/boardSupport.h"
+#include "testing/toolSupport.h"
+
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <memory>
+#include <pty.h>
+#include <sys/wait.h>
+#include <tuple>
+#include <unistd.h>
+
+namespace {
+
+// The legal move of a text.
+Move moveIn(const Position& position, const std::string& text) {
+    return readMoves(position, text, "the test").at(0);
+}
+
+// An Explain that watches a line from the start position, told by hand what a search did.
+class Watched {
+public:
+    explicit Watched(const std::string& line) : game(readGame({}, "")), positions{game.position} {
+        const std::vector<Move> moves = readMoves(game.position, line, "the line");
+        Variant variant;
+        variant.varLength = static_cast<int>(moves.size());
+        for (int i = 0; i < variant.varLength; ++i) {
+            variant.get(i) = {moves[at(i)], false, false, false};
+        }
+        explain.setVariant(game.position, variant);
+    }
+
+    void doMove(const std::string& text) {
+        path.push_back(moveIn(positions.back(), text));
+        positions.push_back(positionAfter(positions.back(), path.back()));
+        explain.doMove(path.back());
+    }
+    void finish(int alfa, int beta, int score, bool lmfCut = false, bool useTableEntry = false) {
+        Variant variant;
+        variant.clear(score);
+        explain.explainTreeGenMove(alfa, beta, variant, path.back(), lmfCut, useTableEntry);
+        path.pop_back();
+        positions.pop_back();
+    }
+
+    std::size_t countMoves(std::size_t node) const {
+        const auto& nodes = explain.getData().back().nodes;
+        return node < nodes.size() ? nodes[node].nodeMoveInfos.size() : 0;
+    }
+    std::string report(bool all) const {
+        std::ostringstream stream;
+        explain.explainAll(all, stream);
+        return stream.str();
+    }
+
+    const Game game;
+    std::vector<Position> positions; // along the search's path
+    std::vector<Move> path;
+    Explain explain;
+};
+
+TEST(Explain, RecordsNothingBeforeItHasALine) {
+    Explain explain;
+    const Position start = positionOf(START_FEN);
+    const Move move = moveIn(start, "e2e4");
+    explain.doMove(move);
+    EXPECT_FALSE(explain.inVariant());
+    EXPECT_TRUE(explain.getData().back().nodes.empty());
+    // The depth has moved all the same, and a record that was never begun is not completed.
+    explain.setVariant(start, Variant());
+    EXPECT_TRUE(explain.inVariant());
+    EXPECT_FALSE(explain.preciselyInVariant());
+    explain.explainTreeGenMove(0, 1, Variant(), move, false, false);
+    EXPECT_TRUE(explain.preciselyInVariant());
+}
+
+TEST(Explain, RecordsTheLineAndOneMoveOffIt) {
+    Watched watched("e2e4 e7e5 g1f3");
+    watched.doMove("d2d4"); // off the line at the root
+    watched.doMove("e7e5"); // deeper off it, though it looks like the line's move
+    EXPECT_FALSE(watched.explain.inVariant());
+    watched.finish(0, 0, 0);
+    watched.finish(0, 100, 10);
+    EXPECT_EQ(watched.countMoves(1), 0U);
+    for (const char* move : {"e2e4", "e7e5", "b1c3"}) {
+        EXPECT_TRUE(watched.explain.preciselyInVariant());
+        watched.doMove(move);
+        EXPECT_TRUE(watched.explain.inVariant());
+    }
+    watched.doMove("b8c6");
+    EXPECT_FALSE(watched.explain.inVariant());
+    EXPECT_EQ(watched.countMoves(0), 2U);
+    EXPECT_EQ(watched.countMoves(2), 1U);
+    EXPECT_EQ(watched.countMoves(3), 0U);
+    for (int i = 0; i < 4; ++i) {
+        watched.finish(0, 100, 20);
+    }
+
+    // The next pass enters the line anew, to its end and one move behind it.
+    watched.explain.explainEndTreePass(IdaNS::OK);
+    for (const char* move : {"e2e4", "e7e5", "g1f3", "b8c6"}) {
+        watched.doMove(move);
+    }
+    const Node& node = watched.explain.getData().back().nodes.at(3);
+    EXPECT_EQ(node.depth, 3);
+    EXPECT_EQ(textsOf(node.variantSoFar), (std::vector<std::string>{"e2e4", "e7e5", "g1f3"}));
+    EXPECT_EQ(node.position, getFen(positionAfter("e2e4 e7e5 g1f3")));
+}
+
+TEST(Explain, WatchesALineOfTheGreatestLength) {
+    std::string line = "g1f3 g8f6 f3g1";
+    for (int i = 0; i < 4; ++i) {
+        line += " f6g8 g1f3 g8f6 f3g1";
+    }
+    Watched watched(line);
+    for (std::istringstream stream(line + " e7e5"); stream >> line;) {
+        watched.doMove(line);
+    }
+    EXPECT_EQ(watched.explain.getData().back().nodes.size(), at(Explain::POSITION_LENGTH));
+}
+
+TEST(Explain, ReportsWhatRaisedAlfaOrWasRemarkedUpon) {
+    Watched watched("e2e4 e7e5");
+    watched.doMove("d2d4");
+    watched.finish(-100, 100, -100, false, true);
+    watched.doMove("c2c4");
+    watched.finish(-100, 100, 5, true);
+    watched.doMove("e2e4");
+    watched.doMove("c7c5");
+    watched.explain.getLastString() = "first\nsecond";
+    watched.finish(-100, -5, -100);
+    const std::string some = watched.report(false); // before the pass has ended
+    EXPECT_EQ(some, " pass 0 not finished \n");
+    watched.finish(5, 100, 60);
+    watched.explain.explainEndTreePass(IdaNS::FAILHIGH);
+
+    const std::string low = "         move pD2-D4 useTableEntryBool\n"
+                            "         (alpha, beta) = (-100, 100)\n"
+                            "         principalVariant: Evaluation : -100\n\n";
+    std::string report = watched.report(true);
+    const std::size_t place = report.find(low + "         move pC2-C4 lmfCut\n");
+    ASSERT_NE(place, std::string::npos) << report;
+    EXPECT_NE(report.find("             principalVariant: Evaluation : -100\n"
+                          "             Evaluation:\n"
+                          "              first\n"
+                          "              second\n"
+                          " pass 1 not finished \n"),
+              std::string::npos);
+    EXPECT_EQ(watched.report(false), report.erase(place, low.size()));
+}
+
+// What no finished search shows at its last pass: the line's move was never tried.
+TEST(Explain, TellsWhichMoveKeptTheLineFromBeingReached) {
+    Watched watched("e2e4 e7e5");
+    watched.doMove("e2e4");
+    watched.doMove("c7c5");
+    watched.finish(-10, 10, 10);
+    watched.finish(-10, 10, -5);
+    watched.doMove("d2d4");
+    watched.finish(-5, 10, 0, true); // what lmf cuts has no score, and is no choice
+    watched.explain.explainEndTreePass(IdaNS::OK);
+    EngineConfig config;
+    const WatchedLine line(config, watched.game, watched.explain);
+    EXPECT_EQ(answerInWords(config, watched.game, line),
+              "The search never reached 1... e5 in pass 0 (depth 1), the last, at node 1, after 1. "
+              "e4, as 1... c5 cut the node off at ply 1.");
+}
+
+// ---- The watched search is the one that plays ----
+
+class Reports final : public InfoListenerInterface {
+public:
+    void onInfo(const InfoStruct& info) override {
+        lines.emplace_back(info.depth, info.nodesSearched, variantToString(info.pv));
+    }
+    std::vector<std::tuple<int, std::int64_t, std::string>> lines;
+};
+
+TEST(WatchedSearch, CountsScoresAndPlaysAsTheEngineDoes) {
+#ifdef KESTRAN_SLOW_BUILD
+    constexpr int MAX_DEPTH = 2;
+#else
+    constexpr int MAX_DEPTH = 4;
+#endif
+    const auto config = EngineConfig::getProdConfig();
+    config->hashTableSize = 1 << 16;
+    for (const BenchPosition& bench : getBenchPositions()) {
+        const Game game = readGame({bench.fen}, "");
+        const int depth = std::min(bench.depth, MAX_DEPTH);
+        const auto ida = std::make_unique<Ida>(config.get());
+        Reports played;
+        ida->setInfoListener(&played);
+        countGame(ida->getRepetitionTable(), game);
+        Position position = game.position;
+        Variant variant;
+        ida->generateTree(position, variant, depth, true);
+
+        // Watch the line of play, so that as much as can be is recorded.
+        std::vector<Move> line = movesOf(variant);
+        line.resize(std::min<std::size_t>(line.size(), Explain::MAX_LINE));
+        Explain explain;
+        Reports watched;
+        watchSearch(*config, game, line, depth, explain, &watched);
+        EXPECT_EQ(watched.lines, played.lines) << bench.fen;
+        EXPECT_FALSE(explain.getData().front().nodes.empty());
+    }
+}
+
+// ---- The tool ----
+
+std::string readData(const std::string& name) {
+    std::ifstream file(KESTRAN_TEST_DATA "/explain/" + name);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+TEST(ExplainTool, PrintsTheRecordOrATree) {
+    std::vector<std::string> words = {"6k1/5ppp/8/8/8/8/8/R3K2R w K - 0 1", "--hash=1",
+                                      "--line=a1a7 g8f8 h1h7"};
+    EXPECT_EQ(runBody(explainMain, words).output, readData("plain.txt"));
+    words.emplace_back("--format=tree");
+    EXPECT_EQ(runBody(explainMain, words).output, readData("tree.txt"));
+    words.emplace_back("--all");
+    EXPECT_NE(runBody(explainMain, words).output.find("├─ 1. Kf2"), std::string::npos);
+}
+
+// Three lines a case: "FEN|game|line|depth", something that the tree shows, and a part of
+// the sentence at its end.
+TEST(ExplainTool, TellsWhyMovesEndAndWhereTheLineWasLeft) {
+    std::istringstream cases(readData("cases.txt"));
+    int count = 0;
+    for (std::string fen, game, line, depth, shown, answer;
+         std::getline(cases, fen, '|') && std::getline(cases, game, '|') &&
+         std::getline(cases, line, '|') && std::getline(cases, depth) &&
+         std::getline(cases, shown) && std::getline(cases, answer);
+         ++count) {
+        const std::string text =
+            runBody(explainMain, {fen, "--moves", game, "--line", line, "--depth", depth,
+                                  "--format=tree", "--hash", "1"})
+                .output;
+        const std::size_t sentence = text.rfind("\n\n");
+        EXPECT_LT(text.find(shown), sentence) << shown << '\n' << text;
+        EXPECT_NE(text.find(answer, sentence), std::string::npos) << answer << '\n' << text;
+    }
+    EXPECT_EQ(count, 12);
+}
+
+TEST(ExplainTool, RefusesWhatMakesNoSense) {
+    const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
+        {{"--line", "e2e4 e7e4"}, "move 2 of the line, \"e7e4\", is not legal"},
+        {{"--line", "e2e4x"}, "is not legal"},
+        {{"--moves", "e2e5", "--line", "e2e4"}, "move 1 of the game, \"e2e5\", is not legal"},
+        {{"8/P6k/8/8/8/8/8/K7 w - - 0 1", "--line", "a7a8"}, "\"a7a8\", is not legal"},
+        {{"8/8/8/8 w - - 0 1", "--line", "e2e4"}, "cannot be played: it has fewer than"},
+        {{"startpos", "w", "--line", "e2e4"}, "\"startpos w\" cannot be played"},
+        {{"startpos"}, "--line needs at least one move"},
+        {{"--line", "g1f3 g8f6 f3g1 f6g8 g1f3 g8f6 f3g1 f6g8 g1f3 g8f6 f3g1 f6g8 g1f3 g8f6 f3g1 "
+                    "f6g8 g1f3 g8f6 f3g1 f6g8"},
+         "a line has at most 19 moves, this one has 20"},
+        {{"--line", "e2e4", "--depth", "0"}, "--depth is a whole number from 1 to 20"},
+        {{"--line", "e2e4", "--depth", "21"}, "--depth is a whole number from 1 to 20"},
+        {{"--line", "e2e4", "--hash", "513"}, "--hash is a whole number from 0 to 512"},
+        {{"--line", "e2e4", "--format", "trees"}, "--format is plain or tree"},
+        {{"--line", "e2e4", "--colour"}, "unknown option --colour"},
+        {{"--line"}, "--line needs a value"},
+    };
+    for (const auto& [words, what] : cases) {
+        expectRefusal(runBody(explainMain, words), what);
+    }
+    EXPECT_NE(runBody(explainMain, {"--help"}).output.find("--line \"MOVES\""), std::string::npos);
+}
+
+// What the built tool writes to a terminal.
+std::string outputOnTerminal(const char* noColor) {
+    const std::string path = KESTRAN_BINARY_DIR "/kestran-explain";
+    int terminal = -1;
+    const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
+    if (child == 0) {
+        setenv("NO_COLOR", noColor, 1);
+        execl(path.c_str(), path.c_str(), "--line=e2e4", "--depth=1", "--format=tree",
+              static_cast<char*>(nullptr));
+        _exit(127);
+    }
+    std::string text;
+    std::array<char, 4096> buffer;
+    for (ssize_t got = 0; (got = read(terminal, buffer.data(), buffer.size())) > 0;) {
+        text.append(buffer.data(), static_cast<std::size_t>(got));
+    }
+    close(terminal);
+    waitpid(child, nullptr, 0);
+    // Standard error is that terminal too: the report begins where the progress has ended.
+    return text.substr(std::min(text.find("Position:"), text.size()));
+}
+
+TEST(ExplainTool, ColoursATerminalOnly) {
+    EXPECT_NE(outputOnTerminal("").find("\x1b[1m1. e4 *\x1b[0m"), std::string::npos);
+    const std::string plain = outputOnTerminal("1");
+    EXPECT_NE(plain.find("1. e4 *"), std::string::npos);
+    EXPECT_EQ(plain.find('\x1b'), std::string::npos);
+}
+
+// ---- Notation ----
+
+TEST(SearchText, WritesScoresInPawnsAndMates) {
+    const std::vector<std::pair<int, std::string>> cases = {
+        {0, "+0.000"},
+        {-5, "-0.005"},
+        {UPPER_MATE_LIMIT, "+2147483.298"},
+        {-MATED_EVALUATION - 1, "#1"},
+        {-MATED_EVALUATION - 2, "#1"},
+        {-MATED_EVALUATION - 5, "#3"},
+        {MATED_EVALUATION + 2, "#-1"},
+        {MATED_EVALUATION + 6, "#-3"},
+        {DEFAULT_FIRST_ALFA, "-inf"},
+        {closerToCheckMate(DEFAULT_FIRST_BETA), "+inf"},
+    };
+    for (const auto& [score, text] : cases) {
+        EXPECT_EQ(scoreText(score), text) << score;
+    }
+}
+
+TEST(San, WritesMovesAsPlayersDo) {
+    const std::string castlings =
+        "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1";
+    const std::vector<std::array<std::string, 3>> cases = {
+        {START_FEN, "g1f3", "Nf3"},
+        {castlings, "e1g1", "O-O"},
+        {castlings, "e1c1", "O-O-O"},
+        {castlings, "d5e6", "dxe6"},
+        {"4k3/8/8/3pP3/8/8/8/4K3 w - d6 0 1", "e5d6", "exd6"},
+        {"7k/P7/8/8/8/8/8/K7 w - - 0 1", "a7a8q", "a8=Q+"},
+        {"1n5k/P7/8/8/8/8/8/K7 w - - 0 1", "a7b8n", "axb8=N"},
+        {"6k1/5ppp/8/8/8/8/8/R3K2R w K - 0 1", "a1a8", "Ra8#"},
+        {"6k1/8/8/8/8/8/4K3/R6R w - - 0 1", "a1d1", "Rad1"},
+        {"R7/7k/8/8/8/8/4K3/R7 w - - 0 1", "a1a4", "R1a4"},
+        {"2k5/8/8/Q6Q/8/8/4K3/Q7 w - - 0 1", "a5e1", "Q5e1"},
+        {"8/7k/8/Q3Q3/8/8/4K3/Q7 w - - 0 1", "a5c3", "Qa5c3"},
+        // The twin is pinned, so it needs no telling apart.
+        {"4r2k/8/8/8/8/4N3/8/N3K3 w - - 0 1", "a1c2", "Nc2"},
+    };
+    for (const auto& [fen, move, text] : cases) {
+        const Position position = positionOf(fen);
+        EXPECT_EQ(toSan(position, moveIn(position, move)), text) << fen;
+    }
+}
+
+} // namespace

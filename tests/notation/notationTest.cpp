@@ -1,0 +1,291 @@
+// Text forms of positions, moves, lines and scores.
+#include "board/boardRepresentationUtils.h"
+#include "notation/fenCheck.h"
+#include "testing/boardSupport.h"
+
+#include <gtest/gtest.h>
+#include <limits>
+#include <random>
+
+namespace {
+
+// What `write` prints on standard output.
+template <typename Write> std::string printed(Write write) {
+    testing::internal::CaptureStdout();
+    write();
+    return testing::internal::GetCapturedStdout();
+}
+
+// ---- FEN ----
+
+TEST(Fen, ComesBackAsItWasRead) {
+    for (const PerftLine& line : readPerftLines()) {
+        EXPECT_EQ(getFen(positionOf(line.fen)), line.fen.substr(0, line.fen.rfind(' ')));
+    }
+}
+
+TEST(Fen, IsReadToTheLetter) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"8/8/8/8/8/8/8/K1k5 w - -", "8/8/8/8/8/8/8/K1k5 w - - 0"},
+        {"8/8/8/8/8/8/8/K1k5 b - - - 7", "8/8/8/8/8/8/8/K1k5 b - - 0"},
+        {"8/8/8/8/8/8/8/K1k5 b - - 12", "8/8/8/8/8/8/8/K1k5 b - - 12"},
+        {"8/8/8/8/8/8/8/K1k5 w - - x", "8/8/8/8/8/8/8/K1k5 w - - 0"},
+        {"8/8/8/8/8/8/8/K1k5 w  - - 5", "8/8/8/8/8/8/8/K1k5 w - - 0"}, // an empty field
+        {"8/8/8/8/8/8/8/K1k5 white qkQK - 0", "8/8/8/8/8/8/8/K1k5 w KQkq - 0"},
+        {"8/8/8/8/8/8/8/K1k5 w HAhaK-q - 0", "8/8/8/8/8/8/8/K1k5 w K - 0"},
+        {"8/8/8/8/8/8/8/K1k5 b - E3 0", "8/8/8/8/8/8/8/K1k5 b - e3 0"},
+    };
+    for (const auto& [text, fen] : cases) {
+        EXPECT_EQ(getFen(positionOf(text)), fen) << text;
+    }
+    EXPECT_EQ(positionOf("8/8/8/8/4P3/8/8/K1k5 b - e3 0").epField, 55);
+    EXPECT_EQ(positionOf("8/8/8/3p4/8/8/8/K1k5 w - d6 0").epField, 64);
+}
+
+TEST(Fen, ClockLeavesRoomToCountOn) {
+    for (const char* clock : {"2147483647", "99999999999999999999"}) {
+        Position position = positionOf("8/8/8/8/8/8/8/K1k5 w - - " + std::string(clock));
+        EXPECT_GT(position.halfMoveClock, 100'000);
+        EXPECT_LT(position.halfMoveClock, std::numeric_limits<int>::max() - 100'000);
+    }
+}
+
+TEST(PlayableFen, RejectsWhatCannotBePlayed) {
+    const std::pair<const char*, const char*> cases[] = {
+        {"", "fields"},
+        {"4k3/8/8/8/8/8/8/4K3", "fields"},
+        {"4k3/8/8/8/8/8/8/4K3 w -", "fields"},
+        {"4k3/8/8/8/8/8/4K3 w - - 0 1", "fields"},
+        {"4k3/9/8/8/8/8/8/4K3 w - - 0 1", "rank 7"},
+        {"4k3/8/8/8/8/8/8/4K2 w - - 0 1", "rank 1"},
+        {"4k3/8/8/pppppppp1/8/8/8/4K3 w - - 0 1", "rank 5"},
+        {"4k3/8/8/8/4x3/8/8/4K3 w - - 0 1", "rank 4"},
+        {"4k3/8/8/8/8/8/8/4K3/8 w - - 0 1", "rank 1"},
+        {"4k3/8/8/8/8/8/8/4K3 W - - 0 1", "side to move"},
+        {"4k3/8/8/8/8/8/8/8 w - - 0 1", "king"},
+        {"4k2k/8/8/8/8/8/8/4K3 w - - 0 1", "king"},
+        {"4k3/8/8/8/NNNN4/NNNN4/PPPPPPPP/4K3 w - - 0 1", "16 pieces"},
+        {"4k3/pppppppp/pppppppp/8/8/8/8/4K3 w - - 0 1", "16 pieces"},
+        {"4k2P/8/8/8/8/8/8/4K3 w - - 0 1", "pawn"},
+        {"4k3/8/8/8/8/8/8/4K2p w - - 0 1", "pawn"},
+        {"4k3/8/8/8/8/8/4R3/4K3 w - - 0 1", "check"},
+        {"8/8/8/8/8/8/4k3/4K3 b - - 0 1", "check"},
+    };
+    const Position before = positionAfter("e2e4");
+    for (const auto& [fen, reason] : cases) {
+        Position position = before;
+        const std::string fault = readPlayableFen(position, fen);
+        EXPECT_NE(fault.find(reason), std::string::npos) << fen << " told \"" << fault << '"';
+        EXPECT_EQ(findDifference(position, before), "") << fen;
+    }
+}
+
+TEST(PlayableFen, DropsClaimsThatTheBoardDoesNotBearOut) {
+    const std::tuple<const char*, const char*, const char*> cases[] = {
+        {"r3k2r/8/8/8/8/8/8/R3K2R", "w KQkq - 0", "w KQkq - 0"},
+        {"1r2k2r/8/8/8/8/8/8/R3K1R1", "w KQkq - 0", "w Qk - 0"},
+        {"r2k3r/8/8/8/8/8/8/R3K2R", "w KQkq - 0", "w KQ - 0"},
+        {"r3k2R/8/8/8/8/8/8/b3K2R", "b KQkq - 0", "b Kq - 0"},
+        {"4k3/8/8/8/4P3/8/8/4K3", "b - e3 0", "b - e3 0"},
+        {"4k3/8/8/3p4/8/8/8/4K3", "w - d6 0", "w - d6 0"},
+        {"4k3/8/8/8/4P3/8/8/4K3", "w - e3 0", "w - - 0"}, // White has not moved last
+        {"4k3/8/8/8/4p3/8/8/4K3", "b - e3 0", "b - - 0"},
+        {"4k3/8/8/8/4N3/8/8/4K3", "b - e3 0", "b - - 0"},
+        {"4k3/8/8/8/4P3/4N3/8/4K3", "b - e3 0", "b - - 0"},
+        {"4k3/8/8/8/4P3/8/4n3/7K", "b - e3 0", "b - - 0"},
+        {"4k3/8/8/4P3/8/8/8/4K3", "b - e4 0", "b - - 0"},
+        {"4k3/8/8/8/4P3/8/8/4K3", "b - e9 0", "b - - 0"},
+        {"4k3/8/8/8/4P3/8/8/4K3", "b - h8 0", "b - - 0"},
+        {"4k3/8/8/8/4P3/8/8/4K3", "w - a1 0", "w - - 0"},
+    };
+    for (const auto& [board, claimed, kept] : cases) {
+        Position position;
+        EXPECT_EQ(readPlayableFen(position, board + std::string(" ") + claimed), "");
+        EXPECT_EQ(getFen(position), board + std::string(" ") + kept);
+        EXPECT_EQ(findInconsistency(position), "");
+    }
+}
+
+TEST(PlayableFen, SurvivesDamagedText) {
+    std::mt19937_64 random(4711);
+    const std::string letters = "pnbrqkPNBRQK12345678/ wb-xe9\xFF";
+    int accepted = 0;
+    for (const PerftLine& line : readPerftLines()) {
+        for (int i = 0; i < 100; ++i) {
+            std::string fen = line.fen.substr(0, random() % 8 == 0 ? random() % 60 : 60);
+            for (std::size_t changes = random() % 3; changes > 0 && !fen.empty(); --changes) {
+                fen[random() % fen.size()] = letters[random() % letters.size()];
+            }
+            Position position = positionOf(fen); // believes all, but stays within its arrays
+            if (readPlayableFen(position, fen).empty()) {
+                ++accepted;
+                EXPECT_EQ(findInconsistency(position), "") << fen;
+                EXPECT_EQ(positionOf(getFen(position)).hash, position.hash) << fen;
+            }
+        }
+    }
+    EXPECT_GT(accepted, 1000);
+}
+
+// ---- Moves ----
+
+TEST(LongAlgebraicMove, ReadsAndWritesText) {
+    const std::tuple<const char*, int, int, PieceType, const char*> cases[] = {
+        {"e2e4", 35, 55, NO_PIECE, "e2e4"},      {"A7A8Q", 81, 91, QUEEN, "a7a8q"},
+        {"b7b8k", 82, 92, NO_PIECE, "b7b8"},     {"b7b8p", 82, 92, NO_PIECE, "b7b8"},
+        {"e2e4 e7e5", 35, 55, NO_PIECE, "e2e4"}, {"e1g1xyz", 25, 27, NO_PIECE, "e1g1"},
+    };
+    for (const auto& [text, from, to, promotion, written] : cases) {
+        const LongAlgebraicMove move{std::string(text)};
+        EXPECT_EQ(move.getFrom(), from) << text;
+        EXPECT_EQ(move.getTo(), to) << text;
+        EXPECT_EQ(move.getPromotionType(), promotion) << text;
+        EXPECT_EQ(move.toString(), written);
+    }
+}
+
+TEST(LongAlgebraicMove, FindsItsRecordAmongMoves) {
+    const std::tuple<const char*, const char*, int> cases[] = {
+        {"7k/P7/8/8/8/8/8/K7 w - - 0 1", "a7a8", 3}, // without a letter the first, a knight
+        {"7k/P7/8/8/8/8/8/K7 w - - 0 1", "a7a8Q", 6},
+        {"4k3/8/8/8/8/8/8/R3K2R w KQ - 0 1", "e1c1", 5},
+        {"4k3/8/8/8/8/8/8/R3K2R w KQ - 0 1", "e1g1", 6},
+        {"4k3/8/8/8/8/8/8/R3K2R w KQ - 0 1", "e1h1", -1},
+        {"r3k2r/8/8/8/8/8/8/4K3 b kq - 0 1", "e8c8", 5},
+        {"r3k2r/8/8/8/8/8/8/4K3 b kq - 0 1", "e8g8", 6},
+        {START_FEN, "e2e5", -1},
+        {START_FEN, "", -1},
+        {START_FEN, "4e2e", -1},
+        {START_FEN, "e2e9", -1},
+        {START_FEN, "\xFF\xFF\xFF\xFF", -1},
+    };
+    for (const auto& [fen, text, expected] : cases) {
+        const std::vector<Move> moves = movesOf(positionOf(fen));
+        const LongAlgebraicMove move{std::string(text)};
+        EXPECT_EQ(move.getIndexOfMove(moves.data(), static_cast<int>(moves.size())), expected)
+            << fen << ' ' << text;
+    }
+    // The fields of a castling record mean nothing.
+    const Move castling = {35, 55, PAWN, NO_PIECE, BLACK_QUEEN_SIDE, NO_PIECE};
+    EXPECT_EQ(LongAlgebraicMove(std::string("e2e4")).getIndexOfMove(&castling, 1), -1);
+    EXPECT_EQ(LongAlgebraicMove(castling).toString(), "e8c8");
+}
+
+TEST(Letters, OfPiecesKnowOneCaseOfThePawn) {
+    for (int type = PAWN; type <= KING; ++type) {
+        EXPECT_EQ(parsePiece(" prnbqk"[type]), type);
+        EXPECT_EQ(parsePiece(" PRNBQK"[type]), type == PAWN ? NO_PIECE : type);
+        EXPECT_EQ(parseUpperPiece(" pRNBQK"[type]), type);
+    }
+    EXPECT_EQ(parseUpperPiece('q'), NO_PIECE);
+    EXPECT_EQ(fieldToString(21, false), "A1");
+}
+
+constexpr Move DOUBLE_STEP = {35, 55, PAWN, NO_PIECE, ORDINARY_MOVE, NO_PIECE};
+constexpr Move CASTLING = {0, 0, NO_PIECE, NO_PIECE, BLACK_QUEEN_SIDE, NO_PIECE};
+
+TEST(WordyMoves, ArePrintedAndReadBack) {
+    const std::pair<const char*, Move> cases[] = {
+        {"pE2-E4", DOUBLE_STEP},
+        {"NG1xF3", {27, 46, KNIGHT, QUEEN, ORDINARY_MOVE, NO_PIECE}},
+        {"pD7xC8Q", {84, 93, PAWN, BISHOP, ORDINARY_MOVE, QUEEN}},
+        {"0-0-0", CASTLING},
+        {"0-0", {0, 0, NO_PIECE, NO_PIECE, BLACK_KING_SIDE, NO_PIECE}},
+    };
+    for (const auto& [text, move] : cases) {
+        EXPECT_EQ(printed([&move = move] { printMove(move); }), text);
+        const Move read = parseMove(text, BLACK);
+        EXPECT_EQ(read.castle_ep_flag, move.castle_ep_flag) << text;
+        if (!move.isCastle()) {
+            Move expected = move;
+            expected.pieceCaptured = move.pieceCaptured == NO_PIECE ? NO_PIECE : 7;
+            EXPECT_TRUE(testMoveEquality(read, expected)) << text;
+        }
+    }
+    EXPECT_EQ(parseMove("0-0", WHITE).castle_ep_flag, WHITE_KING_SIDE);
+    EXPECT_EQ(parseMove("pe5xd6(e.p.)", WHITE).castle_ep_flag, EN_PASSANT);
+    const Move enPassant = {65, 74, PAWN, PAWN, EN_PASSANT, NO_PIECE};
+    EXPECT_EQ(printed([&] { printMove(enPassant); }), "pE5xD6(e.p)");
+}
+
+TEST(WordyMoves, SurviveShortAndWrongText) {
+    for (const std::string text : {"", "p", "pE", "pE2", "pE2-", "pE2-E", "xi9-zz"}) {
+        EXPECT_EQ(parseMove(text, WHITE).to, NOT_FOUND) << text;
+    }
+    EXPECT_EQ(printed([] { parseMove("pE2=E4", WHITE); }), "parsing error, '-' expected\n");
+    // A piece that there is not can be written all the same.
+    EXPECT_EQ(printed([] { printMove(parseMove("xe2-e4", WHITE)); }), "?E2-E4");
+}
+
+// ---- Lines and scores ----
+
+TEST(Variant, GivesUpItsLastMoveWhenItIsFull) {
+    Variant line;
+    line.clear(0);
+    for (int i = 0; i <= MAX_VARIANT_MOVES; ++i) {
+        const Variant child = line;
+        line.evaluation = 5;
+        VariantMove move = {DOUBLE_STEP, false, false, false};
+        move.move.from = static_cast<FieldIndex>(i);
+        EXPECT_EQ(line.extend(child, move), i < MAX_VARIANT_MOVES);
+    }
+    ASSERT_EQ(line.varLength, MAX_VARIANT_MOVES);
+    EXPECT_EQ(line.evaluation, 5);
+    for (int i = 0; i < MAX_VARIANT_MOVES; ++i) {
+        EXPECT_EQ(line.get(i).move.from, MAX_VARIANT_MOVES - i);
+    }
+}
+
+TEST(Variant, IsPrintedInTheOrderOfPlay) {
+    Variant line;
+    line.varLength = 3;
+    line.evaluation = -42;
+    line.get(0) = {DOUBLE_STEP, false, false, true};
+    line.get(1) = {CASTLING, false, true, false};
+    line.get(2) = {DOUBLE_STEP, true, true, false};
+    const std::string text = "pE2-E4(o) 0-0-0(h) (pE2-E4(h)) Evaluation : -42\n";
+    EXPECT_EQ(variantToString(line), text);
+    EXPECT_EQ(printed([&] { printVariant(line); }), text);
+}
+
+TEST(Scores, OfMatesTellTheirLength) {
+    for (int moves = 1; moves <= 25; ++moves) {
+        EXPECT_EQ(mateInFromEval(mateInEval(moves)), moves);
+        // Mated after an even number of plies, one step inward for each.
+        EXPECT_EQ(mateInFromEval(MATED_EVALUATION + 2 * (moves - 1)), moves - 1);
+    }
+    EXPECT_EQ(mateInEval(1), -furtherFromCheckMate(MATED_EVALUATION));
+    EXPECT_EQ(mateInEval(0), 0);
+    EXPECT_EQ(mateInFromEval(2147483398), 0);
+    EXPECT_EQ(printed([] { printEval(2147483447); }), "Will mate in 1 (2147483447)\n");
+    EXPECT_EQ(printed([] { printEval(-2147483446); }), "Will be in mate in 1 (-2147483446)\n");
+    EXPECT_EQ(printed([] { printEval(-1500); }), "-1500\n");
+}
+
+TEST(Scores, OfMatesMoveWithTheDistance) {
+    for (const int score : {0, 1, -1, 95000, UPPER_MATE_LIMIT, BOTTOM_MATE_LIMIT}) {
+        EXPECT_EQ(closerToCheckMate(score), score);
+        EXPECT_EQ(furtherFromCheckMate(score), score);
+    }
+    for (const int score : {UPPER_MATE_LIMIT + 2, -MATED_EVALUATION, DEFAULT_FIRST_BETA}) {
+        EXPECT_EQ(closerToCheckMate(score), score + 1);
+        EXPECT_EQ(furtherFromCheckMate(score), score - 1);
+        EXPECT_EQ(closerToCheckMate(-score), -score - 1);
+        EXPECT_EQ(furtherFromCheckMate(-score), -score + 1);
+    }
+}
+
+TEST(Diagram, ShowsEveryFieldWithWhiteBelow) {
+    const Position position = positionOf("k7/8/8/8/8/8/8/K5Q1 w - - 0 1");
+    std::ostringstream stream;
+    stream << position;
+    const std::string text = stream.str();
+    ASSERT_EQ(text.size(), 8 * 4 * (8 * 6 + 1));
+    EXPECT_EQ(text.substr(49, 7), "  CK  \xDB");
+    EXPECT_EQ(text.substr(29 * 49 + 36, 7), "\xDB BQ \xDB ");
+    EXPECT_EQ(printed([&] { printPosition(position); }), text);
+    EXPECT_TRUE(
+        printed([&] { printPieces(position); }).starts_with("0K-21  1Q-27  20-0  30-0  \n4"));
+}
+
+} // namespace

@@ -1,0 +1,116 @@
+#include "opening/polyglot.h"
+
+#include "opening/standard.h"
+#include "testing/searchSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <map>
+#include <unistd.h>
+
+namespace {
+
+const Position start = positionOf(START_FEN);
+
+TEST(MoveCode, NamesExactlyOneMoveOfAPosition) {
+    struct Case {
+        std::string fen;
+        std::map<std::string, int> codes; // of some of its moves
+    };
+    for (const auto& [fen, codes] : std::initializer_list<Case>{
+             {START_FEN, {{"e2e4", 796}, {"g1f3", 405}}},
+             {"r3k2r/8/8/2pP4/8/8/8/R3K2R w KQkq c6 0 1", {{"e1g1", 263}, {"d5c6", 2282}}},
+             {"r3k2r/8/8/8/8/8/8/R3K2R b KQkq - 0 1", {{"e8c8", 3896}}},
+             {"1r6/P3P2k/8/8/8/8/8/K7 w - - 0 1", {{"e7e8q", 19772}, {"a7a8n", 7224}}}}) {
+        const std::vector<Move> moves = movesOf(positionOf(fen));
+        for (int i = 0; i < static_cast<int>(moves.size()); ++i) {
+            const PolyglotEntry entry(moves[at(i)], 0, 0);
+            EXPECT_EQ(entry.getMove(moves.data(), static_cast<int>(moves.size())), i);
+            EXPECT_EQ(entry.getMove(moves.data(), i), -1);
+        }
+        for (const auto& [text, code] : codes) {
+            const Move move = moveOf(positionOf(fen), text);
+            EXPECT_EQ(PolyglotEntry::getIntRepresentation(move), code) << text;
+        }
+    }
+}
+
+TEST(StandardBook, HoldsEveryMoveOfItsLines) {
+    std::size_t entries = 0;
+    for (const std::string_view line : STANDARD_LINES) {
+        const std::size_t moves = getLineFromString(std::string(line), false).size();
+        EXPECT_EQ(moves, (line.size() + 1) / 5) << line;
+        entries += moves;
+    }
+    EXPECT_EQ(entries, 3080U);
+    EXPECT_EQ(PolyglotBook::getStandard().get(start.hash).size(), 346U);
+}
+
+TEST(StandardBook, DrawsMovesAsOftenAsTheyStand) {
+    const PolyglotBook book = PolyglotBook::getStandard();
+    std::map<std::string, double> counts;
+    for (const PolyglotEntry& entry : book.get(start.hash)) {
+        ++counts[fieldToString(entry.getFrom(), true) + fieldToString(entry.getTo(), true)];
+    }
+    EXPECT_EQ(counts, (std::map<std::string, double>{
+                          {"d2d4", 149}, {"g1f3", 84}, {"e2e4", 60}, {"c2c4", 53}}));
+    constexpr int DRAWS = 4000;
+    std::map<std::string, double> drawn;
+    for (int i = 0; i < DRAWS; ++i) {
+        ++drawn[LongAlgebraicMove(book.getMove(start)).toString()];
+    }
+    for (const auto& [move, count] : counts) {
+        // Six standard deviations of the most frequent move are below 0.05.
+        EXPECT_NEAR(drawn[move] / DRAWS, count / 346, 0.05) << move;
+    }
+}
+
+TEST(Book, HasNoMoveForAnEntryThatIsNotPossible) {
+    PolyglotBook book;
+    EXPECT_EQ(book.getMove(start).from, PolyglotBook::NO_BOOK_MOVE);
+    book.put(start.hash, PolyglotEntry(std::int16_t{263}, 0, 0));
+    EXPECT_EQ(book.getMove(start).from, PolyglotBook::NO_BOOK_MOVE);
+}
+
+TEST(BookLine, IsReadUntilAMoveIsNotPossible) {
+    const std::string opening = "e2e4 e7e5 g1f3 b8c6 f1c4 f8c5 ";
+    struct Case {
+        std::string line;
+        std::size_t moves, polyglotMoves; // read in the two notations
+    };
+    for (const auto& [line, moves, polyglotMoves] :
+         std::initializer_list<Case>{{"", 0, 0},
+                                     {"e2e", 0, 0},
+                                     {"e2e4", 1, 1},
+                                     {"e2e4  ", 1, 1},
+                                     {"e2e4-e7e5", 2, 2},
+                                     {"e2e5 e7e5 g1f3", 0, 0},
+                                     {"e2e4 xxxx g1f3", 1, 1},
+                                     {opening + "e1g1 g8f6", 8, 6},
+                                     {opening + "e1h1 g8f6", 8, 8}}) {
+        EXPECT_EQ(getLineFromString(line, false).size(), moves) << line;
+        EXPECT_EQ(getLineFromString(line, true).size(), polyglotMoves) << line;
+    }
+    const std::vector<HashEntryPair> pairs = getLineFromString(opening + "e1g1 g8f6", false);
+    EXPECT_EQ(pairs[6].polyglotEntry.getMoveInt(), 263);
+    EXPECT_EQ(pairs[7].hash, positionAfter(opening + "e1g1").hash);
+}
+
+TEST(BookFile, NeedsNoLineEndAtItsEnd) {
+    const std::string path =
+        testing::TempDir() + "kestran-book-" + std::to_string(getpid()) + ".txt";
+    for (const char* ending : {"", "\n", "  \n\n"}) {
+        std::ofstream(path) << "d2d4 d7d5\ne2e4 e7e5" << ending;
+        const PolyglotBook book = PolyglotBook::getBookFromFile(path, false);
+        EXPECT_EQ(book.get(start.hash).size(), 2U);
+        EXPECT_EQ(book.get(positionAfter("e2e4").hash).size(), 1U);
+    }
+    std::remove(path.c_str());
+
+    testing::internal::CaptureStderr();
+    EXPECT_TRUE(PolyglotBook::getBookFromFile(path, false).get(start.hash).empty());
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Unable to open file");
+}
+
+} // namespace

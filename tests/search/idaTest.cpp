@@ -1,0 +1,175 @@
+#include "search/ida.h"
+
+#include "search/idaVariant.h"
+#include "search/infoStruct.h"
+#include "testing/searchSupport.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// Keeps the line of every report.
+class LineListener final : public InfoListenerInterface {
+public:
+    void onInfo(const InfoStruct& info) override { lines.push_back(lineOf(info.pv)); }
+
+    std::vector<std::string> lines;
+};
+
+class Deepening : public testing::Test {
+protected:
+    Deepening() {
+        ida.setInfoListener(&listener);
+        initial.extend(Variant(), {moveOf(start, "h2h4"), false, false, false});
+    }
+
+    // Opens a search in the slot, with `initial` published.
+    int openSlot() {
+        const int number = slot.getNextThreadId();
+        slot.setVariant(initial, number);
+        return number;
+    }
+
+    std::unique_ptr<EngineConfig> config = makeConfig();
+    Ida ida{config.get()};
+    TreeGenerator& generator = ida.getTreeGenerator();
+    LineListener listener;
+    IdaVariant slot;
+    Position start = positionOf(START_FEN);
+    Variant initial;
+};
+
+TEST_F(Deepening, WindowFollowsTheOutcome) {
+    struct Case {
+        int alpha, beta;
+        IdaNS::GeneratingResult result;
+        int nextAlpha, nextBeta;
+    };
+    // A pass of depth 1 from the start position scores 0.
+    for (const Case& c :
+         {Case{-1, 1, IdaNS::OK, -550, 550}, Case{0, 100, IdaNS::FAILLOW, DEFAULT_FIRST_ALFA, 1},
+          Case{-100, 0, IdaNS::FAILHIGH, -1, DEFAULT_FIRST_BETA},
+          Case{DEFAULT_FIRST_ALFA, 1, IdaNS::OK, -550, 550}}) {
+        generator.clearTable();
+        generator.firstAlpha = c.alpha;
+        generator.firstBeta = c.beta;
+        Variant variant = initial;
+        EXPECT_EQ(ida.generateTreeIdaOneLoop(start, variant, 1, true), c.result);
+        EXPECT_EQ(generator.firstAlpha, c.nextAlpha);
+        EXPECT_EQ(generator.firstBeta, c.nextBeta);
+    }
+}
+
+TEST_F(Deepening, MateEndsTheSearchInAnyWindow) {
+    Position mateInOne = positionOf("7k/8/6K1/8/8/8/8/R7 w - - 0 1");
+    Variant variant;
+    ida.generateTree(mateInOne, variant, 10);
+    EXPECT_EQ(listener.lines, std::vector<std::string>{" a1a8"});
+    Position mated = positionOf("7k/5KQ1/8/8/8/8/8/8 b - - 0 1");
+    generator.firstAlpha = 0;
+    generator.firstBeta = 1;
+    EXPECT_EQ(ida.generateTreeIdaOneLoop(mated, variant, 1, true), IdaNS::OK_FINISH);
+}
+
+TEST_F(Deepening, RunsTwentyPassesAtMost) {
+    Position drawn = positionOf("7k/8/6K1/8/8/8/8/R7 w - - 100 90");
+    Variant variant;
+    ida.generateTree(drawn, variant, 1000, true);
+    EXPECT_EQ(listener.lines, std::vector<std::string>(20));
+
+    // Empty lines leave the published move alone.
+    ida.generateTree(drawn, Ida::INFINITE_MILLISECONDS, openSlot(), &slot);
+    EXPECT_EQ(listener.lines.size(), 40U);
+    EXPECT_TRUE(slot.isReady());
+    EXPECT_EQ(lineOf(slot.getVariant()), " h2h4");
+}
+
+TEST_F(Deepening, BookMoveEndsTheTimedSearchWithoutAReport) {
+    ida.generateTree(start, 100000, openSlot(), &slot);
+    EXPECT_TRUE(slot.isReady());
+    const Variant published = slot.getVariant();
+    ASSERT_EQ(published.varLength, 1);
+    EXPECT_TRUE(published.get(0).isOpening);
+    EXPECT_EQ(published.evaluation, 0);
+    EXPECT_TRUE(listener.lines.empty());
+}
+
+TEST_F(Deepening, AbandonedPassIsNoResult) {
+    // Passes 1 and 2 end before the flag is polled, pass 3 in a narrow window does not.
+    const int number = openSlot();
+    slot.signalReady(number);
+    ida.generateTree(start, Ida::INFINITE_MILLISECONDS, number, &slot);
+    EXPECT_EQ(listener.lines, (std::vector<std::string>{" d2d4 d7d5", " d2d4 d7d5 e2e4"}));
+    EXPECT_EQ(lineOf(slot.getVariant()), listener.lines.back());
+
+    // Here the first pass is long. Its score then looks like a mate.
+    listener.lines.clear();
+    Position wild = positionOf("6Q1/1q1pp2q/2P4P/Qq4P1/K7/pP6/5pk1/Q7 w - - 7 4");
+    const int next = openSlot();
+    slot.signalReady(next);
+    ida.generateTree(wild, Ida::INFINITE_MILLISECONDS, next, &slot);
+    EXPECT_TRUE(generator.isAbandoned());
+    EXPECT_TRUE(listener.lines.empty());
+    EXPECT_EQ(lineOf(slot.getVariant()), " h2h4");
+
+    // The depth search asks no flag of an older search. It polls often at this depth.
+    start = positionOf(START_FEN);
+    Variant variant;
+    ida.generateTree(start, variant, 4, true);
+    EXPECT_EQ(listener.lines.size(), 4U);
+    EXPECT_EQ(findDifference(start, positionOf(START_FEN)), "");
+}
+
+TEST_F(Deepening, TimeUpWeighsTheLastPassAgainstTheTimeLeft) {
+    // In units that make the noise of the clock not matter.
+    constexpr Milliseconds S = 1000000;
+    constexpr double FIRST = -1;
+    struct Case {
+        Milliseconds total, elapsed;
+        double lastDuration;
+        Milliseconds sinceLastCheck;
+        IdaNS::GeneratingResult result;
+        bool isUp;
+        double nextDuration;
+    };
+    for (const Case& c :
+         std::initializer_list<Case>{{10 * S, 6 * S, FIRST, 0, IdaNS::OK_FINISH, false, 6 * S},
+                                     {10 * S, 7 * S, FIRST, 0, IdaNS::OK, true, 7 * S},
+                                     {10 * S, 9 * S, 5 * S, 1 * S, IdaNS::OK, false, 1 * S},
+                                     {10 * S, 9 * S, 4 * S, 5 * S, IdaNS::OK, true, 5 * S},
+                                     {10 * S, 9 * S, 4 * S, 5 * S, IdaNS::FAILLOW, false, 4 * S},
+                                     {10 * S, 11 * S, 4 * S, 5 * S, IdaNS::FAILHIGH, true, 4 * S},
+                                     {-1, 5, FIRST, 0, IdaNS::FAILHIGH, true, FIRST}}) {
+        openSlot();
+        const Milliseconds now = clockMilliseconds();
+        double lastDuration = c.lastDuration;
+        Milliseconds lastCheck = now - c.sinceLastCheck;
+        const auto isUp = [&] {
+            return ida.timeUp(c.total, lastDuration, lastCheck, now - c.elapsed, c.result, &slot);
+        };
+        EXPECT_EQ(isUp(), c.isUp) << c.elapsed;
+        EXPECT_NEAR(lastDuration, c.nextDuration, 1e5) << c.elapsed;
+        slot.signalReady(openSlot());
+        EXPECT_TRUE(isUp());
+    }
+}
+
+TEST_F(Deepening, SlotObeysOnlyItsPresentSearch) {
+    const int oldNumber = openSlot();
+    slot.signalReady(oldNumber);
+    EXPECT_TRUE(slot.isReady());
+    const int number = slot.getNextThreadId();
+    EXPECT_NE(number, oldNumber);
+    EXPECT_FALSE(slot.isReady());
+    Variant late;
+    late.clear(5);
+    slot.setVariant(late, oldNumber);
+    slot.signalReady(oldNumber);
+    EXPECT_FALSE(slot.isReady());
+    EXPECT_EQ(lineOf(slot.getVariant()), " h2h4");
+    slot.setVariant(late, number);
+    EXPECT_EQ(slot.getVariant().varLength, 0);
+    EXPECT_EQ(slot.getVariant().evaluation, 5);
+}
+
+} // namespace

@@ -1,0 +1,155 @@
+// What the tests of positions and moves share.
+#pragma once
+
+#include "board/boardRepresentation.h"
+#include "board/moveGenerator.h"
+#include "notation/ioFuncs.h"
+#include "notation/longAlgebraicMove.h"
+
+#include <algorithm>
+#include <cctype>
+#include <fstream>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <tuple>
+#include <vector>
+
+inline constexpr const char* START_FEN = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
+
+inline Position positionOf(const std::string& fen) {
+    Position position;
+    setFenNotation(position, fen);
+    return position;
+}
+
+// What arrays hold before moves are written there, so that a member left out shows.
+inline constexpr Move LEFT_OVER = {35, 55, PAWN, QUEEN, EN_PASSANT, KNIGHT};
+
+// Pseudo-legal moves in the order of generation.
+inline std::vector<Move> movesOf(const Position& position) {
+    std::vector<Move> moves(MAX_MOVES, LEFT_OVER);
+    moves.resize(at(generateMoves(position, moves.data())));
+    return moves;
+}
+
+inline std::vector<Move> legalMovesOf(Position position) {
+    std::vector<Move> moves(MAX_MOVES, LEFT_OVER);
+    moves.resize(at(generateLegalMoves(position, moves.data())));
+    return moves;
+}
+
+inline std::vector<std::string> textsOf(const std::vector<Move>& moves) {
+    std::vector<std::string> texts;
+    texts.reserve(moves.size());
+    for (const Move& move : moves) {
+        texts.push_back(LongAlgebraicMove(move).toString());
+    }
+    return texts;
+}
+
+inline std::vector<std::string> sorted(std::vector<std::string> texts) {
+    std::ranges::sort(texts);
+    return texts;
+}
+
+// Plays the legal move of a text. Throws if there is none.
+inline void play(Position& position, const std::string& text) {
+    const std::vector<Move> moves = legalMovesOf(position);
+    const int index =
+        LongAlgebraicMove(text).getIndexOfMove(moves.data(), static_cast<int>(moves.size()));
+    if (index < 0) {
+        throw std::invalid_argument(text + " is not legal in " + getFen(position));
+    }
+    DoMoveContext context;
+    context.init();
+    doMove(position, moves[at(index)], context);
+}
+
+// The position after moves from the start position, separated by blanks.
+inline Position positionAfter(const std::string& moves) {
+    Position position = positionOf(START_FEN);
+    std::istringstream stream(moves);
+    for (std::string text; stream >> text;) {
+        play(position, text);
+    }
+    return position;
+}
+
+// What tells two positions apart, or an empty text. Left-overs of empty fields and of
+// free list entries do not count, nor does a check cache that only one of them has.
+inline std::string findDifference(const Position& a, const Position& b) {
+    for (std::size_t i = 0; i < a.board.size(); ++i) {
+        const auto [color, type, listIndex] = a.board[i];
+        const Field& other = b.board[i];
+        if (color != other.color ||
+            (color <= BLACK && (type != other.pieceType || listIndex != other.pieceIndexInList))) {
+            return "field " + std::to_string(i);
+        }
+    }
+    for (std::size_t i = 0; i < a.pieces.size(); ++i) {
+        const auto [type, field] = a.pieces[i];
+        if (type != b.pieces[i].pieceType ||
+            (type != NO_PIECE && field != b.pieces[i].boardPosition)) {
+            return "list entry " + std::to_string(i);
+        }
+    }
+    if (a.check != b.check && a.check != CHECK_UNKNOWN && b.check != CHECK_UNKNOWN) {
+        return "check cache";
+    }
+    const auto carried = [](const Position& p) {
+        return std::tie(p.colorToMove, p.epField, p.castles, p.material, p.moveEvaluation,
+                        p.halfMoveClock, p.hash);
+    };
+    return carried(a) == carried(b) ? "" : "carried value";
+}
+
+// Positions and the numbers of their move sequences by depth, from depth 1 on.
+struct PerftLine {
+    std::string fen;
+    std::vector<long> counts;
+};
+
+inline std::vector<PerftLine> readPerftLines() {
+    std::ifstream file(KESTRAN_TEST_DATA "/perft.epd");
+    std::vector<PerftLine> lines;
+    for (std::string text; std::getline(file, text);) {
+        std::istringstream stream(text);
+        PerftLine line;
+        std::getline(stream, line.fen, ';');
+        line.fen.erase(line.fen.find_last_not_of(' ') + 1);
+        std::string depth;
+        for (long count = 0; stream >> depth >> count; stream.ignore(2, ';')) {
+            line.counts.push_back(count);
+        }
+        lines.push_back(line);
+    }
+    if (lines.empty()) {
+        throw std::runtime_error("no positions in perft.epd");
+    }
+    return lines;
+}
+
+// The same position for the other colour: ranks upside down, colours swapped.
+inline std::string mirrorFen(const std::string& fen) {
+    std::vector<std::string> tokens = getFenTokens(fen);
+    std::reverse(tokens.begin(), tokens.begin() + 8);
+    std::string mirrored;
+    for (std::size_t i = 0; i < 10; ++i) {
+        mirrored += (i == 0 ? "" : i < 8 ? "/" : " ") + tokens[i];
+    }
+    for (char& c : mirrored) { // all letters but the side's change their case
+        c = static_cast<char>(std::isupper(c) != 0 ? std::tolower(c) : std::toupper(c));
+    }
+    mirrored[mirrored.find(' ') + 1] = tokens[8] == "w" ? 'b' : 'w';
+    const char passedRow = tokens[8] == "w" ? '3' : '6';
+    return mirrored + " " + (tokens[10] == "-" ? "-" : tokens[10].substr(0, 1) + passedRow) + " 0";
+}
+
+// The move of the mirrored position: e2e4 becomes e7e5.
+inline std::string mirrorMove(std::string text) {
+    for (const std::size_t i : {1U, 3U}) {
+        text[i] = static_cast<char>('1' + '8' - text[i]);
+    }
+    return text;
+}

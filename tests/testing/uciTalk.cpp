@@ -1,0 +1,300 @@
+#include "testing/uciTalk.h"
+
+#include <algorithm>
+#include <csignal>
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <iostream>
+#include <regex>
+#include <sstream>
+#include <thread>
+
+#if defined(__has_feature)
+#define KESTRAN_HAS_FEATURE(name) __has_feature(name)
+#else
+#define KESTRAN_HAS_FEATURE(name) 0
+#endif
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+#if defined(__SANITIZE_THREAD__) || KESTRAN_HAS_FEATURE(thread_sanitizer)
+constexpr double BUILD_FACTOR = 20;
+#elif defined(__SANITIZE_ADDRESS__) || KESTRAN_HAS_FEATURE(address_sanitizer) ||                   \
+    defined(KESTRAN_CHECK_POSITIONS)
+constexpr double BUILD_FACTOR = 6;
+#else
+constexpr double BUILD_FACTOR = 1;
+#endif
+
+constexpr int REPLY_TIME = 500;
+constexpr int END_TIME = 400;
+constexpr int ANSWER_TIME = 2000;
+constexpr std::size_t MAX_DEPTH = 20;
+constexpr long long SELECTIVE_DEPTH = 10; // of a report, beyond its depth
+constexpr long long MAX_CENTIPAWNS = 214748364;
+
+#define MOVE_PATTERN "[a-h][1-8][a-h][1-8][qrbn]?"
+// A report ends in a blank, a closing line does not.
+const std::regex INFO_LINE("info pv((?: " MOVE_PATTERN ")*)"
+                           "( score cp (-?\\d+) depth (\\d+) seldepth (\\d+) nodes (\\d+)"
+                           " time (\\d+) nps (\\d+) )?");
+const std::regex BEST_MOVE_LINE("bestmove (" MOVE_PATTERN "|\\(none\\))");
+
+std::vector<std::string> wordsOf(const std::string& text) {
+    std::istringstream stream(text);
+    return {std::istream_iterator<std::string>(stream), {}};
+}
+
+// The lines that ask for a search.
+int countGoes(const std::string& bytes) {
+    std::istringstream stream(bytes);
+    int goes = 0;
+    for (std::string line; std::getline(stream, line);) {
+        std::replace(line.begin(), line.end(), '\0', ' ');
+        const std::vector<std::string> words = wordsOf(line);
+        goes += words.size() > 1 && words[0] == "go" ? 1 : 0;
+    }
+    return goes;
+}
+
+bool isReport(const std::optional<std::string>& line) {
+    return line && line->find(" score ") != std::string::npos;
+}
+
+} // namespace
+
+Millis patience(int millis) {
+    static const double factor = [] {
+        const char* wish = std::getenv("KESTRAN_TIME_FACTOR");
+        return BUILD_FACTOR * (wish == nullptr ? 1.0 : std::max(std::atof(wish), 1.0));
+    }();
+    return Millis(static_cast<long>(millis * factor));
+}
+
+UciTalk::UciTalk(const std::vector<std::string>& arguments)
+    : process(KESTRAN_BINARY_DIR "/kestran", arguments), lastSaid(Clock::now()) {
+}
+
+UciTalk::~UciTalk() {
+    if (!hasEnded) {
+        EXPECT_FALSE(process.waitForEnd(Millis(0))) << "the engine has ended unasked";
+        say("quit");
+        expectEnd(END_TIME);
+    }
+    if (testing::Test::HasFailure()) {
+        std::cerr << transcript << process.readErrors();
+    }
+}
+
+// ---- The script ----
+
+void UciTalk::hold(const std::string& script) {
+    const std::string SEPARATOR = " | ";
+    for (std::size_t start = 0, end = 0; end < script.size(); start = end + SEPARATOR.size()) {
+        end = std::min(script.find(SEPARATOR, start), script.size());
+        const std::string step = script.substr(start, end - start);
+        const std::size_t blank = std::min(step.find(' '), step.size());
+        act(step.substr(0, blank), step.substr(std::min(blank + 1, step.size())));
+    }
+}
+
+void UciTalk::act(const std::string& verb, const std::string& rest) {
+    ASSERT_TRUE(actOnEngine(verb, rest) || expectLine(verb, rest)) << "no such step: " << verb;
+}
+
+bool UciTalk::actOnEngine(const std::string& verb, const std::string& rest) {
+    if (verb == ">" || verb == ">>") {
+        sayRaw(verb == ">" ? rest + '\n' : rest);
+    } else if (verb == "pause") {
+        std::this_thread::sleep_for(Millis(std::stoi(rest)));
+    } else if (verb == "eof" || verb == "lose" || verb == "term") {
+        transcript += "> (" + verb + ")\n";
+        lastSaid = Clock::now();
+        if (verb == "eof") {
+            process.closeInput();
+        } else if (verb == "lose") {
+            process.closeOutput();
+        } else {
+            process.sendSignal(SIGTERM);
+        }
+    } else {
+        return false;
+    }
+    return true;
+}
+
+bool UciTalk::expectLine(const std::string& verb, const std::string& rest) {
+    const std::vector<std::string> words = wordsOf(rest);
+    const int number = std::atoi(rest.c_str());
+    if (verb == "=") {
+        expectNext(rest);
+    } else if (verb == "greet") {
+        expectGreeting(number);
+    } else if (verb == "ready") {
+        expectReady();
+    } else if (verb == "reports") {
+        expectReports(number);
+    } else if (verb == "answer") {
+        int atLeast = 0;
+        int atMost = ANSWER_TIME;
+        if (words.size() > 1) {
+            std::sscanf(words[1].c_str(), "%d-%d", &atLeast, &atMost);
+        }
+        expectAnswer(words.empty() ? "*" : words[0], atLeast, atMost);
+    } else if (verb == "reported" || verb == "bare") {
+        EXPECT_EQ(answer.reports > 0, verb == "reported") << answer.reports << " reports";
+    } else if (verb == "legal") {
+        expectLegal(NaiveBoard(rest));
+    } else if (verb == "complain") {
+        ++complaints;
+        expectReady(); // so the line before it has been dealt with
+        expectComplaints();
+    } else if (verb == "end") {
+        expectEnd(rest.empty() ? END_TIME : number);
+    } else if (verb == "silent") {
+        expectSilence(number);
+    } else if (verb == "think") {
+        expectNoAnswer(number);
+    } else {
+        return false;
+    }
+    return true;
+}
+
+void UciTalk::sayRaw(const std::string& bytes) {
+    constexpr std::size_t LONGEST = 200;
+    transcript += "> " + bytes.substr(0, LONGEST) + (bytes.size() > LONGEST ? "...\n" : "|\n");
+    awaited += countGoes(bytes);
+    lastSaid = Clock::now();
+    process.sendRaw(bytes);
+}
+
+// ---- What comes ----
+
+Millis UciTalk::getAge() const {
+    return std::chrono::duration_cast<Millis>(Clock::now() - lastSaid);
+}
+
+// The next line, held against its form and its place.
+std::optional<std::string> UciTalk::hear(Millis timeout) {
+    const std::optional<std::string> line = process.readLine(timeout);
+    transcript += line ? "< " + *line + "|\n" : "< (nothing)\n";
+    const bool isInfo = line && line->starts_with("info");
+    if (isInfo || (line && line->starts_with("bestmove"))) {
+        EXPECT_GT(awaited, 0) << "belongs to no go: " << *line;
+        isInfo ? takeInfo(*line) : takeBestMove(*line);
+    }
+    return line;
+}
+
+void UciTalk::takeInfo(const std::string& line) {
+    if (isComplete) {
+        answer = {};
+        isComplete = false;
+    }
+    EXPECT_EQ(answer.lines.size(), answer.reports) << "behind the closing line: " << line;
+    std::smatch parts;
+    ASSERT_TRUE(std::regex_match(line, parts, INFO_LINE)) << '"' << line << '"';
+    answer.lines.push_back(wordsOf(parts[1]));
+    if (!parts[2].matched) {
+        return;
+    }
+    const auto number = [&parts](std::size_t group) { return std::stoll(parts[group]); };
+    ++answer.reports;
+    EXPECT_EQ(number(4), answer.reports) << "depths come one by one: " << line;
+    EXPECT_LE(answer.reports, MAX_DEPTH) << line;
+    EXPECT_EQ(number(5), number(4) + SELECTIVE_DEPTH) << line;
+    EXPECT_LE(std::abs(number(3)), MAX_CENTIPAWNS) << line;
+    EXPECT_EQ(number(8), number(6) * 1000 / std::max(number(7), 1LL)) << line;
+}
+
+void UciTalk::takeBestMove(const std::string& line) {
+    std::smatch parts;
+    ASSERT_TRUE(std::regex_match(line, parts, BEST_MOVE_LINE)) << '"' << line << '"';
+    answer.bestMove = parts[1];
+    answer.age = getAge();
+    isComplete = true;
+    --awaited;
+    ASSERT_EQ(answer.lines.size(), answer.reports + 1) << "no closing line before " << line;
+    const std::vector<std::string>& closing = answer.lines.back();
+    EXPECT_EQ(answer.bestMove, closing.empty() ? "(none)" : closing.front());
+}
+
+void UciTalk::expectNext(const std::string& line) {
+    EXPECT_EQ(hear(patience(REPLY_TIME)).value_or("(nothing)"), line);
+}
+
+void UciTalk::expectGreeting(int hash) {
+    expectNext("id name KESTRAN CHESS 1.1.2");
+    expectNext("id author Bremo Talvik");
+    expectNext("option name Hash type spin min 0 max 512 default " + std::to_string(hash) + ' ');
+    expectNext("uciok");
+}
+
+void UciTalk::expectReady() {
+    say("isready");
+    std::optional<std::string> line;
+    do {
+        line = hear(patience(REPLY_TIME));
+    } while (isReport(line));
+    EXPECT_EQ(line.value_or("(nothing)"), "readyok");
+}
+
+void UciTalk::expectReports(int count) {
+    for (int i = 0; i < count; ++i) {
+        EXPECT_TRUE(isReport(hear(patience(REPLY_TIME))));
+    }
+}
+
+void UciTalk::expectAnswer(const std::string& pattern, int atLeast, int atMost) {
+    std::optional<std::string> line;
+    do {
+        line = hear(std::max(patience(atMost) - getAge(), Millis(0)));
+    } while (line && line->starts_with("info "));
+    ASSERT_TRUE(line && line->starts_with("bestmove ")) << line.value_or("(nothing)");
+    const std::regex move(pattern == "*" ? MOVE_PATTERN : pattern);
+    EXPECT_TRUE(std::regex_match(answer.bestMove, move)) << answer.bestMove << ": " << pattern;
+    EXPECT_GE(answer.age.count(), atLeast);
+}
+
+void UciTalk::expectLegal(const NaiveBoard& position) {
+    for (const std::vector<std::string>& line : answer.lines) {
+        NaiveBoard board = position;
+        for (const std::string& move : line) {
+            EXPECT_TRUE(board.play(move)) << move << " is not legal in its line";
+        }
+    }
+}
+
+void UciTalk::expectComplaints() {
+    const std::string& text = process.readErrors();
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), complaints) << text;
+}
+
+void UciTalk::expectEnd(int atMost) {
+    hasEnded = true;
+    const std::optional<UciProcess::End> end = process.waitForEnd(patience(atMost));
+    ASSERT_TRUE(end) << "the engine does not end";
+    EXPECT_TRUE(end->exited) << "ended by signal " << end->status;
+    EXPECT_EQ(end->status, 0);
+    while (const std::optional<std::string> line = hear(Millis(0))) {
+        EXPECT_TRUE(isReport(line)) << "unasked: " << *line;
+    }
+    expectComplaints();
+}
+
+void UciTalk::expectSilence(int millis) {
+    const std::optional<std::string> line = hear(Millis(millis));
+    EXPECT_FALSE(line) << *line;
+}
+
+void UciTalk::expectNoAnswer(int millis) {
+    EXPECT_GT(awaited, 0) << "no search is under way";
+    const Clock::time_point end = Clock::now() + Millis(millis);
+    while (Clock::now() < end) {
+        const std::optional<std::string> line = hear(std::chrono::ceil<Millis>(end - Clock::now()));
+        EXPECT_TRUE(!line || isReport(line)) << *line;
+    }
+}

@@ -1,0 +1,155 @@
+// kestran-book: what it lists and what it finds in a text of book lines.
+
+#include "kestran-book/book.h"
+#include "opening/standard.h"
+#include "testing/boardSupport.h"
+#include "testing/toolSupport.h"
+
+#include <cstdio>
+#include <gtest/gtest.h>
+
+namespace {
+
+// A text file that lives as long as the object.
+class TextFile {
+public:
+    explicit TextFile(const std::string& text)
+        : path(testing::TempDir() + "bookToolTest." +
+               testing::UnitTest::GetInstance()->current_test_info()->name()) {
+        std::ofstream(path) << text;
+    }
+    TextFile(const TextFile&) = delete;
+    TextFile& operator=(const TextFile&) = delete;
+    ~TextFile() { std::remove(path.c_str()); }
+
+    const std::string path;
+};
+
+// A book of a few lines, in which 1. e4 c5 and 1. c4 are more frequent than first.
+PolyglotBook smallBook() {
+    PolyglotBook book;
+    for (const char* line : {"e2e4 e7e5", "c2c4", "c2c4", "c2c4 e7e5", "e2e4 c7c5", "e2e4 c7c5"}) {
+        addLine(book, line);
+    }
+    return book;
+}
+
+TEST(BookTool, ListsTheMovesOfThePositionByFrequency) {
+    EXPECT_EQ(runBody(bookMain, {}).output, "d4       149 of 346   43.1 %\n"
+                                            "Nf3       84 of 346   24.3 %\n"
+                                            "e4        60 of 346   17.3 %\n"
+                                            "c4        53 of 346   15.3 %\n");
+    const std::string afterMoves = runBody(bookMain, {"--moves", "e2e4 c7c5"}).output;
+    EXPECT_EQ(afterMoves, "Nf3       25 of 27   92.6 %\n"
+                          "Nc3        1 of 27    3.7 %\n"
+                          "c3         1 of 27    3.7 %\n");
+    // Quoted, unquoted and without clocks it is the same position.
+    const std::string fen = "rnbqkbnr/pp1ppppp/8/2p5/4P3/8/PPPP1PPP/RNBQKBNR w KQkq -";
+    EXPECT_EQ(runBody(bookMain, {fen + " 0 2"}).output, afterMoves);
+    EXPECT_EQ(runBody(bookMain, {fen.substr(0, fen.find(' ')), "w", "KQkq", "-"}).output,
+              afterMoves);
+    EXPECT_EQ(runBody(bookMain, {"7k/8/8/8/8/8/8/K7 w - - 0 1"}).output,
+              "The book has no move for this position.\n");
+}
+
+TEST(BookTool, CountsRepeatedEntriesAndKeepsTheOrderOfEquals) {
+    const std::vector<BookChoice> choices = getBookChoices(smallBook(), positionOf(START_FEN));
+    ASSERT_EQ(choices.size(), 2U);
+    EXPECT_EQ(LongAlgebraicMove(choices[0].move).toString(), "e2e4");
+    EXPECT_EQ(choices[0].count, 3);
+    EXPECT_EQ(choices[1].count, 3);
+
+    // A code that names no legal move of the position is never played.
+    PolyglotBook book;
+    const Position start = positionOf(START_FEN);
+    book.put(start.hash, PolyglotEntry(std::int16_t{1}, 0, 0));
+    EXPECT_TRUE(getBookChoices(book, start).empty());
+}
+
+TEST(BookTool, DrawsTheBookAsATree) {
+    std::ostringstream tree;
+    printBookTree(smallBook(), positionOf(START_FEN), 5, tree);
+    EXPECT_EQ(tree.str(), "├─ 1. e4  3\n"
+                          "│  ├─ 1... c5  2\n"
+                          "│  └─ 1... e5  1\n"
+                          "└─ 1. c4  3\n"
+                          "   └─ 1... e5  1\n");
+    tree.str("");
+    printBookTree(smallBook(), positionAfter("e2e4"), 1, tree);
+    EXPECT_EQ(tree.str(), "├─ 1... c5  2\n└─ 1... e5  1\n");
+    EXPECT_NE(runBody(bookMain, {"--tree=2"}).output.find("│  ├─ 1... Nf6  92\n"),
+              std::string::npos);
+}
+
+TEST(BookTool, FindsWhereALineStops) {
+    struct Case {
+        std::string line;
+        std::string fault;
+        bool polyglotCastling = false;
+    };
+    const std::string italian = "e2e4 e7e5 g1f3 b8c6 f1c4 f8c5 ";
+    for (const auto& [line, fault, polyglotCastling] : std::vector<Case>{
+             {"", ""},
+             {"e2e4 e7e5  ", ""},
+             {"e2e4 e7e5\r", ""},
+             {italian + "e1g1", ""},
+             {italian + "e1h1", "", true},
+             {italian + "e1g1", R"(move 7, "e1g1", is no move of the position)", true},
+             {"e2e5 e7e5", R"(move 1, "e2e5", is no move of the position)"},
+             {"e2e4 e2e4", R"(move 2, "e2e4", is no move of the position)"},
+             {"e2e4  e7e5", R"(move 2, " e7e", is no move of the position)"},
+             {"xyzz", R"(move 1, "xyzz", is no move of the position)"},
+             {"e2e", R"(move 1, "e2e", is an unfinished rest)"},
+             {"e2e4 e7e5 g1", R"(move 3, "g1", is an unfinished rest)"},
+             {"e2e4 f7f6 d1h5 a7a6", R"(move 4, "a7a6", leaves the king in check)"},
+             {"e2e4 f7f6 d1h5 a7a6 g1f3", R"(move 4, "a7a6", leaves the king in check)"},
+         }) {
+        EXPECT_EQ(findLineFault(line, polyglotCastling), fault) << line;
+    }
+}
+
+TEST(BookTool, ChecksAFileLineByLine) {
+    const TextFile faulty("e2e4 e7e5\ne2e5\n\nd2d4 d7d5 c2");
+    const ToolRun run = runBody(bookMain, {"--check", faulty.path});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.output, faulty.path + ":2: move 1, \"e2e5\", is no move of the position\n" +
+                              faulty.path + ":4: move 3, \"c2\", is an unfinished rest\n" +
+                              "4 lines, of which 2 stop before their end\n");
+}
+
+TEST(BookTool, FindsNoFaultInTheStandardBook) {
+    std::string text;
+    for (const std::string_view line : STANDARD_LINES) {
+        text += std::string(line) + '\n';
+    }
+    const TextFile standard(text);
+    const ToolRun run = runBody(bookMain, {"--check=" + standard.path});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.output, "346 lines, of which 0 stop before their end\n");
+    // Some of them castle, so they are not in the other form.
+    EXPECT_EQ(runBody(bookMain, {"--check", standard.path, "--polyglot-castling"}).status, 1);
+}
+
+TEST(BookTool, RefusesWhatMakesNoSense) {
+    struct Case {
+        std::vector<std::string> words;
+        std::string what;
+    };
+    for (const auto& [words, what] : std::vector<Case>{
+             {{"--check", "/no/such/file"}, "/no/such/file cannot be opened"},
+             {{"--check", testing::TempDir()}, "cannot be opened"},
+             {{"--check"}, "--check needs a value"},
+             {{"--check", "x", "startpos"}, "--check goes with nothing but"},
+             {{"--tree", "0"}, "from 1 to 40"},
+             {{"--moves", "e2e4 e2e4"}, "move 2 of the game, \"e2e4\", is not legal"},
+             {{"8/8/8/8/8/8/8/8 w - - 0 1"}, "cannot be played: a side has not exactly one king"},
+             {{"--trees"}, "unknown option --trees"},
+         }) {
+        expectRefusal(runBody(bookMain, words), what);
+    }
+    const ToolRun help = runBody(bookMain, {"--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_NE(help.output.find("--check FILE"), std::string::npos);
+}
+
+} // namespace

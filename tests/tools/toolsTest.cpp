@@ -1,0 +1,273 @@
+// The tools that measure: what they print, and what they say to bad input.
+
+#include "base/statistics.h"
+#include "board/moveGenerator.h"
+#include "kestran-bench/bench.h"
+#include "notation/fenCheck.h"
+#include "notation/ioFuncs.h"
+#include "support/commandLine.h"
+#include "support/uciProcess.h"
+#include "testing/toolSupport.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <memory>
+#include <optional>
+#include <regex>
+#include <set>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr UciProcess::Timeout PATIENCE{240000};
+const std::string BENCH = KESTRAN_BINARY_DIR "/kestran-bench";
+const std::string PERFT = KESTRAN_BINARY_DIR "/kestran-perft";
+
+ToolRun run(const std::string& path, const std::vector<std::string>& arguments) {
+    UciProcess process(path, arguments);
+    ToolRun run{-1, "", ""};
+    while (const auto line = process.readLine(PATIENCE)) {
+        run.output += *line + '\n';
+    }
+    const auto end = process.waitForEnd(PATIENCE);
+    run.status = end && end->exited ? end->status : -1;
+    run.errors = process.readErrors();
+    return run;
+}
+
+std::vector<std::string> linesOf(const std::string& text) {
+    std::istringstream stream(text);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(stream, line);) {
+        lines.push_back(line);
+    }
+    return lines;
+}
+
+// The number that ends `line`, which must consist of `name` and that number.
+std::int64_t numberOf(const std::string& line, const std::string& name) {
+    std::smatch found;
+    const bool fits = std::regex_match(line, found, std::regex(name + "(\\d+)(?: ms)?"));
+    EXPECT_TRUE(fits) << line << " instead of " << name;
+    return fits ? std::stoll(found[1]) : -1;
+}
+
+TEST(Bench, HasSoundAndDifferentPositions) {
+    std::set<std::uint64_t> keys;
+    for (const BenchPosition& benchPosition : getBenchPositions()) {
+        Position literal;
+        Position checked;
+        setFenNotation(literal, benchPosition.fen);
+        ASSERT_EQ(readPlayableFen(checked, benchPosition.fen), "") << benchPosition.fen;
+        EXPECT_EQ(getFen(checked), getFen(literal)) << "a claim was dropped";
+        MoveArray moves;
+        EXPECT_GT(generateLegalMoves(checked, moves.data()), 0) << benchPosition.fen;
+        EXPECT_TRUE(keys.insert(checked.hash).second) << benchPosition.fen;
+    }
+    EXPECT_GE(keys.size(), 30U);
+}
+
+TEST(Bench, PrintsALineForEachSearchAndTheSignatureLast) {
+    const auto positions = getBenchPositions();
+    const ToolRun bench = run(BENCH, {"--depth", "1"});
+    ASSERT_EQ(bench.status, 0);
+    EXPECT_EQ(bench.errors, "");
+    const std::vector<std::string> lines = linesOf(bench.output);
+    ASSERT_EQ(lines.size(), positions.size() + 3);
+
+    const std::regex form(" *(\\d+)  depth  1  score +(-?\\d+|mate -?\\d+)  nodes +(\\d+)"
+                          "  best ([a-h][1-8][a-h][1-8][qrbn]?)");
+    std::int64_t nodes = 0;
+    for (std::size_t i = 0; i < positions.size(); ++i) {
+        std::smatch found;
+        ASSERT_TRUE(std::regex_match(lines[i], found, form)) << lines[i];
+        EXPECT_EQ(found[1], std::to_string(i + 1));
+        const BenchResult alone = searchAfresh(positions[i].fen, 1, 16);
+        EXPECT_EQ(std::stoll(found[3]), alone.nodes) << lines[i];
+        nodes += alone.nodes;
+    }
+    numberOf(lines.end()[-3], "Time: ");
+    numberOf(lines.end()[-2], "Nodes per second: ");
+    EXPECT_EQ(numberOf(lines.back(), "Bench: "), nodes);
+}
+
+TEST(Bench, GivesTheTableTheSizeAskedFor) {
+    const std::string fen = getBenchPositions().front().fen;
+    UciProcess bench(BENCH, {"--hash", "0", "--depth", "3"}); // of which the first line is enough
+    const std::string line = bench.readLine(PATIENCE).value_or("");
+    const std::int64_t nodes = searchAfresh(fen, 3, 0).nodes;
+    EXPECT_NE(line.find(" " + std::to_string(nodes) + " "), std::string::npos) << line;
+    EXPECT_NE(nodes, searchAfresh(fen, 3, 16).nodes);
+}
+
+// The lines of a report that TestStatistics can read.
+std::vector<std::string> countersIn(const std::string& report) {
+    std::vector<std::string> lines = linesOf(report);
+    std::erase_if(lines, [](const std::string& line) {
+        return !line.starts_with("Run: ") && line.find(" at ply ") == std::string::npos;
+    });
+    return lines;
+}
+
+// Both searches count each legal move once, as a node and in the statistics.
+TEST(Bench, PrintsStatisticsThatCanBeReadBack) {
+    const ToolRun bench = run(BENCH, {"--stats", "--depth=1", "--hash", "1"});
+    const std::vector<std::string> lines = linesOf(bench.output);
+    ASSERT_FALSE(lines.empty());
+    const auto statistics = std::make_unique<TestStatistics>();
+    for (const std::string& line : lines) {
+        statistics->readLine(line);
+    }
+    std::stringstream report;
+    statistics->printAll(report);
+    EXPECT_EQ(countersIn(report.str()), countersIn(bench.output));
+
+    std::int64_t legalMoves = 0;
+    for (int pass = 0; pass <= statistics->getRunPointer(); ++pass) {
+        for (int ply = 0; ply < MAX_PLIES; ++ply) {
+            legalMoves += statistics->get(pass, TestStatistics::ORDINAL_SEARCH, ply) +
+                          statistics->get(pass, TestStatistics::Q_SEARCH, ply);
+        }
+    }
+    EXPECT_EQ(numberOf(lines.back(), "Bench: "), legalMoves);
+}
+
+struct PerftCase {
+    std::vector<std::string> words;
+    std::size_t rootMoves;
+    std::string split; // one line
+    std::int64_t nodes;
+};
+
+// The second position has captures en passant, castling and promotions. All numbers are
+// those of the naive rules, too.
+TEST(Perft, CountsEachMoveOfTheRoot) {
+    const std::string fen = "r3k3/1p1p1p2/8/P1P1P1Pp/8/8/3K4/R7 w q h6 0 30";
+    for (const PerftCase& perft : {
+             PerftCase{{"startpos", "3"}, 20, "g1f3: 440", 8902},
+             PerftCase{{fen, "3"}, 23, "g5h6: 361", 8530},
+             PerftCase{
+                 {"r3k3/1p1p1p2/8/P1P1P1Pp/8/8/3K4/R7", "w", "q", "h6", "2"}, 23, "g5h6: 16", 395},
+         }) {
+        const ToolRun outcome = run(PERFT, perft.words);
+        const std::vector<std::string> lines = linesOf(outcome.output);
+        ASSERT_EQ(outcome.status, 0);
+        ASSERT_EQ(lines.size(), perft.rootMoves + 3);
+        std::int64_t sum = 0;
+        for (std::size_t i = 0; i < perft.rootMoves; ++i) {
+            sum += numberOf(lines[i], "[a-h][1-8][a-h][1-8][qrbn]?: ");
+        }
+        EXPECT_EQ(std::ranges::count(lines, perft.split), 1) << outcome.output;
+        EXPECT_EQ(sum, perft.nodes);
+        EXPECT_EQ(numberOf(lines.end()[-3], "Nodes: "), perft.nodes);
+        numberOf(lines.end()[-2], "Time: ");
+        numberOf(lines.end()[-1], "Nodes per second: ");
+    }
+    EXPECT_TRUE(run(PERFT, {fen, "0"}).output.starts_with("Nodes: 1\n"));
+}
+
+struct BadInput {
+    std::string path;
+    std::vector<std::string> arguments;
+    std::string reason; // that the message gives
+};
+
+TEST(Tools, TellOfBadInputInOneLine) {
+    const std::string noKing = "8/8/8/8/8/8/8/K7 w - - 0 1";
+    for (const BadInput& input : {
+             BadInput{BENCH, {"--depth", "0"}, "from 1 to 20, not \"0\""},
+             BadInput{BENCH, {"--depth", "21"}, "from 1 to 20"},
+             BadInput{BENCH, {"--depth=three"}, "not \"three\""},
+             BadInput{BENCH, {"--depth"}, "--depth needs a value"},
+             BadInput{BENCH, {"--hash", "513"}, "from 0 to 512"},
+             BadInput{BENCH, {"--hash", "-1"}, "from 0 to 512"},
+             BadInput{BENCH, {"--fast"}, "unknown option --fast"},
+             BadInput{BENCH, {"startpos"}, "no \"startpos\""},
+             BadInput{PERFT, {}, "a position and a depth"},
+             BadInput{PERFT, {"3"}, "a position and a depth"},
+             BadInput{PERFT, {"startpos", "deep"}, "not \"deep\""},
+             BadInput{PERFT, {"startpos", "-1"}, "from 0 to 12"},
+             BadInput{PERFT, {"startpos", "13"}, "from 0 to 12"},
+             BadInput{PERFT, {"startpos", "--split", "3"}, "unknown option --split"},
+             BadInput{PERFT, {"endpos", "3"}, "four fields"},
+             BadInput{PERFT, {noKing, "3"}, "not exactly one king"},
+         }) {
+        const ToolRun bad = run(input.path, input.arguments);
+        expectRefusal(bad, input.reason);
+        EXPECT_TRUE(bad.errors.starts_with("kestran-")) << bad.errors;
+    }
+}
+
+TEST(Tools, TellHowToUseThem) {
+    for (const std::string& path : {BENCH, PERFT}) {
+        const ToolRun help = run(path, {"--depth", "--help"});
+        EXPECT_EQ(help.status, 0);
+        EXPECT_EQ(help.errors, "");
+        EXPECT_TRUE(help.output.starts_with("Usage: ")) << help.output;
+    }
+}
+
+// In a repository of its own, with a bench that always says 7.
+TEST(CheckBench, ComparesWithTheHistoryAndAsksEachChangeOfTheEngine) {
+    const auto root = std::filesystem::path(KESTRAN_TEST_DATA).parent_path().parent_path();
+    const std::string script = R"(
+        folder=$(mktemp -d) && trap 'rm -rf "$folder"' EXIT && mkdir "$folder/tools" &&
+        cp "$0" "$folder/tools/check-bench" && cd "$folder" && git init -q . || exit
+        git config user.name n; git config user.email e; git config commit.gpgsign no
+        commit() { git commit -q --allow-empty -m "$1"; }
+        check() { tools/check-bench ./bench > /dev/null 2>&1; echo "$1: $?"; }
+        printf '#!/bin/sh\necho 1 depth 2\necho Bench: 7\n' > bench && chmod +x bench
+        commit 'Begin';                                      check none
+        commit $'Add the bench\n\nWhy so.\nBench: 7';        check same
+        commit $'Tidy up Bench: 9\n\nNo functional change';  check kept
+        commit $'Search less\n\nBench: 77\nWas: Bench: 7';    check differs
+        commit $'Search more\n\nBench: 7';                   check back
+        commit 'Write of Bench: 7';                          check still
+        mkdir src; touch src/a; git add src
+        commit $'Touch a file\n\nNo functional change';      check told
+        touch src/b; git add src
+        commit $'Say\n\nNo functional change\n\ntoo early';  check silent
+        git tag v1; commit 'Go on';                          check tagged
+        rm bench;                                            check missing)";
+    const ToolRun checks = run("/bin/bash", {"-c", script, root / "tools/check-bench"});
+    EXPECT_EQ(checks.output, "none: 0\nsame: 0\nkept: 0\ndiffers: 1\nback: 0\nstill: 0\n"
+                             "told: 0\nsilent: 1\ntagged: 0\nmissing: 2\n")
+        << checks.errors;
+}
+
+CommandLine commandLineOf(std::vector<const char*> words) {
+    words.insert(words.begin(), "tool");
+    return {static_cast<int>(words.size()), words.data()};
+}
+
+TEST(CommandLine, GivesEachWordOnce) {
+    CommandLine line = commandLineOf({"one", "--size=5", "--quick", "--name", "--odd", "two"});
+    EXPECT_TRUE(line.takeFlag("--quick"));
+    EXPECT_FALSE(line.takeFlag("--quick"));
+    EXPECT_FALSE(line.takeFlag("--size")) << "a part of a word";
+    EXPECT_EQ(line.takeOption("--size"), "5");
+    EXPECT_EQ(line.takeOption("--size"), std::nullopt);
+    EXPECT_EQ(line.takeOption("--name"), "--odd");
+    EXPECT_EQ(line.takeRest(), (std::vector<std::string>{"one", "two"}));
+
+    CommandLine empty = commandLineOf({});
+    EXPECT_EQ(empty.takeOption("--size"), std::nullopt);
+    EXPECT_TRUE(empty.takeRest().empty());
+    EXPECT_EQ(commandLineOf({"--size="}).takeOption("--size"), "");
+    EXPECT_THROW(commandLineOf({"--size"}).takeOption("--size"), UsageError);
+    EXPECT_THROW(commandLineOf({"one", "--two"}).takeRest(), UsageError);
+}
+
+TEST(CommandLine, ReadsWholeNumbersOfARange) {
+    EXPECT_EQ(parseNumber("-3", "it", -3, 7), -3);
+    EXPECT_EQ(parseNumber("007", "it", -3, 7), 7);
+    for (const std::string bad :
+         {"", "-4", "8", "x", "7x", " 7", "7 ", "+7", "7.0", "0x7", "-", "99999999999999999999"}) {
+        EXPECT_THROW(parseNumber(bad, "it", -3, 7), UsageError) << '"' << bad << '"';
+    }
+}
+
+} // namespace

@@ -1,0 +1,585 @@
+// Conversations with the built engine, as chess programs hold them and as they should
+// not. A talk checks by itself what holds for all of them (see uciTalk.h): the form of
+// each line, one closing line and one answer for each `go`, nothing unasked, nothing
+// on standard error, and the end with status 0 at `quit`.
+
+#include "testing/uciTalk.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <functional>
+#include <gtest/gtest.h>
+#include <map>
+#include <ostream>
+
+namespace {
+
+struct Conversation {
+    std::string name;
+    std::string script; // of UciTalk::hold(), with the names below for positions
+};
+using Conversations = std::vector<Conversation>;
+
+void PrintTo(const Conversation& conversation, std::ostream* stream) {
+    *stream << conversation.name;
+}
+
+const std::map<std::string, std::string> POSITIONS = {
+    // One legal move, a1a2, so that the position is known by its answer.
+    {"$one", "8/8/8/8/8/8/8/K1k5 w - - 0 1"},
+    // Out of the book, with first passes that are done at once and no end in sight.
+    {"$busy", "6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - 0 1"},
+    {"$black", "6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 b - - 0 1"},
+    // A first pass of about 100 milliseconds.
+    {"$slow", "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1"},
+    // 15 queens a side, where no pass is ever done, and as many moves as there can be.
+    {"$queens", "qqqqqqqk/qqqqqqqq/8/8/8/8/QQQQQQQQ/QQQQQQQK w - - 0 1"},
+    {"$many", "R6R/3Q4/1Q4Q1/4Q3/2Q4Q/Q4Q2/pp1Q4/kBNN1KB1 w - - 0 1"},
+    {"$mate", "6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1"}, // by a1a8
+    {"$stale", "7k/5Q2/6K1/8/8/8/8/8 b - - 0 1"},
+    // h7 promotes to mate with queen and rook; otherwise Black has the one move a8b8.
+    {"$pawn", "k7/7P/1K6/8/8/8/8/8 w - - 0 1"},
+    {"$start", "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1"},
+};
+
+std::string withPositions(std::string script) {
+    for (const auto& [name, fen] : POSITIONS) {
+        for (std::size_t at = 0; (at = script.find(name, at)) != std::string::npos;) {
+            script.replace(at, name.size(), fen);
+        }
+    }
+    return script;
+}
+
+std::string repeated(int count, const std::string& text) {
+    std::string result;
+    for (int i = 0; i < count; ++i) {
+        result += text;
+    }
+    return result;
+}
+
+// Every way to start a search in the present position, and what its answer must be.
+std::string eachGo(const std::string& answer) {
+    std::string script;
+    for (const char* go : {"depth 1", "movetime 200", "wtime 8000 btime 8000",
+                           "wtime 4000 winc 100 btime 4000 binc 100"}) {
+        script += std::string(" | > go ") + go + " | " + answer;
+    }
+    return script + " | > go infinite | think 130 | > stop | " + answer;
+}
+
+constexpr int MEBIBYTE = 1 << 20;
+
+// ---- The command loop ----
+
+Conversations words() {
+    const std::string NUL(1, '\0');
+    return {
+        {"Greeting", "> uci | greet 192 | silent 100"},
+        {"GreetingTwice", ">> uci\nuci\n | greet 192 | greet 192"},
+        {"OtherProtocolFirst", "> xboard | > uci | greet 192"},
+        {"BlanksAround", ">   uci   | greet 192"},
+        {"CarriageReturns", ">> uci\r\n | greet 192 | >> \r\risready\r\r\n | = readyok"
+                            " | >> position fen $one\r\ngo infinite\r\n | think 130 | >> stop\r\n"
+                            " | answer a1a2 | >> quit\r\n | end"},
+        {"CarriageReturnEndsNoLine", ">> uci\risready\r | silent 100 | >> \n | silent 100"},
+        {"TabIsNoSeparator", "> uci\t | > \tisready | > go\tinfinite | > quit\t | silent 200"},
+        {"EmptyLines", ">> \n\n   \n\r\n\n | silent 100 | ready"},
+        {"CaseMatters", "> UCI | > IsReady | > GO infinite | > Quit | silent 200 | ready"},
+        {"UnknownLines", "> hello | > register later | > ponderhit | > go2 depth 1 | silent 200"},
+        {"NothingBehindTheWord", "> go | > position | > setoption | > debug | silent 250 | ready"},
+        {"MoreBehindTheWord", "> uci now | > isready ? | > ucinewgame 1 | > quit now | silent 100"
+                              " | > go infinite | > stop now | think 300 | > stop | answer"},
+        {"DebugChangesNothing", "> debug on | > debug off | > debug on | > debug maybe | silent 100"
+                                " | > position fen $busy | > go movetime 200 | answer | reported"},
+        {"NulSeparates", ">> " + NUL + "uci" + NUL + "\n | greet 192 | > position" + NUL +
+                             "fen $one | > go" + NUL + NUL + "depth" + NUL + "1 | answer a1a2"},
+        {"BytesAbove127", "> \xff\xfe\x80 | > isready\xa0 | > \xef\xbb\xbfuci | silent 100"
+                          " | > setoption name Hash value \xb2 | > uci | greet 0"},
+        {"LongWord", "> " + std::string(MEBIBYTE, 'u') + " | ready | silent 50"},
+        {"LongBlank", "> " + std::string(MEBIBYTE, ' ') + "isready | = readyok"},
+        {"ManyWords", "> position fen $busy | > go infinite" + repeated(MEBIBYTE / 2, " x") +
+                          " | think 200 | > stop | answer | reported"},
+        {"ManyLines", ">> " + repeated(2000, "isready\n") + repeated(2000, " | = readyok")},
+        {"LinesInPieces", ">> is | pause 50 | >> read | pause 50 | > y | = readyok"},
+        {"NothingBehindQuit", ">> isready\nquit\nisready\nuci\n | = readyok | end"},
+        {"QuitAtOnce", "> quit | end"},
+        {"QuitAmongBlanks", ">   quit   | end"},
+    };
+}
+
+Conversations readiness() {
+    return {
+        {"BehindPosition", "> position startpos moves e2e4 | ready | > position fen $busy | ready"},
+        {"BehindBestMove",
+         "> position fen $busy | > go movetime 200 | answer | ready | silent 200"},
+        {"TenTimesDuringASearch", "> position fen $busy | > go infinite" +
+                                      repeated(10, " | ready | think 20") +
+                                      " | > stop | answer | reported"},
+        {"AheadOfALongPass", "> position fen $queens | > go infinite | ready | think 100 | ready"
+                             " | > stop | answer"},
+        {"BehindAFinishedSearch", "> position fen $mate | > go infinite | reports 1 | silent 150"
+                                  " | ready | silent 150 | > stop | answer a1a8"},
+        {"NewGameAnyTime", "> ucinewgame | ready | > position fen $busy | > ucinewgame"
+                           " | > go infinite | > ucinewgame | ready | think 150 | > stop | answer"
+                           " | legal $busy | > ucinewgame | ready | > go depth 1 | answer"
+                           " | legal $busy"},
+    };
+}
+
+// ---- The option ----
+
+std::string shows(const std::string& value, int hash) {
+    return " | > setoption name Hash value " + value + " | > uci | greet " + std::to_string(hash);
+}
+
+Conversations options() {
+    const std::string search =
+        " | > position fen $busy | > go movetime 200 | answer | reported | legal $busy";
+    return {
+        {"SizesRoundDown", "ready" + shows("0", 0) + shows("1", 0) + shows("2", 1) + shows("3", 3) +
+                               shows("16", 15) + shows("64", 63) + shows("128", 127) +
+                               shows("192", 192) + shows("512", 511)},
+        {"OtherNames", "> setoption name hash value 128 | > setoption name HASH value 128"
+                       " | > setoption name Clear Hash | > setoption name Threads value 8"
+                       " | > setoption name Hash Size value 64 | > SetOption name Hash value 64"
+                       " | > uci | greet 192"},
+        {"WithoutAValue", "> setoption name Hash | > setoption name Hash value | > setoption name"
+                          " | > setoption Hash value 64 | > setoption name Hash 64"
+                          " | > setoption name Hash Value 64 | > uci | greet 192"},
+        {"NoNumber", "ready" + shows("many", 0) + search},
+        {"NumberAndMore", "ready" + shows("64MB", 63) + shows("128 now", 127) + shows("+3", 3)},
+        {"NegativeIsNone", "ready" + shows("-1", 0) + search + shows("-99999999999", 0)},
+        {"HugeIsNone",
+         "ready" + shows("2147483647", 0) + shows("99999999999999999999", 0) + search},
+        {"NoTableAndBack", "ready" + shows("0", 0) + search + shows("16", 15) + search},
+        {"LastsThroughNewGame", "ready" + shows("16", 15) + " | > ucinewgame | > uci | greet 15"},
+        {"DuringASearch", "> setoption name Hash value 16 | > position fen $busy | > go infinite"
+                          " | think 200 | > setoption name Hash value 3 | ready"
+                          " | > setoption name Hash value 64 | ready | think 200 | > stop | answer"
+                          " | legal $busy | > uci | greet 63" +
+                              search},
+        {"RightBehindBestMove",
+         "> position fen $slow" +
+             repeated(5, " | > go depth 1 | answer | > setoption name Hash value 1"
+                         " | > go depth 1 | answer | > setoption name Hash value 64") +
+             search},
+        {"RightBehindGo", "> position fen $busy | >> go movetime 200\nsetoption name Hash value 0\n"
+                          " | answer | legal $busy | > uci | greet 0"},
+    };
+}
+
+// ---- The game ----
+
+Conversations positions() {
+    const std::string mated = "\\(none\\)";
+    const std::string go = " | > go depth 1 | answer ";
+    return {
+        {"StartWithoutPosition", "> go depth 1 | answer | legal $start"},
+        {"EmptyMoves", "> position startpos moves" + go + "| legal $start"},
+        {"MovesNeedTheirWord", "> position startpos e2e4 e7e5 d2d4" + go + "| legal $start"},
+        {"OneMove", "> position startpos moves e2e4" + go + "[a-h][78].*"},
+        {"StrangeMovesAreSkipped",
+         "> position startpos moves f2f3 0000 e7e5 z9z9 e2e5 moves g2g4 \xff d8h4" + go + mated},
+        {"ShortMovesAreSkipped",
+         "> position startpos moves f f2f3 e7 e7e5 g2g g2g4 d d8h4" + go + mated},
+        {"MovesIntoCheckAreSkipped",
+         "> position fen $one moves a1b1 a1b2 a1a2 c1b1 c1c2" + go + "a2a[13]"},
+        {"CapitalFields", "> position startpos moves F2F3 e7E5 G2g4 D8H4" + go + mated},
+        {"Queen", "> position fen $pawn moves h7h8q" + go + mated},
+        {"CapitalQueen", "> position fen $pawn moves h7h8Q" + go + mated},
+        {"Rook", "> position fen $pawn moves h7h8r" + go + mated},
+        {"Bishop", "> position fen $pawn moves h7h8b" + go + "a8b8"},
+        {"Knight", "> position fen $pawn moves h7h8n" + go + "a8b8"},
+        {"NoLetterIsAKnight", "> position fen $pawn moves h7h8" + go + "a8b8"},
+        {"OwnPromotion", "> position fen $pawn" + eachGo("answer h7h8[qr]")},
+        {"CastlingIsTheKingsMove",
+         "> position fen 5k2/8/8/8/8/8/8/4K2R w K - 0 1 moves e1h1" + go + "[eh]1.*" +
+             " | > position fen 5k2/8/8/8/8/8/8/4K2R w K - 0 1 moves e1g1" + go + "f8[eg][78]"},
+        {"FenWithMovesAndNone", "> position fen $one moves" + go + "a1a2"},
+        {"FenWithoutItsWord", "> position $one" + go + "a1a2"},
+        {"FenOfFourFields", "> position fen 8/8/8/8/8/8/8/K1k5 w - -" + go + "a1a2" +
+                                " | >  position   fen    8/8/8/8/8/8/8/k1K5 b - - " + go + "a1a2"},
+        // The only moves would be an en passant capture and a castling.
+        {"UnfoundedEnPassant", "> position fen 8/8/4p3/4P3/8/1kn5/8/K7 w - d6 0 1" + go + mated},
+        {"UnfoundedCastling",
+         "> position fen 4k3/8/8/8/8/8/8/4K3 w KQkq - 0 1 moves e1g1" + go + "e1.*"},
+        {"StrangeFieldsAreDropped", "> position fen 8/8/8/8/8/8/8/K1k5 w - x9 x y" + go +
+                                        "a1a2 | > position fen 8/8/8/8/8/8/8/K1k5 w - e" + go +
+                                        "a1a2 | > position fen 8/8/8/8/8/8/8/K1k5 w - - -5 0" + go +
+                                        "a1a2"},
+        {"HugeNumbers",
+         "> position fen 8/8/8/8/8/8/8/K1k5 w - - 99999999999 99999999999" + go + "a1a2"},
+        {"NewGameKeepsThePosition", "> position fen $one | > ucinewgame" + go + "a1a2"},
+        {"DuringASearch", "> position fen $busy | > go infinite | think 50 | > position fen $mate"
+                          " | > position fen $one | ready | think 200 | > stop | answer | reported"
+                          " | legal $busy | > go movetime 5000 | answer a1a2 | bare"},
+        {"RightBehindGo", ">> position fen $one\ngo movetime 5000\nposition fen $busy\ngo depth 1\n"
+                          " | answer a1a2 | answer | legal $busy"},
+        {"ThreeThousandPlies", "> position startpos moves" + repeated(750, " g1f3 g8f6 f3g1 f6g8") +
+                                   " | ready" + eachGo("answer | legal $start")},
+        {"MostMoves", "> position fen $many" + eachGo("answer * 0-500 | legal $many")},
+        {"FifteenQueens", "> position fen $queens" + eachGo("answer * 0-500 | legal $queens")},
+        {"Mated", "> position startpos moves f2f3 e7e5 g2g4 d8h4" + eachGo("answer " + mated)},
+        {"Stalemated", "> position fen $stale" + eachGo("answer " + mated)},
+    };
+}
+
+// Draws by the clock of half moves still have a move to play.
+Conversations clocks() {
+    Conversations conversations;
+    for (const std::string clock : {"99", "100", "127", "128", "30000"}) {
+        const std::string fen = "6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - " + clock + " 90";
+        conversations.push_back(
+            {"ClockAt" + clock, "> position fen " + fen + eachGo("answer * 0-500 | legal " + fen)});
+    }
+    return conversations;
+}
+
+// Positions that cannot be played: one line on standard error, none on standard output,
+// and the game stays as it was.
+Conversations rejections() {
+    Conversations rows = {
+        {"NoFen", "fen"},
+        {"AnyWord", "nonsense"},
+        {"MisspeltStart", "startposition moves a1a2"},
+        {"BoardAlone", "fen 8/8/8/8/8/8/8/K1k5"},
+        {"ThreeFields", "fen 8/8/8/8/8/8/8/K1k5 w -"},
+        {"SevenRanks", "fen 8/8/8/8/8/8/K1k5 w - - 0 1"},
+        {"NineRanks", "fen 8/8/8/8/8/8/8/8/K1k5 w - - 0 1"},
+        {"ShortRank", "fen 7/8/8/8/8/8/8/K1k5 w - - 0 1"},
+        {"LongRank", "fen 8/8/8/p8/8/8/8/K1k5 w - - 0 1"},
+        {"VeryLongRank", "fen 8/88888888888888888888888/8/8/8/8/8/K1k5 w - - 0 1"},
+        {"EmptyRank", "fen 8/8//8/8/8/8/K1k5 w - - 0 1"},
+        {"DigitNine", "fen 9/8/8/8/8/8/8/K1k5 w - - 0 1"},
+        {"DigitZero", "fen 80/8/8/8/8/8/8/K1k5 w - - 0 1"},
+        {"OtherLetter", "fen 8/8/8/8/3x4/8/8/K1k5 w - - 0 1"},
+        {"TwoBlanks", "fen 8/8/8/8/8/8/8/K1k5  w - - 0 1"},
+        {"TwoWhiteKings", "fen 8/8/8/7K/8/8/8/K1k5 w - - 0 1"},
+        {"NoBlackKing", "fen 8/8/8/8/8/8/8/K7 w - - 0 1"},
+        {"NoPieces", "fen 8/8/8/8/8/8/8/8 w - - 0 1"},
+        {"SeventeenWhitePieces", "fen k7/8/8/8/8/PPPPPPPP/PPPPPPPP/K7 w - - 0 1"},
+        {"ThirtyTwoBlackPieces", "fen kqqqqqqq/qqqqqqqq/qqqqqqqq/qqqqqqqq/8/8/8/K7 b - - 0 1"},
+        {"PawnOnRankOne", "fen k7/8/8/8/8/8/8/K6P w - - 0 1"},
+        {"PawnOnRankEight", "fen k6p/8/8/8/8/8/8/K7 w - - 0 1"},
+        {"OtherSideInCheck", "fen k6R/8/8/8/8/8/8/K7 w - - 0 1"},
+        {"KingsTouch", "fen 8/8/8/8/8/8/8/Kk6 b - - 0 1"},
+        {"NoSide", "fen 8/8/8/8/8/8/8/K1k5 x - - 0 1"},
+        {"SideInFull", "fen 8/8/8/8/8/8/8/K1k5 white - - 0 1"},
+        {"MovesBehind", "fen 8/8/8/8/8/8/8/8 w - - 0 1 moves a1a2 c1c2"},
+        {"LongText", "fen " + std::string(MEBIBYTE, '8')},
+        {"OtherBytes", "fen \xff\xfe/8/8/8/8/8/8/K1k5 w - - 0 1"},
+    };
+    for (Conversation& row : rows) {
+        row.script = "> position fen $one | > position " + row.script +
+                     " | complain | > go movetime 5000 | answer a1a2 | bare";
+    }
+    rows.push_back({"DuringASearch", "> position fen $busy | > go infinite | > position fen"
+                                     " | complain | think 150 | > stop | answer | legal $busy"
+                                     " | > go depth 1 | answer | legal $busy"});
+    return rows;
+}
+
+// ---- The time for a move ----
+
+struct Allocation {
+    const char* name;
+    std::string position;
+    std::string words; // behind `go`
+    int budget;        // milliseconds
+};
+
+// A search may end early, when no further pass is worth its start, but not before two
+// thirds of its budget; and it ends at the first step of 100 ms that is at most 50 ms
+// before the budget's end.
+Conversations allocations() {
+    const std::vector<Allocation> rows = {
+        {"IncrementOfWhite", "$busy", "wtime 8000 btime 400000 winc 500 binc 9000", 700},
+        {"IncrementOfBlack", "$black", "wtime 400000 btime 8000 winc 9000 binc 500", 700},
+        {"NoOwnIncrement", "$black", "wtime 400000 btime 24000 winc 5000 binc 0", 600},
+        {"MovesToGo", "$busy", "wtime 12000 btime 400000 movestogo 20", 600},
+        {"OneMoveToGo", "$black", "btime 600 movestogo 1 wtime 400000", 600},
+        {"MoreThanTheClock", "$busy", "wtime 100 winc 600", 602},
+        {"NoMovesToGo", "$busy", "movestogo 0 wtime 4000", 100},
+        {"NegativeMovesToGo", "$busy", "wtime 24000 movestogo -3", 600},
+        {"FixedTimeOverLongClock", "$black", "movetime 600 btime 400000 wtime 1", 600},
+        {"FixedTimeOverShortClock", "$busy", "wtime 1000 movetime 600", 600},
+        {"FixedTimeOfNothing", "$busy", "movetime 0 wtime 400000", 100},
+        {"NegativeFixedTime", "$busy", "movetime -5 wtime 400000", 100},
+        {"MinusOneIsNotGiven", "$busy", "movetime -1 wtime 24000", 600},
+        {"OtherClockOnly", "$busy", "btime 400000", 100},
+        {"NoTimeLeft", "$busy", "wtime 0 btime 0", 100},
+        {"NegativeClock", "$black", "wtime 400000 btime -3000 winc 0 binc 0", 100},
+        {"NegativeIncrement", "$busy", "wtime 400000 winc -5", 100},
+        {"NoNumbers", "$busy", "wtime x winc y", 100},
+        {"NoNumberForFixedTime", "$busy", "movetime x wtime 400000", 100},
+        {"KeyAtTheEnd", "$busy", "wtime 24000 movetime", 600},
+        {"KeyAsValue", "$busy", "wtime movetime 600", 600},
+        {"LastRepeatCounts", "$busy", "movetime 90000 movetime 600", 600},
+        {"UnknownWords", "$busy", "ponder searchmoves e2e4 nodes 5 mate 3 movetime 600", 600},
+        {"DepthIsNoLimit", "$busy", "depth 5", 100},
+        {"CaseOfKeys", "$busy", "WTIME 400000 Infinite MoveTime 9000", 100},
+    };
+    Conversations conversations = {
+        {"HugeFixedTime", "> position fen $busy | > go movetime 99999999999999999999 | think 300"
+                          " | > stop | answer * 0-350"},
+        {"LargestTimeIsALimit",
+         "> position fen $mate | > go movetime 2147483647 | answer a1a8 100-350"},
+        {"InfiniteLast", "> go wtime 1 movetime 1 infinite | think 300 | > stop | answer * 0-350"},
+        {"InfiniteFirst", "> go infinite movetime 1 | think 300 | > stop | answer * 0-350"},
+    };
+    for (const Allocation& row : rows) {
+        const std::string bounds = std::to_string(std::max(100, row.budget * 2 / 3)) + '-' +
+                                   std::to_string(row.budget + 250);
+        conversations.push_back({row.name, "> position fen " + row.position + " | ready | > go " +
+                                               row.words + " | answer * " + bounds + " | legal " +
+                                               row.position});
+    }
+    return conversations;
+}
+
+// ---- The course of a search ----
+
+Conversations searches() {
+    return {
+        {"OneMoveAtOnce",
+         "> position fen $one | ready | > go movetime 5000 | answer a1a2 0-80 | bare"},
+        {"OneMoveThenAnother", "> position fen $one | > go depth 1 | answer a1a2 | > go depth 1"
+                               " | answer a1a2 | > position fen $busy | > go depth 1 | answer"
+                               " | legal $busy"},
+        {"OneMoveWithoutLimit", "> position fen $one | > go infinite | think 350 | > stop"
+                                " | answer a1a2 0-350 | reported"},
+        {"BookMove", "> position startpos | ready | > go movetime 9000 | answer * 100-350 | bare"
+                     " | legal $start"},
+        {"NoBookWithoutLimit",
+         "> position startpos | > go infinite | reports 2 | think 100 | > stop | answer"
+         " | reported | legal $start"},
+        {"MateAnswersEarly",
+         "> position fen $mate | ready | > go movetime 9000 | answer a1a8 100-350 | bare"},
+        {"FinishedIsSilentUntilStop", "> position fen $mate | > go infinite | reports 1"
+                                      " | silent 400 | > stop | answer a1a8 0-350"},
+        {"TwentyPassesAndSilence", "> position fen $stale | > go infinite | reports 20 | silent 300"
+                                   " | > stop | answer \\(none\\) 0-350"},
+        {"LinesAreLegal",
+         "> position fen $busy | > go movetime 600 | answer | reported | legal $busy"},
+        {"NoReportBehindTheAnswer",
+         "> position fen $slow" + repeated(12, " | > go depth 1 | answer | legal $slow")},
+        {"StopAtOnce",
+         "> position fen $busy | >> go infinite\nstop\n | answer * 0-350 | legal $busy"
+         " | > go movetime 90000 | pause 30 | > stop | answer * 0-350"},
+        {"StopWithoutASearchWaits",
+         "> stop | silent 150 | > position fen $busy | > go movetime 9000"
+         " | answer * 0-350 | legal $busy | > go infinite | think 300"
+         " | > stop | answer"},
+        {"StopsDoNotAddUp", "> stop | > stop | > stop | > position fen $busy | > go infinite"
+                            " | answer * 0-350 | > go infinite | think 300 | > stop | answer"},
+        {"StopBehindBestMoveWaits", "> position fen $busy | > go depth 1 | answer | > stop"
+                                    " | silent 200 | > go infinite | answer * 0-350"},
+        {"StopOutlastsASearchWithoutSteps", "> stop | > position fen $one | > go depth 1"
+                                            " | answer a1a2 | > position fen $busy | > go infinite"
+                                            " | answer * 0-350"},
+        {"StopAnswersOnce", "> position fen $busy | > go infinite | think 250 | > stop"
+                            " | answer * 0-350 | silent 300"},
+        {"GoDuringASearch", "> position fen $busy | > go infinite | > position fen $one"
+                            " | > go movetime 5000 | think 300 | > stop | answer | legal $busy"
+                            " | answer a1a2 | silent 200"},
+        {"TwoGoesAtOnce", "> position fen $busy | >> go movetime 200\ngo movetime 200\n | answer"
+                          " | answer | silent 300"},
+        {"TenGoesAtOnce", "> position fen $busy | >> " + repeated(10, "go depth 1\n") +
+                              repeated(10, " | answer") + " | silent 200"},
+        {"TwoWithoutLimit", "> position fen $busy | >> go infinite\ngo infinite\n | think 250"
+                            " | > stop | answer * 0-350 | think 250 | > stop | answer * 0-350"
+                            " | silent 150"},
+        {"TwentySearchesInARow",
+         "ready" + repeated(10, " | > position fen $busy | > go depth 1 | answer * 0-350"
+                                " | > position fen $one | > go depth 1 | answer a1a2 0-350")},
+        {"NextSearchWaitsForNoHardOne",
+         "> position fen $queens | > go infinite | think 150 | > stop"
+         " | answer | > position fen $busy | > go movetime 200"
+         " | answer * 0-450 | legal $busy"},
+    };
+}
+
+// ---- The end of the process, at every moment ----
+
+const Conversations MOMENTS = {
+    {"Infinite", ">> isready\nposition fen $busy\ngo infinite\n | = readyok"},
+    {"FixedTime", ">> isready\nposition fen $busy\ngo movetime 5000\n | = readyok"},
+    {"HardPosition", ">> isready\nposition fen $queens\ngo infinite\n | = readyok"},
+    {"Finished", ">> isready\nposition fen $mate\ngo infinite\n | = readyok"},
+    {"Queue", ">> isready\nposition fen $busy\n" + repeated(3, "go infinite\n") + " | = readyok"},
+};
+
+// The process ends without an answer, whatever it is doing.
+void addMoments(Conversations& into, const std::string& ending) {
+    for (const Conversation& moment : MOMENTS) {
+        for (const char* delay : {"0", "20", "90", "110", "250"}) {
+            into.push_back({moment.name + "After" + delay,
+                            moment.script + " | pause " + delay + " | " + ending});
+        }
+    }
+}
+
+Conversations quits() {
+    Conversations conversations = {
+        {"WithGoInOneWrite", ">> position fen $busy\ngo infinite\nquit\n | end"},
+        {"BehindBestMove", "> position fen $queens | > go depth 1 | answer | > quit | end"},
+    };
+    addMoments(conversations, "> quit | end");
+    return conversations;
+}
+
+Conversations endsOfInput() {
+    return {
+        {"AtOnce", "eof | end"},
+        {"Idle", "> uci | greet 192 | eof | end"},
+        {"LastLineWithoutItsEnd", ">> isready | eof | = readyok | end"},
+        {"QuitWithoutItsEnd", ">> go infinite\nquit | eof | end"},
+        {"InfiniteAtOnce", ">> position fen $busy\ngo infinite | eof | answer * 0-350 | end"},
+        {"Infinite", "> position fen $busy | > go infinite | think 250 | eof | answer * 0-350"
+                     " | legal $busy | end"},
+        {"HardPosition", "> position fen $queens | > go infinite | think 250 | eof"
+                         " | answer * 0-350 | end"},
+        {"Finished", "> position fen $mate | > go infinite | reports 1 | silent 200 | eof"
+                     " | answer a1a8 0-350 | end"},
+        {"FixedTimeRunsOn",
+         "> position fen $busy | > go movetime 900 | eof | answer * 600-1150 | end"},
+        {"QueueIsWorkedOff", ">> position fen $busy\ngo infinite\ngo movetime 200\ngo infinite\n"
+                             " | eof | answer | answer | answer | end"},
+        {"AnsweredBefore", "> position fen $busy | > go depth 1 | answer | eof | end"},
+    };
+}
+
+Conversations signals() {
+    Conversations conversations = {
+        {"Idle", "> uci | greet 192 | term | end 500"},
+        {"BehindBestMove", "> position fen $busy | > go movetime 200 | answer | term | end 500"},
+        {"AmidALine", "ready | >> go infi | pause 50 | term | end 500"},
+    };
+    addMoments(conversations, "term | end 500");
+    return conversations;
+}
+
+// Nobody reads the engine any more: it ends, though its input is still open.
+Conversations lostReaders() {
+    Conversations conversations = {
+        {"BeforeAReply", "ready | lose | > isready | end 1200"},
+        {"BeforeGo", "ready | lose | > position fen $busy | > go infinite | end 1200"},
+        {"BeforeAnAnswer", "ready | lose | > position fen $one | > go depth 1 | end 1200"},
+        {"ThenEndOfInput", "ready | lose | eof | end"},
+        {"ThenQuit", "ready | lose | > quit | end"},
+    };
+    addMoments(conversations, "lose | end 1200");
+    return conversations;
+}
+
+class ConversationTest : public testing::TestWithParam<Conversation> {};
+
+// A process that ends in the midst of its work joins no threads: ThreadSanitizer is not to
+// take that for a fault.
+void allowThreadsToBeLeft() {
+    const char* present = std::getenv("TSAN_OPTIONS");
+    const std::string options = present == nullptr ? "" : std::string(present) + ':';
+    setenv("TSAN_OPTIONS", (options + "report_thread_leaks=0").c_str(), 1);
+}
+
+TEST_P(ConversationTest, Holds) {
+    const std::string& script = GetParam().script;
+    if (script.find("| term") != std::string::npos || script.find("| lose") != std::string::npos) {
+        allowThreadsToBeLeft();
+    }
+    UciTalk talk;
+    talk.hold(withPositions(script));
+}
+
+std::string nameOf(const testing::TestParamInfo<Conversation>& info) {
+    return info.param.name;
+}
+
+using testing::ValuesIn;
+INSTANTIATE_TEST_SUITE_P(Words, ConversationTest, ValuesIn(words()), nameOf);
+INSTANTIATE_TEST_SUITE_P(Readiness, ConversationTest, ValuesIn(readiness()), nameOf);
+INSTANTIATE_TEST_SUITE_P(Options, ConversationTest, ValuesIn(options()), nameOf);
+INSTANTIATE_TEST_SUITE_P(Positions, ConversationTest, ValuesIn(positions()), nameOf);
+INSTANTIATE_TEST_SUITE_P(Clocks, ConversationTest, ValuesIn(clocks()), nameOf);
+INSTANTIATE_TEST_SUITE_P(Rejections, ConversationTest, ValuesIn(rejections()), nameOf);
+INSTANTIATE_TEST_SUITE_P(Allocations, ConversationTest, ValuesIn(allocations()), nameOf);
+INSTANTIATE_TEST_SUITE_P(Searches, ConversationTest, ValuesIn(searches()), nameOf);
+INSTANTIATE_TEST_SUITE_P(Quits, ConversationTest, ValuesIn(quits()), nameOf);
+INSTANTIATE_TEST_SUITE_P(EndsOfInput, ConversationTest, ValuesIn(endsOfInput()), nameOf);
+INSTANTIATE_TEST_SUITE_P(Signals, ConversationTest, ValuesIn(signals()), nameOf);
+INSTANTIATE_TEST_SUITE_P(LostReaders, ConversationTest, ValuesIn(lostReaders()), nameOf);
+
+TEST(StartTest, ArgumentsAreIgnored) {
+    UciTalk talk({"--help", "bench", "-x"});
+    talk.hold("silent 100 | > uci | greet 192");
+}
+
+// ---- Bounds of time ----
+
+// The middle one of an odd number of measurements, none of which may exceed `most`.
+long medianOf(int count, int most, const std::function<long()>& measure) {
+    std::vector<long> values;
+    for (int i = 0; i < count; ++i) {
+        values.push_back(measure());
+        EXPECT_LE(values.back(), patience(most).count());
+    }
+    std::sort(values.begin(), values.end());
+    return values[values.size() / 2];
+}
+
+TEST(ResponseTest, StartIsQuick) {
+    const long median = medianOf(5, 1000, [] {
+        const auto start = std::chrono::steady_clock::now();
+        UciTalk talk;
+        talk.hold("> uci | greet 192");
+        return std::chrono::duration_cast<Millis>(std::chrono::steady_clock::now() - start).count();
+    });
+    EXPECT_LT(median, patience(500).count());
+}
+
+TEST(ResponseTest, StopIsQuick) {
+    UciTalk talk;
+    talk.hold(withPositions("> position fen $busy"));
+    int count = 0;
+    const long median = medianOf(9, 350, [&talk, &count] {
+        // Early in the first step of the polling loop, and just behind it.
+        const char* pause = ++count % 2 == 1 ? "30" : "105";
+        talk.hold(std::string("> go infinite | think ") + pause + " | > stop | answer");
+        return talk.getAnswer().age.count();
+    });
+    EXPECT_LE(median, patience(150).count());
+}
+
+TEST(ResponseTest, ReadyOkIsQuickDuringASearch) {
+    UciTalk talk;
+    talk.hold(withPositions("> position fen $busy | > go infinite | think 300"));
+    const long median = medianOf(21, 100, [&talk] {
+        talk.hold("think 20 | ready");
+        return talk.getAge().count();
+    });
+    EXPECT_LE(median, patience(20).count());
+    talk.hold("> stop | answer");
+}
+
+// Half a second without work takes next to no processor time; with work it does.
+TEST(ResponseTest, IdlenessIsFree) {
+    UciTalk talk;
+    const auto timeOf = [&talk](const std::string& script) {
+        const long before = talk.getProcess().getProcessorMillis();
+        talk.hold(script);
+        return talk.getProcess().getProcessorMillis() - before;
+    };
+    talk.hold("ready");
+    EXPECT_LT(timeOf("silent 500"), patience(20).count()) << "after the start";
+    talk.hold(withPositions("> position fen $busy | > go infinite"));
+    EXPECT_GT(timeOf("think 500"), 20) << "in a search";
+    talk.hold("> stop | answer | silent 100");
+    EXPECT_LT(timeOf("silent 500"), patience(20).count()) << "after a search";
+    talk.hold(withPositions("> position fen $mate | > go infinite | reports 1"));
+    EXPECT_LT(timeOf("silent 500"), patience(20).count()) << "behind a finished search";
+    talk.hold("> stop | answer a1a8");
+}
+
+} // namespace

@@ -1,5 +1,0 @@
-#include "explain.h"
-
-int main(int argc, char** argv) {
-    return explainMain(argc, argv);
-}

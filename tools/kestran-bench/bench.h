@@ -1,0 +1,36 @@
+// The bench: a fixed set of positions, searched to fixed depths. The nodes of all its
+// searches together are the signature of the search: a change that is to keep the search
+// as it is keeps this number.
+#pragma once
+
+#include "base/platform.h"
+#include "search/searchRepresentation.h"
+
+#include <cstdint>
+#include <span>
+#include <string>
+
+class CommandLine;
+
+struct BenchPosition {
+    const char* fen; // of six fields
+    int depth;       // plies to search
+};
+
+// The set: openings, middle games and end games, quiet and sharp.
+std::span<const BenchPosition> getBenchPositions();
+
+// What one search of the bench has found.
+struct BenchResult {
+    Variant line;        // with its score in thousandths of a pawn for the side to move
+    std::int64_t nodes;  // moves played, in the tree and in quiescence
+    Milliseconds millis; // of the search alone
+};
+
+// Searches a position on tables that hold nothing, with the values of the engine that
+// plays, but `hashMebibytes` for its table. Throws UsageError if there is no memory for it.
+BenchResult searchAfresh(const std::string& fen, int depth, int hashMebibytes);
+
+extern const std::string BENCH_HELP;
+// The tool behind its help. Writes to standard output and returns the exit status.
+int runBench(CommandLine& commandLine);

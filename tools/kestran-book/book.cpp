@@ -1,0 +1,197 @@
+#include "kestran-book/book.h"
+
+#include "board/moveGenerator.h"
+#include "notation/ioFuncs.h"
+#include "support/commandLine.h"
+#include "support/gameInput.h"
+#include "support/san.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <fstream>
+#include <iostream>
+#include <optional>
+
+namespace {
+
+constexpr const char* HELP =
+    R"(kestran-book [FEN] [--moves "MOVES"] [--tree DEPTH]
+kestran-book --check FILE [--polyglot-castling]
+
+Lists the moves that the engine's opening book has for a position, each with the number
+of book lines that play it and with its chance to be drawn.
+
+  FEN               the position, quoted or not; startpos, or nothing, for the start
+  --moves "MOVES"   a game from FEN to the position: e2e4 e7e5
+  --tree DEPTH      the book from there as a tree of that many plies, 1 to 40
+  --check FILE      reads a text of book lines, one line each, and reports every line that
+                    stops before its end
+  --polyglot-castling
+                    in FILE, castling is the king taking its own rook, e1h1 not e1g1
+
+Exit status: 0; 1 if FILE has a line that stops early; 2 for input that makes no sense
+or a file that cannot be read.
+)";
+
+constexpr int MAX_TREE_DEPTH = 40;
+constexpr std::size_t MOVE_STRIDE = 5; // characters of a book line from move to move
+constexpr std::size_t MOVE_LENGTH = 4;
+
+int sumOf(const std::vector<BookChoice>& choices) {
+    int sum = 0;
+    for (const BookChoice& choice : choices) {
+        sum += choice.count;
+    }
+    return sum;
+}
+
+void printTreeNode(const PolyglotBook& book, const Position& position, int ply, int depth,
+                   const std::string& prefix, std::ostream& stream) {
+    if (ply == depth) {
+        return;
+    }
+    const std::vector<BookChoice> choices = getBookChoices(book, position);
+    for (std::size_t i = 0; i < choices.size(); ++i) {
+        const auto& [move, count] = choices[i];
+        const bool isLast = i + 1 == choices.size();
+        stream << prefix << (isLast ? "└─ " : "├─ ") << toNumberedSan(position, move, ply) << "  "
+               << count << '\n';
+        printTreeNode(book, positionAfter(position, move), ply + 1, depth,
+                      prefix + (isLast ? "   " : "│  "), stream);
+    }
+}
+
+// Whether a move of the board's rules goes from one field to the other for this entry.
+std::optional<Move> findLegalMove(const Position& position, const PolyglotEntry& entry) {
+    Position scratch = position;
+    MoveArray moves;
+    const int index = entry.getMove(moves.data(), generateLegalMoves(scratch, moves.data()));
+    return index >= 0 ? std::optional(moves[at(index)]) : std::nullopt;
+}
+
+std::string faultText(std::size_t index, const std::string& move, const std::string& what) {
+    return "move " + std::to_string(index + 1) + ", \"" + move + "\", " + what;
+}
+
+int check(const std::string& path, bool polyglotCastling) {
+    std::ifstream file(path);
+    file.peek(); // a folder can be opened, but not read
+    if (!file.is_open() || file.bad()) {
+        throw UsageError("the file " + path + " cannot be opened");
+    }
+    return checkBookText(file, path, polyglotCastling, std::cout) ? 0 : 1;
+}
+
+int run(CommandLine& commandLine) {
+    const bool polyglotCastling = commandLine.takeFlag("--polyglot-castling");
+    const auto path = commandLine.takeOption("--check");
+    const auto moves = commandLine.takeOption("--moves");
+    const auto depth = commandLine.takeOption("--tree");
+    const std::vector<std::string> rest = commandLine.takeRest();
+    if (path) {
+        if (moves || depth || !rest.empty()) {
+            throw UsageError("--check goes with nothing but a file and --polyglot-castling");
+        }
+        return check(*path, polyglotCastling);
+    }
+    if (polyglotCastling) {
+        throw UsageError("--polyglot-castling goes with --check only");
+    }
+    const PolyglotBook book = PolyglotBook::getStandard();
+    const Position position = readGame(rest, moves.value_or("")).position;
+    if (depth) {
+        printBookTree(book, position, parseNumber(*depth, "--tree", 1, MAX_TREE_DEPTH), std::cout);
+    } else {
+        printBookMoves(book, position, std::cout);
+    }
+    return 0;
+}
+
+} // namespace
+
+std::vector<BookChoice> getBookChoices(const PolyglotBook& book, const Position& position) {
+    std::vector<PolyglotEntry> entries = book.get(position.hash);
+    std::vector<BookChoice> choices;
+    while (!entries.empty()) {
+        const PolyglotEntry first = entries.front();
+        const auto count = std::erase_if(entries, [&](const PolyglotEntry& entry) {
+            return entry.getMoveInt() == first.getMoveInt();
+        });
+        // What names no move of the position is never played.
+        if (const auto move = findLegalMove(position, first)) {
+            choices.push_back({*move, static_cast<int>(count)});
+        }
+    }
+    std::ranges::stable_sort(choices, std::greater(), &BookChoice::count);
+    return choices;
+}
+
+void printBookMoves(const PolyglotBook& book, const Position& position, std::ostream& stream) {
+    const std::vector<BookChoice> choices = getBookChoices(book, position);
+    if (choices.empty()) {
+        stream << "The book has no move for this position.\n";
+        return;
+    }
+    const int sum = sumOf(choices);
+    for (const auto& [move, count] : choices) {
+        std::array<char, 64> line;
+        std::snprintf(line.data(), line.size(), "%-7s %4d of %d  %5.1f %%\n",
+                      toSan(position, move).c_str(), count, sum, 100.0 * count / sum);
+        stream << line.data();
+    }
+}
+
+void printBookTree(const PolyglotBook& book, const Position& position, int depth,
+                   std::ostream& stream) {
+    if (getBookChoices(book, position).empty()) {
+        stream << "The book has no move for this position.\n";
+        return;
+    }
+    printTreeNode(book, position, 0, depth, "", stream);
+}
+
+std::string findLineFault(const std::string& line, bool polyglotCastling) {
+    const std::size_t written = (line.size() + 1) / MOVE_STRIDE;
+    const std::vector<HashEntryPair> pairs = getLineFromString(line, polyglotCastling);
+    const auto textOf = [&](std::size_t i) { return line.substr(i * MOVE_STRIDE, MOVE_LENGTH); };
+    Position position;
+    initializeToStartPosition(position);
+    for (std::size_t i = 0; i < pairs.size(); ++i) {
+        // The book takes such a move, and reads on as if it had not been made.
+        const auto move = findLegalMove(position, pairs[i].polyglotEntry);
+        if (!move) {
+            return faultText(i, textOf(i), "leaves the king in check");
+        }
+        position = positionAfter(position, *move);
+    }
+    if (pairs.size() < written) {
+        return faultText(pairs.size(), textOf(pairs.size()), "is no move of the position");
+    }
+    const std::size_t readTo = std::min(written * MOVE_STRIDE, line.size());
+    const std::size_t restStart = line.find_first_not_of(" \t\r", readTo);
+    if (restStart != std::string::npos) {
+        return faultText(written, line.substr(restStart), "is an unfinished rest");
+    }
+    return "";
+}
+
+bool checkBookText(std::istream& text, const std::string& name, bool polyglotCastling,
+                   std::ostream& stream) {
+    int lines = 0;
+    int faults = 0;
+    for (std::string line; std::getline(text, line);) {
+        ++lines;
+        const std::string fault = findLineFault(line, polyglotCastling);
+        if (!fault.empty()) {
+            ++faults;
+            stream << name << ':' << lines << ": " << fault << '\n';
+        }
+    }
+    stream << lines << " lines, of which " << faults << " stop before their end\n";
+    return faults == 0;
+}
+
+int bookMain(int argc, const char* const* argv) {
+    return runTool("kestran-book", HELP, argc, argv, run);
+}

@@ -1,0 +1,5 @@
+#include "kestran-book/book.h"
+
+int main(int argc, char** argv) {
+    return bookMain(argc, argv);
+}

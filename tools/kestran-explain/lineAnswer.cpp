@@ -1,0 +1,176 @@
+#include "kestran-explain/lineAnswer.h"
+
+#include "kestran-explain/searchText.h"
+#include "support/gameInput.h"
+#include "support/san.h"
+
+#include <memory>
+
+namespace {
+
+std::string passText(const WatchedLine& line, int pass) {
+    return "pass " + std::to_string(pass) + " (depth " + std::to_string(line.getPassDepth(pass)) +
+           ")";
+}
+
+// The line's own move at a node.
+std::string moveText(const WatchedLine& line, int ply) {
+    return toNumberedSan(line.getPosition(ply), line.getMoves()[at(ply)], ply);
+}
+
+std::string moveText(const WatchedLine& line, int ply, const NodeMoveInfo& info) {
+    return toNumberedSan(line.getPosition(ply), info.move, ply);
+}
+
+std::string nodeText(const WatchedLine& line, int ply) {
+    if (ply == 0) {
+        return "at the root";
+    }
+    const std::span<const Move> path(line.getMoves().data(), at(ply));
+    return "at node " + std::to_string(ply) + ", after " + lineToSan(line.getPosition(0), path);
+}
+
+// A score for the side that moved, and the line behind the move.
+struct Worth {
+    int score;
+    std::vector<Move> behind;
+};
+
+// What the line's move at node `ply` is worth in a search of its own, as deep as the
+// search of the pass went.
+Worth searchAlone(EngineConfig& config, const Game& game, const WatchedLine& line, int pass,
+                  int ply) {
+    const auto ida = std::make_unique<Ida>(&config);
+    Game path = game;
+    for (int i = 1; i <= ply + 1; ++i) {
+        path.repetitionHashes.push_back(line.getPosition(i).hash);
+    }
+    countGame(ida->getRepetitionTable(), path);
+    Position position = line.getPosition(ply + 1);
+    Variant variant;
+    const int depth = line.getPassDepth(pass) - 1 - ply;
+    if (depth > 0) {
+        ida->generateTree(position, variant, depth, true);
+    } else {
+        ida->getTreeGenerator().quiscenceSearch(position, DEFAULT_FIRST_ALFA, DEFAULT_FIRST_BETA,
+                                                variant);
+    }
+    return {furtherFromCheckMate(-variant.evaluation), movesOf(variant)};
+}
+
+// How much less than the chosen move another one is worth.
+std::string marginText(int chosen, int score) {
+    if (chosen == score) {
+        return ", the same, which is not enough to replace it";
+    }
+    const bool isMate = isUpperMateLimit(chosen) || isBottomMateLimit(chosen) ||
+                        isUpperMateLimit(score) || isBottomMateLimit(score);
+    if (isMate) {
+        return "";
+    }
+    const std::string size = scoreText(chosen > score ? chosen - score : score - chosen).substr(1);
+    return chosen > score ? ", " + size + " less"
+                          : ", " + size + " more, which window, table or lmf kept out of sight";
+}
+
+// What became of the line's move at the node where it was left.
+std::string lostMoveText(EngineConfig& config, const Game& game, const WatchedLine& line, int pass,
+                         const Fate& fate, int chosenScore) {
+    const NodeMoveInfo& info = *fate.lineMove;
+    const Ending ending = line.getEnding(pass, fate.node, info);
+    std::string text =
+        moveText(line, fate.node) + " (" + endingText(ending, verdictOf(info)) + ") is worth ";
+    Worth worth = {info.principalVariant.evaluation, movesOf(info.principalVariant)};
+    if (line.isBound(pass, fate.node, info) || ending == Ending::LMF) {
+        if (info.isQuiscence) {
+            return text + "no more than that";
+        }
+        worth = searchAlone(config, game, line, pass, fate.node);
+        text += scoreText(worth.score) + " when searched on its own";
+    } else {
+        text += scoreText(worth.score);
+    }
+    if (!worth.behind.empty()) {
+        text +=
+            " (" + lineToSan(line.getPosition(fate.node + 1), worth.behind, fate.node + 1) + ")";
+    }
+    return text + marginText(chosenScore, worth.score);
+}
+
+// The first of the good passes up to the last one that ended the line at the same place.
+int findFirstLike(const WatchedLine& line, int last, const Fate& fate) {
+    int first = last;
+    for (int pass = last; pass >= 0; --pass) {
+        const IdaNS::GeneratingResult result = line.getPass(pass).passResult;
+        if (result == IdaNS::FAILLOW || result == IdaNS::FAILHIGH) {
+            continue;
+        }
+        if (!line.getFate(pass).isLike(fate)) {
+            break;
+        }
+        first = pass;
+    }
+    return first;
+}
+
+std::string leftText(EngineConfig& config, const Game& game, const WatchedLine& line, int pass,
+                     const Fate& fate) {
+    const std::string move = moveText(line, fate.node);
+    std::string text = nodeText(line, fate.node) + ": instead of " + move + " it ";
+    int chosenScore = fate.lineMove->alfa;
+    if (fate.choice != nullptr) {
+        chosenScore = fate.choice->principalVariant.evaluation;
+        text += "chose " + moveText(line, fate.node, *fate.choice) + ", worth ";
+    } else {
+        text += "stood pat, at ";
+    }
+    text += scoreText(chosenScore) + sideText(line.getPosition(fate.node)) + "; " +
+            lostMoveText(config, game, line, pass, fate, chosenScore);
+    if (const auto node = line.getUnreachedNode(pass, fate.node)) {
+        text += "; " + moveText(line, *node) + " was never reached, as " +
+                moveText(line, *node, *choiceOf(*line.getNode(pass, *node))) + " cut off node " +
+                std::to_string(*node);
+    }
+    return text;
+}
+
+std::string cutShortText(const WatchedLine& line, int pass, const Fate& fate) {
+    const int last = fate.node - 1;
+    return "as far as " + moveText(line, last) + ", worth " +
+           scoreText(line, pass, last, *fate.lineMove) + sideText(line.getPosition(last)) +
+           ", and looked no further (" + endingText(line.getEnding(pass, last, *fate.lineMove)) +
+           "), so that " + moveText(line, fate.node) + " was not tried";
+}
+
+} // namespace
+
+std::string answerInWords(EngineConfig& config, const Game& game, const WatchedLine& line) {
+    const int pass = line.getPassCount() - 1;
+    const Fate fate = line.getFate(pass);
+    const int first = findFirstLike(line, pass, fate);
+    std::string when = " in " + passText(line, pass) + ", the last";
+    if (first != pass) {
+        when += ", as in every good one since " + passText(line, first);
+    }
+    when += ", ";
+    switch (fate.kind) {
+    case Fate::FOLLOWED:
+        return "The search followed the line to its end" + when + "with " +
+               lineText(line, 0, *choiceOf(*line.getNode(pass, 0))) + ", worth " +
+               scoreText(line, pass, 0, *line.getLineMove(pass, 0)) +
+               sideText(line.getPosition(0)) + ".";
+    case Fate::LEFT:
+        return "The search left the line" + when + leftText(config, game, line, pass, fate) + ".";
+    case Fate::NOT_REACHED:
+        return "The search never reached " + moveText(line, fate.node) + when +
+               nodeText(line, fate.node) + ", as " + moveText(line, fate.node, *fate.choice) +
+               " cut the node off at ply " + std::to_string(fate.node) + ".";
+    case Fate::CUT_SHORT:
+        if (fate.node == 0) {
+            return "The search tried no move" + when +
+                   "as the position is a draw by the half-move clock.";
+        }
+        return "The search followed the line" + when + cutShortText(line, pass, fate) + ".";
+    }
+    return "";
+}

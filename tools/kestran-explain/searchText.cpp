@@ -1,0 +1,108 @@
+#include "kestran-explain/searchText.h"
+
+#include "support/san.h"
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+
+std::string scoreText(int score) {
+    const std::int64_t plies = std::int64_t{-MATED_EVALUATION} - std::abs(std::int64_t{score});
+    if (plies < 0) {
+        return score < 0 ? "-inf" : "+inf";
+    }
+    std::array<char, 32> buffer;
+    if (isUpperMateLimit(score)) {
+        std::snprintf(buffer.data(), buffer.size(), "#%d", static_cast<int>((plies + 1) / 2));
+    } else if (isBottomMateLimit(score)) {
+        std::snprintf(buffer.data(), buffer.size(), "#-%d", static_cast<int>(plies / 2));
+    } else {
+        constexpr double PAWN_SCORE = pieceEvaluationValues[PAWN];
+        std::snprintf(buffer.data(), buffer.size(), "%+.3f", score / PAWN_SCORE);
+    }
+    return buffer.data();
+}
+
+std::string sideText(const Position& position) {
+    return position.colorToMove == WHITE ? " for White" : " for Black";
+}
+
+std::string resultText(IdaNS::GeneratingResult result) {
+    switch (result) {
+    case IdaNS::FAILLOW:
+        return "failed low, to be repeated";
+    case IdaNS::FAILHIGH:
+        return "failed high, to be repeated";
+    case IdaNS::OK:
+        return "good";
+    case IdaNS::OK_FINISH:
+        return "found a mate, which ends the search";
+    }
+    return "";
+}
+
+std::string endingText(Ending ending) {
+    switch (ending) {
+    case Ending::SEARCHED:
+        return "searched";
+    case Ending::REPETITION:
+        return "repetition, a draw";
+    case Ending::LMF:
+        return "cut by lmf";
+    case Ending::TABLE:
+        return "answered by the table";
+    case Ending::STANDS_PAT:
+        return "answered by standing pat";
+    case Ending::STATIC_QUIET:
+        return "quiescence: static score of a quiet move";
+    case Ending::STATIC_DEEPEST:
+        return "quiescence: static score at the deepest ply";
+    case Ending::DELTA:
+        return "quiescence: by material too far below alfa";
+    case Ending::CLOCK:
+        return "draw by the half-move clock";
+    case Ending::MATE:
+        return "checkmate";
+    case Ending::STALEMATE:
+        return "stalemate";
+    }
+    return "";
+}
+
+std::string endingText(Ending ending, Verdict verdict) {
+    const std::string text = endingText(ending);
+    if (ending == Ending::LMF) {
+        return text;
+    }
+    switch (verdict) {
+    case Verdict::FAILED_LOW:
+        return text + ", failed low";
+    case Verdict::INSIDE:
+        return text + ", inside the window";
+    case Verdict::FAILED_HIGH:
+        return text + ", failed high";
+    }
+    return text;
+}
+
+std::string scoreText(const WatchedLine& line, int pass, int ply, const NodeMoveInfo& info) {
+    const std::string score = scoreText(info.principalVariant.evaluation);
+    if (!line.isBound(pass, ply, info)) {
+        return score;
+    }
+    return (verdictOf(info) == Verdict::FAILED_LOW ? "<= " : ">= ") + score;
+}
+
+std::string lineText(const WatchedLine& line, int ply, const NodeMoveInfo& info) {
+    std::vector<Move> moves = movesOf(info.principalVariant);
+    moves.insert(moves.begin(), info.move);
+    return lineToSan(line.getPosition(ply), moves, ply);
+}
+
+std::vector<Move> movesOf(const Variant& variant) {
+    std::vector<Move> moves(at(variant.varLength));
+    for (int i = 0; i < variant.varLength; ++i) {
+        moves[at(i)] = variant.get(i).move;
+    }
+    return moves;
+}

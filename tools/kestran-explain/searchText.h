@@ -1,0 +1,31 @@
+// The words for what a search did with a move. Scores are in pawns.
+#pragma once
+
+#include "kestran-explain/watchedLine.h"
+
+#include <string>
+
+// A score such as "+0.312"; "#3" for a mate in three moves, "#-3" for being mated in
+// three; "-inf" and "+inf" for the ends of the full window.
+std::string scoreText(int score);
+
+// " for White" or " for Black", whoever is to move.
+std::string sideText(const Position& position);
+
+// How a pass ended.
+std::string resultText(IdaNS::GeneratingResult result);
+
+// Why a move was looked at no deeper.
+std::string endingText(Ending ending);
+
+// The same with the verdict on its score. lmf's moves have none.
+std::string endingText(Ending ending, Verdict verdict);
+
+// The score of a record at node `ply`, with a sign before it if it is only a bound.
+std::string scoreText(const WatchedLine& line, int pass, int ply, const NodeMoveInfo& info);
+
+// The move of a record at node `ply` with the line behind it.
+std::string lineText(const WatchedLine& line, int ply, const NodeMoveInfo& info);
+
+// The moves of a line in the order of play.
+std::vector<Move> movesOf(const Variant& variant);

@@ -1,0 +1,101 @@
+// What became of a watched line in each pass of a search, worked out from the record of
+// Explain: where the line was left, and why the search looked no further.
+#pragma once
+
+#include "base/engineParameters.h"
+#include "board/boardRepresentation.h"
+#include "engine/engine.h"
+#include "explain/treeGeneratorDebug.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+// Why a move's search looked no deeper, or that it did.
+enum class Ending {
+    SEARCHED,
+    REPETITION,
+    LMF,            // passed over by lmf
+    TABLE,          // answered by the table
+    STANDS_PAT,     // quiescence: the other side need not move to refute it
+    STATIC_QUIET,   // quiescence: a quiet move, scored as the position stands
+    STATIC_DEEPEST, // quiescence: the same at the deepest ply
+    DELTA,          // quiescence: too far below the window, scored by material alone
+    CLOCK,          // draw by the half-move clock
+    MATE,
+    STALEMATE,
+};
+
+// Where a move's score lay in its node's window.
+enum class Verdict { FAILED_LOW, INSIDE, FAILED_HIGH };
+
+Verdict verdictOf(const NodeMoveInfo& info);
+
+// The move whose score the node took: the one that cut it off, or the last that raised
+// alfa. Null if there is none. lmf's moves have no score.
+const NodeMoveInfo* choiceOf(const Node& node);
+
+// How far a pass followed the line.
+struct Fate {
+    enum Kind {
+        FOLLOWED,    // every move of the line was its node's choice
+        LEFT,        // at `node`, the line's move was tried but not chosen
+        NOT_REACHED, // at `node`, another move cut the node off before
+        CUT_SHORT,   // up to `node` all were chosen, but that node tried no move
+    };
+    Kind kind;
+    int node;                     // plies from the root
+    const NodeMoveInfo* lineMove; // at `node` if LEFT, at the node before if CUT_SHORT
+    const NodeMoveInfo* choice;   // at `node`; null if there is none
+
+    bool isLike(const Fate& other) const { return kind == other.kind && node == other.node; }
+};
+
+// A line with the record of a finished search that Explain watched it in. Everything
+// handed in must outlive the object.
+class WatchedLine {
+public:
+    WatchedLine(const EngineConfig& _config, const Game& _game, const Explain& _explain);
+
+    int getLength() const { return static_cast<int>(moves.size()); }
+    const std::vector<Move>& getMoves() const { return moves; }
+    // The position after `ply` moves of the line.
+    const Position& getPosition(int ply) const { return positions[at(ply)]; }
+
+    // The passes that have ended. None of the queries below takes another one.
+    int getPassCount() const { return static_cast<int>(explain.getData().size()) - 1; }
+    const TreeSearchPass& getPass(int pass) const { return explain.getData()[at(pass)]; }
+    int getPassDepth(int pass) const { return passDepths[at(pass)]; } // in plies
+    // The node of the line so many plies from the root, null if the pass tried no move there.
+    const Node* getNode(int pass, int ply) const;
+
+    // The record of the line's own move at a node, null if it was not tried.
+    const NodeMoveInfo* getLineMove(int pass, int ply) const;
+    // Whether a record at a node is that of the line's move.
+    bool isLineMove(const NodeMoveInfo& info, int ply) const;
+    // Why the move of a record at node `ply` was looked at no deeper.
+    Ending getEnding(int pass, int ply, const NodeMoveInfo& info) const;
+    // Whether the score of such a record is only a bound: the search stops at the first
+    // refutation, and does not learn how bad a move is.
+    bool isBound(int pass, int ply, const NodeMoveInfo& info) const;
+
+    // The score that standing pat gave the node before any move, for the side to move, if
+    // it raised alfa.
+    std::optional<int> getStandPat(int pass, int ply) const;
+
+    Fate getFate(int pass) const;
+    // The node below a left one at which the line's next move was not even tried because
+    // another one cut the node off, or nothing.
+    std::optional<int> getUnreachedNode(int pass, int leftNode) const;
+
+private:
+    bool isRepetition(int ply, const Position& after) const;
+    Ending getQuiscenceEnding(int pass, int ply, const NodeMoveInfo& info, Position& after) const;
+
+    const EngineConfig& config;
+    const Game& game;
+    const Explain& explain;
+    std::vector<Move> moves;
+    std::vector<Position> positions; // one more than moves
+    std::vector<int> passDepths;
+};
