@@ -1,10 +1,13 @@
 // The board: generating and playing moves, the test for check, the static score.
 
+#include "board/attacks.h"
+#include "board/makeMove.h"
 #include "board/moveGenerator.h"
 #include "kestran-perft/perft.h"
 #include "samplePositions.h"
 #include "search/evaluation.h"
-#include "search/searchRepresentation.h"
+#include "search/score.h"
+#include "search/variant.h"
 
 #include <benchmark/benchmark.h>
 #include <cstdint>
@@ -18,7 +21,7 @@ void measureGenerateMoves(benchmark::State& state) {
     std::int64_t generated = 0;
     for (auto _ : state) {
         for (const Position& position : positions) {
-            generated += generateMoves(position, moves.data());
+            generated += generateMoves(position, moves);
             benchmark::DoNotOptimize(moves);
         }
     }
@@ -31,7 +34,7 @@ void measureDoAndUndoMove(benchmark::State& state) {
     std::vector<std::vector<Move>> moves;
     for (const Position& position : positions) {
         MoveArray generated;
-        const int count = generateMoves(position, generated.data());
+        const int count = generateMoves(position, generated);
         moves.emplace_back(generated.begin(), generated.begin() + count);
     }
     DoMoveContext context;
@@ -39,7 +42,6 @@ void measureDoAndUndoMove(benchmark::State& state) {
     for (auto _ : state) {
         for (std::size_t i = 0; i < positions.size(); ++i) {
             for (const Move& move : moves[i]) {
-                context.init();
                 if (doMove(positions[i], move, context)) {
                     undoMove(positions[i], move, context);
                 }

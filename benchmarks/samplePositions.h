@@ -1,9 +1,9 @@
 // What the benchmarks work on.
 #pragma once
 
-#include "board/boardRepresentation.h"
+#include "board/position.h"
 #include "kestran-bench/bench.h"
-#include "notation/ioFuncs.h"
+#include "notation/fen.h"
 
 #include <vector>
 

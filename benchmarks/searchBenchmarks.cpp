@@ -2,8 +2,11 @@
 
 #include "base/engineParameters.h"
 #include "board/moveGenerator.h"
+#include "board/setUp.h"
 #include "samplePositions.h"
 #include "search/ida.h"
+#include "search/moveOrder.h"
+#include "search/transpositionTable.h"
 #include "search/treeGenerator.h"
 
 #include <algorithm>
@@ -19,17 +22,6 @@ namespace {
 constexpr int TABLE_SIZE = 1398101; // entries, 16 MiB of them
 constexpr int KEYS = 1 << 16;       // spread over more of the table than a near cache holds
 
-// The searching parts of an engine that stands still.
-struct StillEngine {
-    StillEngine() : config(EngineConfig::getProdConfig()) {
-        config->hashTableSize = TABLE_SIZE;
-        generator = std::make_unique<TreeGenerator>(config.get());
-    }
-
-    std::unique_ptr<EngineConfig> config;
-    std::unique_ptr<TreeGenerator> generator;
-};
-
 struct MoveList {
     MoveArray moves;
     int count;
@@ -39,7 +31,7 @@ std::vector<MoveList> getSampleMoves() {
     std::vector<MoveList> lists;
     for (const Position& position : getSamplePositions()) {
         MoveList& list = lists.emplace_back();
-        list.count = generateMoves(position, list.moves.data());
+        list.count = generateMoves(position, list.moves);
     }
     return lists;
 }
@@ -48,11 +40,11 @@ std::vector<MoveList> getSampleMoves() {
 // the result.
 template <class Order> void measureOrder(benchmark::State& state, Order order) {
     const std::vector<MoveList> lists = getSampleMoves();
-    std::array<int, MAX_MOVES> indices;
+    MoveIndices indices;
     std::int64_t ordered = 0;
     for (auto _ : state) {
         for (const MoveList& list : lists) {
-            order(list, indices.data());
+            order(list, indices);
             benchmark::DoNotOptimize(indices);
             ordered += list.count;
         }
@@ -61,17 +53,16 @@ template <class Order> void measureOrder(benchmark::State& state, Order order) {
 }
 
 void measureOrderMoves(benchmark::State& state) {
-    const StillEngine engine;
-    measureOrder(state, [&](const MoveList& list, int* indices) {
-        engine.generator->orderMoves(list.moves.data(), indices, list.count, 1, 0);
+    const MoveOrder order;
+    measureOrder(state, [&](const MoveList& list, MoveIndices& indices) {
+        order.orderMoves(list.moves, indices, list.count, 1, 0);
     });
 }
 BENCHMARK(measureOrderMoves);
 
 void measureOrderMovesOfQuiescence(benchmark::State& state) {
-    const StillEngine engine;
-    measureOrder(state, [&](const MoveList& list, int* indices) {
-        engine.generator->orderMoves(list.moves.data(), indices, list.count);
+    measureOrder(state, [](const MoveList& list, MoveIndices& indices) {
+        orderMoves(list.moves, indices, list.count);
     });
 }
 BENCHMARK(measureOrderMovesOfQuiescence);
@@ -79,19 +70,19 @@ BENCHMARK(measureOrderMovesOfQuiescence);
 // Calls `access` for positions that differ in nothing but their keys, on a table that
 // holds them all.
 template <class Access>
-void measureTable(benchmark::State& state, TreeGenerator& generator, Access access) {
+void measureTable(benchmark::State& state, TranspositionTable& table, Access access) {
     std::mt19937_64 random;
     std::vector<std::uint64_t> keys(KEYS);
     std::ranges::generate(keys, random);
     Position position;
     initializeToStartPosition(position);
     for (const std::uint64_t key : keys) {
-        position.hash = key;
-        generator.addTableEntry(position, nullptr, 1, 0, -1, 1);
+        position.carried.hash = key;
+        table.addTableEntry(position, nullptr, 1, 0, -1, 1);
     }
     std::size_t next = 0;
     for (auto _ : state) {
-        position.hash = keys[next];
+        position.carried.hash = keys[next];
         next = (next + 1) % keys.size();
         access(position);
     }
@@ -99,37 +90,37 @@ void measureTable(benchmark::State& state, TreeGenerator& generator, Access acce
 }
 
 void measureTableWrite(benchmark::State& state) {
-    const StillEngine engine;
+    TranspositionTable table(TABLE_SIZE);
     Move move;
-    initMove(move, FIRST_FIELD, LAST_FIELD, ROOK, NO_PIECE);
-    measureTable(state, *engine.generator, [&](const Position& position) {
-        engine.generator->addTableEntry(position, &move, 1, 0, -1, 1);
+    initMove(move, A1, H8, ROOK, NO_PIECE);
+    measureTable(state, table, [&](const Position& position) {
+        table.addTableEntry(position, &move, 1, 0, -1, 1);
     });
 }
 BENCHMARK(measureTableWrite);
 
 void measureTableRead(benchmark::State& state) {
-    const StillEngine engine;
+    TranspositionTable table(TABLE_SIZE);
     int evaluation = 0;
-    measureTable(state, *engine.generator, [&](const Position& position) {
-        benchmark::DoNotOptimize(engine.generator->useTableEntry(position, 1, evaluation));
+    measureTable(state, table, [&](const Position& position) {
+        benchmark::DoNotOptimize(table.useTableEntry(position, 1, evaluation));
         benchmark::DoNotOptimize(evaluation);
     });
 }
 BENCHMARK(measureTableRead);
 
 void measureSearch(benchmark::State& state) {
-    const std::unique_ptr<EngineConfig> config = EngineConfig::getProdConfig();
-    config->hashTableSize = TABLE_SIZE;
+    EngineConfig config = *EngineConfig::getProdConfig();
+    config.hashTableSize = TABLE_SIZE;
     std::int64_t nodes = 0;
     for (auto _ : state) {
         state.PauseTiming(); // to build an engine takes as long as a short search
-        auto ida = std::make_unique<Ida>(config.get());
+        auto ida = std::make_unique<Ida>(config);
         Position position = getSamplePositions().front();
         Variant line;
         state.ResumeTiming();
         ida->generateTree(position, line, 3, true);
-        nodes += ida->getTreeGenerator().getSearchedAllNodes();
+        nodes += ida->getTreeGenerator().getState().nodes.getSearchedAllNodes();
         state.PauseTiming();
         ida.reset();
         state.ResumeTiming();

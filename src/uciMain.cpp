@@ -14,7 +14,7 @@ int main() {
     std::ios::sync_with_stdio(false);
     logger.addStandard();
     const std::unique_ptr<EngineConfig> config = EngineConfig::getProdConfig();
-    const auto uciEngine = std::make_unique<UciEngine>(config.get());
+    const auto uciEngine = std::make_unique<UciEngine>(*config);
     uciEngine->start();
     logger.info("Returning from main");
     return 0;

@@ -24,8 +24,8 @@ constexpr int PROD_QUISCENCE_MAX_DEPTH = 10;
 
 // If `line` starts with `key`, stores the number behind it, brought to the range
 // of an int, and returns true.
-template <class Int> bool readInt(const std::string& line, const std::string& key, Int& value) {
-    long number = 0;
+bool readInt(const std::string& line, const std::string& key, int& value) {
+    long number = value;
     if (!readLong(line, key, number)) {
         return false;
     }
@@ -46,9 +46,11 @@ std::unique_ptr<EngineConfig> EngineConfig::getProdConfig() {
 }
 
 void EngineConfig::log() const {
-    std::ostringstream stream;
-    print(stream);
-    logger.info(stream.str());
+    logger.info([this] {
+        std::ostringstream stream;
+        print(stream);
+        return stream.str();
+    });
 }
 
 void EngineConfig::print(std::ostream& stream) const {

@@ -1,13 +1,12 @@
 // The tunable values of the engine.
 #pragma once
 
-#include <atomic>
 #include <iosfwd>
 #include <memory>
 #include <string>
 
-// One record, made at process start, lives to its end and is shared by pointer.
-// Only hashTableSize changes afterwards.
+// One record, made at process start, lives to its end and is shared by reference. Nothing
+// in it changes while the engine runs.
 class EngineConfig {
 public:
     static constexpr int DEFAULT_HASH_TABLE_SIZE = 8388608; // table entries
@@ -37,7 +36,6 @@ public:
     bool useTable = true;
     // Whether the quiescence search tries to stand pat at its entry.
     bool _new_feature_quiscence_optimization = true;
-    // Entries of the transposition table, 0 for none. The command loop writes it
-    // at any time; the table follows when the next search starts.
-    std::atomic<int> hashTableSize = DEFAULT_HASH_TABLE_SIZE;
+    // Entries of the transposition table to begin with, 0 for none.
+    int hashTableSize = DEFAULT_HASH_TABLE_SIZE;
 };

@@ -1,7 +1,11 @@
-// The one log of the process. The engine that plays writes nothing: every level
-// is off. A build with the option KESTRAN_LOG passes each message to the sinks.
+// The one log of the process. The engine that plays writes nothing: every level is off,
+// and a call costs nothing. A build with the option KESTRAN_LOG passes each message to the
+// sinks.
 #pragma once
 
+#include "base/logger.h"
+
+#include <concepts>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -13,25 +17,11 @@ inline constexpr bool LOG_ENABLED = true;
 inline constexpr bool LOG_ENABLED = false;
 #endif
 
-// A receiver of log messages, at five levels.
-class Logger {
-public:
-    Logger() = default;
-    Logger(const Logger&) = delete;
-    Logger& operator=(const Logger&) = delete;
-    virtual ~Logger() = default;
-
-    virtual void error(const std::string& message) = 0;
-    virtual void warn(const std::string& message) = 0;
-    virtual void info(const std::string& message) = 0;
-    virtual void debug(const std::string& message) = 0;
-    virtual void trace(const std::string& message) = 0;
-    // Whether messages with this tag are wanted.
-    virtual bool hasTag(const std::string& tag) = 0;
-};
-
 // Hands every message on to its sinks, if the build has the log switched on.
 // Safe to call from any thread; sinks are added before the first one starts.
+//
+// A message is a text, a text and a number that stands directly behind it, or a function
+// that makes the text: that one is called only where somebody listens.
 class LoggerService final : public Logger {
 public:
     // Registers a StandardLogger, unless there is a sink already.
@@ -40,21 +30,30 @@ public:
     void addLoggerImpl(std::unique_ptr<Logger> sink);
     std::size_t getSinkCount() const { return loggerImpls.size(); }
 
-    void error(const std::string& message) override;
-    void warn(const std::string& message) override;
-    void info(const std::string& message) override;
-    void debug(const std::string& message) override;
-    void trace(const std::string& message) override;
-    bool hasTag(const std::string& tag) override;
+    void error(const std::string& message) override { pass(&Logger::error, message); }
+    void warn(const std::string& message) override { pass(&Logger::warn, message); }
+    void info(const std::string& message) override { pass(&Logger::info, message); }
+    void debug(const std::string& message) override { pass(&Logger::debug, message); }
+    void trace(const std::string& message) override { pass(&Logger::trace, message); }
+    bool hasTag(const std::string& /*tag*/) override { return false; }
 
-    // The same levels with a number directly behind the text.
-    void error(const std::string& message, long number) { error(append(message, number)); }
-    void warn(const std::string& message, long number) { warn(append(message, number)); }
-    void info(const std::string& message, long number) { info(append(message, number)); }
-    void debug(const std::string& message, long number) { debug(append(message, number)); }
-    void trace(const std::string& message, long number) { trace(append(message, number)); }
+    template <class... Message> void error(const Message&... message) {
+        pass(&Logger::error, message...);
+    }
+    template <class... Message> void warn(const Message&... message) {
+        pass(&Logger::warn, message...);
+    }
+    template <class... Message> void info(const Message&... message) {
+        pass(&Logger::info, message...);
+    }
+    template <class... Message> void debug(const Message&... message) {
+        pass(&Logger::debug, message...);
+    }
+    template <class... Message> void trace(const Message&... message) {
+        pass(&Logger::trace, message...);
+    }
     // The tagged trace: no tag is traced.
-    void trace(const std::string& message, const std::string& tag);
+    void trace(const char* /*message*/, const char* /*tag*/) {}
 
     // `str` with the decimal text of `number` behind it, no blank between them.
     static std::string append(const std::string& str, long number);
@@ -62,7 +61,22 @@ public:
 private:
     // A level operation of a sink, such as &Logger::error.
     using Level = void (Logger::*)(const std::string&);
-    void pass(Level level, const std::string& message);
+
+    template <class Message> void pass(Level level, const Message& message) {
+        if constexpr (!LOG_ENABLED) {
+            return;
+        } else if constexpr (std::invocable<Message>) {
+            passText(level, message());
+        } else {
+            passText(level, message);
+        }
+    }
+    template <class Message> void pass(Level level, const Message& message, long number) {
+        if constexpr (LOG_ENABLED) {
+            passText(level, append(message, number));
+        }
+    }
+    void passText(Level level, const std::string& message);
 
     std::mutex sinkMutex; // keeps messages of different threads whole
     std::vector<std::unique_ptr<Logger>> loggerImpls;

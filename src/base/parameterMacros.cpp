@@ -11,9 +11,7 @@ bool readLong(const std::string& line, const std::string& key, long& value) {
     if (!readString(line, key, rest)) {
         return false;
     }
-    // The extraction stores 0 for a text that is no number, but leaves the
-    // variable alone when there is no text at all.
-    value = 0;
+    // Stores 0 for a word that is no number; without any word it stores nothing.
     std::istringstream(rest) >> value;
     return true;
 }

@@ -6,8 +6,9 @@
 // Whether `str` starts with `prefix`; an empty prefix always matches.
 bool startsWith(const std::string& str, const std::string& prefix);
 
-// If `line` starts with `key`: reads the rest as a number into `value` (0 if it
-// is none) and returns true. Otherwise false, and `value` stays.
+// If `line` starts with `key`: reads the rest as a number into `value` and returns true.
+// A word that is no number gives 0; if nothing stands there, `value` stays. False for
+// any other line, and `value` stays.
 bool readLong(const std::string& line, const std::string& key, long& value);
 
 // If `line` starts with `key`: `value` becomes the rest and the result is true.

@@ -6,6 +6,7 @@
 #include <poll.h>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 
 Milliseconds clockMilliseconds() {
     const auto sinceEpoch = std::chrono::steady_clock::now().time_since_epoch();
@@ -16,13 +17,31 @@ void sleepMilliseconds(Milliseconds duration) {
     std::this_thread::sleep_for(std::chrono::milliseconds(duration));
 }
 
-bool createThread(pthread_t& handle, ThreadEntry entry, void* argument) {
+bool Thread::start(std::function<void()> _body) {
+    join();
+    body = std::move(_body);
+    pthread_t created;
     // Default attributes make the thread joinable.
-    return pthread_create(&handle, nullptr, entry, argument) == 0;
+    if (pthread_create(&created, nullptr, run, this) != 0) {
+        return false;
+    }
+    handle = created;
+    return true;
 }
 
-void joinThread(pthread_t handle) {
-    pthread_join(handle, nullptr);
+bool Thread::join() {
+    if (!handle) {
+        return false;
+    }
+    pthread_join(*handle, nullptr);
+    handle.reset();
+    return true;
+}
+
+// The form of an entry that POSIX threads want.
+void* Thread::run(void* thread) {
+    static_cast<Thread*>(thread)->body();
+    return nullptr;
 }
 
 void prepareSignals() {

@@ -1,9 +1,11 @@
 // Everything that depends on the operating system beyond the standard library:
-// the clock, the sleep of the polling loop, the creation of a thread, the memory that a
-// process keeps, and the ways in which it is told that nobody wants it any more.
+// the clock, the sleep of the polling loop, threads, the memory that a process keeps, and
+// the ways in which it is told that nobody wants it any more.
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <optional>
 #include <pthread.h>
 
 // A point in time or a span, in milliseconds of real time.
@@ -15,15 +17,27 @@ Milliseconds clockMilliseconds();
 // Blocks the calling thread for at least `duration` milliseconds.
 void sleepMilliseconds(Milliseconds duration);
 
-// The form of a thread's entry function, as POSIX threads want it.
-using ThreadEntry = void* (*)(void*);
+// A thread that is started and joined by its owner, again and again. The end of the
+// object waits for it.
+class Thread {
+public:
+    Thread() = default;
+    Thread(const Thread&) = delete;
+    Thread& operator=(const Thread&) = delete;
+    ~Thread() { join(); }
 
-// Starts a joinable thread at `entry` with `argument` and stores its handle.
-// False if the system gives no thread; `handle` then holds nothing of meaning.
-bool createThread(pthread_t& handle, ThreadEntry entry, void* argument);
+    // Runs `_body` on a thread of its own, after the one before has been joined. False if
+    // the system gives no thread; nothing runs then.
+    bool start(std::function<void()> _body);
+    // Waits for the end of the thread. False if there is none to wait for.
+    bool join();
 
-// Waits for the end of a thread that createThread() started. Once per handle.
-void joinThread(pthread_t handle);
+private:
+    static void* run(void* thread);
+
+    std::function<void()> body;
+    std::optional<pthread_t> handle; // of a thread that has not been joined
+};
 
 // From now on a request to terminate ends the process at once and cleanly, and writing
 // to a reader that has gone away is an error like any other.

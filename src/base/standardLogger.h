@@ -2,7 +2,7 @@
 // so that standard output stays free for the protocol.
 #pragma once
 
-#include "base/loggingService.h"
+#include "base/logger.h"
 
 #include <string>
 

@@ -11,10 +11,10 @@ TestStatistics testStatistics;
 
 namespace {
 
-constexpr std::array<std::string_view, N_TYPES> STATISTICS_NAMES = {
+constexpr Indexed<int, std::string_view, N_TYPES> STATISTICS_NAMES = {
     "Legal moves ordinal search",   "Pseudolegal moves ordinal search",
     "Legal moves quiscence search", "Pseudolegal moves quiscence search",
-    "Ordinal search cutoffs",       "Quiescence search cutoffs",
+    "Ordinal search cutoffs",       "Quiscence search cutoffs",
 };
 
 void printStatistic(std::string_view name, std::int64_t statisticInt, double secs,
@@ -24,7 +24,7 @@ void printStatistic(std::string_view name, std::int64_t statisticInt, double sec
 
 // Counters that come from text may add up to more than there is room for: such a sum is
 // the end of the range.
-std::int64_t sumOf(const std::array<std::int64_t, MAX_PLIES>& counters) {
+std::int64_t sumOf(const Indexed<int, std::int64_t, MAX_PLIES>& counters) {
     std::int64_t sum = 0;
     for (const std::int64_t counter : counters) {
         if (__builtin_add_overflow(sum, counter, &sum)) {
@@ -40,10 +40,6 @@ bool isBelow(int value, int limit) {
 }
 
 } // namespace
-
-TestStatistics::TestStatistics() {
-    reset();
-}
 
 void TestStatistics::reset() {
     runPointer = -1;
@@ -62,30 +58,30 @@ void TestStatistics::newRun() {
 
 void TestStatistics::sumStatistics() {
     sumStatistic.fill({});
-    for (std::size_t run = 0; static_cast<int>(run) <= runPointer; ++run) {
-        for (std::size_t type = 0; type < N_TYPES; ++type) {
+    for (int run = 0; run <= runPointer; ++run) {
+        for (int type = 0; type < N_TYPES; ++type) {
             sumStatistic[run][type] = sumOf(statistic[run][type]);
         }
     }
 }
 
 void TestStatistics::printStatistics(int run, std::ostream& stream) const {
-    const auto& counters = statistic[static_cast<std::size_t>(run)];
-    const auto& sums = sumStatistic[static_cast<std::size_t>(run)];
+    const auto& counters = statistic[run];
+    const auto& sums = sumStatistic[run];
     const double secs = static_cast<double>(clockMilliseconds() - clockStart) / 1000.0;
 
     stream << "Run: " << run << std::endl;
     stream << std::fixed << std::setprecision(3);
     stream << "Measured duration: " << secs << " secs. " << std::endl;
-    for (std::size_t type = 0; type < N_TYPES; ++type) {
-        for (std::size_t depth = 0; depth < MAX_PLIES; ++depth) {
+    for (int type = 0; type < N_TYPES; ++type) {
+        for (int depth = 0; depth < MAX_PLIES; ++depth) {
             if (counters[type][depth] != 0) {
                 stream << STATISTICS_NAMES[type] << " at ply " << depth << " : "
                        << counters[type][depth] << std::endl;
             }
         }
     }
-    for (std::size_t type = 0; type < N_TYPES; ++type) {
+    for (int type = 0; type < N_TYPES; ++type) {
         stream << "Sum of " << STATISTICS_NAMES[type] << ": " << sums[type] << std::endl;
         printStatistic(STATISTICS_NAMES[type], sums[type], secs, stream);
     }
@@ -114,7 +110,7 @@ void TestStatistics::readLine(const std::string& line) {
         }
         return;
     }
-    for (std::size_t type = 0; type < N_TYPES; ++type) {
+    for (int type = 0; type < N_TYPES; ++type) {
         const std::string key = std::string(STATISTICS_NAMES[type]) + " at ply";
         if (!line.starts_with(key)) {
             continue;
@@ -124,14 +120,12 @@ void TestStatistics::readLine(const std::string& line) {
         std::string colon;
         std::int64_t value = 0;
         if (stream >> depth >> colon >> value && isBelow(depth, MAX_PLIES) && runPointer >= 0) {
-            statistic[static_cast<std::size_t>(runPointer)][type][static_cast<std::size_t>(depth)] =
-                value;
+            statistic[runPointer][type][depth] = value;
         }
         return;
     }
 }
 
 std::int64_t TestStatistics::get(int run, int type, int ply) const {
-    return statistic[static_cast<std::size_t>(run)][static_cast<std::size_t>(type)]
-                    [static_cast<std::size_t>(ply)];
+    return statistic[run][type][ply];
 }

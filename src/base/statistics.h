@@ -1,9 +1,9 @@
 // Counters of the search, by pass, kind and depth.
 #pragma once
 
+#include "base/indexed.h"
 #include "base/platform.h"
 
-#include <array>
 #include <cstdint>
 #include <iosfwd>
 #include <string>
@@ -24,8 +24,6 @@ public:
     static constexpr int ORDINAL_SEARCH_CUTTOFS = 4; // cut-offs of the tree
     static constexpr int Q_CUTTOFS = 5;              // cut-offs of quiescence
 
-    TestStatistics();
-
     // Back to the state before the first run.
     void reset();
     // Every counter of every run to 0.
@@ -34,8 +32,7 @@ public:
     void newRun();
     // Adds to a counter of the current run, which must be open.
     void incrementStatistic(int type, int ply, int increment) {
-        statistic[static_cast<std::size_t>(runPointer)][static_cast<std::size_t>(type)]
-                 [static_cast<std::size_t>(ply)] += increment;
+        statistic[runPointer][type][ply] += increment;
     }
     // Sums up the counters of every run over the depths, for the reports below.
     void sumStatistics();
@@ -55,14 +52,14 @@ public:
     std::int64_t get(int run, int type, int ply) const;
 
 private:
-    using PerDepth = std::array<std::int64_t, MAX_PLIES>;
+    using PerDepth = Indexed<int, std::int64_t, MAX_PLIES>;
 
     // Per run and kind: the sum over all depths, filled only by sumStatistics().
-    std::array<std::array<std::int64_t, N_TYPES>, MAX_RUNS> sumStatistic{};
+    Indexed<int, Indexed<int, std::int64_t, N_TYPES>, MAX_RUNS> sumStatistic{};
     // Per run, kind and depth: the counter.
-    std::array<std::array<PerDepth, N_TYPES>, MAX_RUNS> statistic;
-    int runPointer;          // index of the current run, -1 before the first
-    Milliseconds clockStart; // the clock at the start of the current run
+    Indexed<int, Indexed<int, PerDepth, N_TYPES>, MAX_RUNS> statistic{};
+    int runPointer = -1;         // index of the current run, -1 before the first
+    Milliseconds clockStart = 0; // the clock at the start of the current run
 };
 
 // The one object that the searches count into.

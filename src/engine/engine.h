@@ -4,25 +4,18 @@
 
 #include "base/engineParameters.h"
 #include "base/platform.h"
-#include "board/boardRepresentation.h"
+#include "base/timeBudget.h"
+#include "board/game.h"
 #include "search/ida.h"
 #include "search/idaVariant.h"
-#include "search/searchRepresentation.h"
+#include "search/variant.h"
 
-#include <cstdint>
+#include <atomic>
 #include <optional>
-#include <pthread.h>
 #include <string>
-#include <vector>
 
 class InfoListenerInterface;
 class StopListenerInterface;
-
-// A game: where it stands, and the key of every position so far, the present one last.
-struct Game {
-    Position position;
-    std::vector<std::uint64_t> repetitionHashes;
-};
 
 // The game may be set up at any time, by one thread. Searches run one after another,
 // on one further thread: each works on a game that is handed to it, so that neither
@@ -33,7 +26,7 @@ public:
     static constexpr int INFINITE_MAGIC_DEPTH = 100000;
 
     // `_config` is shared and must outlive the object. The game is the start position.
-    explicit Engine(EngineConfig* _config);
+    explicit Engine(const EngineConfig& _config);
     Engine(const Engine&) = delete;
     Engine& operator=(const Engine&) = delete;
     // Ends a search thread that still runs, and waits for it.
@@ -53,7 +46,16 @@ public:
 
     const Position& getPosition() const { return game.position; }
     const Game& getGame() const { return game; }
-    EngineConfig* getConfig() const { return config; }
+
+    // ---- The table ----
+
+    // The wanted size of the transposition table, in entries. It may be set at any time, and
+    // is in force from the next search on. If there is no memory for it then, the wanted
+    // size becomes 0.
+    void setHashTableSize(int entries) { wantedTableSize = entries; }
+    int getHashTableSize() const { return wantedTableSize; }
+    // Brings the table to the wanted size. No search may run.
+    void applyChanges();
 
     // ---- The search ----
 
@@ -61,40 +63,41 @@ public:
     void setInfoListener(InfoListenerInterface* listener) { ida.setInfoListener(listener); }
     void setStopListener(StopListenerInterface* listener) { stopListener = listener; }
 
-    // The timed search of a game: at most `milliseconds`, counted from `clockStart`, or
-    // without end if `infinite`. Returns the best line found. Its search thread may
+    // The timed search of a game. Returns the best line found. Its search thread may
     // still be winding down then; the next search waits for it. The line is empty if
     // there is no legal move, or if no thread could be had.
-    Variant search(const Game& searchedGame, Milliseconds milliseconds, bool infinite,
-                   Milliseconds clockStart);
-    // The same of the present game, counted from now.
+    Variant search(const Game& searchedGame, const TimeBudget& budget);
+    // The same of the present game, with a time that counts from now.
     Variant search(Milliseconds milliseconds, bool infinite);
+    // The number of the last timed search, which its reports carry too.
+    int getSearchNumber() const { return searchNumber; }
     // Searches of the present game on the calling thread: to the configured depth, to
     // `depth`, and for the move alone. A game that is over has no move.
     Variant search();
     Variant searchDepth(int depth);
     std::optional<Move> searchMove();
 
-    // Brings the transposition table to the configured size. No search may run.
-    void applyChanges() { ida.applyChanges(); }
-    // Waits for the last search thread, if there is one.
-    void joinThread();
+    // Waits for the last search thread, if there is one; whether there was.
+    bool joinThread() { return searchThread.join(); }
 
     TreeGenerator& getTreeGenerator() { return ida.getTreeGenerator(); }
 
 private:
     void doMoveEngine(const Move& move);
+    Variant searchHere(int depth, bool infinite);
     void applyRepetitions(const Game& searchedGame);
-    bool isTimeUp(double actualTime, Milliseconds maxMillis, bool infinite);
-    void waitForEnd(Milliseconds milliseconds, bool infinite, Milliseconds clockStart);
-    static void* pthreadStart(void* pthreadDataVoid);
+    bool isTimeUp(const TimeBudget& budget);
+    void waitForEnd(const TimeBudget& budget);
 
     StopListenerInterface* stopListener = nullptr;
     Ida ida;
     Game game;
-    EngineConfig* config;
+    const EngineConfig& config;
+    std::atomic<int> wantedTableSize;
     IdaVariant idaVariant; // shared with the search thread
-    // The last search thread, if it has not been joined.
-    std::optional<pthread_t> threadId;
-    int searchNumber = 0; // the last number drawn from idaVariant
+    int searchNumber = 0;  // the last number drawn from idaVariant
+    // The position that the search thread works on. It may stand anywhere inside the tree
+    // afterwards.
+    Position searchedPosition;
+    Thread searchThread;
 };

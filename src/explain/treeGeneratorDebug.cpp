@@ -1,9 +1,9 @@
 #include "explain/treeGeneratorDebug.h"
 
 #include "base/cppIoUtils.h"
-#include "board/boardRepresentationUtils.h"
-#include "board/moveGenerator.h"
-#include "notation/ioFuncs.h"
+#include "board/makeMove.h"
+#include "notation/fen.h"
+#include "notation/moveText.h"
 
 #include <algorithm>
 #include <iostream>
@@ -63,10 +63,7 @@ void Explain::setVariant(const Position& position, const Variant& _variant) {
     variant = _variant;
     positions[0] = position;
     for (int i = 0; i < variant.varLength; ++i) {
-        positions[at(i + 1)] = positions[at(i)];
-        DoMoveContext context;
-        context.init();
-        ::doMove(positions[at(i + 1)], variant.get(i).move, context);
+        positions[i + 1] = positionAfter(positions[i], variant.get(i).move);
     }
 }
 
@@ -84,12 +81,9 @@ void Explain::doMove(const Move& move) {
         ++actualCommonDepth;
     }
     ++actualDepth;
-    if (!inVariant()) {
-        return;
+    if (inVariant()) {
+        beginRecord(move);
     }
-    NodeMoveInfo info;
-    info.move = move;
-    getPresentNode().nodeMoveInfos.push_back(info);
 }
 
 void Explain::undoMove() {
@@ -98,10 +92,11 @@ void Explain::undoMove() {
 }
 
 void Explain::explainTreeGenMove(int alfa, int beta, const Variant& localVariant, const Move& move,
-                                 bool lmfCut, bool useTableEntryBool) {
+                                 MoveEnding ending) {
     recordResult({.isQuiscence = false,
-                  .lmfCut = lmfCut,
-                  .useTableEntryBool = useTableEntryBool,
+                  .lmfCut = isLmfCut(ending),
+                  .useTableEntryBool = isFromTable(ending),
+                  .ending = ending,
                   .alfa = alfa,
                   .beta = beta,
                   .principalVariant = localVariant,
@@ -110,10 +105,11 @@ void Explain::explainTreeGenMove(int alfa, int beta, const Variant& localVariant
 }
 
 void Explain::explainQuiscenceMove(int alfa, int beta, const Variant& localVariant,
-                                   const Move& move) {
+                                   const Move& move, MoveEnding ending) {
     recordResult({.isQuiscence = true,
                   .lmfCut = false,
                   .useTableEntryBool = false,
+                  .ending = ending,
                   .alfa = alfa,
                   .beta = beta,
                   .principalVariant = localVariant,
@@ -157,28 +153,33 @@ void Explain::explainAll(bool all, std::ostream& stream) const {
     }
 }
 
-// The node at which the move made last was tried, which lies on the line. Made at its
-// first use in a pass.
+// The node at which the move made last was tried, which lies on the line.
 Node& Explain::getPresentNode() {
+    return data.back().nodes.at(at(actualDepth - 1));
+}
+
+// Begins the record of the move made last, at its node.
+void Explain::beginRecord(const Move& move) {
     const int depth = actualDepth - 1;
     std::vector<Node>& nodes = data.back().nodes;
     if (nodes.size() <= at(depth)) {
         nodes.resize(at(depth) + 1);
     }
     Node& node = nodes[at(depth)];
-    if (node.position.empty()) {
-        node.depth = depth;
-        node.position = getFen(positions[at(depth)]);
-        for (int i = 0; i < depth; ++i) {
-            node.variantSoFar.push_back(variant.get(i).move);
-        }
+    node.depth = depth;
+    node.position = getFen(positions[depth]);
+    for (int i = static_cast<int>(node.variantSoFar.size()); i < depth; ++i) {
+        node.variantSoFar.push_back(variant.get(i).move);
     }
-    return node;
+    NodeMoveInfo info;
+    info.move = move;
+    node.nodeMoveInfos.push_back(info);
 }
 
 // Completes the record of the move made last, if there is one, and takes it back.
 void Explain::recordResult(NodeMoveInfo result) {
-    if (inVariant() && actualDepth > 0 && !getPresentNode().nodeMoveInfos.empty()) {
+    const bool hasNode = 0 < actualDepth && at(actualDepth) <= data.back().nodes.size();
+    if (inVariant() && hasNode && !getPresentNode().nodeMoveInfos.empty()) {
         NodeMoveInfo& info = getPresentNode().nodeMoveInfos.back();
         result.evalInfo = std::move(info.evalInfo);
         info = std::move(result);

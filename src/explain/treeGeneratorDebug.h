@@ -2,12 +2,10 @@
 // by pass, every move that it tried at the nodes along a given line.
 #pragma once
 
-#include "board/boardRepresentation.h"
-#include "search/ida.h"
+#include "board/position.h"
 #include "search/searchObserver.h"
-#include "search/searchRepresentation.h"
+#include "search/variant.h"
 
-#include <array>
 #include <iosfwd>
 #include <string>
 #include <vector>
@@ -17,9 +15,10 @@ struct NodeMoveInfo {
     bool isQuiscence = false;       // tried in the quiescence search
     bool lmfCut = false;            // passed over by lmf
     bool useTableEntryBool = false; // answered by the table
-    int alfa = 0;                   // the node's window when it was tried, for the side
-    int beta = 0;                   //   that makes the move
-    Variant principalVariant;       // score for that side, and the line behind the move
+    MoveEnding ending = MoveEnding::SEARCHED;
+    int alfa = 0;             // the node's window when it was tried, for the side
+    int beta = 0;             //   that makes the move
+    Variant principalVariant; // score for that side, and the line behind the move
     Move move;
     std::string evalInfo; // free text on the evaluation, empty unless a caller writes it
 };
@@ -61,9 +60,9 @@ public:
     // The search has taken a move back. The explain calls below do this themselves.
     void undoMove();
     void explainTreeGenMove(int alfa, int beta, const Variant& localVariant, const Move& move,
-                            bool lmfCut, bool useTableEntryBool) override;
-    void explainQuiscenceMove(int alfa, int beta, const Variant& localVariant,
-                              const Move& move) override;
+                            MoveEnding ending) override;
+    void explainQuiscenceMove(int alfa, int beta, const Variant& localVariant, const Move& move,
+                              MoveEnding ending) override;
     void explainEndTreePass(IdaNS::GeneratingResult result) override;
 
     // evalInfo of the newest record at the present depth, for the caller to write to.
@@ -81,10 +80,11 @@ public:
 
 private:
     Node& getPresentNode();
+    void beginRecord(const Move& move);
     void recordResult(NodeMoveInfo result);
 
-    std::array<Position, POSITION_LENGTH> positions; // after so many moves of the line
-    Variant variant;                                 // the watched line
+    Indexed<int, Position, POSITION_LENGTH> positions; // after so many moves of the line
+    Variant variant;                                   // the watched line
     int actualCommonDepth = 0; // moves that the present path shares with the line
     int actualDepth = 0;       // moves of the present path
     std::vector<TreeSearchPass> data;

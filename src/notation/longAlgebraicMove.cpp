@@ -1,6 +1,8 @@
 #include "notation/longAlgebraicMove.h"
 
-#include "notation/ioFuncs.h"
+#include "notation/letters.h"
+
+#include <algorithm>
 
 LongAlgebraicMove::LongAlgebraicMove(const Move& move)
     : from(move.from), to(move.to), promotionType(move.promotionPieceType) {
@@ -11,7 +13,8 @@ LongAlgebraicMove::LongAlgebraicMove(const Move& move)
 }
 
 LongAlgebraicMove::LongAlgebraicMove(const std::string& text)
-    : from(NOT_FOUND), to(NOT_FOUND), promotionType(NO_PIECE) {
+
+    : from(static_cast<FieldIndex>(NOT_FOUND)), to(from), promotionType(NO_PIECE) {
     if (text.size() < 4) {
         return;
     }
@@ -27,13 +30,11 @@ std::string LongAlgebraicMove::toString() const {
            promotionTypeToString(promotionType);
 }
 
-int LongAlgebraicMove::getIndexOfMove(const Move* moves, int lenght) const {
-    for (int i = 0; i < lenght; ++i) {
-        const LongAlgebraicMove candidate(moves[i]);
-        if (candidate.from == from && candidate.to == to &&
-            (promotionType == NO_PIECE || candidate.promotionType == promotionType)) {
-            return i;
-        }
-    }
-    return -1;
+int LongAlgebraicMove::getIndexOfMove(std::span<const Move> moves) const {
+    const auto place = std::ranges::find_if(moves, [this](const Move& move) {
+        const LongAlgebraicMove candidate(move);
+        return candidate.from == from && candidate.to == to &&
+               (promotionType == NO_PIECE || candidate.promotionType == promotionType);
+    });
+    return place != moves.end() ? static_cast<int>(place - moves.begin()) : -1;
 }

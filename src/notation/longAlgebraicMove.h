@@ -1,8 +1,9 @@
 // The text of a move in the UCI protocol: e2e4, e1g1, e7e8q.
 #pragma once
 
-#include "board/boardRepresentation.h"
+#include "board/move.h"
 
+#include <span>
 #include <string>
 
 // Start, target and promotion of a move. A castling is the king's move.
@@ -15,9 +16,9 @@ public:
 
     std::string toString() const;
 
-    // Index of the first of `lenght` moves that this one names, or -1. Without a
-    // promotion it names every move with its start and target.
-    int getIndexOfMove(const Move* moves, int lenght) const;
+    // Index of the first of `moves` that this one names, or -1. Without a promotion it
+    // names every move with its start and target.
+    int getIndexOfMove(std::span<const Move> moves) const;
 
     FieldIndex getFrom() const { return from; }
     FieldIndex getTo() const { return to; }

@@ -1,7 +1,9 @@
 #include "opening/polyglot.h"
 
+#include "board/makeMove.h"
 #include "board/moveGenerator.h"
-#include "notation/ioFuncs.h"
+#include "board/setUp.h"
+#include "notation/letters.h"
 #include "opening/standard.h"
 
 #include <cstdlib>
@@ -11,37 +13,7 @@
 
 namespace {
 
-// Widths and places in the move code.
-constexpr int ROW_FACTOR = 8;
-constexpr int FROM_FACTOR = 64;
-constexpr int PROMOTION_SHIFT = 12;
-
-// Promotion codes: by piece type, and back.
-constexpr std::array<int, 7> codesByType = {0, 0, 3, 1, 2, 4, 0};
-constexpr std::array<PieceType, 16> typesByCode = {NO_PIECE, KNIGHT, BISHOP, ROOK, QUEEN};
-
 constexpr std::size_t MOVE_STRIDE = 5; // characters of a book line from move to move
-
-// What a move code tells, in the engine's own terms.
-struct CodedMove {
-    FieldIndex from;
-    FieldIndex to;
-    PieceType promotion;
-
-    bool operator==(const CodedMove&) const = default;
-};
-
-CodedMove codedMoveOf(const Move& move) {
-    if (move.isCastle()) {
-        const CastlingFields& fields = move.getCastlingFields();
-        return {fields.kingFrom, fields.rookFrom, NO_PIECE};
-    }
-    return {move.from, move.to, move.promotionPieceType};
-}
-
-FieldIndex fieldOfCode(int code) {
-    return Position::getIndexFrom07Notation(code % ROW_FACTOR, code / ROW_FACTOR % ROW_FACTOR);
-}
 
 // The target of a king's castling move, turned to the rook that the code names.
 FieldIndex rookTargetOf(FieldIndex from, FieldIndex to) {
@@ -54,52 +26,6 @@ FieldIndex rookTargetOf(FieldIndex from, FieldIndex to) {
 }
 
 } // namespace
-
-PolyglotEntry::PolyglotEntry(const Move& move, int _weight, int _learn)
-    : PolyglotEntry(getIntRepresentation(move), _weight, _learn) {
-}
-
-PolyglotEntry::PolyglotEntry(std::int16_t _moveInt, int _weight, int _learn)
-    : moveInt(_moveInt), weight(_weight), learn(_learn) {
-}
-
-std::int16_t PolyglotEntry::getIntRepresentation(const Move& move) {
-    const auto [from, to, promotion] = codedMoveOf(move);
-    std::int16_t code = 0;
-    fillMove(from, to, code);
-    return static_cast<std::int16_t>(code + (codesByType[at(promotion)] << PROMOTION_SHIFT));
-}
-
-void PolyglotEntry::fillMove(int from, int to, std::int16_t& result) {
-    const int fromCode = Position::get07File(from) + ROW_FACTOR * Position::get07Row(from);
-    const int toCode = Position::get07File(to) + ROW_FACTOR * Position::get07Row(to);
-    result = static_cast<std::int16_t>(result + toCode + FROM_FACTOR * fromCode);
-}
-
-FieldIndex PolyglotEntry::getFrom() const {
-    return fieldOfCode(static_cast<std::uint16_t>(moveInt) / FROM_FACTOR);
-}
-
-FieldIndex PolyglotEntry::getTo() const {
-    return fieldOfCode(static_cast<std::uint16_t>(moveInt));
-}
-
-PieceType PolyglotEntry::getPromotionPiece() const {
-    return typesByCode[at(static_cast<std::uint16_t>(moveInt) >> PROMOTION_SHIFT)];
-}
-
-bool PolyglotEntry::isMove(const Move& move) const {
-    return codedMoveOf(move) == CodedMove{getFrom(), getTo(), getPromotionPiece()};
-}
-
-int PolyglotEntry::getMove(const Move* moves, int count) const {
-    for (int i = 0; i < count; ++i) {
-        if (isMove(moves[i])) {
-            return i;
-        }
-    }
-    return -1;
-}
 
 bool PolyglotBook::randomSeeded = false;
 
@@ -150,16 +76,16 @@ std::vector<PolyglotEntry> PolyglotBook::get(std::uint64_t hash) const {
 }
 
 Move PolyglotBook::getMove(const Position& position) const {
-    constexpr Move NO_MOVE = {NO_BOOK_MOVE, 0, NO_PIECE, NO_PIECE, ORDINARY_MOVE, NO_PIECE};
-    const std::vector<PolyglotEntry> entries = get(position.hash);
+    constexpr Move NO_MOVE = {NO_BOOK_MOVE, NO_FIELD, NO_PIECE, NO_PIECE, ORDINARY_MOVE, NO_PIECE};
+    const std::vector<PolyglotEntry> entries = get(position.carried.hash);
     if (entries.empty()) {
         return NO_MOVE;
     }
     const std::size_t drawn = at(std::rand()) % entries.size();
     MoveArray moves;
-    const int count = generateMoves(position, moves.data());
-    const int index = entries[drawn].getMove(moves.data(), count);
-    return index >= 0 ? moves[at(index)] : NO_MOVE;
+    const int count = generateMoves(position, moves);
+    const int index = entries[drawn].getMove(moves.first(count));
+    return index >= 0 ? moves[index] : NO_MOVE;
 }
 
 std::vector<HashEntryPair> getLineFromString(const std::string& str, bool usePolyglotNotation) {
@@ -180,15 +106,14 @@ std::vector<HashEntryPair> getLineFromString(const std::string& str, bool usePol
         const PolyglotEntry entry({from, to, NO_PIECE, NO_PIECE, ORDINARY_MOVE, NO_PIECE}, 0, 0);
 
         MoveArray moves;
-        const int count = generateMoves(position, moves.data());
-        const int index = entry.getMove(moves.data(), count);
+        const int count = generateMoves(position, moves);
+        const int index = entry.getMove(moves.first(count));
         if (index < 0) {
             break;
         }
-        result.push_back({position.hash, entry});
+        result.push_back({position.carried.hash, entry});
         DoMoveContext context;
-        context.init();
-        doMove(position, moves[at(index)], context);
+        doMove(position, moves[index], context);
     }
     return result;
 }

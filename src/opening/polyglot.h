@@ -1,52 +1,20 @@
-// The compact form of a move and the opening book that is made of it.
+// The opening book in memory, and how it is built.
 #pragma once
 
-#include "board/boardRepresentation.h"
+#include "board/position.h"
+#include "notation/polyglotEntry.h"
 
 #include <cstdint>
 #include <map>
 #include <string>
 #include <vector>
 
-// A move in the 16-bit code of the Polyglot book format, with the format's weight
-// and learn value. The code holds, from bit 0: file and row of the target, file and
-// row of the start, three bits each, then the promotion (1 knight, 2 bishop, 3 rook,
-// 4 queen). Castling is written as the king taking its own rook.
-class PolyglotEntry {
-public:
-    PolyglotEntry(const Move& move, int _weight, int _learn);
-    PolyglotEntry(std::int16_t _moveInt, int _weight, int _learn);
-
-    // The code of a move.
-    static std::int16_t getIntRepresentation(const Move& move);
-    // Adds start and target, two fields of the board, to a code that holds neither.
-    static void fillMove(int from, int to, std::int16_t& result);
-
-    std::int16_t getMoveInt() const { return moveInt; }
-    int getWeight() const { return weight; }
-    int getLearn() const { return learn; }
-    FieldIndex getFrom() const;
-    FieldIndex getTo() const;
-    // The piece that a pawn becomes, 0 for none and for codes without a meaning.
-    PieceType getPromotionPiece() const;
-
-    // Whether the code names this move.
-    bool isMove(const Move& move) const;
-    // Index of the first of `count` moves that the code names, or -1.
-    int getMove(const Move* moves, int count) const;
-
-private:
-    std::int16_t moveInt; // the code; its sign bit stays 0
-    int weight;           // always 0 here
-    std::int32_t learn;   // always 0 here
-};
-
 // Book moves by position key. A move that several lines share stands several times,
 // and so is drawn more often.
 class PolyglotBook {
 public:
     // `from` of the answer for no book move; its other fields mean nothing.
-    static constexpr FieldIndex NO_BOOK_MOVE = 127;
+    static constexpr auto NO_BOOK_MOVE = static_cast<FieldIndex>(127);
 
     // An empty book. The first one of the process seeds the random generator.
     PolyglotBook();

@@ -1,14 +1,12 @@
-// The two tables that are addressed by the position key: the transposition table's
-// storage, whose policy belongs to the search, and the table of repetitions.
+// The two tables that are addressed by the position key: the storage of the transposition
+// table, whose policy stands in transpositionTable.h, and the table of repetitions.
 #pragma once
 
-#include "base/loggingService.h"
-
+#include <concepts>
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
-#include <new>
-#include <utility>
+#include <type_traits>
 #include <vector>
 
 // How a stored value stands against the window that it was searched with.
@@ -19,6 +17,17 @@ enum HashTableEntryState : std::uint8_t {
     NOFAIL = 3,   // the value lay strictly between: an exact score
 };
 
+// When a slot was emptied last; see HashTable::empty(). It belongs to the slot and stays when
+// the slot is overwritten as a whole.
+struct EmptiedMark {
+    EmptiedMark() = default;
+    EmptiedMark(const EmptiedMark&) = default;
+    EmptiedMark& operator=(const EmptiedMark& /*other*/) { return *this; } // NOLINT(*-assign*)
+    ~EmptiedMark() = default;
+
+    std::uint16_t times = 0;
+};
+
 // One slot of the transposition table: what the move into a position was worth for
 // the side that made it. A fresh slot is all zero bytes.
 struct GenericEntry {
@@ -27,12 +36,18 @@ struct GenericEntry {
 
     std::uint16_t checkHashProduction = 0; // top 16 bits of the position's key
     HashTableEntryState state = FREE;
+    std::int8_t maxVariantDepth = 0;     // plies that were still to be searched
     std::int32_t evaluation = 0;         // for the side that has just moved
     std::int16_t moveRepresentation = 0; // best move from here, as a Polyglot code
-    std::int8_t maxVariantDepth = 0;     // plies that were still to be searched
+    EmptiedMark emptied;
 };
 
 static_assert(sizeof(GenericEntry) == GenericEntry::LOGGED_SIZE);
+
+// The entries of a table of so many mebibytes, cut to a whole number; 0 where there can be no
+// such table. And the mebibytes of so many entries.
+int entriesOf(int mebibytes);
+int mebibytesOf(int entries);
 
 // One bucket of the repetition table: how often each position stands on the path.
 class RepetitionEntry {
@@ -67,6 +82,10 @@ private:
     Map::iterator find(std::uint64_t hash);
 };
 
+// Tell the log what a table asks for and what it gets.
+void logWantedTable(int size, int entrySize);
+void logAllocatedTable(bool isNull);
+
 // An owned array of entries, addressed by the key modulo its size. Size 0 means
 // that there is no table, and then no entry may be asked for.
 template <class Entry> class HashTable {
@@ -79,9 +98,7 @@ public:
     // Takes a new array of fresh entries. A size of 0 or below, and one for which
     // there is no memory, gives the empty table. Requires deallocate() before.
     void allocate(int _size) {
-        logger.info("Trying to allocate hash table with size ", _size);
-        logger.info("Size of an entry", Entry::LOGGED_SIZE);
-        logger.info("Whole size", static_cast<long>(_size) * Entry::LOGGED_SIZE);
+        logWantedTable(_size, Entry::LOGGED_SIZE);
         size = 0;
         table = nullptr;
         if (_size <= 0) {
@@ -91,8 +108,7 @@ public:
         if (table != nullptr) {
             size = _size;
         }
-        logger.trace(std::string("hash table allocated(?). New returns null: ") +
-                     (table == nullptr ? "true" : "false"));
+        logAllocatedTable(table == nullptr);
     }
 
     // Gives the array back.
@@ -114,19 +130,32 @@ public:
     bool isEmpty() const { return size == 0; }
     int getSize() const { return size; }
 
+    // Makes every slot FREE; what else it holds stays. No slot is touched for it: each
+    // remembers when it was emptied last, and one that is behind is emptied as soon as it is
+    // asked for. A reference from before this call is not to be used behind it.
+    void empty() requires std::same_as<Entry, GenericEntry> {
+        if (++timesEmptied != 0) {
+            return;
+        }
+        for (int i = 0; i < size; ++i) { // the counter has come round
+            table[i].state = FREE;
+            table[i].emptied.times = 0;
+        }
+    }
+
     // The entry at an index below the size.
-    Entry& getEntry(int index) { return table[index]; }
+    Entry& getEntry(std::signed_integral auto index) { return upToDate(table[index]); }
     // The slot of a key, and whether it was written by a position with another check
     // value, which is then counted. The slot's state plays no part.
-    Entry& getEntry(std::uint64_t hash, bool& clash) {
+    Entry& getEntry(std::unsigned_integral auto hash, bool& clash) {
         Entry& entry = slotOf(hash);
         clash = entry.checkHashProduction != getCheckValue(hash);
         numberOfInnerClashes += clash ? 1 : 0;
         return entry;
     }
     // The slot or bucket of a key.
-    Entry& getEntry(std::uint64_t hash) {
-        if constexpr (requires { &Entry::checkHashProduction; }) {
+    Entry& getEntry(std::unsigned_integral auto hash) {
+        if constexpr (std::same_as<Entry, GenericEntry>) {
             bool clash = false;
             return getEntry(hash, clash);
         } else {
@@ -142,7 +171,19 @@ public:
     }
 
 private:
-    Entry& slotOf(std::uint64_t hash) { return table[hash % static_cast<std::uint64_t>(size)]; }
+    Entry& slotOf(std::uint64_t hash) {
+        return upToDate(table[hash % static_cast<std::uint64_t>(size)]);
+    }
+
+    Entry& upToDate(Entry& entry) {
+        if constexpr (std::same_as<Entry, GenericEntry>) {
+            if (entry.emptied.times != timesEmptied) {
+                entry.state = FREE;
+                entry.emptied.times = timesEmptied;
+            }
+        }
+        return entry;
+    }
 
     // Memory of zero bytes comes from the system as it is first touched, so a large
     // table costs nothing before it is used.
@@ -158,5 +199,6 @@ private:
 
     int size = 0;
     Entry* table = nullptr;
+    std::uint16_t timesEmptied = 0; // modulo 65536
     std::int64_t numberOfInnerClashes = 0;
 };

@@ -3,13 +3,14 @@
 #include "base/loggingService.h"
 #include "search/idaVariant.h"
 #include "search/infoStruct.h"
+#include "search/score.h"
 
 #include <algorithm>
 
 namespace {
 
-// How many times the time left the last pass may have taken for another to start.
-constexpr double SAFE_RATIO = 2.0;
+// The number of a search that nobody waits for.
+constexpr int NO_THREAD = 0;
 
 // A bound of the window, kept inside the full one.
 int windowBound(std::int64_t score) {
@@ -23,25 +24,21 @@ bool isGood(IdaNS::GeneratingResult result) {
 
 } // namespace
 
-template <class Observer>
-void BasicIda<Observer>::generateTree(Position& position, Variant& variant) {
-    generateTree(position, variant, config->treeMaxDepth);
+void Ida::generateTree(Position& position, Variant& variant) {
+    generateTree(position, variant, config.treeMaxDepth);
 }
 
-template <class Observer>
-void BasicIda<Observer>::generateTree(Position& position, Variant& variant, int depth,
-                                      bool infinite) {
+void Ida::generateTree(Position& position, Variant& variant, int depth, bool infinite) {
     const Milliseconds clockStart = clockMilliseconds();
     generator.setIdaVariant(nullptr); // an older search's flag may still be up
     prepareSearch(-1);
     const int deepest = std::min(depth, MAX_PASSES);
     for (int actualDepth = 1; actualDepth <= deepest;) {
-        const IdaNS::GeneratingResult result =
-            generateTreeIdaOneLoop(position, variant, actualDepth, infinite);
-        if (!isGood(result)) {
+        const auto result = generateTreeIdaOneLoop(position, variant, actualDepth, infinite);
+        if (!result || !isGood(*result)) {
             continue; // the same depth again, in the new window
         }
-        report(variant, actualDepth, clockStart);
+        report(variant, actualDepth, clockStart, NO_THREAD);
         if (result == IdaNS::OK_FINISH) {
             return;
         }
@@ -49,14 +46,13 @@ void BasicIda<Observer>::generateTree(Position& position, Variant& variant, int 
     }
 }
 
-template <class Observer>
-void BasicIda<Observer>::generateTree(Position& position, Milliseconds milliseconds, int threadId,
-                                      IdaVariant* idaVariant) {
-    const bool infinite = milliseconds == INFINITE_MILLISECONDS;
+void Ida::generateTree(Position& position, const TimeBudget& budget, int threadId,
+                       IdaVariant* idaVariant) {
+    const bool infinite = budget.isUnlimited();
     PolyglotBook::resetRand();
     generator.setIdaVariant(idaVariant);
     const Milliseconds clockStart = clockMilliseconds();
-    prepareSearch(milliseconds);
+    prepareSearch(budget.total);
     if (idaVariant == nullptr) {
         logger.error("idaVariant is NULL");
         return;
@@ -66,47 +62,40 @@ void BasicIda<Observer>::generateTree(Position& position, Milliseconds milliseco
     Milliseconds lastCheck = clockStart;
     Variant variant;
     for (int actualDepth = 1; actualDepth <= MAX_PASSES;) {
-        const IdaNS::GeneratingResult result =
-            generateTreeIdaOneLoop(position, variant, actualDepth, infinite);
-        // What an abandoned pass leaves is no result, whatever its score looks like.
-        if (generator.isAbandoned()) {
-            break;
-        }
-        if (isGood(result)) {
-            // A drawn or finished root has no line, but there is a move to play.
-            if (variant.varLength > 0) {
-                idaVariant->setVariant(variant, threadId);
-            }
+        const auto result = generateTreeIdaOneLoop(position, variant, actualDepth, infinite);
+        if (result && isGood(*result)) {
+            publish(variant, *result, threadId, idaVariant);
             if (result == IdaNS::OK || infinite) {
-                report(variant, actualDepth, clockStart);
-            }
-            if (result == IdaNS::OK_FINISH) {
-                break;
+                report(variant, actualDepth, clockStart, threadId);
             }
             ++actualDepth;
         }
-        if (!infinite &&
-            timeUp(milliseconds, lastDuration, lastCheck, clockStart, result, idaVariant)) {
+        if (infinite ? !result || result == IdaNS::OK_FINISH
+                     : timeUp(budget.total, lastDuration, lastCheck, clockStart,
+                              result.value_or(IdaNS::FAILHIGH), idaVariant)) {
             break;
         }
     }
     idaVariant->signalReady(threadId);
 }
 
-template <class Observer>
-IdaNS::GeneratingResult BasicIda<Observer>::generateTreeIdaOneLoop(Position& position,
-                                                                   Variant& variant,
-                                                                   int actualDepth, bool infinite) {
-    generator.actualMoveDepth = actualDepth;
+std::optional<IdaNS::GeneratingResult>
+Ida::generateTreeIdaOneLoop(Position& position, Variant& variant, int actualDepth, bool infinite) {
+    generator.setActualMoveDepth(actualDepth);
     generator.generateTree(position, variant, infinite);
+    // What an abandoned pass leaves is no result, whatever its score looks like.
+    if (generator.isAbandoned()) {
+        return std::nullopt;
+    }
     const IdaNS::GeneratingResult result = judgePass(variant);
-    generator.getObserver().explainEndTreePass(result);
+    if (observer != nullptr) {
+        observer->explainEndTreePass(result);
+    }
     return result;
 }
 
 // The outcome of a pass that ended with `variant`; sets the window of the next pass.
-template <class Observer>
-IdaNS::GeneratingResult BasicIda<Observer>::judgePass(const Variant& variant) {
+IdaNS::GeneratingResult Ida::judgePass(const Variant& variant) {
     if (isBottomMateLimit(variant.evaluation) || isUpperMateLimit(variant.evaluation)) {
         logger.debug("upper / bottom mate limit reached, returning evaluation");
         return IdaNS::OK_FINISH;
@@ -138,10 +127,8 @@ IdaNS::GeneratingResult BasicIda<Observer>::judgePass(const Variant& variant) {
     return IdaNS::OK;
 }
 
-template <class Observer>
-bool BasicIda<Observer>::timeUp(Milliseconds totalMilliseconds, double& lastDuration,
-                                Milliseconds& lastCheck, Milliseconds clockStart,
-                                IdaNS::GeneratingResult result, IdaVariant* idaVariant) {
+bool Ida::timeUp(Milliseconds totalMilliseconds, double& lastDuration, Milliseconds& lastCheck,
+                 Milliseconds clockStart, IdaNS::GeneratingResult result, IdaVariant* idaVariant) {
     if (idaVariant->isReady()) {
         logger.info("Ida variant ready from ida");
         return true;
@@ -149,7 +136,7 @@ bool BasicIda<Observer>::timeUp(Milliseconds totalMilliseconds, double& lastDura
     const Milliseconds now = clockMilliseconds();
     const auto actualMilliseconds = static_cast<double>(now - clockStart);
     const auto total = static_cast<double>(totalMilliseconds);
-    if (actualMilliseconds >= total + BasicTreeGenerator<Observer>::SAFE_BEFORE_TIMEOUT) {
+    if (actualMilliseconds >= total + SAFE_BEFORE_TIMEOUT) {
         return true;
     }
     if (!isGood(result)) {
@@ -165,8 +152,13 @@ bool BasicIda<Observer>::timeUp(Milliseconds totalMilliseconds, double& lastDura
     return false;
 }
 
+void Ida::watchBy(SearchObserver& _observer) {
+    observer = &_observer;
+    generator.watchBy(_observer);
+}
+
 // Empties what the passes of one search share.
-template <class Observer> void BasicIda<Observer>::prepareSearch(Milliseconds milliseconds) {
+void Ida::prepareSearch(Milliseconds milliseconds) {
     generator.resetSearchedNodes();
     generator.setTimer(milliseconds);
     generator.clearTable();
@@ -174,27 +166,36 @@ template <class Observer> void BasicIda<Observer>::prepareSearch(Milliseconds mi
     generator.setDefaultFirstAlfaBeta();
 }
 
-template <class Observer>
-void BasicIda<Observer>::report(const Variant& variant, int actualDepth, Milliseconds clockStart) {
+// Hands the line of a good pass to whoever waits, and tells if no deeper one follows.
+void Ida::publish(const Variant& variant, IdaNS::GeneratingResult result, int threadId,
+                  IdaVariant* idaVariant) {
+    // A drawn or finished root has no line, but there is a move to play.
+    if (variant.varLength > 0) {
+        idaVariant->setVariant(variant, threadId);
+    }
+    if (result == IdaNS::OK_FINISH) {
+        idaVariant->signalReady(threadId);
+    }
+}
+
+void Ida::report(const Variant& variant, int actualDepth, Milliseconds clockStart, int threadId) {
     if (infoListener == nullptr) {
         return;
     }
     const Milliseconds elapsed = clockMilliseconds() - clockStart;
-    const std::int64_t nodes = generator.getSearchedAllNodes();
+    const std::int64_t nodes = generator.getState().nodes.getSearchedAllNodes();
     infoListener->onInfo({.nodesSearched = nodes,
                           .nodesPerSec = nodesPerSecond(nodes, elapsed),
                           .depth = actualDepth,
-                          .selDepth = config->quiscenceMaxDepth + actualDepth,
+                          .selDepth = generator.getState().getQuiscenceMaxDepth() + actualDepth,
                           .pv = variant,
-                          .time = elapsed});
+                          .time = elapsed,
+                          .threadId = threadId});
 }
 
-template <class Observer> void BasicIda<Observer>::setNewLine(const Variant& variant) {
+void Ida::setNewLine(const Variant& variant) {
     generator.mainLineToCheck.clear();
     std::copy_if(variant.variantMoves.begin(), variant.variantMoves.begin() + variant.varLength,
                  std::back_inserter(generator.mainLineToCheck),
                  [](const VariantMove& move) { return !move.isQuiscence; });
 }
-
-template class BasicIda<NoObserver>;
-template class BasicIda<ObservedBy>;

@@ -1,7 +1,6 @@
 #include "search/idaVariant.h"
 
 #include "base/loggingService.h"
-#include "notation/ioFuncs.h"
 
 #include <algorithm>
 
@@ -25,9 +24,7 @@ int IdaVariant::getNextThreadId() {
 }
 
 void IdaVariant::setVariant(const Variant& variantPar, int _threadId) {
-    if constexpr (LOG_ENABLED) {
-        logger.debug(variantToString(variantPar));
-    }
+    logger.debug([&] { return variantToString(variantPar); });
     const std::lock_guard lock(pMutex);
     if (fakeThreadId == _threadId) {
         variant = clone(variantPar);

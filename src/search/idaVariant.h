@@ -2,7 +2,7 @@
 // published last, and the flag that ends the search.
 #pragma once
 
-#include "search/searchRepresentation.h"
+#include "search/variant.h"
 
 #include <mutex>
 

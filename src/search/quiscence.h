@@ -1,10 +1,41 @@
 // The quiescence search: settles captures, promotions and checks below the tree.
-// Its routines are members of TreeGenerator; here stands the rule that they follow.
+//
+// Every score of a node is for the side to move there, in thousandths of a pawn. The search
+// is fail-hard alpha-beta; `alfa` and `beta` are the node's window.
 #pragma once
 
-struct Move;
-struct Position;
+#include "board/position.h"
+#include "search/moveEnding.h"
+#include "search/searchObserver.h"
+#include "search/searchState.h"
+#include "search/variant.h"
 
-// Whether the quiescence search follows `moveToTarget` further, which has led to
-// `targetPosition`: it gives check, captures or promotes.
-bool isMoveInteresting(Position& targetPosition, const Move& moveToTarget);
+// `Observer` is told of every move; see searchObserver.h.
+template <class Observer> class Quiscence {
+public:
+    // `_state` must outlive the object.
+    Quiscence(SearchState& _state, Observer _observer) : state(_state), observer(_observer) {}
+
+    // The search as the tree calls it: leaves score and line in `variant`, and tells what
+    // became of the move into `position`. In an abandoned search neither means anything.
+    MoveEnding quiscenceSearchInner(Position& position, int alfa, int beta, Variant& variant);
+
+    // One node, `depth` plies below the entry. A move that raises `alfa` and stays below
+    // `beta` makes the line; otherwise it stays as it was given.
+    MoveEnding quiscenceSearchRek(Position& position, Variant& variant, int alfa, int beta,
+                                  int depth);
+
+private:
+    MoveEnding scoreQuiscenceMove(Position& position, const Move& move, Variant& localVariant,
+                                  int alfa, int beta, int depth, bool isInCheckOriginally);
+
+    SearchState& state;
+    [[no_unique_address]] Observer observer;
+};
+
+extern template class Quiscence<NoObserver>;
+extern template class Quiscence<ObservedBy>;
+
+// Whether quiescence follows `moveToTarget` further, which has led to `targetPosition`: it
+// gives check, captures or promotes.
+bool isMoveInteresting(const Position& targetPosition, const Move& moveToTarget);

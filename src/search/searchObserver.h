@@ -1,14 +1,24 @@
-// The seam through which a search can be watched, move by move. It is a template
-// parameter of the search: the engine that plays is built with NoObserver, of which
+// The seam through which a search can be watched, move by move. It is a template parameter
+// of the recursive routines alone: the engine that plays is built with NoObserver, of which
 // the compiler leaves nothing.
 #pragma once
+
+#include "search/moveEnding.h"
 
 struct Move;
 struct Variant;
 
 namespace IdaNS {
-enum GeneratingResult : int; // see ida.h
-}
+
+// The outcome of one pass.
+enum GeneratingResult : int {
+    FAILLOW = 0,   // the score is at or below firstAlpha: to be repeated
+    FAILHIGH = 1,  // the score is at or above firstBeta: to be repeated
+    OK = 2,        // the score lies inside the window: deepening goes on
+    OK_FINISH = 3, // a mate or a book move: no deeper pass follows
+};
+
+} // namespace IdaNS
 
 // Is told of everything that a search does. Every doMove() is followed by exactly one
 // of the two explain calls for a move, or by the end of an abandoned search.
@@ -18,13 +28,13 @@ public:
     virtual void doMove(const Move& move) = 0;
     // The tree search has finished the move made last and taken it back. `alfa` and
     // `beta` are the node's window when it was tried, `localVariant` the score and the
-    // line behind it; the flags say that lmf cut it, or that the table answered.
+    // line behind it; `ending` tells how it was scored.
     virtual void explainTreeGenMove(int alfa, int beta, const Variant& localVariant,
-                                    const Move& move, bool lmfCut, bool useTableEntryBool) = 0;
+                                    const Move& move, MoveEnding ending) = 0;
     // The same for the quiescence search.
     virtual void explainQuiscenceMove(int alfa, int beta, const Variant& localVariant,
-                                      const Move& move) = 0;
-    // A pass has ended.
+                                      const Move& move, MoveEnding ending) = 0;
+    // A pass has ended. A pass that was abandoned has not.
     virtual void explainEndTreePass(IdaNS::GeneratingResult result) = 0;
 
 protected:
@@ -35,27 +45,22 @@ protected:
 struct NoObserver {
     void doMove(const Move& /*move*/) const {}
     void explainTreeGenMove(int /*alfa*/, int /*beta*/, const Variant& /*localVariant*/,
-                            const Move& /*move*/, bool /*lmfCut*/,
-                            bool /*useTableEntryBool*/) const {}
+                            const Move& /*move*/, MoveEnding /*ending*/) const {}
     void explainQuiscenceMove(int /*alfa*/, int /*beta*/, const Variant& /*localVariant*/,
-                              const Move& /*move*/) const {}
-    void explainEndTreePass(IdaNS::GeneratingResult /*result*/) const {}
+                              const Move& /*move*/, MoveEnding /*ending*/) const {}
 };
 
-// Hands everything on to the one who watches, who must be set before the search.
+// Hands everything on to the one who watches, who is not owned.
 struct ObservedBy {
     void doMove(const Move& move) const { observer->doMove(move); }
     void explainTreeGenMove(int alfa, int beta, const Variant& localVariant, const Move& move,
-                            bool lmfCut, bool useTableEntryBool) const {
-        observer->explainTreeGenMove(alfa, beta, localVariant, move, lmfCut, useTableEntryBool);
+                            MoveEnding ending) const {
+        observer->explainTreeGenMove(alfa, beta, localVariant, move, ending);
     }
-    void explainQuiscenceMove(int alfa, int beta, const Variant& localVariant,
-                              const Move& move) const {
-        observer->explainQuiscenceMove(alfa, beta, localVariant, move);
-    }
-    void explainEndTreePass(IdaNS::GeneratingResult result) const {
-        observer->explainEndTreePass(result);
+    void explainQuiscenceMove(int alfa, int beta, const Variant& localVariant, const Move& move,
+                              MoveEnding ending) const {
+        observer->explainQuiscenceMove(alfa, beta, localVariant, move, ending);
     }
 
-    SearchObserver* observer = nullptr; // not owned
+    SearchObserver* observer;
 };

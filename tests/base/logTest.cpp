@@ -1,4 +1,5 @@
 // The log as it is in a build that has it switched on: this program compiles it so.
+#include "base/loggingService.h"
 #include "base/standardLogger.h"
 
 #include <gtest/gtest.h>

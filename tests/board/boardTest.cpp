@@ -1,6 +1,7 @@
 // The records of the board, their invariants, and the position key.
-#include "board/boardRepresentationUtils.h"
 #include "board/hashFunctions.h"
+#include "board/positionCheck.h"
+#include "board/setUp.h"
 #include "testing/boardSupport.h"
 
 #include <gtest/gtest.h>
@@ -15,9 +16,10 @@ TEST(StartPosition, IsSetUpInTheOrderOfTheList) {
     EXPECT_EQ(position.check, IS_NOT_CHECK);
     EXPECT_EQ(totalMaterial(position), 79400);
 
-    const int fields[] = {25, 31, 32, 33, 34, 35, 36, 37, 38, 21, 28, 22, 27, 23, 26, 24,
-                          95, 81, 82, 83, 84, 85, 86, 87, 88, 91, 98, 92, 97, 93, 96, 94};
-    for (std::size_t i = 0; i < std::size(fields); ++i) {
+    const ByEntry<FieldIndex> fields = {E1, A2, B2, C2, D2, E2, F2, G2, H2, A1, H1,
+                                        B1, G1, C1, F1, D1, E8, A7, B7, C7, D7, E7,
+                                        F7, G7, H7, A8, H8, B8, G8, C8, F8, D8};
+    for (int i = 0; i < LIST_ENTRIES; ++i) {
         EXPECT_EQ(position.pieces[i].boardPosition, fields[i]) << "entry " << i;
     }
 }
@@ -25,51 +27,59 @@ TEST(StartPosition, IsSetUpInTheOrderOfTheList) {
 TEST(ReflectBoard, LeavesOutWhatTheListCannotHold) {
     const Position position = positionOf("4k3/8/8/8/8/QQQQQQQQ/QQQQQQQQ/K7 w - - 0 1");
     EXPECT_EQ(position.pieces[KingIndex[BLACK]].pieceType, KING);
-    EXPECT_EQ(position.material[WHITE], 15 * 9500);
+    EXPECT_EQ(position.carried.material[WHITE], 15 * 9500);
+    for (const Color none : {EMPTY, BORDER}) { // any colour but White's is Black's
+        EXPECT_EQ(materialForColor(positionOf(START_FEN), none), 39700);
+    }
 }
 
 TEST(TestMoveEquality, ComparesCastlingsByFlagAndTheRestByFields) {
-    const Move castling = {1, 2, KING, NO_PIECE, WHITE_KING_SIDE, NO_PIECE};
-    const Move sameCastling = {3, 4, PAWN, NO_PIECE, WHITE_KING_SIDE, NO_PIECE};
-    const Move capture = {65, 74, PAWN, PAWN, ORDINARY_MOVE, NO_PIECE};
-    const Move enPassant = {65, 74, PAWN, PAWN, EN_PASSANT, NO_PIECE};
+    const Move castling = {A1, A2, KING, NO_PIECE, WHITE_KING_SIDE, NO_PIECE};
+    const Move sameCastling = {A3, A4, PAWN, NO_PIECE, WHITE_KING_SIDE, NO_PIECE};
+    const Move capture = {E5, D6, PAWN, PAWN, ORDINARY_MOVE, NO_PIECE};
+    const Move enPassant = {E5, D6, PAWN, PAWN, EN_PASSANT, NO_PIECE};
     EXPECT_TRUE(testMoveEquality(castling, sameCastling));
-    EXPECT_FALSE(testMoveEquality(castling, {1, 2, KING, NO_PIECE, WHITE_QUEEN_SIDE, NO_PIECE}));
+    EXPECT_FALSE(testMoveEquality(castling, {A1, A2, KING, NO_PIECE, WHITE_QUEEN_SIDE, NO_PIECE}));
     EXPECT_TRUE(testMoveEquality(capture, enPassant));
-    for (PieceType Move::*member : {&Move::from, &Move::to, &Move::pieceMoved, &Move::pieceCaptured,
-                                    &Move::promotionPieceType}) {
-        Move other = capture;
-        ++(other.*member);
+    for (const Move& other : std::initializer_list<Move>{{E4, D6, PAWN, PAWN, {}, {}},
+                                                         {E5, E6, PAWN, PAWN, {}, {}},
+                                                         {E5, D6, ROOK, PAWN, {}, {}},
+                                                         {E5, D6, PAWN, ROOK, {}, {}},
+                                                         {E5, D6, PAWN, PAWN, {}, QUEEN}}) {
         EXPECT_FALSE(testMoveEquality(capture, other));
     }
+    // Two flags that no move has.
+    const Move odd = {E5, D6, PAWN, PAWN, static_cast<MoveFlag>(6), NO_PIECE};
+    EXPECT_FALSE(testMoveEquality(odd, capture));
+    EXPECT_TRUE(testMoveEquality(odd, {A1, A2, KING, NO_PIECE, odd.castle_ep_flag, NO_PIECE}));
 }
 
 TEST(FindInconsistency, TellsEachBrokenInvariant) {
     using Breaking = void (*)(Position&);
     // What is done to a sound position, and a part of the complaint about it.
     const std::pair<const char*, Breaking> cases[] = {
-        {"border and board", [](Position& p) { p.board[29].color = EMPTY; }},
-        {"border and board", [](Position& p) { p.board[55].color = BORDER; }},
-        {"colour's range", [](Position& p) { p.board[21].pieceIndexInList = 25; }},
-        {"colour's range", [](Position& p) { p.board[21].color = BLACK; }},
-        {"another piece", [](Position& p) { p.board[21].pieceType = QUEEN; }},
-        {"another piece", [](Position& p) { p.board[21].pieceIndexInList = 10; }},
+        {"border and board", [](Position& p) { p.board[H1 + 1].color = EMPTY; }},
+        {"border and board", [](Position& p) { p.board[E4].color = BORDER; }},
+        {"colour's range", [](Position& p) { p.board[A1].pieceIndexInList = 25; }},
+        {"colour's range", [](Position& p) { p.board[A1].color = BLACK; }},
+        {"another piece", [](Position& p) { p.board[A1].pieceType = QUEEN; }},
+        {"another piece", [](Position& p) { p.board[A1].pieceIndexInList = 10; }},
         {"another piece", [](Position& p) { p.pieces[9].pieceType = NO_PIECE; }},
-        {"another piece", [](Position& p) { p.pieces[9].boardPosition = 55; }},
-        {"point back", [](Position& p) { p.board[21].color = EMPTY; }},
+        {"another piece", [](Position& p) { p.pieces[9].boardPosition = E4; }},
+        {"point back", [](Position& p) { p.board[A1].color = EMPTY; }},
         {"point back", [](Position& p) { p.pieces[15] = p.pieces[9]; }},
         {"off the board",
          [](Position& p) {
-             p.pieces[15] = {QUEEN, 20};
+             p.pieces[15] = {QUEEN, A1 - 1};
          }},
         {"king's entry",
          [](Position& p) {
              std::swap(p.pieces[0], p.pieces[1]);
-             std::swap(p.board[25].pieceIndexInList, p.board[31].pieceIndexInList);
+             std::swap(p.board[E1].pieceIndexInList, p.board[A2].pieceIndexInList);
          }},
-        {"material", [](Position& p) { p.material[WHITE] += 1000; }},
-        {"key", [](Position& p) { p.hash ^= 1; }},
-        {"check cache", [](Position& p) { p.check = IS_CHECK; }},
+        {"material", [](Position& p) { p.carried.material[WHITE] += 1000; }},
+        {"key", [](Position& p) { p.carried.hash ^= 1; }},
+        {"remembered check", [](Position& p) { p.check = IS_CHECK; }},
     };
     // White has no queen, so that its last entry is free.
     const Position sound = positionOf("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNB1KBNR w KQkq - 0 1");
@@ -81,8 +91,8 @@ TEST(FindInconsistency, TellsEachBrokenInvariant) {
             << complaint << " expected, told \"" << findInconsistency(broken) << '"';
     }
     Position leftOvers = sound;
-    leftOvers.board[24] = {EMPTY, PAWN, 30};
-    leftOvers.pieces[15].boardPosition = 21;
+    leftOvers.board[D1] = {EMPTY, PAWN, 30};
+    leftOvers.pieces[15].boardPosition = A1;
     leftOvers.check = IS_NOT_CHECK;
     EXPECT_EQ(findInconsistency(leftOvers), "");
 }
@@ -90,7 +100,7 @@ TEST(FindInconsistency, TellsEachBrokenInvariant) {
 TEST(RequireConsistent, EndsTheProcess) {
     Position position = positionOf(START_FEN);
     requireConsistent(position);
-    position.hash ^= 1;
+    position.carried.hash ^= 1;
     EXPECT_DEATH(requireConsistent(position), "the key is off");
 }
 
@@ -110,8 +120,8 @@ TEST(Key, IsThePublishedOne) {
     };
     for (const auto& [moves, key] : cases) {
         const Position position = positionAfter(moves);
-        EXPECT_EQ(position.hash, key) << moves;
-        EXPECT_EQ(positionOf(getFen(position)).hash, key) << moves;
+        EXPECT_EQ(position.carried.hash, key) << moves;
+        EXPECT_EQ(positionOf(getFen(position)).carried.hash, key) << moves;
     }
 }
 

@@ -1,5 +1,6 @@
 // Generating, making and unmaking moves, and the test for check.
-#include "board/boardRepresentationUtils.h"
+#include "board/attacks.h"
+#include "board/positionCheck.h"
 #include "support/naiveRules.h"
 #include "testing/boardSupport.h"
 
@@ -39,7 +40,7 @@ void require(const std::string& fault, const Position& position, const Move& mov
 // The latter fills the check cache at every node, to see that each move empties it.
 template <bool IS_CHECKED> long countSequences(Position& position, int depth) {
     MoveArray moves;
-    const int generated = generateMoves(position, moves.data());
+    const int generated = generateMoves(position, moves);
     Position before;
     if (IS_CHECKED) {
         isInCheck(position);
@@ -47,9 +48,8 @@ template <bool IS_CHECKED> long countSequences(Position& position, int depth) {
     }
     long count = 0;
     for (int i = 0; i < generated; ++i) {
-        const Move& move = moves[at(i)];
+        const Move& move = moves[i];
         DoMoveContext context;
-        context.init();
         if (doMove(position, move, context)) {
             if (IS_CHECKED) {
                 require(findInconsistency(position), before, move);
@@ -93,15 +93,15 @@ void expectLikeTwin(Position& position, const NaiveBoard& twin) {
     EXPECT_EQ(isInMate(position), twin.isInCheck() && twin.getLegalMoves().empty()) << fen;
     const std::string identity = twin.getIdentity();
     EXPECT_TRUE(fen.starts_with(identity.substr(0, identity.rfind(' ')))) << fen << identity;
-    EXPECT_EQ(position.halfMoveClock, twin.getHalfMoveClock()) << fen;
+    EXPECT_EQ(position.carried.halfMoveClock, twin.getHalfMoveClock()) << fen;
 }
 
 using KeysByIdentity = std::map<std::string, std::uint64_t>;
 
 void walkWithTwin(Position position, const NaiveBoard& twin, int depth, KeysByIdentity& keys) {
     expectLikeTwin(position, twin);
-    const auto [entry, isNew] = keys.try_emplace(twin.getIdentity(), position.hash);
-    EXPECT_EQ(entry->second, position.hash) << entry->first;
+    const auto [entry, isNew] = keys.try_emplace(twin.getIdentity(), position.carried.hash);
+    EXPECT_EQ(entry->second, position.carried.hash) << entry->first;
     for (const std::string& move : depth > 0 ? twin.getLegalMoves() : std::vector<std::string>()) {
         Position next = position;
         NaiveBoard nextTwin = twin;
@@ -145,7 +145,6 @@ TEST(RandomGame, GoesForwardLikeTheTwinAndBack) {
             }
             const Move move = legal[random() % legal.size()];
             auto& [before, made, context] = steps.emplace_back(position, move, DoMoveContext());
-            context.init();
             ASSERT_TRUE(doMove(position, move, context));
             ASSERT_EQ(findInconsistency(position), "");
             ASSERT_TRUE(twin.play(LongAlgebraicMove(move).toString()));
@@ -168,7 +167,7 @@ TEST(Symmetry, MirroredPositionsHaveMirroredMoves) {
         std::ranges::transform(expected, expected.begin(), mirrorMove);
         EXPECT_EQ(sorted(textsOf(movesOf(mirror))), sorted(expected)) << line.fen;
         EXPECT_EQ(isInCheck(mirror), isInCheck(position)) << line.fen;
-        EXPECT_EQ(mirror.material[BLACK], position.material[WHITE]) << line.fen;
+        EXPECT_EQ(mirror.carried.material[BLACK], position.carried.material[WHITE]) << line.fen;
     }
 }
 
@@ -279,10 +278,10 @@ TEST(GenerateMoves, FifteenQueensASideStayWithinTheArray) {
 TEST(DoMove, CountsCastlingsForTheirColour) {
     Position position = positionOf("r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 5 1");
     play(position, "e1g1");
-    EXPECT_EQ(position.moveEvaluation, 10);
-    EXPECT_EQ(position.halfMoveClock, 6);
+    EXPECT_EQ(position.carried.moveEvaluation, 10);
+    EXPECT_EQ(position.carried.halfMoveClock, 6);
     play(position, "e8c8");
-    EXPECT_EQ(position.moveEvaluation, 0);
+    EXPECT_EQ(position.carried.moveEvaluation, 0);
 }
 
 TEST(IsInMate, TellsMateFromStalemateAndCheck) {

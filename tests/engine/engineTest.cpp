@@ -50,8 +50,8 @@ protected:
         return variant;
     }
 
-    std::unique_ptr<EngineConfig> config = makeConfig();
-    Engine engine{config.get()};
+    EngineConfig config = makeConfig();
+    Engine engine{config};
     Listener listener;
 };
 
@@ -66,12 +66,13 @@ TEST_F(EngineGame, KeepsTheKeysOfItsPositionsAndSkipsOtherWords) {
     const std::vector<std::uint64_t>& keys = engine.getGame().repetitionHashes;
     ASSERT_EQ(keys.size(), 5U);
     EXPECT_EQ(keys[0], keys[4]);
-    EXPECT_EQ(keys[4], engine.getPosition().hash);
+    EXPECT_EQ(keys[4], engine.getPosition().carried.hash);
     EXPECT_NE(engine.init("8/8/8/8/8/8/8/8 w - - 0 1"), "");
     EXPECT_EQ(keys.size(), 5U);
     engine.init();
     playMoves("e2e4");
-    EXPECT_EQ(keys, (std::vector{positionOf(START_FEN).hash, positionAfter("e2e4").hash}));
+    EXPECT_EQ(keys, (std::vector{positionOf(START_FEN).carried.hash,
+                                 positionAfter("e2e4").carried.hash}));
 }
 
 TEST_F(EngineGame, SearchOnTheCallersThreadFindsTheMove) {
@@ -128,12 +129,13 @@ TEST_F(EngineGame, MayChangeWhileItIsSearched) {
     const Game searched = engine.getGame();
     listener.stopAfterPolls = 5;
     Variant line;
-    std::thread search(
-        [&] { line = engine.search(searched, LONG_BUDGET, true, clockMilliseconds()); });
+    std::thread search([&] {
+        line = engine.search(searched, {clockMilliseconds(), LONG_BUDGET, true});
+    });
     for (int i = 0; i < 100; ++i) {
         EXPECT_EQ(engine.init(ONLY_MOVE), "");
         playMoves("a1b2");
-        config->hashTableSize = 1000 + i;
+        engine.setHashTableSize(1000 + i);
         sleepMilliseconds(1);
     }
     search.join();
@@ -144,13 +146,13 @@ TEST_F(EngineGame, MayChangeWhileItIsSearched) {
     // The next search has the size that was asked for last.
     engine.init();
     EXPECT_EQ(engine.search(0, true).varLength > 0, true);
-    EXPECT_EQ(engine.getTreeGenerator().getHashTable().getSize(), 1099);
+    EXPECT_EQ(engine.getTreeGenerator().getState().table.getHashTable().getSize(), 1099);
 }
 
 TEST_F(EngineGame, EndsItsThreadWithItself) {
     const Milliseconds begin = clockMilliseconds();
     {
-        const auto other = std::make_unique<Engine>(config.get());
+        const auto other = std::make_unique<Engine>(config);
         EXPECT_EQ(other->init(MIDDLE_GAME), "");
         EXPECT_GE(other->search(100, false).varLength, 1);
     }

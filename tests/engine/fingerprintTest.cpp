@@ -52,10 +52,12 @@ std::string runPass(Ida& ida, Position& position, Variant& variant, int depth) {
     const int alpha = generator.firstAlpha;
     const int beta = generator.firstBeta;
     const char* const results[] = {"FAILLOW", "FAILHIGH", "OK", "OK_FINISH"};
-    const char* result = results[ida.generateTreeIdaOneLoop(position, variant, depth, true)];
+    const char* result =
+        results[ida.generateTreeIdaOneLoop(position, variant, depth, true).value()];
     text << "pass " << depth << " result " << result << " alpha " << alpha << " beta " << beta
-         << " eval " << variant.evaluation << " nodes " << generator.getSearchedAllNodes()
-         << " treenodes " << generator.getSearchedTreeNodes() << " pv" << lineOf(variant);
+         << " eval " << variant.evaluation << " nodes "
+         << generator.getState().nodes.getSearchedAllNodes() << " treenodes "
+         << generator.getState().nodes.getSearchedTreeNodes() << " pv" << lineOf(variant);
     return text.str();
 }
 
@@ -87,12 +89,10 @@ TEST(Fingerprint, EveryPassIsAsItWas) {
     for (const Block& block : readBlocks()) {
         SCOPED_TRACE(block.game);
         const auto config = makeConfig(TABLE_SIZE);
-        Engine game(config.get());
+        Engine game(config);
         setUpGame(game, block.game);
-        Ida ida(config.get());
-        for (const std::uint64_t key : game.getGame().repetitionHashes) {
-            ida.getRepetitionTable().getEntry(key).increaseRepetitions(key);
-        }
+        Ida ida(config);
+        ida.getTreeGenerator().getState().countGame(game.getGame().repetitionHashes);
         Position position = game.getPosition();
         Variant variant;
         for (const std::string& pass : block.passes) {
@@ -110,7 +110,7 @@ TEST(Fingerprint, TimedSearchReportsItsPassesAndPublishesOneOfThem) {
         SCOPED_TRACE(block.game);
         const auto config = makeConfig(TABLE_SIZE);
         Reader reader(block.infos.size());
-        Engine engine(config.get());
+        Engine engine(config);
         engine.setInfoListener(&reader);
         engine.setStopListener(&reader);
         setUpGame(engine, block.game);

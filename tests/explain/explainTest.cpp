@@ -4,7 +4,9 @@
 #include "kestran-bench/bench.h"
 #include "kestran-explain/lineAnswer.h"
 #include "kestran-explain/searchText.h"
+#include "search/ida.h"
 #include "search/infoStruct.h"
+#include "search/score.h"
 #include "support/gameInput.h"
 #include "support/san.h"
 #include "testing/boardSupport.h"
@@ -43,10 +45,10 @@ public:
         positions.push_back(positionAfter(positions.back(), path.back()));
         explain.doMove(path.back());
     }
-    void finish(int alfa, int beta, int score, bool lmfCut = false, bool useTableEntry = false) {
+    void finish(int alfa, int beta, int score, MoveEnding ending = MoveEnding::SEARCHED) {
         Variant variant;
         variant.clear(score);
-        explain.explainTreeGenMove(alfa, beta, variant, path.back(), lmfCut, useTableEntry);
+        explain.explainTreeGenMove(alfa, beta, variant, path.back(), ending);
         path.pop_back();
         positions.pop_back();
     }
@@ -78,7 +80,7 @@ TEST(Explain, RecordsNothingBeforeItHasALine) {
     explain.setVariant(start, Variant());
     EXPECT_TRUE(explain.inVariant());
     EXPECT_FALSE(explain.preciselyInVariant());
-    explain.explainTreeGenMove(0, 1, Variant(), move, false, false);
+    explain.explainTreeGenMove(0, 1, Variant(), move, MoveEnding::SEARCHED);
     EXPECT_TRUE(explain.preciselyInVariant());
 }
 
@@ -130,9 +132,9 @@ TEST(Explain, WatchesALineOfTheGreatestLength) {
 TEST(Explain, ReportsWhatRaisedAlfaOrWasRemarkedUpon) {
     Watched watched("e2e4 e7e5");
     watched.doMove("d2d4");
-    watched.finish(-100, 100, -100, false, true);
+    watched.finish(-100, 100, -100, MoveEnding::TABLE);
     watched.doMove("c2c4");
-    watched.finish(-100, 100, 5, true);
+    watched.finish(-100, 100, 5, MoveEnding::LMF_CUT);
     watched.doMove("e2e4");
     watched.doMove("c7c5");
     watched.explain.getLastString() = "first\nsecond";
@@ -165,10 +167,10 @@ TEST(Explain, TellsWhichMoveKeptTheLineFromBeingReached) {
     watched.finish(-10, 10, 10);
     watched.finish(-10, 10, -5);
     watched.doMove("d2d4");
-    watched.finish(-5, 10, 0, true); // what lmf cuts has no score, and is no choice
+    watched.finish(-5, 10, 0, MoveEnding::LMF_CUT); // what lmf cuts has no score, and is no choice
     watched.explain.explainEndTreePass(IdaNS::OK);
     EngineConfig config;
-    const WatchedLine line(config, watched.game, watched.explain);
+    const WatchedLine line(watched.game, watched.explain);
     EXPECT_EQ(answerInWords(config, watched.game, line),
               "The search never reached 1... e5 in pass 0 (depth 1), the last, at node 1, after 1. "
               "e4, as 1... c5 cut the node off at ply 1.");
@@ -195,10 +197,10 @@ TEST(WatchedSearch, CountsScoresAndPlaysAsTheEngineDoes) {
     for (const BenchPosition& bench : getBenchPositions()) {
         const Game game = readGame({bench.fen}, "");
         const int depth = std::min(bench.depth, MAX_DEPTH);
-        const auto ida = std::make_unique<Ida>(config.get());
+        const auto ida = std::make_unique<Ida>(*config);
         Reports played;
         ida->setInfoListener(&played);
-        countGame(ida->getRepetitionTable(), game);
+        ida->getTreeGenerator().getState().countGame(game.repetitionHashes);
         Position position = game.position;
         Variant variant;
         ida->generateTree(position, variant, depth, true);

@@ -1,9 +1,12 @@
 // Lines of a book, in both notations.
 
+#include "board/makeMove.h"
+#include "board/setUp.h"
 #include "fuzz/fuzz.h"
+#include "notation/letters.h"
 
 #include "board/moveGenerator.h"
-#include "notation/ioFuncs.h"
+#include "notation/fen.h"
 #include "opening/polyglot.h"
 
 namespace {
@@ -31,7 +34,6 @@ void readLine(const std::string& text, bool polyglotNotation) {
             "the first move of the line is not the move of the book");
     if (!line.empty()) {
         DoMoveContext context;
-        context.init();
         require(doMove(position, move, context), "the book's move is not legal");
     }
 }

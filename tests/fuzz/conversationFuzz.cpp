@@ -136,7 +136,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     {
         EngineConfig config;
         config.hashTableSize = 1024;
-        UciEngine uciEngine(&config);
+        UciEngine uciEngine(config);
         uciEngine.start();
     }
     std::cin.rdbuf(oldInput);

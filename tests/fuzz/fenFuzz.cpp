@@ -1,12 +1,13 @@
 // FEN text into the engine and out again, and a few plies on every board that it accepts.
 
+#include "board/makeMove.h"
 #include "fuzz/fuzz.h"
 
 #include "base/engineParameters.h"
-#include "board/boardRepresentationUtils.h"
 #include "board/moveGenerator.h"
+#include "board/positionCheck.h"
 #include "engine/engine.h"
-#include "notation/ioFuncs.h"
+#include "notation/fen.h"
 #include "notation/longAlgebraicMove.h"
 #include "support/naiveRules.h"
 
@@ -24,34 +25,31 @@ void requireSound(const Position& position) {
 // Plays every legal move and takes it back; then goes on behind one of them.
 void walk(Position position, int plies) {
     MoveArray moves;
-    const int count = generateLegalMoves(position, moves.data());
+    const int count = generateLegalMoves(position, moves);
     for (int i = 0; i < count; ++i) {
         const Position before = position;
         DoMoveContext context;
-        context.init();
-        require(doMove(position, moves[at(i)], context), "a legal move is refused");
+        require(doMove(position, moves[i], context), "a legal move is refused");
         requireSound(position);
-        undoMove(position, moves[at(i)], context);
+        undoMove(position, moves[i], context);
         requireSound(position);
-        require(getFen(position) == getFen(before) && position.hash == before.hash,
+        require(getFen(position) == getFen(before) && position.carried.hash == before.carried.hash,
                 "undone is not as before: " + getFen(before));
     }
     if (count > 0 && plies > 0) {
-        DoMoveContext context;
-        context.init();
-        doMove(position, moves[position.hash % static_cast<std::uint64_t>(count)], context);
-        walk(position, plies - 1);
+        const auto drawn = position.carried.hash % static_cast<std::uint64_t>(count);
+        walk(positionAfter(position, moves[static_cast<int>(drawn)]), plies - 1);
     }
 }
 
 // The naive twin of the rules knows the same moves.
 void requireSameMoves(Position position) {
     MoveArray moves;
-    const int count = generateLegalMoves(position, moves.data());
+    const int count = generateLegalMoves(position, moves);
     std::vector<std::string> texts;
     texts.reserve(at(count));
     for (int i = 0; i < count; ++i) {
-        texts.push_back(LongAlgebraicMove(moves[at(i)]).toString());
+        texts.push_back(LongAlgebraicMove(moves[i]).toString());
     }
     std::ranges::sort(texts);
     require(texts == NaiveBoard(getFen(position)).getLegalMoves(),
@@ -61,9 +59,12 @@ void requireSameMoves(Position position) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static EngineConfig config;
-    config.hashTableSize = 0;
-    static Engine engine(&config);
+    static const EngineConfig config = [] {
+        EngineConfig withoutTable;
+        withoutTable.hashTableSize = 0;
+        return withoutTable;
+    }();
+    static Engine engine(config);
     engine.init();
     const std::string before = getFen(engine.getPosition());
     const std::string text = textOf(data, size);
@@ -75,7 +76,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string fen = getFen(accepted);
     requireSound(accepted);
     require(engine.init(fen).empty(), "our own text is rejected: " + fen);
-    require(getFen(engine.getPosition()) == fen && engine.getPosition().hash == accepted.hash,
+    require(getFen(engine.getPosition()) == fen &&
+                engine.getPosition().carried.hash == accepted.carried.hash,
             "not read back as written: " + fen);
     requireSameMoves(accepted);
     walk(accepted, 4);

@@ -1,9 +1,12 @@
 // Texts of moves, in the form of the protocol and in that of the log.
 
+#include "board/setUp.h"
 #include "fuzz/fuzz.h"
+#include "notation/letters.h"
+#include "notation/moveText.h"
 
 #include "board/moveGenerator.h"
-#include "notation/ioFuncs.h"
+#include "notation/fen.h"
 #include "notation/longAlgebraicMove.h"
 
 #include <cctype>
@@ -30,11 +33,10 @@ void readLongAlgebraic(const std::string& text) {
     Position position;
     initializeToStartPosition(position);
     MoveArray moves;
-    const int count = generateMoves(position, moves.data());
-    const int index = move.getIndexOfMove(moves.data(), count);
+    const int count = generateMoves(position, moves);
+    const int index = move.getIndexOfMove(moves.first(count));
     require(-1 <= index && index < count, "an index outside the moves");
-    require(index < 0 ||
-                LongAlgebraicMove(moves[at(index)]).toString() == move.toString().substr(0, 4),
+    require(index < 0 || LongAlgebraicMove(moves[index]).toString() == move.toString().substr(0, 4),
             "another move than its text: " + text);
     if (move.getFrom() != NOT_FOUND && move.getTo() != NOT_FOUND) {
         require(changed(text.substr(0, 4), std::tolower) == move.toString().substr(0, 4),
@@ -66,7 +68,7 @@ void readWordy(const std::string& text, Color color) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    std::cout.setstate(std::ios::badbit); // texts that mean nothing are told there
+    std::cerr.setstate(std::ios::badbit); // texts that mean nothing are told there
     const std::string text = textOf(data, size);
     readLongAlgebraic(text);
     readWordy(text, WHITE);

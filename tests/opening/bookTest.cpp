@@ -1,5 +1,6 @@
 #include "opening/polyglot.h"
 
+#include "notation/letters.h"
 #include "opening/standard.h"
 #include "testing/searchSupport.h"
 
@@ -26,8 +27,8 @@ TEST(MoveCode, NamesExactlyOneMoveOfAPosition) {
         const std::vector<Move> moves = movesOf(positionOf(fen));
         for (int i = 0; i < static_cast<int>(moves.size()); ++i) {
             const PolyglotEntry entry(moves[at(i)], 0, 0);
-            EXPECT_EQ(entry.getMove(moves.data(), static_cast<int>(moves.size())), i);
-            EXPECT_EQ(entry.getMove(moves.data(), i), -1);
+            EXPECT_EQ(entry.getMove(moves), i);
+            EXPECT_EQ(entry.getMove(std::span(moves).first(at(i))), -1);
         }
         for (const auto& [text, code] : codes) {
             const Move move = moveOf(positionOf(fen), text);
@@ -44,13 +45,13 @@ TEST(StandardBook, HoldsEveryMoveOfItsLines) {
         entries += moves;
     }
     EXPECT_EQ(entries, 3080U);
-    EXPECT_EQ(PolyglotBook::getStandard().get(start.hash).size(), 346U);
+    EXPECT_EQ(PolyglotBook::getStandard().get(start.carried.hash).size(), 346U);
 }
 
 TEST(StandardBook, DrawsMovesAsOftenAsTheyStand) {
     const PolyglotBook book = PolyglotBook::getStandard();
     std::map<std::string, double> counts;
-    for (const PolyglotEntry& entry : book.get(start.hash)) {
+    for (const PolyglotEntry& entry : book.get(start.carried.hash)) {
         ++counts[fieldToString(entry.getFrom(), true) + fieldToString(entry.getTo(), true)];
     }
     EXPECT_EQ(counts, (std::map<std::string, double>{
@@ -69,7 +70,7 @@ TEST(StandardBook, DrawsMovesAsOftenAsTheyStand) {
 TEST(Book, HasNoMoveForAnEntryThatIsNotPossible) {
     PolyglotBook book;
     EXPECT_EQ(book.getMove(start).from, PolyglotBook::NO_BOOK_MOVE);
-    book.put(start.hash, PolyglotEntry(std::int16_t{263}, 0, 0));
+    book.put(start.carried.hash, PolyglotEntry(std::int16_t{263}, 0, 0));
     EXPECT_EQ(book.getMove(start).from, PolyglotBook::NO_BOOK_MOVE);
 }
 
@@ -94,7 +95,7 @@ TEST(BookLine, IsReadUntilAMoveIsNotPossible) {
     }
     const std::vector<HashEntryPair> pairs = getLineFromString(opening + "e1g1 g8f6", false);
     EXPECT_EQ(pairs[6].polyglotEntry.getMoveInt(), 263);
-    EXPECT_EQ(pairs[7].hash, positionAfter(opening + "e1g1").hash);
+    EXPECT_EQ(pairs[7].hash, positionAfter(opening + "e1g1").carried.hash);
 }
 
 TEST(BookFile, NeedsNoLineEndAtItsEnd) {
@@ -103,13 +104,13 @@ TEST(BookFile, NeedsNoLineEndAtItsEnd) {
     for (const char* ending : {"", "\n", "  \n\n"}) {
         std::ofstream(path) << "d2d4 d7d5\ne2e4 e7e5" << ending;
         const PolyglotBook book = PolyglotBook::getBookFromFile(path, false);
-        EXPECT_EQ(book.get(start.hash).size(), 2U);
-        EXPECT_EQ(book.get(positionAfter("e2e4").hash).size(), 1U);
+        EXPECT_EQ(book.get(start.carried.hash).size(), 2U);
+        EXPECT_EQ(book.get(positionAfter("e2e4").carried.hash).size(), 1U);
     }
     std::remove(path.c_str());
 
     testing::internal::CaptureStderr();
-    EXPECT_TRUE(PolyglotBook::getBookFromFile(path, false).get(start.hash).empty());
+    EXPECT_TRUE(PolyglotBook::getBookFromFile(path, false).get(start.carried.hash).empty());
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "Unable to open file");
 }
 

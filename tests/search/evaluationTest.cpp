@@ -1,5 +1,7 @@
 #include "search/evaluation.h"
 
+#include "board/setUp.h"
+
 #include "testing/boardSupport.h"
 
 #include <gtest/gtest.h>
@@ -13,8 +15,8 @@ constexpr int END_GAME_MATERIAL = 26200;
 int scoreOfPiece(PieceType type, Color color, FieldIndex field, int allMaterial) {
     Position position;
     resetPosition(position);
-    position.pieces[at(KingIndex[at(color)])] = {type, field};
-    position.material[at(color)] = allMaterial;
+    position.pieces[KingIndex[color]] = {type, field};
+    position.carried.material[color] = allMaterial;
     position.colorToMove = opposite(color);
     return positionalEval(position, 0);
 }

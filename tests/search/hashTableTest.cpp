@@ -1,5 +1,6 @@
 #include "search/hashTable.h"
 
+#include "search/transpositionTable.h"
 #include "search/treeGenerator.h"
 #include "testing/searchSupport.h"
 
@@ -38,103 +39,108 @@ constexpr int SIZE = 1000; // no power of two
 Position inSlot7(std::uint64_t check) {
     Position position = positionOf(START_FEN);
     const std::uint64_t base = check << 48;
-    position.hash = base - base % SIZE + SIZE + 7;
+    position.carried.hash = base - base % SIZE + SIZE + 7;
     return position;
 }
 
-class TranspositionTable : public testing::Test {
+class Transpositions : public testing::Test {
 protected:
-    void resizeTo(int size) {
-        config->hashTableSize = size;
-        generator.applyChanges();
-    }
-
-    std::unique_ptr<EngineConfig> config = makeConfig(SIZE);
-    TreeGenerator generator{config.get()};
-    HashTable<GenericEntry>& table = generator.getHashTable();
+    TranspositionTable transpositions{SIZE};
+    HashTable<GenericEntry>& table = transpositions.getHashTable();
     const Position position = inSlot7(5);
     const Move move = moveOf(positionOf(START_FEN), "e2e4");
     int evaluation = -1;
 };
 
-TEST_F(TranspositionTable, AnswersForExactScoresThatWereSearchedDeepEnough) {
+TEST_F(Transpositions, AnswersForExactScoresThatWereSearchedDeepEnough) {
     for (const auto& [value, beta, state] : {std::tuple{100, 200, FAILLOW},
                                              {101, 200, NOFAIL},
                                              {199, 200, NOFAIL},
                                              {200, 200, FAILHIGH},
                                              {100, 101, FAILLOW},
                                              {101, 101, FAILHIGH}}) {
-        generator.addTableEntry(position, &move, 3, value, 100, beta);
+        transpositions.addTableEntry(position, &move, 3, value, 100, beta);
         EXPECT_EQ(table.getEntry(7).state, state);
         evaluation = -1;
-        EXPECT_FALSE(generator.useTableEntry(position, 4, evaluation));
-        EXPECT_EQ(generator.useTableEntry(position, 3, evaluation), state == NOFAIL);
+        EXPECT_FALSE(transpositions.useTableEntry(position, 4, evaluation));
+        EXPECT_EQ(transpositions.useTableEntry(position, 3, evaluation), state == NOFAIL);
         EXPECT_EQ(evaluation, state == NOFAIL ? value : -1);
     }
 }
 
-TEST_F(TranspositionTable, SharedSlotIsTakenOverButKeepsItsMove) {
-    generator.addTableEntry(position, &move, 9, 150, 100, 200);
+TEST_F(Transpositions, SharedSlotIsTakenOverButKeepsItsMove) {
+    transpositions.addTableEntry(position, &move, 9, 150, 100, 200);
     const auto clashes = table.getNumberOfInnerClashes();
-    EXPECT_FALSE(generator.useTableEntry(inSlot7(6), 0, evaluation));
+    EXPECT_FALSE(transpositions.useTableEntry(inSlot7(6), 0, evaluation));
     EXPECT_EQ(table.getNumberOfInnerClashes(), clashes + 1);
 
-    generator.addTableEntry(inSlot7(6), nullptr, 0, 150, 100, 200);
-    EXPECT_FALSE(generator.useTableEntry(position, 0, evaluation));
-    EXPECT_TRUE(generator.useTableEntry(inSlot7(6), 0, evaluation));
-    generator.clearTable();
+    transpositions.addTableEntry(inSlot7(6), nullptr, 0, 150, 100, 200);
+    EXPECT_FALSE(transpositions.useTableEntry(position, 0, evaluation));
+    EXPECT_TRUE(transpositions.useTableEntry(inSlot7(6), 0, evaluation));
+    transpositions.clearTable();
     EXPECT_EQ(table.getEntry(7).state, FREE);
     EXPECT_EQ(table.getEntry(7).checkHashProduction, 6);
     EXPECT_EQ(table.getEntry(7).moveRepresentation, 796);
 }
 
-TEST_F(TranspositionTable, ClearingFreesEverySlotHoweverManyWereWritten) {
-    constexpr int LARGE = 1400000;
-    resizeTo(LARGE);
-    Position written = position;
-    for (const int used : {10, LARGE, 10}) {
-        for (int i = 0; i < used; ++i) {
-            written.hash = static_cast<std::uint64_t>(LARGE - 1 - i);
-            generator.addTableEntry(written, nullptr, 1, 150, 100, 200);
+// However many there are, whoever has written them, and also when the count of clearings
+// has come round.
+TEST_F(Transpositions, ClearingFreesEverySlot) {
+    const auto countUsed = [this] {
+        int used = 0;
+        for (int i = 0; i < table.getSize(); ++i) {
+            used += table.getEntry(i).state != FREE ? 1 : 0;
         }
-        generator.clearTable();
-        int filled = 0;
-        for (int i = 0; i < LARGE; ++i) {
-            filled += table.getEntry(i).state != FREE ? 1 : 0;
+        return used;
+    };
+    for (const int clearings : {1, 2, 65536, 65537}) {
+        transpositions.addTableEntry(position, &move, 3, 150, 100, 200);
+        for (int i = 8; i < SIZE; ++i) {
+            GenericEntry entry;
+            entry.state = NOFAIL;
+            table.getEntry(i) = entry;
         }
-        EXPECT_EQ(filled, 0) << used;
+        EXPECT_EQ(countUsed(), SIZE - 7);
+        for (int i = 0; i < clearings; ++i) {
+            transpositions.clearTable();
+        }
+        EXPECT_EQ(countUsed(), 0) << clearings;
     }
+    table.resize(5); // behind the back of the policy
+    transpositions.clearTable();
+    EXPECT_EQ(countUsed(), 0);
 }
 
-TEST_F(TranspositionTable, ResizingLosesEntriesAndTheSameSizeKeepsThem) {
-    generator.addTableEntry(position, &move, 3, 150, 100, 200);
-    resizeTo(SIZE);
+TEST_F(Transpositions, ResizingLosesEntriesAndTheSameSizeKeepsThem) {
+    transpositions.addTableEntry(position, &move, 3, 150, 100, 200);
+    transpositions.resize(SIZE);
     EXPECT_EQ(table.getEntry(7).state, NOFAIL);
     for (const int size : {0, -5}) {
-        resizeTo(size);
+        EXPECT_EQ(transpositions.resize(size), 0);
         EXPECT_TRUE(table.isEmpty());
-        EXPECT_EQ(config->hashTableSize, 0);
-        generator.addTableEntry(position, &move, 3, 150, 100, 200);
-        EXPECT_FALSE(generator.useTableEntry(position, 0, evaluation));
-        generator.clearTable();
+        transpositions.addTableEntry(position, &move, 3, 150, 100, 200);
+        EXPECT_FALSE(transpositions.useTableEntry(position, 0, evaluation));
+        transpositions.clearTable();
     }
-    resizeTo(SIZE);
+    transpositions.resize(SIZE);
     EXPECT_EQ(table.getSize(), SIZE);
     EXPECT_EQ(table.getEntry(7).state, FREE);
 }
 
-TEST_F(TranspositionTable, SearchGoesOnWithoutMemoryForIt) {
+TEST_F(Transpositions, SearchGoesOnWithoutMemoryForIt) {
 #ifdef KESTRAN_SLOW_BUILD
     GTEST_SKIP() << "a sanitizer needs more address space than the limit leaves";
 #endif
-    const auto searchWithLittleMemory = [this] {
+    const auto searchWithLittleMemory = [] {
         const rlimit limit = {rlim_t{1} << 30, rlim_t{1} << 30};
         setrlimit(RLIMIT_AS, &limit);
-        resizeTo(INT_MAX);
+        const EngineConfig config = makeConfig(INT_MAX);
+        TreeGenerator generator(config);
         Position start = positionOf(START_FEN);
         Variant line;
         generator.generateTree(start, line, true);
-        const bool isRight = table.isEmpty() && config->hashTableSize == 0 && line.varLength > 0;
+        const bool isRight = generator.getState().table.isEmpty() &&
+                             generator.applyChanges(INT_MAX) == 0 && line.varLength > 0;
         std::_Exit(isRight ? 0 : 1);
     };
     EXPECT_EXIT(searchWithLittleMemory(), testing::ExitedWithCode(0), "");
@@ -142,8 +148,8 @@ TEST_F(TranspositionTable, SearchGoesOnWithoutMemoryForIt) {
 
 TEST(RepetitionTable, CountsEachKeyOfASharedBucket) {
     HashTable<RepetitionEntry> table(1024);
-    const std::uint64_t first = 5;
-    const std::uint64_t second = 5 + 1024;
+    const unsigned long long first = 5; // a key of any unsigned 64-bit type
+    const unsigned long second = 5 + 1024;
     RepetitionEntry& bucket = table.getEntry(first);
     ASSERT_EQ(&bucket, &table.getEntry(second));
     EXPECT_EQ(bucket.increaseRepetitions(second), 1);

@@ -16,6 +16,8 @@ public:
     std::vector<std::string> lines;
 };
 
+constexpr TimeBudget INFINITE = {0, -1, true};
+
 class Deepening : public testing::Test {
 protected:
     Deepening() {
@@ -30,8 +32,8 @@ protected:
         return number;
     }
 
-    std::unique_ptr<EngineConfig> config = makeConfig();
-    Ida ida{config.get()};
+    EngineConfig config = makeConfig();
+    Ida ida{config};
     TreeGenerator& generator = ida.getTreeGenerator();
     LineListener listener;
     IdaVariant slot;
@@ -78,14 +80,14 @@ TEST_F(Deepening, RunsTwentyPassesAtMost) {
     EXPECT_EQ(listener.lines, std::vector<std::string>(20));
 
     // Empty lines leave the published move alone.
-    ida.generateTree(drawn, Ida::INFINITE_MILLISECONDS, openSlot(), &slot);
+    ida.generateTree(drawn, INFINITE, openSlot(), &slot);
     EXPECT_EQ(listener.lines.size(), 40U);
     EXPECT_TRUE(slot.isReady());
     EXPECT_EQ(lineOf(slot.getVariant()), " h2h4");
 }
 
 TEST_F(Deepening, BookMoveEndsTheTimedSearchWithoutAReport) {
-    ida.generateTree(start, 100000, openSlot(), &slot);
+    ida.generateTree(start, {clockMilliseconds(), 100000}, openSlot(), &slot);
     EXPECT_TRUE(slot.isReady());
     const Variant published = slot.getVariant();
     ASSERT_EQ(published.varLength, 1);
@@ -98,7 +100,7 @@ TEST_F(Deepening, AbandonedPassIsNoResult) {
     // Passes 1 and 2 end before the flag is polled, pass 3 in a narrow window does not.
     const int number = openSlot();
     slot.signalReady(number);
-    ida.generateTree(start, Ida::INFINITE_MILLISECONDS, number, &slot);
+    ida.generateTree(start, INFINITE, number, &slot);
     EXPECT_EQ(listener.lines, (std::vector<std::string>{" d2d4 d7d5", " d2d4 d7d5 e2e4"}));
     EXPECT_EQ(lineOf(slot.getVariant()), listener.lines.back());
 
@@ -107,7 +109,7 @@ TEST_F(Deepening, AbandonedPassIsNoResult) {
     Position wild = positionOf("6Q1/1q1pp2q/2P4P/Qq4P1/K7/pP6/5pk1/Q7 w - - 7 4");
     const int next = openSlot();
     slot.signalReady(next);
-    ida.generateTree(wild, Ida::INFINITE_MILLISECONDS, next, &slot);
+    ida.generateTree(wild, INFINITE, next, &slot);
     EXPECT_TRUE(generator.isAbandoned());
     EXPECT_TRUE(listener.lines.empty());
     EXPECT_EQ(lineOf(slot.getVariant()), " h2h4");

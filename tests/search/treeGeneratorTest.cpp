@@ -13,7 +13,7 @@ namespace {
 
 constexpr int FULL = DEFAULT_FIRST_BETA;
 
-Move makeMove(PieceType moved, PieceType captured, FieldIndex from = 35, FieldIndex to = 55) {
+Move makeMove(PieceType moved, PieceType captured, FieldIndex from = E2, FieldIndex to = E4) {
     return {from, to, moved, captured, ORDINARY_MOVE, NO_PIECE};
 }
 
@@ -25,42 +25,48 @@ protected:
         Variant variant;
         generator.clearTable();
         generator.resetSearchedNodes();
-        generator.actualMoveDepth = depth;
+        generator.setActualMoveDepth(depth);
         generator.generateTree(position, variant, true);
         return variant;
     }
 
     std::vector<int> orderOf(const std::vector<Move>& moves, int depth, std::int16_t tableMove) {
-        std::vector<int> order(moves.size());
-        generator.orderMoves(moves.data(), order.data(), static_cast<int>(moves.size()), depth,
-                             tableMove);
-        return order;
+        MoveArray array;
+        std::ranges::copy(moves, array.begin());
+        MoveIndices indices;
+        const int count = static_cast<int>(moves.size());
+        order.orderMoves(array, indices, count, depth, tableMove);
+        return {indices.begin(), indices.begin() + count};
     }
 
-    std::unique_ptr<EngineConfig> config = makeConfig();
-    TreeGenerator generator{config.get()};
+    EngineConfig config = makeConfig();
+    TreeGenerator generator{config};
+    MoveOrder& order = generator.getState().order;
+    TranspositionTable& table = generator.getState().table;
+    NodeCounter& counter = generator.getState().nodes;
 };
 
 using MoveOrder = Search;
 using Quiscence = Search;
 
 TEST_F(MoveOrder, TriesTableMoveCapturesKillersAndTheRest) {
-    const Move secondKiller = makeMove(ROOK, NO_PIECE, 21, 41);
-    const Move firstKiller = makeMove(ROOK, NO_PIECE, 21, 31);
-    const Move tableMove = makeMove(QUEEN, PAWN, 24, 94);
-    const std::vector<Move> moves = {makeMove(PAWN, KING), // 0
-                                     secondKiller,
-                                     {0, 0, NO_PIECE, NO_PIECE, WHITE_KING_SIDE, NO_PIECE},
-                                     {65, 76, PAWN, PAWN, EN_PASSANT, NO_PIECE},
-                                     makeMove(PAWN, QUEEN), // 4
-                                     {81, 91, PAWN, NO_PIECE, ORDINARY_MOVE, QUEEN},
-                                     makeMove(PAWN, KNIGHT), // 6
-                                     makeMove(PAWN, BISHOP),
-                                     makeMove(PAWN, ROOK), // 8
-                                     firstKiller,
-                                     tableMove}; // 10
-    generator.updateKiller(firstKiller, 3);
-    generator.updateKiller(secondKiller, 3);
+    const Move secondKiller = makeMove(ROOK, NO_PIECE, A1, A3);
+    const Move firstKiller = makeMove(ROOK, NO_PIECE, A1, A2);
+    const Move tableMove = makeMove(QUEEN, PAWN, D1, D8);
+    const std::vector<Move> moves = {
+        makeMove(PAWN, KING), // 0
+        secondKiller,
+        {NO_FIELD, NO_FIELD, NO_PIECE, NO_PIECE, WHITE_KING_SIDE, NO_PIECE},
+        {E5, F6, PAWN, PAWN, EN_PASSANT, NO_PIECE},
+        makeMove(PAWN, QUEEN), // 4
+        {A7, A8, PAWN, NO_PIECE, ORDINARY_MOVE, QUEEN},
+        makeMove(PAWN, KNIGHT), // 6
+        makeMove(PAWN, BISHOP),
+        makeMove(PAWN, ROOK), // 8
+        firstKiller,
+        tableMove}; // 10
+    order.updateKiller(firstKiller, 3);
+    order.updateKiller(secondKiller, 3);
     const std::int16_t code = PolyglotEntry::getIntRepresentation(tableMove);
     const std::int16_t killerCode = PolyglotEntry::getIntRepresentation(secondKiller);
     EXPECT_EQ(orderOf(moves, 3, code), (std::vector{10, 4, 8, 7, 6, 3, 9, 1, 0, 2, 5}));
@@ -74,17 +80,19 @@ TEST_F(MoveOrder, HoldsTheLongestMoveList) {
     std::iota(all.begin(), all.end(), 0);
     const std::vector<Move> moves(MAX_MOVES, makeMove(PAWN, QUEEN));
     EXPECT_EQ(orderOf(moves, 0, 0), all);
-    std::vector<int> order(MAX_MOVES);
-    generator.orderMoves(moves.data(), order.data(), MAX_MOVES);
-    EXPECT_EQ(order, all);
+    MoveArray array;
+    array.fill(moves.front());
+    MoveIndices indices;
+    orderMoves(array, indices, MAX_MOVES);
+    EXPECT_EQ(std::vector<int>(indices.begin(), indices.end()), all);
 }
 
 TEST_F(MoveOrder, KillersRiseByTheirCounts) {
     constexpr int PLY = 19;
     const std::map<char, Move> moves = {
-        {'a', makeMove(ROOK, NO_PIECE, 21, 31)},
-        {'b', {0, 0, NO_PIECE, NO_PIECE, BLACK_QUEEN_SIDE, NO_PIECE}},
-        {'c', makeMove(PAWN, NO_PIECE, 81, 91)}};
+        {'a', makeMove(ROOK, NO_PIECE, A1, A2)},
+        {'b', {NO_FIELD, NO_FIELD, NO_PIECE, NO_PIECE, BLACK_QUEEN_SIDE, NO_PIECE}},
+        {'c', makeMove(PAWN, NO_PIECE, A7, A8)}};
     const std::map<int, char> names = {{0, '-'},
                                        {PLY * 16384 + 21 * 128 + 31, 'a'},
                                        {PLY * 16384 + 95 * 128 + 93, 'b'},
@@ -92,13 +100,13 @@ TEST_F(MoveOrder, KillersRiseByTheirCounts) {
     // The cut-offs one by one, and the two killers after each.
     std::string killers;
     for (const char cutOff : std::string("abbcaaccc")) {
-        generator.updateKiller(moves.at(cutOff), PLY);
-        killers += names.at(generator.getActualKiller(PLY));
-        killers += names.at(generator.getActualKiller(PLY + 20));
+        order.updateKiller(moves.at(cutOff), PLY);
+        killers += names.at(order.getActualKiller(PLY));
+        killers += names.at(order.getActualKiller(PLY + 20));
         killers += ' ';
     }
     EXPECT_EQ(killers, "a- ab ba ba ba ab ab ac ca ");
-    EXPECT_EQ(generator.getActualKiller(PLY - 1), 0);
+    EXPECT_EQ(order.getActualKiller(PLY - 1), 0);
 }
 
 TEST_F(Search, LmfCutsMovesThatWereSeenToBeWorse) {
@@ -116,13 +124,13 @@ TEST_F(Search, LmfCutsMovesThatWereSeenToBeWorse) {
                                      {-1000, -1000, 9, 1, 0, 3, true},      // an upper limit
                                      {-1000, -5000, -1000, 1, 0, 3, false}, // a lower limit
                                      {FULL - 5, -5000, FULL, FULL, 0, 3, false}}) {
-        generator.addTableEntry(position, nullptr, 3, evaluation, alfaOfEntry, betaOfEntry);
-        EXPECT_EQ(generator.lmf(position, alfa, originalAlfa, depth), isCut)
+        table.addTableEntry(position, nullptr, 3, evaluation, alfaOfEntry, betaOfEntry);
+        EXPECT_EQ(table.lmf(position, alfa, originalAlfa, depth), isCut)
             << evaluation << ' ' << betaOfEntry << ' ' << alfa << ' ' << depth;
     }
-    generator.addTableEntry(position, nullptr, 3, -1000, -5000, 9);
-    position.hash ^= std::uint64_t{1} << 63; // the same slot of 65536, another check value
-    EXPECT_FALSE(generator.lmf(position, 1, 0, 3));
+    table.addTableEntry(position, nullptr, 3, -1000, -5000, 9);
+    position.carried.hash ^= std::uint64_t{1} << 63; // the same slot of 65536, another check value
+    EXPECT_FALSE(table.lmf(position, 1, 0, 3));
 }
 
 TEST_F(Search, KnowsGamesThatAreOverAndTheClock) {
@@ -145,20 +153,19 @@ TEST_F(Search, KnowsGamesThatAreOverAndTheClock) {
 
 TEST_F(Search, WithoutATableIsTheSameAsWithTheTableUnused) {
     const std::string fen = START_FEN;
-    config->useTable = false;
+    config.useTable = false;
     const Variant unused = searchPass(fen, 3);
-    const std::int64_t nodes = generator.getSearchedAllNodes();
-    for (int i = 0; i < generator.getHashTable().getSize(); ++i) {
-        ASSERT_EQ(generator.getHashTable().getEntry(i).state, FREE);
+    const std::int64_t nodes = counter.getSearchedAllNodes();
+    for (int i = 0; i < table.getHashTable().getSize(); ++i) {
+        ASSERT_EQ(table.getHashTable().getEntry(i).state, FREE);
     }
-    config->useTable = true;
-    config->hashTableSize = 0;
-    generator.applyChanges();
+    config.useTable = true;
+    generator.applyChanges(0);
     generator.clearKillersTable();
     const Variant none = searchPass(fen, 3);
     EXPECT_EQ(lineOf(none), lineOf(unused));
     EXPECT_EQ(none.evaluation, unused.evaluation);
-    EXPECT_EQ(generator.getSearchedAllNodes(), nodes);
+    EXPECT_EQ(counter.getSearchedAllNodes(), nodes);
 }
 
 TEST_F(Search, LineIsCompletedFromTheTable) {
@@ -167,10 +174,10 @@ TEST_F(Search, LineIsCompletedFromTheTable) {
     const Move first = moveOf(start, "e2e4");
     for (const char* text : {"e2e4", "e7e5", "g1f3", "b8c6"}) {
         const Move move = moveOf(position, text);
-        generator.addTableEntry(position, &move, 0, 0, -1, 1);
+        table.addTableEntry(position, &move, 0, 0, -1, 1);
         play(position, text);
     }
-    generator.addTableEntry(position, &first, 0, 0, -1, 1); // not possible here
+    table.addTableEntry(position, &first, 0, 0, -1, 1); // not possible here
     for (const auto& [length, text] :
          {std::pair{1, " e2e4"}, {3, " e2e4 e7e5 g1f3"}, {20, " e2e4 e7e5 g1f3 b8c6"}}) {
         Variant line;
@@ -182,13 +189,13 @@ TEST_F(Search, LineIsCompletedFromTheTable) {
 }
 
 TEST_F(Search, PollsTheFlagAfter20000Nodes) {
-    EXPECT_FALSE(generator.timerUp());
+    EXPECT_FALSE(counter.timerUp());
     IdaVariant slot;
     slot.signalReady(slot.getNextThreadId());
     generator.setIdaVariant(&slot);
     const Variant abandoned = searchPass(START_FEN, 4);
     EXPECT_TRUE(generator.isAbandoned());
-    EXPECT_EQ(generator.getSearchedAllNodes(), 20001);
+    EXPECT_EQ(counter.getSearchedAllNodes(), 20001);
     EXPECT_EQ(abandoned.evaluation, FULL);
     EXPECT_EQ(abandoned.varLength, 0);
 }
@@ -226,14 +233,14 @@ TEST_F(Quiscence, FollowsItsRulesAtTheBounds) {
              {"7k/5KQ1/8/8/8/8/8/8 b - - 0 1", 1, false, 5, 6, MATED_EVALUATION, NO_MOVE},
              {"7k/5Q2/6K1/8/8/8/8/8 b - - 0 1", 1, false, 5, 6, 0, NO_MOVE},
              {"7k/5KQ1/8/8/8/8/8/8 b - - 100 90", 10, false, 5, 6, 0, NO_MOVE}}) {
-        config->quiscenceMaxDepth = c.maxDepth;
-        config->_new_feature_quiscence_optimization = c.canStandPat;
+        config.quiscenceMaxDepth = c.maxDepth;
+        config._new_feature_quiscence_optimization = c.canStandPat;
         Position position = positionOf(c.fen);
         const auto moves = static_cast<std::int64_t>(legalMovesOf(position).size());
         Variant variant;
         generator.resetSearchedNodes();
         generator.quiscenceSearch(position, c.alfa, c.beta, variant);
-        const std::int64_t nodes = generator.getSearchedAllNodes();
+        const std::int64_t nodes = counter.getSearchedAllNodes();
         const Reach reach = nodes == 0      ? NO_MOVE
                             : nodes < moves ? SOME_MOVES
                             : nodes > moves ? FURTHER

@@ -1,9 +1,10 @@
 // What the tests of positions and moves share.
 #pragma once
 
-#include "board/boardRepresentation.h"
+#include "board/makeMove.h"
 #include "board/moveGenerator.h"
-#include "notation/ioFuncs.h"
+#include "board/position.h"
+#include "notation/fen.h"
 #include "notation/longAlgebraicMove.h"
 
 #include <algorithm>
@@ -24,19 +25,19 @@ inline Position positionOf(const std::string& fen) {
 }
 
 // What arrays hold before moves are written there, so that a member left out shows.
-inline constexpr Move LEFT_OVER = {35, 55, PAWN, QUEEN, EN_PASSANT, KNIGHT};
+inline constexpr Move LEFT_OVER = {E2, E4, PAWN, QUEEN, EN_PASSANT, KNIGHT};
 
 // Pseudo-legal moves in the order of generation.
 inline std::vector<Move> movesOf(const Position& position) {
-    std::vector<Move> moves(MAX_MOVES, LEFT_OVER);
-    moves.resize(at(generateMoves(position, moves.data())));
-    return moves;
+    MoveArray moves;
+    moves.fill(LEFT_OVER);
+    return {moves.begin(), moves.begin() + generateMoves(position, moves)};
 }
 
-inline std::vector<Move> legalMovesOf(Position position) {
-    std::vector<Move> moves(MAX_MOVES, LEFT_OVER);
-    moves.resize(at(generateLegalMoves(position, moves.data())));
-    return moves;
+inline std::vector<Move> legalMovesOf(const Position& position) {
+    MoveArray moves;
+    moves.fill(LEFT_OVER);
+    return {moves.begin(), moves.begin() + generateLegalMoves(position, moves)};
 }
 
 inline std::vector<std::string> textsOf(const std::vector<Move>& moves) {
@@ -53,17 +54,20 @@ inline std::vector<std::string> sorted(std::vector<std::string> texts) {
     return texts;
 }
 
-// Plays the legal move of a text. Throws if there is none.
-inline void play(Position& position, const std::string& text) {
-    const std::vector<Move> moves = legalMovesOf(position);
-    const int index =
-        LongAlgebraicMove(text).getIndexOfMove(moves.data(), static_cast<int>(moves.size()));
+// The legal move of a text. Throws if there is none.
+inline Move moveOf(const Position& position, const std::string& text) {
+    MoveArray moves;
+    const int count = generateLegalMoves(position, moves);
+    const int index = LongAlgebraicMove(text).getIndexOfMove(moves.first(count));
     if (index < 0) {
         throw std::invalid_argument(text + " is not legal in " + getFen(position));
     }
-    DoMoveContext context;
-    context.init();
-    doMove(position, moves[at(index)], context);
+    return moves[index];
+}
+
+// Plays it.
+inline void play(Position& position, const std::string& text) {
+    position = positionAfter(position, moveOf(position, text));
 }
 
 // The position after moves from the start position, separated by blanks.
@@ -79,15 +83,15 @@ inline Position positionAfter(const std::string& moves) {
 // What tells two positions apart, or an empty text. Left-overs of empty fields and of
 // free list entries do not count, nor does a check cache that only one of them has.
 inline std::string findDifference(const Position& a, const Position& b) {
-    for (std::size_t i = 0; i < a.board.size(); ++i) {
-        const auto [color, type, listIndex] = a.board[i];
-        const Field& other = b.board[i];
+    for (int i = 0; i < BOARD_SIZE; ++i) {
+        const auto [color, type, listIndex] = a.board[static_cast<FieldIndex>(i)];
+        const Field& other = b.board[static_cast<FieldIndex>(i)];
         if (color != other.color ||
             (color <= BLACK && (type != other.pieceType || listIndex != other.pieceIndexInList))) {
             return "field " + std::to_string(i);
         }
     }
-    for (std::size_t i = 0; i < a.pieces.size(); ++i) {
+    for (int i = 0; i < LIST_ENTRIES; ++i) {
         const auto [type, field] = a.pieces[i];
         if (type != b.pieces[i].pieceType ||
             (type != NO_PIECE && field != b.pieces[i].boardPosition)) {
@@ -98,8 +102,9 @@ inline std::string findDifference(const Position& a, const Position& b) {
         return "check cache";
     }
     const auto carried = [](const Position& p) {
-        return std::tie(p.colorToMove, p.epField, p.castles, p.material, p.moveEvaluation,
-                        p.halfMoveClock, p.hash);
+        const Carried& c = p.carried;
+        return std::tie(p.colorToMove, c.epField, c.castles.elements, c.material.elements,
+                        c.moveEvaluation, c.halfMoveClock, c.hash);
     };
     return carried(a) == carried(b) ? "" : "carried value";
 }

@@ -2,24 +2,15 @@
 #pragma once
 
 #include "base/engineParameters.h"
-#include "search/searchRepresentation.h"
+#include "search/score.h"
+#include "search/variant.h"
 #include "testing/boardSupport.h"
 
-#include <memory>
-
 // The parameters of play, with a table that is soon allocated.
-inline std::unique_ptr<EngineConfig> makeConfig(int hashTableSize = 65536) {
-    auto config = EngineConfig::getProdConfig();
-    config->hashTableSize = hashTableSize;
+inline EngineConfig makeConfig(int hashTableSize = 65536) {
+    EngineConfig config = *EngineConfig::getProdConfig();
+    config.hashTableSize = hashTableSize;
     return config;
-}
-
-// The legal move of a text, which there must be.
-inline Move moveOf(const Position& position, const std::string& text) {
-    const std::vector<Move> moves = legalMovesOf(position);
-    const int index =
-        LongAlgebraicMove(text).getIndexOfMove(moves.data(), static_cast<int>(moves.size()));
-    return moves.at(static_cast<std::size_t>(index));
 }
 
 // The moves of a line, each with a blank before it.

@@ -1,10 +1,10 @@
 // The tools that measure: what they print, and what they say to bad input.
 
 #include "base/statistics.h"
+#include "board/makeMove.h"
 #include "board/moveGenerator.h"
 #include "kestran-bench/bench.h"
-#include "notation/fenCheck.h"
-#include "notation/ioFuncs.h"
+#include "notation/fen.h"
 #include "support/commandLine.h"
 #include "support/uciProcess.h"
 #include "testing/toolSupport.h"
@@ -64,8 +64,8 @@ TEST(Bench, HasSoundAndDifferentPositions) {
         ASSERT_EQ(readPlayableFen(checked, benchPosition.fen), "") << benchPosition.fen;
         EXPECT_EQ(getFen(checked), getFen(literal)) << "a claim was dropped";
         MoveArray moves;
-        EXPECT_GT(generateLegalMoves(checked, moves.data()), 0) << benchPosition.fen;
-        EXPECT_TRUE(keys.insert(checked.hash).second) << benchPosition.fen;
+        EXPECT_GT(generateLegalMoves(checked, moves), 0) << benchPosition.fen;
+        EXPECT_TRUE(keys.insert(checked.carried.hash).second) << benchPosition.fen;
     }
     EXPECT_GE(keys.size(), 30U);
 }

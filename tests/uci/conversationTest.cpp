@@ -255,7 +255,7 @@ Conversations rejections() {
         {"DigitNine", "fen 9/8/8/8/8/8/8/K1k5 w - - 0 1"},
         {"DigitZero", "fen 80/8/8/8/8/8/8/K1k5 w - - 0 1"},
         {"OtherLetter", "fen 8/8/8/8/3x4/8/8/K1k5 w - - 0 1"},
-        {"TwoBlanks", "fen 8/8/8/8/8/8/8/K1k5  w - - 0 1"},
+        {"ThreeFieldsAndABlank", "fen 8/8/8/8/8/8/8/K1k5 w - "},
         {"TwoWhiteKings", "fen 8/8/8/7K/8/8/8/K1k5 w - - 0 1"},
         {"NoBlackKing", "fen 8/8/8/8/8/8/8/K7 w - - 0 1"},
         {"NoPieces", "fen 8/8/8/8/8/8/8/8 w - - 0 1"},

@@ -115,7 +115,7 @@ std::vector<std::string> talk(const std::string& conversation, unsigned failingC
     {
         EngineConfig config;
         config.hashTableSize = 1024;
-        UciEngine uciEngine(&config);
+        UciEngine uciEngine(config);
         uciEngine.start();
     }
     std::istringstream output(testing::internal::GetCapturedStdout());

@@ -2,11 +2,12 @@
 
 #include "base/engineParameters.h"
 #include "base/statistics.h"
-#include "notation/ioFuncs.h"
+#include "notation/fen.h"
 #include "notation/longAlgebraicMove.h"
 #include "search/hashTable.h"
 #include "search/ida.h"
 #include "search/infoStruct.h"
+#include "search/score.h"
 #include "support/commandLine.h"
 
 #include <array>
@@ -19,7 +20,6 @@
 namespace {
 
 constexpr int DEFAULT_HASH = 16; // mebibytes
-constexpr std::int64_t BYTES_PER_MEBIBYTE = 1 << 20;
 
 // Every depth is chosen so that the search plays 50,000 to 400,000 moves or so.
 constexpr std::array BENCH_POSITIONS = {
@@ -44,7 +44,7 @@ constexpr std::array BENCH_POSITIONS = {
     // A mate in four, and a side that lives by giving check again and again.
     BenchPosition{"r6k/6pp/8/6N1/2Q5/8/1q4PP/6K1 w - - 0 30", 4},
     BenchPosition{"6k1/5p1p/5Q2/8/1q6/1r6/8/6K1 w - - 0 40", 3},
-    // En passant: three ways to take, and a way that lays the own king open.
+    // En passant: three ways to take, and one that exposes its own king.
     BenchPosition{"r3k3/1p1p1p2/8/P1P1P1Pp/8/8/3K4/R7 w q h6 0 30", 5},
     BenchPosition{"4k3/8/8/K1Pp3r/8/8/6PP/8 w - d6 0 40", 6},
     // Pawns about to promote.
@@ -72,7 +72,7 @@ BenchOptions readOptions(CommandLine& commandLine) {
     BenchOptions options;
     options.withStatistics = commandLine.takeFlag("--stats");
     if (const auto depth = commandLine.takeOption("--depth")) {
-        options.depth = parseNumber(*depth, "the depth", 1, Ida::MAX_PASSES);
+        options.depth = parseNumber(*depth, "the depth", 1, MAX_PASSES);
     }
     if (const auto hash = commandLine.takeOption("--hash")) {
         options.hashMebibytes = parseNumber(*hash, "the size of the table", EngineConfig::HASH_MIN,
@@ -121,23 +121,23 @@ std::span<const BenchPosition> getBenchPositions() {
 
 BenchResult searchAfresh(const std::string& fen, int depth, int hashMebibytes) {
     const std::unique_ptr<EngineConfig> config = EngineConfig::getProdConfig();
-    config->hashTableSize =
-        static_cast<int>(hashMebibytes * BYTES_PER_MEBIBYTE / GenericEntry::LOGGED_SIZE);
-    const auto ida = std::make_unique<Ida>(config.get());
-    if (ida->getTreeGenerator().getHashTable().getSize() != config->hashTableSize) {
+    config->hashTableSize = entriesOf(hashMebibytes);
+    const auto ida = std::make_unique<Ida>(*config);
+    SearchState& state = ida->getTreeGenerator().getState();
+    if (state.table.getHashTable().getSize() != config->hashTableSize) {
         throw UsageError("there is no memory for a table of " + std::to_string(hashMebibytes) +
                          " MiB");
     }
     Position position;
     setFenNotation(position, fen);
     // The game begins here, so the position has been on the board once.
-    ida->getRepetitionTable().getEntry(position.hash).increaseRepetitions(position.hash);
+    state.countGame({&position.carried.hash, 1});
 
     BenchResult result;
     const Milliseconds start = clockMilliseconds();
     ida->generateTree(position, result.line, depth, true);
     result.millis = clockMilliseconds() - start;
-    result.nodes = ida->getTreeGenerator().getSearchedAllNodes();
+    result.nodes = state.nodes.getSearchedAllNodes();
     return result;
 }
 

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "base/platform.h"
-#include "search/searchRepresentation.h"
+#include "search/variant.h"
 
 #include <cstdint>
 #include <span>

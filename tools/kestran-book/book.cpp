@@ -1,7 +1,10 @@
 #include "kestran-book/book.h"
 
-#include "board/moveGenerator.h"
-#include "notation/ioFuncs.h"
+#include "board/makeMove.h"
+#include "board/setUp.h"
+#include "notation/fen.h"
+#include "notation/letters.h"
+#include "notation/longAlgebraicMove.h"
 #include "support/commandLine.h"
 #include "support/gameInput.h"
 #include "support/san.h"
@@ -64,10 +67,10 @@ void printTreeNode(const PolyglotBook& book, const Position& position, int ply, 
 
 // Whether a move of the board's rules goes from one field to the other for this entry.
 std::optional<Move> findLegalMove(const Position& position, const PolyglotEntry& entry) {
-    Position scratch = position;
     MoveArray moves;
-    const int index = entry.getMove(moves.data(), generateLegalMoves(scratch, moves.data()));
-    return index >= 0 ? std::optional(moves[at(index)]) : std::nullopt;
+    const int count = generateLegalMoves(position, moves);
+    const int index = entry.getMove(moves.first(count));
+    return index >= 0 ? std::optional(moves[index]) : std::nullopt;
 }
 
 std::string faultText(std::size_t index, const std::string& move, const std::string& what) {
@@ -111,7 +114,7 @@ int run(CommandLine& commandLine) {
 } // namespace
 
 std::vector<BookChoice> getBookChoices(const PolyglotBook& book, const Position& position) {
-    std::vector<PolyglotEntry> entries = book.get(position.hash);
+    std::vector<PolyglotEntry> entries = book.get(position.carried.hash);
     std::vector<BookChoice> choices;
     while (!entries.empty()) {
         const PolyglotEntry first = entries.front();

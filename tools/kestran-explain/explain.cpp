@@ -4,7 +4,9 @@
 #include "kestran-explain/lineAnswer.h"
 #include "kestran-explain/watchedLine.h"
 #include "search/hashTable.h"
+#include "search/ida.h"
 #include "search/infoStruct.h"
+#include "search/searchParameters.h"
 #include "support/commandLine.h"
 #include "support/gameInput.h"
 
@@ -39,7 +41,6 @@ NO_COLOR is set.
 )";
 
 constexpr int DEFAULT_DEPTH = 5;
-constexpr std::int64_t MEBIBYTE = 1 << 20;
 
 struct Question {
     Game game;
@@ -57,7 +58,7 @@ std::optional<int> takeTableSize(CommandLine& commandLine) {
     }
     const int mebibytes =
         parseNumber(*text, "--hash", EngineConfig::HASH_MIN, EngineConfig::HASH_MAX);
-    return static_cast<int>(mebibytes * MEBIBYTE / static_cast<int>(sizeof(GenericEntry)));
+    return entriesOf(mebibytes);
 }
 
 Question readQuestion(CommandLine& commandLine) {
@@ -69,7 +70,7 @@ Question readQuestion(CommandLine& commandLine) {
     }
     question.asTree = format == "tree";
     const auto depth = commandLine.takeOption("--depth");
-    question.depth = depth ? parseNumber(*depth, "--depth", 1, Ida::MAX_PASSES) : DEFAULT_DEPTH;
+    question.depth = depth ? parseNumber(*depth, "--depth", 1, MAX_PASSES) : DEFAULT_DEPTH;
     question.hashTableSize = takeTableSize(commandLine);
     const std::string moves = commandLine.takeOption("--moves").value_or("");
     const std::string line = commandLine.takeOption("--line").value_or("");
@@ -114,7 +115,7 @@ int answer(const Question& question) {
         explain.explainAll(question.all);
         return 0;
     }
-    const WatchedLine line(*config, question.game, explain);
+    const WatchedLine line(question.game, explain);
     TreeReport(line, question.all, wantsColour(), std::cout).print();
     std::cout << '\n' << answerInWords(*config, question.game, line) << '\n';
     return 0;
@@ -122,7 +123,7 @@ int answer(const Question& question) {
 
 } // namespace
 
-Variant watchSearch(EngineConfig& config, const Game& game, const std::vector<Move>& line,
+Variant watchSearch(const EngineConfig& config, const Game& game, const std::vector<Move>& line,
                     int depth, Explain& explain, InfoListenerInterface* listener) {
     Variant watched;
     for (const Move& move : std::vector<Move>(line.rbegin(), line.rend())) {
@@ -130,10 +131,10 @@ Variant watchSearch(EngineConfig& config, const Game& game, const std::vector<Mo
     }
     explain.setVariant(game.position, watched);
 
-    const auto ida = std::make_unique<WatchedIda>(&config);
-    ida->getTreeGenerator().getObserver().observer = &explain;
+    const auto ida = std::make_unique<Ida>(config);
+    ida->watchBy(explain);
     ida->setInfoListener(listener);
-    countGame(ida->getRepetitionTable(), game);
+    ida->getTreeGenerator().getState().countGame(game.repetitionHashes);
     Position position = game.position;
     Variant result;
     ida->generateTree(position, result, depth, true);

@@ -1,7 +1,8 @@
 // kestran-explain: why did the search not follow this line?
 #pragma once
 
-#include "engine/engine.h"
+#include "base/engineParameters.h"
+#include "board/game.h"
 #include "explain/treeGeneratorDebug.h"
 
 #include <vector>
@@ -10,7 +11,7 @@ class InfoListenerInterface;
 
 // Searches the position of `game` to `depth` plies, without the book, while `explain`
 // watches `line`. Returns the line found. `listener` may be null.
-Variant watchSearch(EngineConfig& config, const Game& game, const std::vector<Move>& line,
+Variant watchSearch(const EngineConfig& config, const Game& game, const std::vector<Move>& line,
                     int depth, Explain& explain, InfoListenerInterface* listener);
 
 // The tool. Returns its exit status.

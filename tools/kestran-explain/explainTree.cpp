@@ -1,7 +1,8 @@
 #include "kestran-explain/explainTree.h"
 
+#include "board/makeMove.h"
 #include "kestran-explain/searchText.h"
-#include "notation/ioFuncs.h"
+#include "notation/fen.h"
 #include "support/san.h"
 
 #include <algorithm>
@@ -51,12 +52,13 @@ void TreeReport::printPass(int pass) const {
     stream << '\n' << paint(BOLD, title) << ": " << resultText(line.getPass(pass).passResult);
     const Node* root = line.getNode(pass, 0);
     if (root == nullptr) {
-        stream << '\n' << LAST_BRANCH << "no move was tried: " << endingText(Ending::CLOCK) << '\n';
+        stream << '\n'
+               << LAST_BRANCH << "no move was tried: " << endingText(MoveEnding::CLOCK) << '\n';
         return;
     }
     if (const NodeMoveInfo* choice = choiceOf(*root)) {
-        stream << ", " << scoreText(line, pass, 0, *choice) << sideText(line.getPosition(0))
-               << " with " << lineText(line, 0, *choice);
+        stream << ", " << scoreText(*choice) << sideText(line.getPosition(0)) << " with "
+               << lineText(line, 0, *choice);
     }
     stream << '\n';
     printNode(pass, 0, "");
@@ -98,7 +100,7 @@ void TreeReport::printMove(int pass, int ply, const NodeMoveInfo& info,
         toNumberedSan(line.getPosition(ply), info.move, ply) + (isLineMove ? " *" : "");
     const std::size_t width = LEVEL_WIDTH * at(ply + 1) + move.size();
     const std::string window = '(' + scoreText(info.alfa) + ", " + scoreText(info.beta) + ')';
-    const std::string score = info.lmfCut ? "no score" : scoreText(line, pass, ply, info);
+    const std::string score = info.lmfCut ? "no score" : scoreText(info);
     stream << stem << (isLineMove ? paint(BOLD, move) : move) << padding(width, MOVE_COLUMNS)
            << window << padding(window.size(), WINDOW_COLUMNS) << score
            << padding(score.size(), SCORE_COLUMNS)
@@ -108,7 +110,7 @@ void TreeReport::printMove(int pass, int ply, const NodeMoveInfo& info,
 // Why the move ended, with the line behind it or the one that refuted it.
 std::string TreeReport::reasonOf(int pass, int ply, const NodeMoveInfo& info) const {
     const Verdict verdict = verdictOf(info);
-    std::string reason = endingText(line.getEnding(pass, ply, info), verdict);
+    std::string reason = endingText(info.ending, verdict);
     if (info.lmfCut) {
         return reason;
     }

@@ -1,6 +1,8 @@
 #include "kestran-explain/lineAnswer.h"
 
 #include "kestran-explain/searchText.h"
+#include "search/ida.h"
+#include "search/score.h"
 #include "support/gameInput.h"
 #include "support/san.h"
 
@@ -38,14 +40,14 @@ struct Worth {
 
 // What the line's move at node `ply` is worth in a search of its own, as deep as the
 // search of the pass went.
-Worth searchAlone(EngineConfig& config, const Game& game, const WatchedLine& line, int pass,
+Worth searchAlone(const EngineConfig& config, const Game& game, const WatchedLine& line, int pass,
                   int ply) {
-    const auto ida = std::make_unique<Ida>(&config);
+    const auto ida = std::make_unique<Ida>(config);
     Game path = game;
     for (int i = 1; i <= ply + 1; ++i) {
-        path.repetitionHashes.push_back(line.getPosition(i).hash);
+        path.repetitionHashes.push_back(line.getPosition(i).carried.hash);
     }
-    countGame(ida->getRepetitionTable(), path);
+    ida->getTreeGenerator().getState().countGame(path.repetitionHashes);
     Position position = line.getPosition(ply + 1);
     Variant variant;
     const int depth = line.getPassDepth(pass) - 1 - ply;
@@ -74,14 +76,14 @@ std::string marginText(int chosen, int score) {
 }
 
 // What became of the line's move at the node where it was left.
-std::string lostMoveText(EngineConfig& config, const Game& game, const WatchedLine& line, int pass,
-                         const Fate& fate, int chosenScore) {
+std::string lostMoveText(const EngineConfig& config, const Game& game, const WatchedLine& line,
+                         int pass, const Fate& fate, int chosenScore) {
     const NodeMoveInfo& info = *fate.lineMove;
-    const Ending ending = line.getEnding(pass, fate.node, info);
+    const MoveEnding ending = info.ending;
     std::string text =
         moveText(line, fate.node) + " (" + endingText(ending, verdictOf(info)) + ") is worth ";
     Worth worth = {info.principalVariant.evaluation, movesOf(info.principalVariant)};
-    if (line.isBound(pass, fate.node, info) || ending == Ending::LMF) {
+    if (isBound(info) || isLmfCut(ending)) {
         if (info.isQuiscence) {
             return text + "no more than that";
         }
@@ -113,8 +115,8 @@ int findFirstLike(const WatchedLine& line, int last, const Fate& fate) {
     return first;
 }
 
-std::string leftText(EngineConfig& config, const Game& game, const WatchedLine& line, int pass,
-                     const Fate& fate) {
+std::string leftText(const EngineConfig& config, const Game& game, const WatchedLine& line,
+                     int pass, const Fate& fate) {
     const std::string move = moveText(line, fate.node);
     std::string text = nodeText(line, fate.node) + ": instead of " + move + " it ";
     int chosenScore = fate.lineMove->alfa;
@@ -134,17 +136,17 @@ std::string leftText(EngineConfig& config, const Game& game, const WatchedLine& 
     return text;
 }
 
-std::string cutShortText(const WatchedLine& line, int pass, const Fate& fate) {
+std::string cutShortText(const WatchedLine& line, const Fate& fate) {
     const int last = fate.node - 1;
-    return "as far as " + moveText(line, last) + ", worth " +
-           scoreText(line, pass, last, *fate.lineMove) + sideText(line.getPosition(last)) +
-           ", and looked no further (" + endingText(line.getEnding(pass, last, *fate.lineMove)) +
-           "), so that " + moveText(line, fate.node) + " was not tried";
+    return "as far as " + moveText(line, last) + ", worth " + scoreText(*fate.lineMove) +
+           sideText(line.getPosition(last)) + ", and looked no further (" +
+           endingText(fate.lineMove->ending) + "), so that " + moveText(line, fate.node) +
+           " was not tried";
 }
 
 } // namespace
 
-std::string answerInWords(EngineConfig& config, const Game& game, const WatchedLine& line) {
+std::string answerInWords(const EngineConfig& config, const Game& game, const WatchedLine& line) {
     const int pass = line.getPassCount() - 1;
     const Fate fate = line.getFate(pass);
     const int first = findFirstLike(line, pass, fate);
@@ -157,8 +159,7 @@ std::string answerInWords(EngineConfig& config, const Game& game, const WatchedL
     case Fate::FOLLOWED:
         return "The search followed the line to its end" + when + "with " +
                lineText(line, 0, *choiceOf(*line.getNode(pass, 0))) + ", worth " +
-               scoreText(line, pass, 0, *line.getLineMove(pass, 0)) +
-               sideText(line.getPosition(0)) + ".";
+               scoreText(*line.getLineMove(pass, 0)) + sideText(line.getPosition(0)) + ".";
     case Fate::LEFT:
         return "The search left the line" + when + leftText(config, game, line, pass, fate) + ".";
     case Fate::NOT_REACHED:
@@ -170,7 +171,7 @@ std::string answerInWords(EngineConfig& config, const Game& game, const WatchedL
             return "The search tried no move" + when +
                    "as the position is a draw by the half-move clock.";
         }
-        return "The search followed the line" + when + cutShortText(line, pass, fate) + ".";
+        return "The search followed the line" + when + cutShortText(line, fate) + ".";
     }
     return "";
 }

@@ -1,6 +1,8 @@
 // The answer, in words, to the question why the search did not follow a line.
 #pragma once
 
+#include "base/engineParameters.h"
+#include "board/game.h"
 #include "kestran-explain/watchedLine.h"
 
 #include <string>
@@ -8,4 +10,4 @@
 // One sentence that tells where the last pass left the line, for which move and by how
 // much. Where the record holds only a bound of the move's score, the move is searched
 // once more, on its own and with an open window.
-std::string answerInWords(EngineConfig& config, const Game& game, const WatchedLine& line);
+std::string answerInWords(const EngineConfig& config, const Game& game, const WatchedLine& line);

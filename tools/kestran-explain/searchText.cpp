@@ -1,5 +1,6 @@
 #include "kestran-explain/searchText.h"
 
+#include "search/score.h"
 #include "support/san.h"
 
 #include <array>
@@ -41,37 +42,40 @@ std::string resultText(IdaNS::GeneratingResult result) {
     return "";
 }
 
-std::string endingText(Ending ending) {
+std::string endingText(MoveEnding ending) {
     switch (ending) {
-    case Ending::SEARCHED:
+    case MoveEnding::SEARCHED:
         return "searched";
-    case Ending::REPETITION:
+    case MoveEnding::REPETITION:
         return "repetition, a draw";
-    case Ending::LMF:
+    case MoveEnding::LMF_CUT:
+    case MoveEnding::TABLE_LMF_CUT:
         return "cut by lmf";
-    case Ending::TABLE:
+    case MoveEnding::TABLE:
         return "answered by the table";
-    case Ending::STANDS_PAT:
+    case MoveEnding::STAND_PAT:
         return "answered by standing pat";
-    case Ending::STATIC_QUIET:
+    case MoveEnding::NO_QUISCENCE:
+        return "static score, without quiescence";
+    case MoveEnding::QUIET:
         return "quiescence: static score of a quiet move";
-    case Ending::STATIC_DEEPEST:
+    case MoveEnding::DEEPEST_PLY:
         return "quiescence: static score at the deepest ply";
-    case Ending::DELTA:
+    case MoveEnding::OUT_OF_REACH:
         return "quiescence: by material too far below alfa";
-    case Ending::CLOCK:
+    case MoveEnding::CLOCK:
         return "draw by the half-move clock";
-    case Ending::MATE:
+    case MoveEnding::CHECKMATE:
         return "checkmate";
-    case Ending::STALEMATE:
+    case MoveEnding::STALEMATE:
         return "stalemate";
     }
     return "";
 }
 
-std::string endingText(Ending ending, Verdict verdict) {
+std::string endingText(MoveEnding ending, Verdict verdict) {
     const std::string text = endingText(ending);
-    if (ending == Ending::LMF) {
+    if (isLmfCut(ending)) {
         return text;
     }
     switch (verdict) {
@@ -85,9 +89,9 @@ std::string endingText(Ending ending, Verdict verdict) {
     return text;
 }
 
-std::string scoreText(const WatchedLine& line, int pass, int ply, const NodeMoveInfo& info) {
+std::string scoreText(const NodeMoveInfo& info) {
     const std::string score = scoreText(info.principalVariant.evaluation);
-    if (!line.isBound(pass, ply, info)) {
+    if (!isBound(info)) {
         return score;
     }
     return (verdictOf(info) == Verdict::FAILED_LOW ? "<= " : ">= ") + score;

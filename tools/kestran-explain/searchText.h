@@ -16,13 +16,13 @@ std::string sideText(const Position& position);
 std::string resultText(IdaNS::GeneratingResult result);
 
 // Why a move was looked at no deeper.
-std::string endingText(Ending ending);
+std::string endingText(MoveEnding ending);
 
 // The same with the verdict on its score. lmf's moves have none.
-std::string endingText(Ending ending, Verdict verdict);
+std::string endingText(MoveEnding ending, Verdict verdict);
 
-// The score of a record at node `ply`, with a sign before it if it is only a bound.
-std::string scoreText(const WatchedLine& line, int pass, int ply, const NodeMoveInfo& info);
+// The score of a record, with a sign before it if it is only a bound.
+std::string scoreText(const NodeMoveInfo& info);
 
 // The move of a record at node `ply` with the line behind it.
 std::string lineText(const WatchedLine& line, int ply, const NodeMoveInfo& info);

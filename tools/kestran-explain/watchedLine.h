@@ -2,34 +2,21 @@
 // Explain: where the line was left, and why the search looked no further.
 #pragma once
 
-#include "base/engineParameters.h"
-#include "board/boardRepresentation.h"
-#include "engine/engine.h"
+#include "board/game.h"
 #include "explain/treeGeneratorDebug.h"
 
 #include <optional>
 #include <string>
 #include <vector>
 
-// Why a move's search looked no deeper, or that it did.
-enum class Ending {
-    SEARCHED,
-    REPETITION,
-    LMF,            // passed over by lmf
-    TABLE,          // answered by the table
-    STANDS_PAT,     // quiescence: the other side need not move to refute it
-    STATIC_QUIET,   // quiescence: a quiet move, scored as the position stands
-    STATIC_DEEPEST, // quiescence: the same at the deepest ply
-    DELTA,          // quiescence: too far below the window, scored by material alone
-    CLOCK,          // draw by the half-move clock
-    MATE,
-    STALEMATE,
-};
-
 // Where a move's score lay in its node's window.
 enum class Verdict { FAILED_LOW, INSIDE, FAILED_HIGH };
 
 Verdict verdictOf(const NodeMoveInfo& info);
+
+// Whether the score of a record is only a bound: the search stops at the first refutation,
+// and does not learn how bad a move is.
+bool isBound(const NodeMoveInfo& info);
 
 // The move whose score the node took: the one that cut it off, or the last that raised
 // alfa. Null if there is none. lmf's moves have no score.
@@ -55,7 +42,7 @@ struct Fate {
 // handed in must outlive the object.
 class WatchedLine {
 public:
-    WatchedLine(const EngineConfig& _config, const Game& _game, const Explain& _explain);
+    WatchedLine(const Game& game, const Explain& _explain);
 
     int getLength() const { return static_cast<int>(moves.size()); }
     const std::vector<Move>& getMoves() const { return moves; }
@@ -73,11 +60,6 @@ public:
     const NodeMoveInfo* getLineMove(int pass, int ply) const;
     // Whether a record at a node is that of the line's move.
     bool isLineMove(const NodeMoveInfo& info, int ply) const;
-    // Why the move of a record at node `ply` was looked at no deeper.
-    Ending getEnding(int pass, int ply, const NodeMoveInfo& info) const;
-    // Whether the score of such a record is only a bound: the search stops at the first
-    // refutation, and does not learn how bad a move is.
-    bool isBound(int pass, int ply, const NodeMoveInfo& info) const;
 
     // The score that standing pat gave the node before any move, for the side to move, if
     // it raised alfa.
@@ -89,11 +71,6 @@ public:
     std::optional<int> getUnreachedNode(int pass, int leftNode) const;
 
 private:
-    bool isRepetition(int ply, const Position& after) const;
-    Ending getQuiscenceEnding(int pass, int ply, const NodeMoveInfo& info, Position& after) const;
-
-    const EngineConfig& config;
-    const Game& game;
     const Explain& explain;
     std::vector<Move> moves;
     std::vector<Position> positions; // one more than moves

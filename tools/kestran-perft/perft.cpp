@@ -1,7 +1,7 @@
 #include "kestran-perft/perft.h"
 
 #include "base/platform.h"
-#include "board/moveGenerator.h"
+#include "board/makeMove.h"
 #include "notation/longAlgebraicMove.h"
 #include "search/infoStruct.h"
 #include "support/commandLine.h"
@@ -18,15 +18,14 @@ constexpr int MAX_PERFT_DEPTH = 12;
 // Counts move by move of the root, and prints each with its share.
 std::int64_t split(Position& position, int depth) {
     MoveArray moves;
-    const int count = generateLegalMoves(position, moves.data());
+    const int count = generateLegalMoves(position, moves);
     Progress progress;
     std::int64_t nodes = 0;
     DoMoveContext context;
     for (int i = 0; i < count; ++i) {
-        const Move& move = moves[at(i)];
+        const Move& move = moves[i];
         const std::string name = LongAlgebraicMove(move).toString();
         progress.show(name + ", move " + std::to_string(i + 1) + " of " + std::to_string(count));
-        context.init();
         doMove(position, move, context);
         const std::int64_t share = perft(position, depth - 1);
         undoMove(position, move, context);
@@ -51,15 +50,14 @@ std::int64_t perft(Position& position, int depth) {
         return 1;
     }
     MoveArray moves;
-    const int count = generateLegalMoves(position, moves.data());
+    const int count = generateLegalMoves(position, moves);
     if (depth == 1) {
         return count;
     }
     std::int64_t nodes = 0;
     DoMoveContext context;
     for (int i = 0; i < count; ++i) {
-        const Move& move = moves[at(i)];
-        context.init();
+        const Move& move = moves[i];
         doMove(position, move, context);
         nodes += perft(position, depth - 1);
         undoMove(position, move, context);

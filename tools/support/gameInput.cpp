@@ -1,8 +1,9 @@
 #include "support/gameInput.h"
 
 #include "base/cppIoUtils.h"
-#include "board/moveGenerator.h"
-#include "notation/fenCheck.h"
+#include "board/makeMove.h"
+#include "board/setUp.h"
+#include "notation/fen.h"
 #include "notation/longAlgebraicMove.h"
 #include "support/commandLine.h"
 #include "support/san.h"
@@ -39,7 +40,7 @@ std::vector<Move> readMoves(Position position, const std::string& text, const st
     std::vector<Move> moves;
     for (const std::string& word : splitString(text)) {
         MoveArray legal;
-        const auto end = legal.begin() + generateLegalMoves(position, legal.data());
+        const auto end = legal.begin() + generateLegalMoves(position, legal);
         const auto move = std::find_if(legal.begin(), end, [&](const Move& candidate) {
             return LongAlgebraicMove(candidate).toString() == word;
         });
@@ -54,16 +55,10 @@ std::vector<Move> readMoves(Position position, const std::string& text, const st
 
 Game readGame(const std::vector<std::string>& words, const std::string& moves) {
     Game game = {readPosition(words), {}};
-    game.repetitionHashes.push_back(game.position.hash);
+    game.repetitionHashes.push_back(game.position.carried.hash);
     for (const Move& move : readMoves(game.position, moves, "the game")) {
         game.position = positionAfter(game.position, move);
-        game.repetitionHashes.push_back(game.position.hash);
+        game.repetitionHashes.push_back(game.position.carried.hash);
     }
     return game;
-}
-
-void countGame(HashTable<RepetitionEntry>& table, const Game& game) {
-    for (const std::uint64_t key : game.repetitionHashes) {
-        table.getEntry(key).increaseRepetitions(key);
-    }
 }

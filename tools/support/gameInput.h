@@ -2,8 +2,7 @@
 // that cannot be played.
 #pragma once
 
-#include "engine/engine.h"
-#include "search/hashTable.h"
+#include "board/game.h"
 
 #include <string>
 #include <vector>
@@ -15,6 +14,3 @@ std::vector<Move> readMoves(Position position, const std::string& text, const st
 // The game that `moves` plays from the position that `words` make: a FEN, whole or in
 // its fields, or "startpos", or nothing for the start position.
 Game readGame(const std::vector<std::string>& words, const std::string& moves);
-
-// Counts the positions of a game into an empty repetition table, as a search wants them.
-void countGame(HashTable<RepetitionEntry>& table, const Game& game);

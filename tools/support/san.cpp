@@ -1,29 +1,29 @@
 #include "support/san.h"
 
-#include "board/moveGenerator.h"
-#include "notation/ioFuncs.h"
+#include "board/attacks.h"
+#include "board/makeMove.h"
+#include "notation/letters.h"
 
 #include <algorithm>
 
 namespace {
 
 // What a piece's move needs to be told from those of its like to the same field.
-std::string disambiguation(Position position, const Move& move) {
+std::string disambiguation(const Position& position, const Move& move) {
     MoveArray moves;
-    const int count = generateLegalMoves(position, moves.data());
+    const int count = generateLegalMoves(position, moves);
     bool isAmbiguous = false;
     bool sharesFile = false;
     bool sharesRow = false;
     for (int i = 0; i < count; ++i) {
-        const Move& other = moves[at(i)];
+        const Move& other = moves[i];
         if (other.isCastle() || other.pieceMoved != move.pieceMoved || other.to != move.to ||
             other.from == move.from) {
             continue;
         }
         isAmbiguous = true;
-        sharesFile =
-            sharesFile || Position::get07File(other.from) == Position::get07File(move.from);
-        sharesRow = sharesRow || Position::get07Row(other.from) == Position::get07Row(move.from);
+        sharesFile = sharesFile || fileOf(other.from) == fileOf(move.from);
+        sharesRow = sharesRow || rowOf(other.from) == rowOf(move.from);
     }
     const std::string field = fieldToString(move.from, true);
     if (!isAmbiguous) {
@@ -57,17 +57,9 @@ std::string withoutCheckSign(const Position& position, const Move& move) {
 
 } // namespace
 
-Position positionAfter(const Position& position, const Move& move) {
-    Position after = position;
-    DoMoveContext context;
-    context.init();
-    doMove(after, move, context);
-    return after;
-}
-
 std::string toSan(const Position& position, const Move& move) {
     const std::string text = withoutCheckSign(position, move);
-    Position after = positionAfter(position, move);
+    const Position after = positionAfter(position, move);
     if (!isInCheck(after)) {
         return text;
     }

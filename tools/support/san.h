@@ -1,13 +1,10 @@
 // Moves in standard algebraic notation, as players write them: Nf3, exd6, O-O, e8=Q, Qh7#.
 #pragma once
 
-#include "board/boardRepresentation.h"
+#include "board/position.h"
 
 #include <span>
 #include <string>
-
-// The position after a legal move of `position`.
-Position positionAfter(const Position& position, const Move& move);
 
 // A legal move of `position`, with its sign of check or mate.
 std::string toSan(const Position& position, const Move& move);

@@ -1,0 +1,178 @@
+#include "board/makeMove.h"
+
+#include "board/attacks.h"
+#include "board/hashFunctions.h"
+#include "board/moveGenerator.h"
+#include "board/pieces.h"
+
+#ifdef KESTRAN_CHECK_POSITIONS
+#include "board/positionCheck.h"
+#endif
+
+namespace {
+
+constexpr int CASTLING_BONUS = 10;
+
+// Debug builds check the whole position after every change.
+void checkInvariants([[maybe_unused]] const Position& position) {
+#ifdef KESTRAN_CHECK_POSITIONS
+    requireConsistent(position);
+#endif
+}
+
+// Turns the piece on a field, with its entry, into one of another kind.
+void changePiece(Position& position, FieldIndex field, PieceType type) {
+    const Color color = position.board[field].color;
+    const std::int8_t entry = removePiece(position, field);
+    putPiece(position, field, color, type, entry);
+}
+
+// ---- The pieces of a move, forward and back; the mover is to move ----
+
+void doPieces(Position& position, const Move& move, DoMoveContext& context) {
+    if (move.isCastle()) {
+        const CastlingFields& fields = move.getCastlingFields();
+        movePiece(position, fields.kingFrom, fields.kingTo);
+        movePiece(position, fields.rookFrom, fields.rookTo);
+        return;
+    }
+    if (move.pieceCaptured != NO_PIECE) {
+        context.tempPieceCapturedIndex = removePiece(position, move.getCapturedField());
+    }
+    movePiece(position, move.from, move.to);
+    if (move.promotionPieceType != NO_PIECE) {
+        changePiece(position, move.to, move.promotionPieceType);
+    }
+}
+
+void undoPieces(Position& position, const Move& move, const DoMoveContext& context) {
+    if (move.isCastle()) {
+        const CastlingFields& fields = move.getCastlingFields();
+        movePiece(position, fields.kingTo, fields.kingFrom);
+        movePiece(position, fields.rookTo, fields.rookFrom);
+        return;
+    }
+    if (move.promotionPieceType != NO_PIECE) {
+        changePiece(position, move.to, PAWN);
+    }
+    movePiece(position, move.to, move.from);
+    if (move.pieceCaptured != NO_PIECE) {
+        putPiece(position, move.getCapturedField(), position.oppositeColorToMove(),
+                 move.pieceCaptured, context.tempPieceCapturedIndex);
+    }
+}
+
+// ---- What else a move changes ----
+
+void loseCastle(Carried& carried, int right) {
+    if (carried.castles[right]) {
+        carried.castles[right] = false;
+        carried.hash ^= getCastleHash(right);
+    }
+}
+
+// A king that moves loses both rights of its colour; a rook that leaves its corner or is
+// taken there loses one.
+void loseCastles(Carried& carried, const Move& move, Color mover) {
+    if (move.isCastle() || move.pieceMoved == KING) {
+        loseCastle(carried, 2 * mover);
+        loseCastle(carried, 2 * mover + 1);
+    }
+    if (move.isCastle()) {
+        return;
+    }
+    for (const Color color : COLORS) {
+        for (const int right : {2 * color, 2 * color + 1}) {
+            const FieldIndex corner = castlingFields[right].rookFrom;
+            if (move.from == corner || move.to == corner) {
+                loseCastle(carried, right);
+                break;
+            }
+        }
+    }
+}
+
+// The field of a pawn that has just made a double step.
+FieldIndex epFieldAfter(const Move& move) {
+    const bool isDoubleStep = !move.isCastle() && move.pieceMoved == PAWN &&
+                              (move.to - move.from == 20 || move.from - move.to == 20);
+    return isDoubleStep ? move.to : NO_FIELD;
+}
+
+bool isIrreversible(const Move& move) {
+    return !move.isCastle() && (move.pieceMoved == PAWN || move.pieceCaptured != NO_PIECE);
+}
+
+int getMoveEvaluation(const Move& move) {
+    if (!move.isCastle()) {
+        return 0;
+    }
+    return move.castle_ep_flag <= WHITE_KING_SIDE ? CASTLING_BONUS : -CASTLING_BONUS;
+}
+
+void toggleColorToMove(Position& position) {
+    position.colorToMove = position.oppositeColorToMove();
+    position.check = CHECK_UNKNOWN;
+}
+
+} // namespace
+
+bool doMove(Position& position, const Move& move, DoMoveContext& context) {
+    Carried& carried = position.carried;
+    context.carried = carried;
+    const std::uint64_t oldEpHash = getEpHash(position);
+    doPieces(position, move, context);
+    // The generator has made sure of a castling's legality.
+    if (!move.isCastle() && isInCheckNoCaching(position)) {
+        undoPieces(position, move, context);
+        carried = context.carried;
+        checkInvariants(position);
+        return false;
+    }
+    loseCastles(carried, move, position.colorToMove);
+    carried.epField = epFieldAfter(move);
+    carried.halfMoveClock = isIrreversible(move) ? 0 : carried.halfMoveClock + 1;
+    carried.moveEvaluation += getMoveEvaluation(move);
+    toggleColorToMove(position);
+    carried.hash ^= oldEpHash ^ getEpHash(position) ^ WHITE_TO_MOVE_HASH;
+    checkInvariants(position);
+    return true;
+}
+
+void undoMove(Position& position, const Move& move, const DoMoveContext& context) {
+    toggleColorToMove(position);
+    undoPieces(position, move, context);
+    position.carried = context.carried;
+    checkInvariants(position);
+}
+
+int generateLegalMoves(const Position& position, MoveArray& outputMoves) {
+    const int generated = generateMoves(position, outputMoves);
+    Position tried = position;
+    DoMoveContext context;
+    int legal = 0;
+    for (int i = 0; i < generated; ++i) {
+        const Move move = outputMoves[i];
+        if (doMove(tried, move, context)) {
+            undoMove(tried, move, context);
+            outputMoves[legal] = move;
+            ++legal;
+        }
+    }
+    return legal;
+}
+
+bool isInMate(const Position& position) {
+    if (!isInCheck(position)) {
+        return false;
+    }
+    MoveArray moves;
+    return generateLegalMoves(position, moves) == 0;
+}
+
+Position positionAfter(const Position& position, const Move& move) {
+    Position after = position;
+    DoMoveContext context;
+    doMove(after, move, context);
+    return after;
+}

@@ -1,0 +1,44 @@
+// Colours and kinds of pieces. The two are types of their own, and so are the tables that
+// they index: mixing them up does not compile.
+#pragma once
+
+#include "base/indexed.h"
+
+#include <cstdint>
+
+// The colour of a side or a piece, and as the state of a field also empty or border.
+enum Color : std::int8_t { WHITE = 0, BLACK = 1, EMPTY = 2, BORDER = 3 };
+
+inline constexpr std::array<Color, 2> COLORS = {WHITE, BLACK};
+
+// The other side.
+constexpr Color opposite(Color color) {
+    return static_cast<Color>(1 - color);
+}
+
+enum PieceType : std::int8_t {
+    NO_PIECE = 0,
+    PAWN = 1,
+    ROOK = 2,
+    KNIGHT = 3,
+    BISHOP = 4,
+    QUEEN = 5,
+    KING = 6,
+};
+
+template <class Element> using ByColor = Indexed<Color, Element, 2>;
+template <class Element> using ByType = Indexed<PieceType, Element, 7>;
+
+// Worth of a piece, in thousandths of a pawn.
+inline constexpr ByType<int> pieceEvaluationValues = {0, 1000, 5000, 3000, 3100, 9500, 0};
+
+inline constexpr int PIECES_PER_SIDE = 16; // entries of the list a colour
+inline constexpr int LIST_ENTRIES = 2 * PIECES_PER_SIDE;
+
+template <class Element> using ByEntry = Indexed<int, Element, LIST_ENTRIES>;
+
+// First entry of the colour in the piece list, and one past its last.
+inline constexpr ByColor<int> PiecesStart = {0, 16};
+inline constexpr ByColor<int> PiecesEnd = {16, 32};
+// Entry of the colour's king.
+inline constexpr ByColor<int> KingIndex = {0, 16};

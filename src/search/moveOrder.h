@@ -1,0 +1,47 @@
+// The order in which the moves of a node are tried. Moves are distributed into drawers, and
+// the drawers are read out one after another; within a drawer the generator's order stays.
+#pragma once
+
+#include "board/move.h"
+#include "search/searchParameters.h"
+
+#include <cstdint>
+
+// The numbers of the moves of a node, in the order in which they are to be tried.
+using MoveIndices = Indexed<int, std::uint16_t, MAX_MOVES>;
+
+// The order of the tree, with the killers: the quiet moves that have cut off most often at
+// a ply.
+class MoveOrder {
+public:
+    static constexpr int KILLER_PLIES = MAX_PASSES;   // rows of `killers`
+    static constexpr int KILLERS_PER_PLY = 128 * 128; // by origin and target
+    static constexpr int KILLERS_SIZE = KILLER_PLIES * KILLERS_PER_PLY;
+
+    MoveOrder() { clearKillersTable(); }
+
+    // Writes each index from 0 to `length` - 1 once: first the table's move, a Polyglot
+    // code or 0 for none, then captures by victim, then the killers of ply `depth`, then
+    // all other moves.
+    void orderMoves(const MoveArray& moves, MoveIndices& moveOrderIndices, int length, int depth,
+                    std::int16_t bestMoveShort) const;
+
+    // Counts that a quiet move reached beta at ply `depth`.
+    void updateKiller(const Move& move, int depth);
+    void clearKillersTable();
+
+    // The move's place in `killers`. The piece plays no part.
+    static int getMoveKillersIndex(const Move& move, int depth);
+    // Place in `killers` of the first killer of a ply, at `depth`, or the second, at
+    // `depth` + KILLER_PLIES; 0 for none.
+    int getActualKiller(int index) const { return actualKillers[index]; }
+
+private:
+    int getDrawer(const Move& move, int depth) const;
+
+    Indexed<int, std::uint32_t, KILLERS_SIZE> killers; // cut-offs by ply and quiet move
+    Indexed<int, int, 2 * KILLER_PLIES> actualKillers; // see getActualKiller()
+};
+
+// The order of quiescence: captures, best attack first, then all other moves.
+void orderMoves(const MoveArray& moves, MoveIndices& moveOrderIndices, int length);

@@ -1,0 +1,45 @@
+// How many moves a search has played, and the poll of the stop flag that goes with it.
+#pragma once
+
+#include "search/searchParameters.h"
+
+#include <cstdint>
+
+class IdaVariant;
+
+class NodeCounter {
+public:
+    void resetSearchedNodes();
+    // The slot whose ready flag stops the search, null for none. Not owned.
+    void setIdaVariant(IdaVariant* _idaVariant) { idaVariant = _idaVariant; }
+
+    // Count a move of the tree or of quiescence, and poll the stop flag when it is due.
+    // True: the pass is to be abandoned, and isAbandoned() says so to every frame above.
+    bool countTreeMove() {
+        ++searchedTreeNodes;
+        return countMove();
+    }
+    bool countMove() {
+        ++searchedAllNodes;
+        ++searchedAllNodesAfterTimeControl;
+        return searchedAllNodesAfterTimeControl > TIME_CHECK_AFTER_NODES && poll();
+    }
+
+    // Whether the search is to end, as the slot tells.
+    bool timerUp();
+    // Whether the pass was abandoned because of that. True until resetSearchedNodes().
+    bool isAbandoned() const { return searchedAllNodesAfterTimeControl == TIME_CHECK_QUIT; }
+
+    // Moves played by both searches, which is the count that is reported, and by the tree's.
+    std::int64_t getSearchedAllNodes() const { return searchedAllNodes; }
+    std::int64_t getSearchedTreeNodes() const { return searchedTreeNodes; }
+
+private:
+    bool poll();
+
+    IdaVariant* idaVariant = nullptr;
+    std::int64_t searchedTreeNodes = 0;
+    std::int64_t searchedAllNodes = 0;
+    // The same since the last poll of the stop flag, or TIME_CHECK_QUIT.
+    std::int64_t searchedAllNodesAfterTimeControl = 0;
+};

@@ -1,0 +1,146 @@
+#include "search/treeSearch.h"
+
+#include "base/loggingService.h"
+#include "base/statistics.h"
+#include "board/attacks.h"
+#include "board/makeMove.h"
+#include "board/moveGenerator.h"
+#include "search/score.h"
+
+namespace {
+
+void statsIncrement(int type, int depth, int increment) {
+    testStatistics.incrementStatistic(type, depth, increment);
+}
+
+} // namespace
+
+template <class Observer>
+MoveEnding TreeSearch<Observer>::generateTreeRek(Position& position, Variant& outputVar, int alfa,
+                                                 int beta, int depth) {
+    // The clock comes before everything else: even a mate is a draw by then.
+    if (position.carried.halfMoveClock >= MAX_HALF_MOVE_CLOCK) {
+        outputVar.clear(DRAW_EVALUATION);
+        return MoveEnding::CLOCK;
+    }
+
+    MoveArray outMoves;
+    MoveIndices moveOrderIndices;
+    const int pseudoLegalMovesN = generateMoves(position, outMoves);
+    statsIncrement(TestStatistics::ORDINAL_SEARCH_ALL, depth, pseudoLegalMovesN);
+    state.order.orderMoves(outMoves, moveOrderIndices, pseudoLegalMovesN, depth,
+                           state.table.getBestMoveHint(position));
+
+    const int originalAlfa = alfa;
+    int numberOfLegalMoves = 0;
+    Variant variantLocal;
+    DoMoveContext context;
+    for (int i = 0; i < pseudoLegalMovesN; ++i) {
+        const Move& m = outMoves[moveOrderIndices[i]];
+        if (!doMove(position, m, context)) {
+            continue;
+        }
+        observer.doMove(m);
+
+        // An abandoned pass leaves its moves on the board, here and in every frame above.
+        if (state.nodes.countTreeMove()) {
+            logger.debug("Time up as checked in tree generator at depth ", depth);
+            outputVar.clear(beta);
+            return MoveEnding::SEARCHED;
+        }
+        statsIncrement(TestStatistics::ORDINAL_SEARCH, depth, 1);
+        ++numberOfLegalMoves;
+
+        variantLocal.clear(0);
+        const MoveEnding ending =
+            scoreMove(position, variantLocal, alfa, originalAlfa, beta, depth);
+        if (state.nodes.isAbandoned()) {
+            outputVar.clear(beta);
+            return MoveEnding::SEARCHED;
+        }
+        state.moveUndoneInner(position);
+        undoMove(position, m, context);
+        observer.explainTreeGenMove(alfa, beta, variantLocal, m, ending);
+        if (isLmfCut(ending)) {
+            continue;
+        }
+
+        if (variantLocal.evaluation >= beta) {
+            if (m.pieceCaptured == NO_PIECE) {
+                state.order.updateKiller(m, depth);
+            }
+            statsIncrement(TestStatistics::ORDINAL_SEARCH_CUTTOFS, depth, 1);
+            outputVar.clear(beta);
+            return MoveEnding::SEARCHED;
+        }
+        if (variantLocal.evaluation > alfa) {
+            alfa = variantLocal.evaluation;
+            if (!outputVar.extend(variantLocal, {m, false, isFromTable(ending), false})) {
+                logger.error("Hard constraint MAX_VARIANT_MOVES hit!");
+            }
+        }
+    }
+
+    if (numberOfLegalMoves == 0) {
+        const bool isMate = isInCheck(position);
+        outputVar.evaluation = isMate ? MATED_EVALUATION : DRAW_EVALUATION;
+        return isMate ? MoveEnding::CHECKMATE : MoveEnding::STALEMATE;
+    }
+    outputVar.evaluation = alfa;
+    return MoveEnding::SEARCHED;
+}
+
+// Scores the move that has just led to `position`, from the viewpoint of the side that
+// made it, and tells how: `variantLocal` gets the score and the line behind the move.
+template <class Observer>
+MoveEnding TreeSearch<Observer>::scoreMove(Position& position, Variant& variantLocal, int alfa,
+                                           int originalAlfa, int beta, int depth) {
+    // The position stood on the board or on the path before: once is enough.
+    if (state.moveDoneInner(position) > 1) {
+        variantLocal.evaluation = DRAW_EVALUATION;
+        return MoveEnding::REPETITION;
+    }
+    const int maxVariantDepth = state.actualMoveDepth - 1 - depth;
+    if (state.config.useTable) {
+        const bool useTableEntryBool =
+            state.table.useTableEntry(position, maxVariantDepth, variantLocal.evaluation);
+        if (state.table.lmf(position, alfa, originalAlfa, maxVariantDepth)) {
+            return useTableEntryBool ? MoveEnding::TABLE_LMF_CUT : MoveEnding::LMF_CUT;
+        }
+        if (useTableEntryBool) {
+            return MoveEnding::TABLE;
+        }
+    }
+    return searchMove(position, variantLocal, alfa, beta, depth, maxVariantDepth);
+}
+
+// The same for a move that has to be searched, `maxVariantDepth` plies and then quiescence.
+template <class Observer>
+MoveEnding TreeSearch<Observer>::searchMove(Position& position, Variant& variantLocal, int alfa,
+                                            int beta, int depth, int maxVariantDepth) {
+    const int childAlfa = closerToCheckMate(-beta);
+    const int childBeta = closerToCheckMate(-alfa);
+    MoveEnding ending = MoveEnding::SEARCHED;
+    if (maxVariantDepth != 0) {
+        ending = generateTreeRek(position, variantLocal, childAlfa, childBeta, depth + 1);
+        if (state.nodes.isAbandoned()) {
+            logger.trace("Quitting in tree generator at depth ", depth);
+            return ending;
+        }
+    } else {
+        ending = quiscenceSearchInner(position, childAlfa, childBeta, variantLocal);
+        if (state.nodes.isAbandoned()) {
+            logger.debug("Quitting in tree generator at depth ", depth);
+            return ending;
+        }
+    }
+    variantLocal.evaluation = furtherFromCheckMate(-variantLocal.evaluation);
+    if (state.config.useTable) {
+        state.table.addTableEntry(position, variantLocal.getFirstMove(), maxVariantDepth,
+                                  variantLocal.evaluation, alfa, beta);
+    }
+    return ending;
+}
+
+template class TreeSearch<NoObserver>;
+template class TreeSearch<ObservedBy>;

@@ -1,0 +1,59 @@
+// The nodes of the tree search, down to where quiescence takes over.
+//
+// Every score of a node is for the side to move there, in thousandths of a pawn. The search
+// is fail-hard alpha-beta; `alfa` and `beta` are the node's window.
+#pragma once
+
+#include "board/position.h"
+#include "search/moveEnding.h"
+#include "search/quiscence.h"
+#include "search/searchObserver.h"
+#include "search/searchState.h"
+#include "search/variant.h"
+
+// A search of nodes, watched or not.
+class NodeSearch {
+public:
+    NodeSearch() = default;
+    NodeSearch(const NodeSearch&) = delete;
+    NodeSearch& operator=(const NodeSearch&) = delete;
+    virtual ~NodeSearch() = default;
+
+    // One node, `depth` plies below the root, with all below it. A move that raises `alfa`
+    // and stays below `beta` makes the line; otherwise it stays as it was given. Tells what
+    // became of the move into `position`. If the pass is abandoned, nothing of this means
+    // anything, and `position` stands anywhere inside the tree.
+    virtual MoveEnding generateTreeRek(Position& position, Variant& outputVar, int alfa, int beta,
+                                       int depth) = 0;
+    // The quiescence search of a position, as the tree calls it.
+    virtual MoveEnding quiscenceSearchInner(Position& position, int alfa, int beta,
+                                            Variant& variant) = 0;
+};
+
+// `Observer` is told of every move; see searchObserver.h.
+template <class Observer> class TreeSearch final : public NodeSearch {
+public:
+    // `_state` must outlive the object.
+    TreeSearch(SearchState& _state, Observer _observer)
+        : state(_state), quiscence(_state, _observer), observer(_observer) {}
+
+    MoveEnding generateTreeRek(Position& position, Variant& outputVar, int alfa, int beta,
+                               int depth) override;
+    MoveEnding quiscenceSearchInner(Position& position, int alfa, int beta,
+                                    Variant& variant) override {
+        return quiscence.quiscenceSearchInner(position, alfa, beta, variant);
+    }
+
+private:
+    MoveEnding scoreMove(Position& position, Variant& variantLocal, int alfa, int originalAlfa,
+                         int beta, int depth);
+    MoveEnding searchMove(Position& position, Variant& variantLocal, int alfa, int beta, int depth,
+                          int maxVariantDepth);
+
+    SearchState& state;
+    Quiscence<Observer> quiscence;
+    [[no_unique_address]] Observer observer;
+};
+
+extern template class TreeSearch<NoObserver>;
+extern template class TreeSearch<ObservedBy>;
