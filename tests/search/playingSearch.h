@@ -1,0 +1,123 @@
+// The search that plays, as its plain twin sees it: everything that the comparison of the
+// two asks of the engine stands here.
+#pragma once
+
+#include "base/engineParameters.h"
+#include "base/statistics.h"
+#include "board/makeMove.h"
+#include "notation/fen.h"
+#include "notation/longAlgebraicMove.h"
+#include "search/ida.h"
+#include "search/idaVariant.h"
+#include "search/plainSearch.h"
+
+class PlayingSearch {
+public:
+    // The position of a text as the front end takes it, or an empty text if it does not.
+    static std::string accept(const std::string& fen) {
+        Position position;
+        return readPlayableFen(position, fen).empty() ? getFen(position) : "";
+    }
+
+    // Makes a fresh table, and sets up a position.
+    void make(const plain::Settings& settings, const std::string& fen) {
+        config.useTable = settings.useTable;
+        config._new_feature_quiscence_optimization = settings.standPat;
+        config.quiscenceMaxDepth = settings.quiscenceMaxDepth;
+        config.quiscenceDeltaWindow = settings.quiscenceDeltaWindow;
+        for (const int size : {0, settings.tableSize}) {
+            ida.applyChanges(size);
+        }
+        clashesBefore = table().getNumberOfInnerClashes();
+        setFenNotation(root, fen);
+        keys = {root.carried.hash};
+    }
+
+    // Plays a move of the game, if it is legal. Returns whether it was.
+    bool play(const std::string& move) {
+        MoveArray moves;
+        const int count = generateLegalMoves(root, moves);
+        const int index = LongAlgebraicMove(move).getIndexOfMove(moves.first(count));
+        if (index < 0) {
+            return false;
+        }
+        root = positionAfter(root, moves[index]);
+        keys.push_back(root.carried.hash);
+        return true;
+    }
+
+    // Begins a search.
+    void begin() {
+        number = flag.getNextThreadId();
+        generator().setIdaVariant(&flag);
+        generator().resetSearchedNodes();
+        generator().clearTable();
+        generator().clearKillersTable();
+        generator().setDefaultFirstAlfaBeta();
+        generator().getState().countGame(keys);
+        line = Variant();
+    }
+
+    // From now on a poll says that the time is up.
+    void stop() { flag.signalReady(number); }
+
+    plain::Outcome pass(int depth) {
+        if (testStatistics.getRunPointer() + 1 >= MAX_RUNS) {
+            testStatistics.reset();
+        }
+        const int run = testStatistics.getRunPointer() + 1;
+        Position position = root;
+        const auto result = ida.generateTreeIdaOneLoop(position, line, depth, true);
+
+        plain::Outcome outcome;
+        outcome.isAbandoned = !result;
+        if (result) {
+            const std::array<const char*, 4> results = {"FAILLOW", "FAILHIGH", "OK", "OK_FINISH"};
+            outcome.result = results[at(*result)];
+            outcome.alfa = generator().firstAlpha;
+            outcome.beta = generator().firstBeta;
+        }
+        outcome.score = line.evaluation;
+        outcome.line = lineText();
+        outcome.nodes = generator().getState().nodes.getSearchedAllNodes();
+        outcome.treeNodes = generator().getState().nodes.getSearchedTreeNodes();
+        outcome.clashes = table().getNumberOfInnerClashes() - clashesBefore;
+        for (int type = 0; type < N_TYPES; ++type) {
+            for (int ply = 0; ply < MAX_PLIES; ++ply) {
+                outcome.statistics[at(type)][at(ply)] = testStatistics.get(run, type, ply);
+            }
+        }
+        for (int i = 0; i < table().getSize(); ++i) {
+            const GenericEntry& entry = table().getEntry(i);
+            outcome.table.push_back({entry.checkHashProduction, "FLHN"[entry.state],
+                                     entry.evaluation, entry.moveRepresentation,
+                                     entry.maxVariantDepth});
+        }
+        return outcome;
+    }
+
+private:
+    TreeGenerator& generator() { return ida.getTreeGenerator(); }
+    HashTable<GenericEntry>& table() { return generator().getState().table.getHashTable(); }
+
+    std::string lineText() {
+        std::string text;
+        for (int i = 0; i < line.varLength; ++i) {
+            const auto& [move, isQuiscence, isHash, isOpening] = line.get(i);
+            const int piece = move.isCastle() ? int{KING} : move.pieceMoved;
+            text += LongAlgebraicMove(move).toString() + ':' + std::to_string(piece) +
+                    std::to_string(move.pieceCaptured) + std::to_string(move.castle_ep_flag) +
+                    (isQuiscence ? "q" : "") + (isHash ? "h" : "") + (isOpening ? "o" : "") + ' ';
+        }
+        return text;
+    }
+
+    EngineConfig config;
+    Ida ida{config};
+    IdaVariant flag;
+    int number = 0;
+    Position root;
+    std::vector<std::uint64_t> keys; // of the game, with that of the root
+    Variant line;
+    std::int64_t clashesBefore = 0;
+};

@@ -1,0 +1,151 @@
+// Runs the search that plays and its plain twin side by side.
+#pragma once
+
+#include "search/playingSearch.h"
+
+#include <map>
+#include <sstream>
+#include <string>
+#include <vector>
+
+struct SearchCase {
+    std::string fen;
+    std::vector<std::string> moves; // of the game, from there on
+    plain::Settings settings;
+    std::int64_t stopFrom = 0;    // moves after which a poll says that the time is up
+    std::int64_t maxNodes = 1500; // moves after which no further pass begins
+    int maxPasses = 60;
+    bool isTwice = false; // search once more behind a further move, on what the table has left
+};
+
+inline std::string describe(const SearchCase& example) {
+    std::ostringstream text;
+    text << "fen " << example.fen << "\nmoves";
+    for (const std::string& move : example.moves) {
+        text << ' ' << move;
+    }
+    const plain::Settings& settings = example.settings;
+    text << "\ntableSize " << settings.tableSize << " useTable " << settings.useTable
+         << " standPat " << settings.standPat << " quiscenceMaxDepth " << settings.quiscenceMaxDepth
+         << " quiscenceDeltaWindow " << settings.quiscenceDeltaWindow << "\nstopFrom "
+         << example.stopFrom << " maxNodes " << example.maxNodes << " maxPasses "
+         << example.maxPasses << " isTwice " << example.isTwice << '\n';
+    return text.str();
+}
+
+// What tells two outcomes apart, first the playing one's, or an empty text.
+inline std::string findDifference(const plain::Outcome& playing, const plain::Outcome& twin) {
+    std::ostringstream text;
+    const auto compare = [&text](const char* name, const auto& a, const auto& b) {
+        if (a != b) {
+            text << name << ": " << a << " / " << b << '\n';
+        }
+    };
+    compare("abandoned", playing.isAbandoned, twin.isAbandoned);
+    compare("result", playing.result, twin.result);
+    compare("score", playing.score, twin.score);
+    compare("line", playing.line, twin.line);
+    compare("alfa", playing.alfa, twin.alfa);
+    compare("beta", playing.beta, twin.beta);
+    compare("nodes", playing.nodes, twin.nodes);
+    compare("tree nodes", playing.treeNodes, twin.treeNodes);
+    compare("clashes", playing.clashes, twin.clashes);
+    for (std::size_t kind = 0; kind < twin.statistics.size(); ++kind) {
+        for (std::size_t ply = 0; ply < twin.statistics[kind].size(); ++ply) {
+            const std::string name =
+                "statistic " + std::to_string(kind) + " at ply " + std::to_string(ply);
+            compare(name.c_str(), playing.statistics[kind][ply], twin.statistics[kind][ply]);
+        }
+    }
+    compare("slots", playing.table.size(), twin.table.size());
+    const auto [a, b] = std::ranges::mismatch(playing.table, twin.table);
+    if (a != playing.table.end() && b != twin.table.end()) {
+        const std::string slot = "slot " + std::to_string(a - playing.table.begin()) + ' ';
+        compare((slot + "check").c_str(), a->check, b->check);
+        compare((slot + "state").c_str(), a->state, b->state);
+        compare((slot + "evaluation").c_str(), a->evaluation, b->evaluation);
+        compare((slot + "move").c_str(), a->move, b->move);
+        compare((slot + "depth").c_str(), a->depth, b->depth);
+    }
+    return text.str();
+}
+
+class SearchComparison {
+public:
+    // Runs a case. Returns what tells the searches apart, with all that is needed to see it
+    // again, or an empty text.
+    std::string run(const SearchCase& example) {
+        const std::string difference = runAll(example);
+        return difference.empty() ? "" : difference + describe(example);
+    }
+
+    std::map<std::string, int> seen; // passes by what they came to, and by some of their lines
+
+private:
+    std::string runAll(const SearchCase& example) {
+        plain::Position root(example.fen);
+        std::vector<std::uint64_t> keys = {root.key()};
+        playing.make(example.settings, example.fen);
+        plain::Search twin(example.settings);
+        // Plays the first move that is legal and has the text, or any text.
+        const auto play = [&](const std::string& text) {
+            for (const plain::Move& move : root.moves()) {
+                const auto after = root.play(move);
+                if (after && (text.empty() || move.text() == text)) {
+                    root = *after;
+                    keys.push_back(root.key());
+                    return playing.play(move.text());
+                }
+            }
+            return false;
+        };
+        for (const std::string& text : example.moves) {
+            if (!play(text)) {
+                return "only one of the two can play " + text + '\n';
+            }
+        }
+        const std::string difference = search(example, twin, root, keys);
+        if (!difference.empty() || !example.isTwice || !play("")) {
+            return difference;
+        }
+        return search(example, twin, root, keys);
+    }
+
+    std::string search(const SearchCase& example, plain::Search& twin, const plain::Position& root,
+                       const std::vector<std::uint64_t>& keys) {
+        twin.begin(keys);
+        playing.begin();
+        twin.isToStop = false;
+        std::int64_t played = 0;
+        int depth = 1;
+        for (int i = 0; i < example.maxPasses && depth <= 20; ++i) {
+            if (played >= example.stopFrom) {
+                playing.stop();
+                twin.isToStop = true;
+            }
+            const plain::Outcome outcome = playing.pass(depth);
+            const std::string difference = findDifference(outcome, twin.pass(root, depth));
+            if (!difference.empty()) {
+                return "pass " + std::to_string(i + 1) + " of depth " + std::to_string(depth) +
+                       ", the playing search first\n" + difference;
+            }
+            note(outcome);
+            played = outcome.nodes;
+            depth += outcome.result == "OK" ? 1 : 0;
+            if (outcome.isAbandoned || outcome.result == "OK_FINISH" || played > example.maxNodes ||
+                (played == 0 && i > 1)) {
+                break;
+            }
+        }
+        return "";
+    }
+
+    void note(const plain::Outcome& outcome) {
+        ++seen[outcome.isAbandoned ? "abandoned" : outcome.result];
+        seen["no line"] += outcome.line.empty() ? 1 : 0;
+        seen["full line"] += std::ranges::count(outcome.line, ' ') == 20 ? 1 : 0;
+        seen["line from the table"] += outcome.line.find("h ") != std::string::npos ? 1 : 0;
+    }
+
+    PlayingSearch playing;
+};
