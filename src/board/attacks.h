@@ -1,7 +1,12 @@
 // Which fields are attacked, and whether a king is in check.
 #pragma once
 
+#include "board/attackSets.h"
 #include "board/position.h"
+
+// The pieces of a colour that attack a field, if just the fields of `occupied` stop a slider.
+// What stands on the field itself plays no part.
+FieldSet attackersOf(const Position& position, FieldIndex field, Color attacker, FieldSet occupied);
 
 // Whether a piece of the side not to move attacks field `policko`. What stands on that
 // field plays no part.

@@ -2,6 +2,7 @@
 
 #include "board/attacks.h"
 #include "board/hashFunctions.h"
+#include "board/kingLines.h"
 #include "board/moveGenerator.h"
 #include "board/pieces.h"
 
@@ -118,17 +119,18 @@ void toggleColorToMove(Position& position) {
 } // namespace
 
 bool doMove(Position& position, const Move& move, DoMoveContext& context) {
+    if (!isLegal(KingLines(position), move)) {
+        return false;
+    }
+    playMove(position, move, context);
+    return true;
+}
+
+void playMove(Position& position, const Move& move, DoMoveContext& context) {
     Carried& carried = position.carried;
     context.carried = carried;
     const std::uint64_t oldEpHash = getEpHash(position);
     doPieces(position, move, context);
-    // The generator has made sure of a castling's legality.
-    if (!move.isCastle() && isInCheckNoCaching(position)) {
-        undoPieces(position, move, context);
-        carried = context.carried;
-        checkInvariants(position);
-        return false;
-    }
     loseCastles(carried, move, position.colorToMove);
     carried.epField = epFieldAfter(move);
     carried.halfMoveClock = isIrreversible(move) ? 0 : carried.halfMoveClock + 1;
@@ -136,7 +138,6 @@ bool doMove(Position& position, const Move& move, DoMoveContext& context) {
     toggleColorToMove(position);
     carried.hash ^= oldEpHash ^ getEpHash(position) ^ WHITE_TO_MOVE_HASH;
     checkInvariants(position);
-    return true;
 }
 
 void undoMove(Position& position, const Move& move, const DoMoveContext& context) {
@@ -148,15 +149,11 @@ void undoMove(Position& position, const Move& move, const DoMoveContext& context
 
 int generateLegalMoves(const Position& position, MoveArray& outputMoves) {
     const int generated = generateMoves(position, outputMoves);
-    Position tried = position;
-    DoMoveContext context;
+    const KingLines lines(position);
     int legal = 0;
     for (int i = 0; i < generated; ++i) {
-        const Move move = outputMoves[i];
-        if (doMove(tried, move, context)) {
-            undoMove(tried, move, context);
-            outputMoves[legal] = move;
-            ++legal;
+        if (isLegal(lines, outputMoves[i])) {
+            outputMoves[legal++] = outputMoves[i];
         }
     }
     return legal;
@@ -173,6 +170,6 @@ bool isInMate(const Position& position) {
 Position positionAfter(const Position& position, const Move& move) {
     Position after = position;
     DoMoveContext context;
-    doMove(after, move, context);
+    playMove(after, move, context);
     return after;
 }

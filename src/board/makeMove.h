@@ -16,7 +16,10 @@ struct DoMoveContext {
 // mover's king attacked, and the position is as it was.
 bool doMove(Position& position, const Move& move, DoMoveContext& context);
 
-// Takes back the last move that doMove() played with true, given the same move and
+// Plays a move that is known to be legal.
+void playMove(Position& position, const Move& move, DoMoveContext& context);
+
+// Takes back the last move that was played, given the same move and
 // the same context. What is known of a check is forgotten.
 void undoMove(Position& position, const Move& move, const DoMoveContext& context);
 

@@ -12,6 +12,9 @@ inline void putPiece(Position& position, FieldIndex field, Color color, PieceTyp
                      std::int8_t entry) {
     position.board[field] = {color, type, entry};
     position.pieces[entry] = {type, field};
+    position.ofColor[color] |= setOf(field);
+    position.ofType[type] |= setOf(field);
+    position.carried.sum += pieceSums[color][type][field];
     position.carried.material[color] += pieceEvaluationValues[type];
     position.carried.hash ^= getPieceHash(type, field, color);
 }
@@ -21,7 +24,10 @@ inline std::int8_t removePiece(Position& position, FieldIndex field) {
     Field& source = position.board[field];
     position.carried.material[source.color] -= pieceEvaluationValues[source.pieceType];
     position.carried.hash ^= getPieceHash(source.pieceType, field, source.color);
+    position.carried.sum -= pieceSums[source.color][source.pieceType][field];
     position.pieces[source.pieceIndexInList].pieceType = NO_PIECE;
+    position.ofColor[source.color] ^= setOf(field);
+    position.ofType[source.pieceType] ^= setOf(field);
     source.color = EMPTY;
     return source.pieceIndexInList;
 }
@@ -31,6 +37,12 @@ inline void movePiece(Position& position, FieldIndex from, FieldIndex to) {
     Field& source = position.board[from];
     position.carried.hash ^= getPieceHash(source.pieceType, from, source.color) ^
                              getPieceHash(source.pieceType, to, source.color);
+    const auto& sums = pieceSums[source.color][source.pieceType];
+    position.carried.sum += sums[to];
+    position.carried.sum -= sums[from];
+    const FieldSet fromTo = setOf(from) | setOf(to);
+    position.ofColor[source.color] ^= fromTo;
+    position.ofType[source.pieceType] ^= fromTo;
     position.pieces[source.pieceIndexInList].boardPosition = to;
     position.board[to] = source;
     source.color = EMPTY;

@@ -1,12 +1,13 @@
 // A position: plain data, copied by value.
 //
-// It holds the same facts twice, as a mailbox of 120 fields and as a list of 32 pieces.
-// Move generation walks the list and probes the mailbox, attack detection probes the
-// mailbox, the evaluation walks the list.
+// It holds the same facts three times: as a mailbox of 120 fields, as a list of 32 pieces,
+// and as sets of fields. The mailbox tells what stands on a field, the list decides the order
+// of moves, the sets answer questions about many fields at once.
 #pragma once
 
-#include "board/field.h"
+#include "board/fieldSet.h"
 #include "board/move.h"
+#include "board/pieceSums.h"
 
 #include <cstdint>
 
@@ -47,6 +48,7 @@ struct Carried {
     // Derived, with the plain function that works each out from scratch.
     ByColor<int> material; // sum of pieceEvaluationValues: materialForColor()
     std::uint64_t hash;    // the Polyglot key: getPositionZobristHash()
+    PieceSum sum;          // of all pieces: sumOfPieces()
 };
 
 // Built by initializeToStartPosition() or setFenNotation(), changed by doMove() and
@@ -58,12 +60,19 @@ struct Position {
     ByField<Field> board;  // the mailbox
     Carried carried;
 
+    // Derived: the fields that the pieces of each colour and of each kind stand on, as the
+    // mailbox has them: fieldsWhere().
+    ByColor<FieldSet> ofColor;
+    ByType<FieldSet> ofType;
+
     // Derived: whether the side to move is in check, if that has been asked. Answers may be
     // remembered in a position that otherwise stays as it is. See isInCheck(), and
     // isAttackedPlainly() for the plain form.
     mutable CheckState check;
 
     Color oppositeColorToMove() const { return opposite(colorToMove); }
+    FieldSet getOccupied() const { return ofColor[WHITE] | ofColor[BLACK]; }
+    FieldSet getPieces(Color color, PieceType type) const { return ofColor[color] & ofType[type]; }
 
     // File and row, 0 to 7, of a field of the board.
     static constexpr int get07File(FieldIndex index) { return fileOf(index); }

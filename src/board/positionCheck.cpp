@@ -64,6 +64,20 @@ std::string findInDerivedValues(const Position& position) {
             return "material is off for colour " + std::to_string(color);
         }
     }
+    for (const Color color : COLORS) {
+        if (position.ofColor[color] != fieldsWhere(position, color)) {
+            return "the set of fields is off for colour " + std::to_string(color);
+        }
+    }
+    for (int type = PAWN; type <= KING; ++type) {
+        const auto pieceType = static_cast<PieceType>(type);
+        if (position.ofType[pieceType] != fieldsWhere(position, pieceType)) {
+            return "the set of fields is off for kind " + std::to_string(type);
+        }
+    }
+    if (position.carried.sum != sumOfPieces(position)) {
+        return "the sum of the pieces is off";
+    }
     if (position.carried.hash != getPositionZobristHash(position)) {
         return "the key is off";
     }

@@ -26,6 +26,9 @@ void resetPosition(Position& position) {
     position.carried.halfMoveClock = 0;
     position.carried.moveEvaluation = 0;
     position.carried.material = {};
+    position.carried.sum = {};
+    position.ofColor = {};
+    position.ofType = {};
     position.check = CHECK_UNKNOWN;
 }
 
@@ -72,6 +75,14 @@ void countMaterial(Position& position) {
 void deriveAll(Position& position) {
     reflectBoardToPieces(position);
     countMaterial(position);
+    for (const Color color : COLORS) {
+        position.ofColor[color] = fieldsWhere(position, color);
+    }
+    for (int type = NO_PIECE; type <= KING; ++type) {
+        const auto pieceType = static_cast<PieceType>(type);
+        position.ofType[pieceType] = fieldsWhere(position, pieceType);
+    }
+    position.carried.sum = sumOfPieces(position);
     position.carried.hash = getPositionZobristHash(position);
 }
 
@@ -88,6 +99,36 @@ int materialForColor(const Position& position, Color color) {
     int sum = 0;
     for (int i = PiecesStart[side]; i < PiecesEnd[side]; ++i) {
         sum += pieceEvaluationValues[position.pieces[i].pieceType];
+    }
+    return sum;
+}
+
+FieldSet fieldsWhere(const Position& position, Color color) {
+    FieldSet fields = NO_FIELDS;
+    for (const FieldIndex field : BOARD_FIELDS) {
+        fields |= position.board[field].color == color ? setOf(field) : NO_FIELDS;
+    }
+    return fields;
+}
+
+FieldSet fieldsWhere(const Position& position, PieceType type) {
+    FieldSet fields = NO_FIELDS;
+    for (const FieldIndex index : BOARD_FIELDS) {
+        const Field& field = position.board[index];
+        fields |= field.color <= BLACK && field.pieceType == type ? setOf(index) : NO_FIELDS;
+    }
+    return fields;
+}
+
+PieceSum sumOfPieces(const Position& position) {
+    PieceSum sum;
+    for (const Color color : COLORS) {
+        for (int i = PiecesStart[color]; i < PiecesEnd[color]; ++i) {
+            const auto& [type, field] = position.pieces[i];
+            if (type != NO_PIECE) {
+                sum += PieceSum(color, type, field);
+            }
+        }
     }
     return sum;
 }

@@ -32,6 +32,13 @@ void initializeToStartPosition(Position& position);
 // White is taken for Black.
 int materialForColor(const Position& position, Color color);
 
+// The fields of the mailbox that hold a piece of a colour, or of a kind.
+FieldSet fieldsWhere(const Position& position, Color color);
+FieldSet fieldsWhere(const Position& position, PieceType type);
+
+// What the pieces of the list add up to.
+PieceSum sumOfPieces(const Position& position);
+
 // Worth of all pieces, kings counting 0, in thousandths of a pawn.
 inline int totalMaterial(const Position& position) {
     return position.carried.material[WHITE] + position.carried.material[BLACK];

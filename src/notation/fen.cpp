@@ -1,6 +1,6 @@
 #include "notation/fen.h"
 
-#include "board/attacks.h"
+#include "board/positionCheck.h"
 #include "board/setUp.h"
 #include "notation/letters.h"
 
@@ -176,9 +176,8 @@ std::string findBoardFault(const Position& position) {
     if (pieces[WHITE] > PIECES_PER_SIDE || pieces[BLACK] > PIECES_PER_SIDE) {
         return "a side has more than 16 pieces";
     }
-    Position otherSide = position;
-    otherSide.colorToMove = position.oppositeColorToMove();
-    if (isFieldThreatened(otherSide, kingFields[otherSide.colorToMove])) {
+    const FieldIndex king = kingFields[position.oppositeColorToMove()];
+    if (isAttackedPlainly(position, king, position.colorToMove)) {
         return "the side that is not to move stands in check";
     }
     return "";

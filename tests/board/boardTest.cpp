@@ -79,6 +79,9 @@ TEST(FindInconsistency, TellsEachBrokenInvariant) {
          }},
         {"material", [](Position& p) { p.carried.material[WHITE] += 1000; }},
         {"key", [](Position& p) { p.carried.hash ^= 1; }},
+        {"for colour 1", [](Position& p) { p.ofColor[BLACK] ^= setOf(E4); }},
+        {"for kind 2", [](Position& p) { p.ofType[ROOK] ^= setOf(A1); }},
+        {"sum of the pieces", [](Position& p) { p.carried.sum += pieceSums[BLACK][KNIGHT][F6]; }},
         {"remembered check", [](Position& p) { p.check = IS_CHECK; }},
     };
     // White has no queen, so that its last entry is free.

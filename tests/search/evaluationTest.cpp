@@ -15,7 +15,7 @@ constexpr int END_GAME_MATERIAL = 26200;
 int scoreOfPiece(PieceType type, Color color, FieldIndex field, int allMaterial) {
     Position position;
     resetPosition(position);
-    position.pieces[KingIndex[color]] = {type, field};
+    position.carried.sum = PieceSum(color, type, field);
     position.carried.material[color] = allMaterial;
     position.colorToMove = opposite(color);
     return positionalEval(position, 0);

@@ -1,0 +1,139 @@
+// Which fields a piece attacks from where it stands, as sets. The tables are made at compile
+// time by the steps of the pieces; findInconsistency() holds what is made of them against
+// isAttackedPlainly().
+#pragma once
+
+#include "board/fieldSet.h"
+
+#include <array>
+
+namespace attackTables {
+
+// The fields that one step of each offset reaches.
+template <std::size_t N> constexpr ByField<FieldSet> stepsOf(const std::array<int, N>& offsets) {
+    ByField<FieldSet> table{};
+    for (const FieldIndex field : BOARD_FIELDS) {
+        for (const int offset : offsets) {
+            table[field] |= setOf(field + offset);
+        }
+    }
+    return table;
+}
+
+// The fields that lie in one direction, up to the edge of the board.
+constexpr FieldSet rayOf(FieldIndex field, int offset) {
+    FieldSet ray = NO_FIELDS;
+    for (field += offset; isOnBoard(field); field += offset) {
+        ray |= setOf(field);
+    }
+    return ray;
+}
+
+// The two halves of a line through a field, told apart by the order of the bits.
+struct Line {
+    FieldSet lower;
+    FieldSet upper;
+};
+
+constexpr ByField<Line> linesOf(int offset) {
+    ByField<Line> table{};
+    for (const FieldIndex field : BOARD_FIELDS) {
+        table[field] = {rayOf(field, -offset), rayOf(field, offset)};
+    }
+    return table;
+}
+
+inline constexpr ByField<Line> ranks = linesOf(1);
+inline constexpr ByField<Line> files = linesOf(10);
+inline constexpr ByField<Line> diagonals = linesOf(11);
+inline constexpr ByField<Line> antiDiagonals = linesOf(9);
+
+// A set for each two fields.
+using ByTwoFields = std::array<std::array<FieldSet, EDGE * EDGE>, EDGE * EDGE>;
+
+// The fields between two that share a line, and that line as a whole.
+struct Connections {
+    ByTwoFields between;
+    ByTwoFields line;
+};
+
+inline constexpr auto connections = [] {
+    Connections table{};
+    for (const FieldIndex from : BOARD_FIELDS) {
+        for (const int offset : kralOffset) {
+            FieldSet between = NO_FIELDS;
+            const FieldSet line = rayOf(from, offset) | rayOf(from, -offset) | setOf(from);
+            for (FieldIndex to = from + offset; isOnBoard(to); to += offset) {
+                table.between[at(bitOf(from))][at(bitOf(to))] = between;
+                table.line[at(bitOf(from))][at(bitOf(to))] = line;
+                between |= setOf(to);
+            }
+        }
+    }
+    return table;
+}();
+
+// What a slider attacks along one line: up to the first occupied field of either half, that
+// field included. Subtracting the last obstacle below from twice the first one above leaves
+// just the bits between the two.
+constexpr FieldSet attacksOn(const Line& line, FieldSet occupied) {
+    const FieldSet lower = line.lower & occupied;
+    const FieldSet upper = line.upper & occupied;
+    const FieldSet lastBelow = (FieldSet{1} << 63) >> std::countl_zero(lower | 1);
+    const FieldSet firstAbove = upper & (~upper + 1);
+    return (2 * firstAbove - lastBelow) & (line.lower | line.upper);
+}
+
+} // namespace attackTables
+
+inline constexpr ByField<FieldSet> knightAttacks = attackTables::stepsOf(knightMovesOffsets);
+inline constexpr ByField<FieldSet> kingAttacks = attackTables::stepsOf(kralOffset);
+// What a pawn of a colour attacks.
+inline constexpr ByColor<ByField<FieldSet>> pawnAttacks = {
+    attackTables::stepsOf(std::array<int, 2>{9, 11}),
+    attackTables::stepsOf(std::array<int, 2>{-9, -11}),
+};
+
+// What a rook, a bishop or a queen attacks, given the occupied fields.
+constexpr FieldSet rookAttacks(FieldIndex field, FieldSet occupied) {
+    return attackTables::attacksOn(attackTables::ranks[field], occupied) |
+           attackTables::attacksOn(attackTables::files[field], occupied);
+}
+constexpr FieldSet bishopAttacks(FieldIndex field, FieldSet occupied) {
+    return attackTables::attacksOn(attackTables::diagonals[field], occupied) |
+           attackTables::attacksOn(attackTables::antiDiagonals[field], occupied);
+}
+constexpr FieldSet queenAttacks(FieldIndex field, FieldSet occupied) {
+    return rookAttacks(field, occupied) | bishopAttacks(field, occupied);
+}
+
+// The same on an empty board.
+inline constexpr auto rookLines = [] {
+    ByField<FieldSet> lines{};
+    for (const FieldIndex field : BOARD_FIELDS) {
+        lines[field] = rookAttacks(field, NO_FIELDS);
+    }
+    return lines;
+}();
+inline constexpr auto bishopLines = [] {
+    ByField<FieldSet> lines{};
+    for (const FieldIndex field : BOARD_FIELDS) {
+        lines[field] = bishopAttacks(field, NO_FIELDS);
+    }
+    return lines;
+}();
+
+// The fields strictly between two, if they share a line; otherwise none.
+constexpr FieldSet betweenOf(FieldIndex a, FieldIndex b) {
+    return attackTables::connections.between[at(bitOf(a))][at(bitOf(b))];
+}
+// The whole line that two fields share; none if they share none.
+constexpr FieldSet lineOf(FieldIndex a, FieldIndex b) {
+    return attackTables::connections.line[at(bitOf(a))][at(bitOf(b))];
+}
+
+static_assert(countOf(rookAttacks(A1, NO_FIELDS)) == 14);
+static_assert(countOf(bishopAttacks(D4, NO_FIELDS)) == 13);
+static_assert(rookAttacks(D4, setOf(D6) | setOf(B4)) ==
+              (setOf(D5) | setOf(D6) | setOf(D3) | setOf(D2) | setOf(D1) | setOf(C4) | setOf(B4) |
+               setOf(E4) | setOf(F4) | setOf(G4) | setOf(H4)));

@@ -1,0 +1,21 @@
+// How the side to move can give check, from one look along the lines of the enemy king.
+#pragma once
+
+#include "board/attackSets.h"
+#include "board/position.h"
+
+class CheckFields {
+public:
+    explicit CheckFields(const Position& position);
+
+    // The fields on which a move from `from` gives check, by a piece of that kind as it
+    // arrives. Promotions, castlings and en passant are not decided by that.
+    FieldSet getFields(PieceType type, FieldIndex from) const {
+        return contains(uncoverers, from) ? fields[type] | ~lineOf(enemyKing, from) : fields[type];
+    }
+
+private:
+    FieldIndex enemyKing;
+    ByType<FieldSet> fields;         // from which a kind attacks the enemy king
+    FieldSet uncoverers = NO_FIELDS; // men that stop an own slider on its way to it
+};

@@ -1,0 +1,54 @@
+// Sets of fields of the board, a bit for each, from a1 in bit 0 to h8 in bit 63.
+#pragma once
+
+#include "board/field.h"
+
+#include <bit>
+#include <cstdint>
+
+using FieldSet = std::uint64_t;
+
+inline constexpr FieldSet NO_FIELDS = 0;
+inline constexpr FieldSet ALL_FIELDS = ~FieldSet{0};
+
+// The place of a field of the board in a set, 0 to 63.
+constexpr int bitOf(FieldIndex field) {
+    return fileOf(field) + EDGE * rowOf(field);
+}
+
+// The set of one field; of none for the border.
+inline constexpr auto fieldSets = [] {
+    ByField<FieldSet> sets{};
+    for (const FieldIndex field : BOARD_FIELDS) {
+        sets[field] = FieldSet{1} << bitOf(field);
+    }
+    return sets;
+}();
+constexpr FieldSet setOf(FieldIndex field) {
+    return fieldSets[field];
+}
+
+constexpr bool contains(FieldSet set, FieldIndex field) {
+    return (set & setOf(field)) != 0;
+}
+
+constexpr int countOf(FieldSet set) {
+    return std::popcount(set);
+}
+
+// The first field of a set that is not empty, in the order of the bits.
+constexpr FieldIndex firstOf(FieldSet set) {
+    return BOARD_FIELDS[static_cast<std::size_t>(std::countr_zero(set))];
+}
+
+// Calls `visit` for each field of a set, in the order of the bits.
+template <class Visit> constexpr void forEachField(FieldSet set, Visit visit) {
+    for (; set != 0; set &= set - 1) {
+        visit(firstOf(set));
+    }
+}
+
+// All fields from `first` to `last`, in the order of the bits.
+constexpr FieldSet fieldsFromTo(FieldIndex first, FieldIndex last) {
+    return (setOf(last) - setOf(first)) | setOf(last);
+}

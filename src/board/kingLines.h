@@ -1,0 +1,39 @@
+// What bears on the king of the side to move, from one look along its lines: who gives check,
+// which men are pinned, and so which moves are legal without making them.
+#pragma once
+
+#include "board/attackSets.h"
+#include "board/position.h"
+
+class KingLines {
+public:
+    explicit KingLines(const Position& position);
+
+    bool isInCheck() const { return checkers != NO_FIELDS; }
+
+    // The fields that a piece on `from` other than the king may go to, as far as the king is
+    // concerned. En passant is not decided by that: two men leave their fields at once.
+    FieldSet getAllowedFields(FieldIndex from) const {
+        return contains(pinned, from) ? answers & lineOf(king, from) : answers;
+    }
+
+    // Whether the king itself may go to a field that it attacks: no enemy attacks it there,
+    // also not through the field that the king leaves.
+    bool isSafe(FieldIndex to) const;
+
+    // Whether a pseudo-legal en passant capture from `from` leaves the king unattacked.
+    bool allowsEnPassant(FieldIndex from) const;
+
+private:
+    const Position& position;
+    FieldIndex king;
+    FieldSet checkers = NO_FIELDS;
+    FieldSet pinned = NO_FIELDS;
+    // The fields on which another piece ends every check: all without a check, none in a
+    // double check.
+    FieldSet answers = ALL_FIELDS;
+};
+
+// Whether a pseudo-legal move of the position that `lines` was made of leaves the mover's king
+// unattacked.
+bool isLegal(const KingLines& lines, const Move& move);
