@@ -1,7 +1,8 @@
 #include "board/checkFields.h"
 
-CheckFields::CheckFields(const Position& position)
-    : enemyKing(position.pieces[KingIndex[position.oppositeColorToMove()]].boardPosition) {
+CheckFields::CheckFields(const Position& _position)
+    : position(_position),
+      enemyKing(position.pieces[KingIndex[position.oppositeColorToMove()]].boardPosition) {
     const Color own = position.colorToMove;
     const FieldSet occupied = position.getOccupied();
     const FieldSet straight = rookAttacks(enemyKing, occupied);
@@ -23,4 +24,31 @@ CheckFields::CheckFields(const Position& position)
             uncoverers |= obstacles & position.ofColor[own];
         }
     });
+}
+
+// For castling, en passant and promotion, where more than one field is left or the piece that
+// arrives is another one: looks at the sliders as they stand behind the move.
+bool CheckFields::givesCheckOtherwise(const Move& move) const {
+    const Color own = position.colorToMove;
+    FieldSet occupied = position.getOccupied();
+    FieldSet straight = position.getPieces(own, ROOK) | position.getPieces(own, QUEEN);
+    FieldSet diagonal = position.getPieces(own, BISHOP) | position.getPieces(own, QUEEN);
+    bool isDirect = false;
+    if (move.isCastle()) {
+        const auto& [kingFrom, kingTo, rookFrom, rookTo] = move.getCastlingFields();
+        occupied ^= setOf(kingFrom) | setOf(kingTo) | setOf(rookFrom) | setOf(rookTo);
+        straight ^= setOf(rookFrom) | setOf(rookTo);
+    } else {
+        occupied =
+            (occupied & ~setOf(move.from) & ~setOf(move.getCapturedField())) | setOf(move.to);
+        const PieceType type = move.promotionPieceType;
+        isDirect = contains(fields[type == KNIGHT     ? KNIGHT
+                                   : type == NO_PIECE ? PAWN
+                                                      : NO_PIECE],
+                            move.to);
+        straight |= type == ROOK || type == QUEEN ? setOf(move.to) : NO_FIELDS;
+        diagonal |= type == BISHOP || type == QUEEN ? setOf(move.to) : NO_FIELDS;
+    }
+    return isDirect || (rookAttacks(enemyKing, occupied) & straight) != NO_FIELDS ||
+           (bishopAttacks(enemyKing, occupied) & diagonal) != NO_FIELDS;
 }

@@ -8,6 +8,14 @@ class CheckFields {
 public:
     explicit CheckFields(const Position& position);
 
+    // Whether a legal move gives check.
+    bool givesCheck(const Move& move) const {
+        const bool isPlain =
+            move.castle_ep_flag == ORDINARY_MOVE && move.promotionPieceType == NO_PIECE;
+        return isPlain ? contains(getFields(move.pieceMoved, move.from), move.to)
+                       : givesCheckOtherwise(move);
+    }
+
     // The fields on which a move from `from` gives check, by a piece of that kind as it
     // arrives. Promotions, castlings and en passant are not decided by that.
     FieldSet getFields(PieceType type, FieldIndex from) const {
@@ -15,6 +23,9 @@ public:
     }
 
 private:
+    bool givesCheckOtherwise(const Move& move) const;
+
+    const Position& position;
     FieldIndex enemyKing;
     ByType<FieldSet> fields;         // from which a kind attacks the enemy king
     FieldSet uncoverers = NO_FIELDS; // men that stop an own slider on its way to it

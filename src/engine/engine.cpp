@@ -174,5 +174,5 @@ bool Engine::isTimeUp(const TimeBudget& budget) {
 
 // Counts the positions of the game, and nothing else, into the repetition table.
 void Engine::applyRepetitions(const Game& searchedGame) {
-    ida.getTreeGenerator().getState().countGame(searchedGame.repetitionHashes);
+    ida.getTreeGenerator().getState().path.begin(searchedGame.repetitionHashes);
 }

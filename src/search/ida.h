@@ -49,7 +49,6 @@ public:
     void setInfoListener(InfoListenerInterface* listener) { infoListener = listener; }
     // See TreeGenerator::applyChanges().
     int applyChanges(int hashTableSize) { return generator.applyChanges(hashTableSize); }
-    HashTable<RepetitionEntry>& getRepetitionTable() { return generator.getRepetitionTable(); }
     TreeGenerator& getTreeGenerator() { return generator; }
 
 private:

@@ -18,8 +18,7 @@ constexpr int TREE_DRAWERS = 9;
 constexpr ByType<int> captureDrawers = {QUIET_DRAWER, 5, 2, 4, 3, 1, QUIET_DRAWER};
 
 // Drawers of quiescence by moved and captured piece, best attack first.
-constexpr int QUISCENCE_DRAWERS = 10;
-constexpr int NO_CAPTURE_DRAWER = 9;
+constexpr std::int8_t NO_CAPTURE_DRAWER = 9;
 constexpr Indexed<int, std::int8_t, 64> pieceEvaluationBuckets = {
     -1, -1, -1, -1, -1, -1, -1, -1, // none
     9,  4,  2,  3,  3,  0,  4,  -1, // pawn
@@ -125,13 +124,19 @@ int MoveOrder::getMoveKillersIndex(const Move& move, int depth) {
 }
 
 void orderMoves(const MoveArray& moves, MoveIndices& moveOrderIndices, int length) {
-    Drawers<QUISCENCE_DRAWERS> drawers;
+    // There are hardly ever more than a few: each is put in its place among those before it.
+    Indexed<int, std::int8_t, MAX_MOVES> drawers;
     for (int i = 0; i < length; ++i) {
         const Move& move = moves[i];
-        drawers.put(move.isCastle()
-                        ? NO_CAPTURE_DRAWER
-                        : pieceEvaluationBuckets[move.pieceMoved * 8 + move.pieceCaptured],
-                    i);
+        const std::int8_t drawer =
+            move.isCastle() ? NO_CAPTURE_DRAWER
+                            : pieceEvaluationBuckets[move.pieceMoved * 8 + move.pieceCaptured];
+        int place = i;
+        for (; place > 0 && drawers[place - 1] > drawer; --place) {
+            drawers[place] = drawers[place - 1];
+            moveOrderIndices[place] = moveOrderIndices[place - 1];
+        }
+        drawers[place] = drawer;
+        moveOrderIndices[place] = static_cast<std::uint16_t>(i);
     }
-    drawers.readOut(moveOrderIndices);
 }

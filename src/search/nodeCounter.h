@@ -25,6 +25,15 @@ public:
         return searchedAllNodesAfterTimeControl > TIME_CHECK_AFTER_NODES && poll();
     }
 
+    // Whether so many moves can be counted without a poll between them; and counts them.
+    bool isFarFromPoll(int moves) const {
+        return searchedAllNodesAfterTimeControl + moves <= TIME_CHECK_AFTER_NODES;
+    }
+    void countMoves(int moves) {
+        searchedAllNodes += moves;
+        searchedAllNodesAfterTimeControl += moves;
+    }
+
     // Whether the search is to end, as the slot tells.
     bool timerUp();
     // Whether the pass was abandoned because of that. True until resetSearchedNodes().

@@ -3,10 +3,16 @@
 #include "base/loggingService.h"
 #include "base/statistics.h"
 #include "board/attacks.h"
+#include "board/checkFields.h"
+#include "board/kingLines.h"
 #include "board/makeMove.h"
-#include "board/moveGenerator.h"
+#include "board/moveEffects.h"
+#include "board/setUp.h"
 #include "search/evaluation.h"
+#include "search/quietGains.h"
 #include "search/score.h"
+
+#include <optional>
 
 namespace {
 
@@ -16,10 +22,46 @@ void statsIncrement(int type, int depth, int increment) {
 
 } // namespace
 
-bool isMoveInteresting(const Position& targetPosition, const Move& moveToTarget) {
-    return moveToTarget.pieceCaptured != NO_PIECE || moveToTarget.promotionPieceType != NO_PIECE ||
-           isInCheck(targetPosition);
-}
+// A node while its moves are tried.
+struct QuiscenceNode {
+    QuiscenceNode(Position& _position, Variant& _variant, int _alfa, int _beta, int _depth,
+                  bool _isDeepestPly, bool isWatched)
+        : position(_position), variant(_variant), alfa(_alfa), beta(_beta), depth(_depth),
+          targets(_position), lines(_position), isInCheckOriginally(lines.isInCheck()),
+          isDeepestPly(_isDeepestPly), material(-basicPositionEvaluationByMaterial(_position)) {
+        if (!isInCheckOriginally && (!isDeepestPly || isWatched)) {
+            checkFields.emplace(position);
+        }
+    }
+
+    // Whether the search follows a move further: it gives check, captures or promotes. In
+    // check, and at the deepest ply unless somebody watches, all moves are treated alike, and
+    // the answer is yes.
+    bool isMoveInteresting(const Move& move) const {
+        return move.pieceCaptured != NO_PIECE || move.promotionPieceType != NO_PIECE ||
+               !checkFields || checkFields->givesCheck(move);
+    }
+
+    // The static score of the position behind a move, for the side to move here.
+    int getStaticScore(PieceSum sum, int totalMaterial, int materialBalance) const {
+        const int eval = positionalEvalOf(sum, totalMaterial <= END_GAME_MAX_MATERIAL);
+        return materialBalance + (position.colorToMove == WHITE ? eval : -eval);
+    }
+
+    Position& position;
+    Variant& variant; // gets the line
+    int alfa;         // the best score so far
+    const int beta;
+    const int depth;                        // plies below the entry
+    const MoveTargets targets;              // all moves
+    const KingLines lines;                  // which of them are legal
+    const bool isInCheckOriginally;         // before the moves
+    const bool isDeepestPly;                // nothing is searched further
+    const int material;                     // balance for the side to move
+    std::optional<CheckFields> checkFields; // which moves give check, where that is asked
+    int numberOfLegalMoves = 0;             // that have been tried
+    Variant localVariant;                   // score of the move tried last, and line behind it
+};
 
 template <class Observer>
 MoveEnding Quiscence<Observer>::quiscenceSearchInner(Position& position, int alfa, int beta,
@@ -52,89 +94,195 @@ MoveEnding Quiscence<Observer>::quiscenceSearchRek(Position& position, Variant& 
         return MoveEnding::CLOCK;
     }
 
-    MoveArray outMoves;
-    MoveIndices moveOrderIndices;
-    const int pseudoLegalMovesN = generateMoves(position, outMoves);
-    statsIncrement(TestStatistics::Q_SEARCH_ALL, depth, pseudoLegalMovesN);
-    const bool isInCheckOriginally = isInCheck(position);
-    orderMoves(outMoves, moveOrderIndices, pseudoLegalMovesN);
-
-    int numberOfLegalMoves = 0;
-    Variant localVariant;
-    DoMoveContext context;
-    for (int i = 0; i < pseudoLegalMovesN; ++i) {
-        const Move& m = outMoves[moveOrderIndices[i]];
-        if (!doMove(position, m, context)) {
-            continue;
-        }
-        observer.doMove(m);
-
-        // An abandoned pass leaves its moves on the board, here and in every frame above.
-        if (state.nodes.countMove()) {
-            logger.debug("Time up as checked in quiscence generator at depth ", depth);
-            variant.clear(beta);
-            return MoveEnding::SEARCHED;
-        }
-        statsIncrement(TestStatistics::Q_SEARCH, depth, 1);
-        ++numberOfLegalMoves;
-
-        localVariant.clear(0);
-        const MoveEnding ending =
-            scoreQuiscenceMove(position, m, localVariant, alfa, beta, depth, isInCheckOriginally);
-        if (state.nodes.isAbandoned()) {
-            logger.trace("Quitting in quiscence generator at depth ", depth);
-            variant.clear(beta);
-            return MoveEnding::SEARCHED;
-        }
-        state.moveUndoneInner(position);
-        undoMove(position, m, context);
-        observer.explainQuiscenceMove(alfa, beta, localVariant, m, ending);
-
-        if (localVariant.evaluation >= beta) {
-            statsIncrement(TestStatistics::Q_CUTTOFS, depth, 1);
-            variant.clear(beta);
-            return MoveEnding::SEARCHED;
-        }
-        if (localVariant.evaluation > alfa) {
-            alfa = localVariant.evaluation;
-            variant.extend(localVariant, {m, true, false, false});
-        }
+    const bool isDeepestPly = depth >= state.getQuiscenceMaxDepth() - 1;
+    QuiscenceNode node(position, variant, alfa, beta, depth, isDeepestPly, Observer::IS_WATCHING);
+    statsIncrement(TestStatistics::Q_SEARCH_ALL, depth, node.targets.getCount());
+    Next next = tryCaptures(node);
+    if (next == Next::MOVE) {
+        next = tryQuietMoves(node);
     }
+    statsIncrement(TestStatistics::Q_SEARCH, depth, node.numberOfLegalMoves);
 
-    if (numberOfLegalMoves == 0) {
-        variant.evaluation = isInCheckOriginally ? MATED_EVALUATION : DRAW_EVALUATION;
-        return isInCheckOriginally ? MoveEnding::CHECKMATE : MoveEnding::STALEMATE;
+    if (next != Next::MOVE) {
+        statsIncrement(TestStatistics::Q_CUTTOFS, depth, next == Next::CUT_OFF ? 1 : 0);
+        variant.clear(beta);
+        return MoveEnding::SEARCHED;
     }
-    variant.evaluation = alfa;
+    if (node.numberOfLegalMoves == 0) {
+        variant.evaluation = node.isInCheckOriginally ? MATED_EVALUATION : DRAW_EVALUATION;
+        return node.isInCheckOriginally ? MoveEnding::CHECKMATE : MoveEnding::STALEMATE;
+    }
+    variant.evaluation = node.alfa;
     return MoveEnding::SEARCHED;
 }
 
-// Scores `move`, which has just led to `position`, for the side that made it, and tells
-// how. If the move is searched further, `localVariant` gets the line behind it as well.
+// Best attack first; see orderMoves().
+template <class Observer> auto Quiscence<Observer>::tryCaptures(QuiscenceNode& node) -> Next {
+    const Position& position = node.position;
+    const FieldSet enemies = position.ofColor[position.oppositeColorToMove()];
+    MoveArray captures;
+    int count = 0;
+    const auto append = [&](const Move& move) {
+        captures[count++] = move;
+        return true;
+    };
+    for (const MoveTargets::Piece& piece : node.targets) {
+        forEachTarget(piece, piece.targets & enemies, position.colorToMove,
+                      [&](FieldIndex to) { return forEachMoveTo(position, piece, to, append); });
+        if (piece.type == PAWN && node.targets.canTakeEnPassant(piece.from)) {
+            append(makeEnPassant(position, piece.from));
+        }
+    }
+
+    MoveIndices moveOrderIndices;
+    orderMoves(captures, moveOrderIndices, count);
+    for (int i = 0; i < count; ++i) {
+        const Move& m = captures[moveOrderIndices[i]];
+        if (!isLegal(node.lines, m)) {
+            continue;
+        }
+        if (const Next next = tryMove(node, m); next != Next::MOVE) {
+            return next;
+        }
+    }
+    return Next::MOVE;
+}
+
+// All that captures nothing, in the order of the generator.
+template <class Observer> auto Quiscence<Observer>::tryQuietMoves(QuiscenceNode& node) -> Next {
+    const Position& position = node.position;
+    const FieldSet free = ~position.getOccupied();
+    Next next = Next::MOVE;
+    const auto tryIt = [&](const Move& move) {
+        next = tryMove(node, move);
+        return next == Next::MOVE;
+    };
+    for (const MoveTargets::Piece& piece : node.targets) {
+        FieldSet fields = piece.targets & free;
+        if (piece.type == KING) {
+            forEachField(fields, [&](FieldIndex to) {
+                fields ^= node.lines.isSafe(to) ? NO_FIELDS : setOf(to);
+            });
+        } else {
+            fields &= node.lines.getAllowedFields(piece.from);
+        }
+        if (!countQuietMoves(node, piece, fields)) {
+            forEachTarget(piece, fields, position.colorToMove,
+                          [&](FieldIndex to) { return forEachMoveTo(position, piece, to, tryIt); });
+        }
+        for (const bool queenSide : {true, false}) {
+            if (next == Next::MOVE && piece.type == KING && node.targets.canCastle(queenSide)) {
+                tryIt(makeCastling(position, queenSide));
+            }
+        }
+        if (next != Next::MOVE) {
+            return next;
+        }
+    }
+    return Next::MOVE;
+}
+
+// If no quiet move of a piece to one of these fields can matter, counts them all and returns
+// true: they are scored as their positions stand, and not even the best gain raises alfa.
 template <class Observer>
-MoveEnding Quiscence<Observer>::scoreQuiscenceMove(Position& position, const Move& move,
-                                                   Variant& localVariant, int alfa, int beta,
-                                                   int depth, bool isInCheckOriginally) {
-    if (state.moveDoneInner(position) > 1) {
-        localVariant.evaluation = DRAW_EVALUATION;
+bool Quiscence<Observer>::countQuietMoves(QuiscenceNode& node, const MoveTargets::Piece& piece,
+                                          FieldSet fields) {
+    if (Observer::IS_WATCHING || (node.isInCheckOriginally && !node.isDeepestPly)) {
+        return false;
+    }
+    const Position& position = node.position;
+    const Color color = position.colorToMove;
+    if (piece.type == PAWN && isBeforePromotion(piece.from, color)) {
+        return false;
+    }
+    const bool givesCheck =
+        !node.isDeepestPly &&
+        (fields & node.checkFields->getFields(piece.type, piece.from)) != NO_FIELDS;
+    const bool canBeDraw =
+        node.alfa < DRAW_EVALUATION && state.path.canRepeat(position.carried.halfMoveClock + 1);
+    const int best =
+        node.getStaticScore(position.carried.sum, totalMaterial(position), node.material) +
+        greatestGains[color][piece.type][piece.from];
+    const int count = countOf(fields);
+    if (givesCheck || canBeDraw || best > node.alfa || !state.nodes.isFarFromPoll(count)) {
+        return false;
+    }
+    state.nodes.countMoves(count);
+    node.numberOfLegalMoves += count;
+    return true;
+}
+
+// Tries a legal move.
+template <class Observer>
+auto Quiscence<Observer>::tryMove(QuiscenceNode& node, const Move& move) -> Next {
+    observer.doMove(move);
+    // An abandoned pass leaves its moves on the board, here and in every frame above.
+    if (state.nodes.countMove()) {
+        logger.debug("Time up as checked in quiscence generator at depth ", node.depth);
+        return Next::ABANDON;
+    }
+    ++node.numberOfLegalMoves;
+    node.localVariant.clear(0);
+    const MoveEnding ending = scoreQuiscenceMove(node, move);
+    if (state.nodes.isAbandoned()) {
+        logger.trace("Quitting in quiscence generator at depth ", node.depth);
+        return Next::ABANDON;
+    }
+    observer.explainQuiscenceMove(node.alfa, node.beta, node.localVariant, move, ending);
+
+    const int score = node.localVariant.evaluation;
+    if (score >= node.beta) {
+        return Next::CUT_OFF;
+    }
+    if (score > node.alfa) {
+        node.alfa = score;
+        node.variant.extend(node.localVariant, {move, true, false, false});
+    }
+    return Next::MOVE;
+}
+
+// Scores a legal move for the side that makes it, and tells how. If the move is searched
+// further, `localVariant` gets the line behind it as well.
+template <class Observer>
+MoveEnding Quiscence<Observer>::scoreQuiscenceMove(QuiscenceNode& node, const Move& move) {
+    const Position& position = node.position;
+    const int clock = position.carried.halfMoveClock + 1;
+    if (state.path.canRepeat(clock) && isReversible(position, move) &&
+        state.path.isRepetition(getKeyAfter(position, move), clock)) {
+        node.localVariant.evaluation = DRAW_EVALUATION;
         return MoveEnding::REPETITION;
     }
-    const int material = basicPositionEvaluationByMaterial(position);
-    const bool isQuiet = !isInCheckOriginally && !isMoveInteresting(position, move);
-    const bool isDeepestPly = depth >= state.getQuiscenceMaxDepth() - 1;
-    if (isQuiet || isDeepestPly) {
-        localVariant.evaluation = positionalEval(position, material) + material;
+    const int material = node.material + getMaterialGain(move);
+    const bool isQuiet = !node.isMoveInteresting(move);
+    if (isQuiet || node.isDeepestPly) {
+        node.localVariant.evaluation = node.getStaticScore(
+            getSumAfter(position, move), getTotalMaterialAfter(position, move), material);
         return isQuiet ? MoveEnding::QUIET : MoveEnding::DEEPEST_PLY;
     }
     const std::int64_t reach = std::int64_t{state.config.quiscenceDeltaWindow} + material;
-    const bool isOutOfReach = reach < alfa;
-    if (isOutOfReach && !isInCheckOriginally && !isInCheck(position)) {
-        localVariant.evaluation = material;
+    const bool isOutOfReach = reach < node.alfa;
+    if (isOutOfReach && !node.isInCheckOriginally && !node.checkFields->givesCheck(move)) {
+        node.localVariant.evaluation = material;
         return MoveEnding::OUT_OF_REACH;
     }
-    const MoveEnding ending = quiscenceSearchRek(position, localVariant, closerToCheckMate(-beta),
-                                                 closerToCheckMate(-alfa), depth + 1);
-    localVariant.evaluation = furtherFromCheckMate(-localVariant.evaluation);
+    return searchMove(node, move);
+}
+
+// The same for a move that is searched further.
+template <class Observer>
+MoveEnding Quiscence<Observer>::searchMove(QuiscenceNode& node, const Move& move) {
+    DoMoveContext context;
+    playMove(node.position, move, context);
+    state.path.push(node.position.carried.hash);
+    const MoveEnding ending =
+        quiscenceSearchRek(node.position, node.localVariant, closerToCheckMate(-node.beta),
+                           closerToCheckMate(-node.alfa), node.depth + 1);
+    if (state.nodes.isAbandoned()) {
+        return ending;
+    }
+    state.path.pop();
+    undoMove(node.position, move, context);
+    node.localVariant.evaluation = furtherFromCheckMate(-node.localVariant.evaluation);
     return ending;
 }
 

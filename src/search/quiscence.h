@@ -4,11 +4,14 @@
 // is fail-hard alpha-beta; `alfa` and `beta` are the node's window.
 #pragma once
 
+#include "board/moveTargets.h"
 #include "board/position.h"
 #include "search/moveEnding.h"
 #include "search/searchObserver.h"
 #include "search/searchState.h"
 #include "search/variant.h"
+
+struct QuiscenceNode;
 
 // `Observer` is told of every move; see searchObserver.h.
 template <class Observer> class Quiscence {
@@ -26,8 +29,15 @@ public:
                                   int depth);
 
 private:
-    MoveEnding scoreQuiscenceMove(Position& position, const Move& move, Variant& localVariant,
-                                  int alfa, int beta, int depth, bool isInCheckOriginally);
+    // What follows when a move has been tried.
+    enum class Next { MOVE, CUT_OFF, ABANDON };
+
+    Next tryCaptures(QuiscenceNode& node);
+    Next tryQuietMoves(QuiscenceNode& node);
+    Next tryMove(QuiscenceNode& node, const Move& move);
+    bool countQuietMoves(QuiscenceNode& node, const MoveTargets::Piece& piece, FieldSet fields);
+    MoveEnding scoreQuiscenceMove(QuiscenceNode& node, const Move& move);
+    MoveEnding searchMove(QuiscenceNode& node, const Move& move);
 
     SearchState& state;
     [[no_unique_address]] Observer observer;
@@ -35,7 +45,3 @@ private:
 
 extern template class Quiscence<NoObserver>;
 extern template class Quiscence<ObservedBy>;
-
-// Whether quiescence follows `moveToTarget` further, which has led to `targetPosition`: it
-// gives check, captures or promotes.
-bool isMoveInteresting(const Position& targetPosition, const Move& moveToTarget);

@@ -43,6 +43,8 @@ protected:
 
 // Nobody watches.
 struct NoObserver {
+    static constexpr bool IS_WATCHING = false;
+
     void doMove(const Move& /*move*/) const {}
     void explainTreeGenMove(int /*alfa*/, int /*beta*/, const Variant& /*localVariant*/,
                             const Move& /*move*/, MoveEnding /*ending*/) const {}
@@ -52,6 +54,8 @@ struct NoObserver {
 
 // Hands everything on to the one who watches, who is not owned.
 struct ObservedBy {
+    static constexpr bool IS_WATCHING = true;
+
     void doMove(const Move& move) const { observer->doMove(move); }
     void explainTreeGenMove(int alfa, int beta, const Variant& localVariant, const Move& move,
                             MoveEnding ending) const {

@@ -18,8 +18,6 @@ inline constexpr int MAX_QUISCENCE_DEPTH = 30;
 
 // Half-move clock, in plies, at which both searches call a draw.
 inline constexpr int MAX_HALF_MOVE_CLOCK = 100;
-// Buckets of the table of repetitions.
-inline constexpr int REPETITION_TABLE_DEFAULT_SIZE = 1024;
 
 // ---- The window ----
 

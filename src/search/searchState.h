@@ -3,39 +3,26 @@
 
 #include "base/engineParameters.h"
 #include "board/position.h"
-#include "search/hashTable.h"
+#include "search/keyPath.h"
 #include "search/moveOrder.h"
 #include "search/nodeCounter.h"
 #include "search/transpositionTable.h"
 
 #include <algorithm>
-#include <cstdint>
-#include <span>
 
 struct SearchState {
     explicit SearchState(const EngineConfig& _config)
-        : config(_config), table(_config.hashTableSize),
-          repetitionTable(REPETITION_TABLE_DEFAULT_SIZE) {}
+        : config(_config), table(_config.hashTableSize) {}
 
-    // Count a position in or out of the path; the first returns its new count. Both
-    // take the position after the move.
-    std::uint16_t moveDoneInner(const Position& newPosition) {
-        const std::uint64_t key = newPosition.carried.hash;
-        return repetitionTable.getEntry(key).increaseRepetitions(key);
+    // Put the position after a move on the path, and take the last one off it. The first tells
+    // whether the position stood before, in the game or on the path.
+    bool moveDoneInner(const Position& newPosition) {
+        const Carried& carried = newPosition.carried;
+        const bool isRepetition = path.isRepetition(carried.hash, carried.halfMoveClock);
+        path.push(carried.hash);
+        return isRepetition;
     }
-    void moveUndoneInner(const Position& oldPosition) {
-        const std::uint64_t key = oldPosition.carried.hash;
-        repetitionTable.getEntry(key).decreaseRepetitions(key);
-    }
-    // Counts the positions of a game, told by their keys, and nothing else.
-    void countGame(std::span<const std::uint64_t> keys) {
-        for (int i = 0; i < repetitionTable.getSize(); ++i) {
-            repetitionTable.getEntry(i).clear();
-        }
-        for (const std::uint64_t key : keys) {
-            repetitionTable.getEntry(key).increaseRepetitions(key);
-        }
-    }
+    void moveUndoneInner() { path.pop(); }
 
     // Plies of quiescence, as far as there is room for them; 0 switches it off.
     int getQuiscenceMaxDepth() const {
@@ -44,7 +31,7 @@ struct SearchState {
 
     const EngineConfig& config;
     TranspositionTable table;
-    HashTable<RepetitionEntry> repetitionTable; // positions of the game and the path
+    KeyPath path; // positions of the game and from the root on
     MoveOrder order;
     NodeCounter nodes;
     int actualMoveDepth = 1; // depth of the pass in plies, 1 to MAX_PASSES

@@ -65,7 +65,6 @@ public:
     // if there is no memory.
     int applyChanges(int hashTableSize) { return state.table.resize(hashTableSize); }
 
-    HashTable<RepetitionEntry>& getRepetitionTable() { return state.repetitionTable; }
     SearchState& getState() { return state; }
 
 private:

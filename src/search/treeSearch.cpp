@@ -58,7 +58,7 @@ MoveEnding TreeSearch<Observer>::generateTreeRek(Position& position, Variant& ou
             outputVar.clear(beta);
             return MoveEnding::SEARCHED;
         }
-        state.moveUndoneInner(position);
+        state.moveUndoneInner();
         undoMove(position, m, context);
         observer.explainTreeGenMove(alfa, beta, variantLocal, m, ending);
         if (isLmfCut(ending)) {
@@ -96,7 +96,7 @@ template <class Observer>
 MoveEnding TreeSearch<Observer>::scoreMove(Position& position, Variant& variantLocal, int alfa,
                                            int originalAlfa, int beta, int depth) {
     // The position stood on the board or on the path before: once is enough.
-    if (state.moveDoneInner(position) > 1) {
+    if (state.moveDoneInner(position)) {
         variantLocal.evaluation = DRAW_EVALUATION;
         return MoveEnding::REPETITION;
     }

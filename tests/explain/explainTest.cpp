@@ -200,7 +200,7 @@ TEST(WatchedSearch, CountsScoresAndPlaysAsTheEngineDoes) {
         const auto ida = std::make_unique<Ida>(*config);
         Reports played;
         ida->setInfoListener(&played);
-        ida->getTreeGenerator().getState().countGame(game.repetitionHashes);
+        ida->getTreeGenerator().getState().path.begin(game.repetitionHashes);
         Position position = game.position;
         Variant variant;
         ida->generateTree(position, variant, depth, true);

@@ -54,7 +54,7 @@ public:
         generator().clearTable();
         generator().clearKillersTable();
         generator().setDefaultFirstAlfaBeta();
-        generator().getState().countGame(keys);
+        generator().getState().path.begin(keys);
         line = Variant();
     }
 

@@ -131,7 +131,7 @@ BenchResult searchAfresh(const std::string& fen, int depth, int hashMebibytes) {
     Position position;
     setFenNotation(position, fen);
     // The game begins here, so the position has been on the board once.
-    state.countGame({&position.carried.hash, 1});
+    state.path.begin({&position.carried.hash, 1});
 
     BenchResult result;
     const Milliseconds start = clockMilliseconds();

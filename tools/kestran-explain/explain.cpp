@@ -134,7 +134,7 @@ Variant watchSearch(const EngineConfig& config, const Game& game, const std::vec
     const auto ida = std::make_unique<Ida>(config);
     ida->watchBy(explain);
     ida->setInfoListener(listener);
-    ida->getTreeGenerator().getState().countGame(game.repetitionHashes);
+    ida->getTreeGenerator().getState().path.begin(game.repetitionHashes);
     Position position = game.position;
     Variant result;
     ida->generateTree(position, result, depth, true);

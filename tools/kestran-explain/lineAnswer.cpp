@@ -47,7 +47,7 @@ Worth searchAlone(const EngineConfig& config, const Game& game, const WatchedLin
     for (int i = 1; i <= ply + 1; ++i) {
         path.repetitionHashes.push_back(line.getPosition(i).carried.hash);
     }
-    ida->getTreeGenerator().getState().countGame(path.repetitionHashes);
+    ida->getTreeGenerator().getState().path.begin(path.repetitionHashes);
     Position position = line.getPosition(ply + 1);
     Variant variant;
     const int depth = line.getPassDepth(pass) - 1 - ply;
