@@ -22,6 +22,9 @@ public:
         return contains(uncoverers, from) ? fields[type] | ~lineOf(enemyKing, from) : fields[type];
     }
 
+    // Own men that stop an own slider on its way to the enemy king.
+    FieldSet getUncoverers() const { return uncoverers; }
+
 private:
     bool givesCheckOtherwise(const Move& move) const;
 

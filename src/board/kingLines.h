@@ -11,6 +11,9 @@ public:
 
     bool isInCheck() const { return checkers != NO_FIELDS; }
 
+    // Own men that stop an enemy slider on its way to the king.
+    FieldSet getPinned() const { return pinned; }
+
     // The fields that a piece on `from` other than the king may go to, as far as the king is
     // concerned. En passant is not decided by that: two men leave their fields at once.
     FieldSet getAllowedFields(FieldIndex from) const {

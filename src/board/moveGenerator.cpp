@@ -10,7 +10,7 @@ int generateMoves(const Position& position, MoveArray& outputMoves) {
         outputMoves[count++] = move;
         return true;
     };
-    for (const MoveTargets::Piece& piece : targets) {
+    targets.forEachPiece([&](const PieceTargets& piece) {
         forEachTarget(piece, piece.targets, color,
                       [&](FieldIndex to) { return forEachMoveTo(position, piece, to, append); });
         if (piece.type == KING) {
@@ -22,6 +22,7 @@ int generateMoves(const Position& position, MoveArray& outputMoves) {
         } else if (piece.type == PAWN && targets.canTakeEnPassant(piece.from)) {
             append(makeEnPassant(position, piece.from));
         }
-    }
+        return true;
+    });
     return count;
 }

@@ -4,14 +4,24 @@
 
 namespace {
 
-FieldSet pawnTargets(const Position& position, FieldIndex from, FieldSet occupied) {
-    const Color color = position.colorToMove;
-    FieldSet targets = setOf(from + pawnOnePieceAheadOffset[color]) & ~occupied;
-    if (targets != NO_FIELDS &&
-        isWithin(from, pawnStartingRowIndexMin[color], PawnStartingRowIndexMax[color])) {
-        targets |= setOf(from + barva_OffsetDvePoleDopredu[color]) & ~occupied;
-    }
-    return targets | (pawnAttacks[color][from] & position.ofColor[opposite(color)]);
+// The fields one rank ahead of those of a set, for a colour.
+constexpr FieldSet aheadOf(FieldSet fields, Color color) {
+    return color == WHITE ? fields << EDGE : fields >> EDGE;
+}
+
+// By colour: where pawns stand after one step from where they start, before promotion, and the
+// fields that a pawn attacks to the side of the a- and of the h-file.
+constexpr ByColor<FieldSet> firstStepRank = {fieldsFromTo(A3, H3), fieldsFromTo(A6, H6)};
+constexpr ByColor<FieldSet> beforePromotion = {fieldsFromTo(A7, H7), fieldsFromTo(A2, H2)};
+constexpr FieldSet A_FILE = 0x0101010101010101;
+constexpr FieldSet H_FILE = A_FILE << (EDGE - 1);
+
+// The fields next to those of a set, on one side.
+constexpr FieldSet leftOf(FieldSet fields) {
+    return (fields & ~A_FILE) >> 1;
+}
+constexpr FieldSet rightOf(FieldSet fields) {
+    return (fields & ~H_FILE) << 1;
 }
 
 FieldSet attacksOf(PieceType type, FieldIndex from, FieldSet occupied) {
@@ -29,52 +39,91 @@ FieldSet attacksOf(PieceType type, FieldIndex from, FieldSet occupied) {
     }
 }
 
-// Whether the king can castle with right `right`: the fields that it leaves, crosses and
-// reaches are safe, all fields up to the rook empty.
+// Whether the king can castle with right `right`: all fields up to the rook are empty, those
+// that it leaves, crosses and reaches are safe.
 bool isCastlingPossible(const Position& position, int right) {
-    const FieldIndex kingFrom = castlingFields[right].kingFrom;
-    const bool queenSide = right % 2 == 0;
-    const int direction = queenSide ? -1 : 1;
-    if (!position.carried.castles[right] ||
-        position.pieces[KingIndex[position.colorToMove]].boardPosition != kingFrom) {
+    if (!position.carried.castles[right]) {
         return false;
     }
-    for (int j = 0; j <= 2; ++j) {
-        const FieldIndex field = kingFrom + j * direction;
-        const bool blocked = j > 0 && position.board[field].color != EMPTY;
-        if (blocked || isFieldThreatened(position, field)) {
-            return false;
-        }
-    }
-    return !queenSide || position.board[kingFrom - 3].color == EMPTY;
+    const auto& [kingFrom, kingTo, rookFrom, rookTo] = castlingFields[right];
+    return (betweenOf(kingFrom, rookFrom) & position.getOccupied()) == NO_FIELDS &&
+           position.pieces[KingIndex[position.colorToMove]].boardPosition == kingFrom &&
+           !isFieldThreatened(position, kingFrom) && !isFieldThreatened(position, rookTo) &&
+           !isFieldThreatened(position, kingTo);
 }
 
 } // namespace
 
-MoveTargets::MoveTargets(const Position& position) : epField(position.carried.epField) {
-    const Color color = position.colorToMove;
+MoveTargets::MoveTargets(const Position& _position)
+    : position(_position), first(PiecesStart[_position.colorToMove]),
+      castlesLong(isCastlingPossible(_position, 2 * _position.colorToMove)),
+      castlesShort(isCastlingPossible(_position, 2 * _position.colorToMove + 1)) {
     const FieldSet occupied = position.getOccupied();
-    const FieldSet free = ~position.ofColor[color];
-    for (int i = PiecesStart[color]; i < PiecesEnd[color]; ++i) {
-        const auto& [type, from] = position.pieces[i];
+    const FieldSet own = position.ofColor[position.colorToMove];
+    const FieldSet enemies = occupied ^ own;
+    for (int i = 0; i < PIECES_PER_SIDE; ++i) {
+        const auto& [type, from] = position.pieces[first + i];
         if (type == NO_PIECE) {
             continue;
         }
-        Piece& piece = pieces[size++];
-        piece.type = type;
-        piece.from = from;
+        const EntrySet bit = EntrySet{1} << i;
+        pieces |= bit;
         if (type == PAWN) {
-            piece.targets = pawnTargets(position, from, occupied);
-            count += countOf(piece.targets) * (isBeforePromotion(from, color) ? 4 : 1) +
-                     (canTakeEnPassant(from) ? 1 : 0);
-        } else {
-            piece.targets = attacksOf(type, from, occupied) & free;
-            count += countOf(piece.targets);
+            pawns |= bit;
+            continue;
         }
+        targets[i] = attacksOf(type, from, occupied) & ~own;
+        count += countOf(targets[i]);
+        capturers |= (targets[i] & enemies) != NO_FIELDS ? bit : 0;
     }
-    castlesLong = isCastlingPossible(position, 2 * color);
-    castlesShort = isCastlingPossible(position, 2 * color + 1);
+    addPawns();
     count += (castlesLong ? 1 : 0) + (castlesShort ? 1 : 0);
+}
+
+// Counts the moves of all pawns at once.
+void MoveTargets::addPawns() {
+    const Color color = position.colorToMove;
+    const FieldSet ownPawns = position.getPieces(color, PAWN);
+    const FieldSet occupied = position.getOccupied();
+    const FieldSet enemies = position.ofColor[opposite(color)];
+    singleSteps = aheadOf(ownPawns, color) & ~occupied;
+    doubleSteps = aheadOf(singleSteps & firstStepRank[color], color) & ~occupied;
+
+    // The pawns that may capture to either side, and those that promote with it.
+    const FieldSet attacked = aheadOf(enemies, opposite(color));
+    const FieldSet left = rightOf(attacked) & ownPawns;
+    const FieldSet right = leftOf(attacked) & ownPawns;
+    const FieldSet promoting = ownPawns & beforePromotion[color];
+    count += countOf(singleSteps) + countOf(doubleSteps) + countOf(left) + countOf(right);
+    if (promoting != NO_FIELDS) {
+        const FieldSet promotingSteps = aheadOf(promoting, color) & ~occupied;
+        count +=
+            3 * (countOf(promotingSteps) + countOf(left & promoting) + countOf(right & promoting));
+    }
+    FieldSet capturing = left | right;
+    if (position.carried.epField != NO_FIELD) {
+        const FieldSet victim = setOf(position.carried.epField);
+        const FieldSet beside = (leftOf(victim) | rightOf(victim)) & ownPawns;
+        count += countOf(beside);
+        capturing |= beside;
+    }
+    forEachField(capturing, [this](FieldIndex from) {
+        capturers |= EntrySet{1} << (position.board[from].pieceIndexInList - first);
+    });
+}
+
+FieldSet MoveTargets::getPawnTargets(FieldIndex from) const {
+    const Color color = position.colorToMove;
+    const FieldSet steps = aheadOf(setOf(from), color);
+    return (steps & singleSteps) | (aheadOf(steps & singleSteps, color) & doubleSteps) |
+           (pawnAttacks[color][from] & position.ofColor[opposite(color)]);
+}
+
+bool MoveTargets::arePawnsTogether() const {
+    const EntrySet from = pawns & (~pawns + 1);                                // the first
+    const EntrySet upTo = EntrySet{0x80000000} >> std::countl_zero(pawns | 1); // the last
+    const EntrySet span = pawns == 0 ? 0 : (upTo - from) | upTo;
+    return (span & pieces) == pawns;
 }
 
 Move makeCastling(const Position& position, bool queenSide) {

@@ -5,39 +5,77 @@
 #include "board/attackSets.h"
 #include "board/position.h"
 
-// The pieces of the side to move in the order of the list, each with the fields that it may go
-// to by the rules of its kind. Castling and en passant stand apart.
+// The fields that a piece of the side to move may go to by the rules of its kind, castling and
+// en passant apart.
+struct PieceTargets {
+    PieceType type;
+    FieldIndex from;
+    FieldSet targets;
+};
+
+// All pseudo-legal moves of a position, piece by piece.
 class MoveTargets {
 public:
-    struct Piece {
-        PieceType type;
-        FieldIndex from;
-        FieldSet targets;
-    };
-
-    explicit MoveTargets(const Position& position);
-
-    const Piece* begin() const { return pieces.data(); }
-    const Piece* end() const { return pieces.data() + size; }
-
-    // Whether the king may castle to the queen's or the king's side.
-    bool canCastle(bool queenSide) const { return queenSide ? castlesLong : castlesShort; }
-    // Whether a pawn on `from` may take en passant.
-    bool canTakeEnPassant(FieldIndex from) const {
-        return epField + 1 == from || epField - 1 == from;
-    }
+    // `_position` must outlive the object and stay as it is while it is asked.
+    explicit MoveTargets(const Position& _position);
 
     // The number of moves, each promotion counted for itself, castling and en passant
     // included.
     int getCount() const { return count; }
 
+    // The piece in an entry of the list, which must not be free.
+    PieceTargets getPiece(int entry) const {
+        const auto& [type, from] = position.pieces[first + entry];
+        return {type, from, type == PAWN ? getPawnTargets(from) : targets[entry]};
+    }
+
+    // Call `visit` with each piece in the order of the list, or with each that may capture.
+    // Stop as soon as `visit` returns false.
+    template <class Visit> void forEachPiece(Visit visit) const { forEachEntry(pieces, visit); }
+    template <class Visit> void forEachCapturer(Visit visit) const {
+        forEachEntry(capturers, visit);
+    }
+
+    // Whether the king may castle to the queen's or the king's side.
+    bool canCastle(bool queenSide) const { return queenSide ? castlesLong : castlesShort; }
+    // Whether a pawn on `from` may take en passant.
+    bool canTakeEnPassant(FieldIndex from) const {
+        const FieldIndex epField = position.carried.epField;
+        return epField + 1 == from || epField - 1 == from;
+    }
+
+    // The fields that all pawns together reach by one step and by two.
+    FieldSet getSingleSteps() const { return singleSteps; }
+    FieldSet getDoubleSteps() const { return doubleSteps; }
+    // Whether no other piece stands between two pawns in the order of the list.
+    bool arePawnsTogether() const;
+
 private:
-    std::array<Piece, PIECES_PER_SIDE> pieces;
-    std::size_t size = 0;
+    // Entries of the list as bits, counted from the first of the colour.
+    using EntrySet = std::uint32_t;
+
+    template <class Visit> void forEachEntry(EntrySet entries, Visit& visit) const {
+        for (; entries != 0; entries &= entries - 1) {
+            if (!visit(getPiece(std::countr_zero(entries)))) {
+                return;
+            }
+        }
+    }
+
+    FieldSet getPawnTargets(FieldIndex from) const;
+    void addPawns();
+
+    const Position& position;
+    int first;                                       // entry of the list of the side to move
+    Indexed<int, FieldSet, PIECES_PER_SIDE> targets; // unset for pawns and free entries
+    EntrySet pieces = 0;
+    EntrySet pawns = 0;
+    EntrySet capturers = 0; // en passant included
+    FieldSet singleSteps = NO_FIELDS;
+    FieldSet doubleSteps = NO_FIELDS;
     int count = 0;
-    FieldIndex epField;
-    bool castlesLong = false;
-    bool castlesShort = false;
+    bool castlesLong;
+    bool castlesShort;
 };
 
 // Whether a pawn of a colour promotes with its next step from a field.
@@ -63,8 +101,8 @@ bool forEachStep(FieldIndex from, FieldSet fields, const std::array<int, N>& off
 }
 
 template <std::size_t N, class Visit>
-bool forEachOnRays(const MoveTargets::Piece& piece, FieldSet fields,
-                   const std::array<int, N>& offsets, Visit& visit) {
+bool forEachOnRays(const PieceTargets& piece, FieldSet fields, const std::array<int, N>& offsets,
+                   Visit& visit) {
     for (const int offset : offsets) {
         for (FieldIndex to = piece.from + offset; contains(piece.targets, to); to += offset) {
             if (contains(fields, to) && !visit(to)) {
@@ -80,9 +118,9 @@ bool forEachOnRays(const MoveTargets::Piece& piece, FieldSet fields,
 // Calls `visit` for each field of `fields`, a part of the piece's targets, in the order of
 // moves: by direction, then by distance. Stops, and returns false, as soon as `visit` does.
 template <class Visit>
-bool forEachTarget(const MoveTargets::Piece& piece, FieldSet fields, Color color, Visit visit) {
-    if (fields == NO_FIELDS) {
-        return true;
+bool forEachTarget(const PieceTargets& piece, FieldSet fields, Color color, Visit visit) {
+    if ((fields & (fields - 1)) == NO_FIELDS) {
+        return fields == NO_FIELDS || visit(firstOf(fields));
     }
     switch (piece.type) {
     case PAWN:
@@ -107,7 +145,7 @@ inline constexpr std::array<PieceType, 4> pawnPromotePieceTypes = {KNIGHT, BISHO
 // Calls `visit` with each move of a piece to a field that it may go to: one, or one for each
 // piece that a pawn can become. Stops, and returns false, as soon as `visit` does.
 template <class Visit>
-bool forEachMoveTo(const Position& position, const MoveTargets::Piece& piece, FieldIndex to,
+bool forEachMoveTo(const Position& position, const PieceTargets& piece, FieldIndex to,
                    Visit visit) {
     const Field& target = position.board[to];
     const PieceType captured = target.color != EMPTY ? target.pieceType : NO_PIECE;

@@ -50,3 +50,15 @@ inline constexpr auto greatestGains = [] {
     }
     return gains;
 }();
+
+// The most that any pawn of either colour can gain by a step.
+inline constexpr int GREATEST_PAWN_GAIN = [] {
+    int greatest = 0;
+    for (const FieldIndex from : BOARD_FIELDS) {
+        if (rowOf(from) != 0 && rowOf(from) != EDGE - 1) {
+            greatest = std::max(
+                {greatest, greatestGains[WHITE][PAWN][from], greatestGains[BLACK][PAWN][from]});
+        }
+    }
+    return greatest;
+}();

@@ -48,6 +48,17 @@ struct QuiscenceNode {
         return materialBalance + (position.colorToMove == WHITE ? eval : -eval);
     }
 
+    // Those of the fields that a piece goes to which its king allows.
+    FieldSet getLegalFields(const PieceTargets& piece, FieldSet fields) const {
+        if (piece.type != KING) {
+            return fields & lines.getAllowedFields(piece.from);
+        }
+        FieldSet safe = NO_FIELDS;
+        forEachField(fields,
+                     [&](FieldIndex to) { safe |= lines.isSafe(to) ? setOf(to) : NO_FIELDS; });
+        return safe;
+    }
+
     Position& position;
     Variant& variant; // gets the line
     int alfa;         // the best score so far
@@ -62,6 +73,79 @@ struct QuiscenceNode {
     int numberOfLegalMoves = 0;             // that have been tried
     Variant localVariant;                   // score of the move tried last, and line behind it
 };
+
+namespace {
+
+// Counts quiet moves without trying them, where none of them can matter: all are scored as
+// their positions stand, none gives check or can be a repetition, and not even the best gain
+// raises alfa. Where somebody watches, each is tried.
+class QuietCount {
+public:
+    QuietCount(QuiscenceNode& _node, SearchState& _state, bool isWatched)
+        : node(_node), state(_state) {
+        const Carried& carried = node.position.carried;
+        const bool isStatic = !node.isInCheckOriginally || node.isDeepestPly;
+        const bool canBeDraw =
+            node.alfa < DRAW_EVALUATION && state.path.canRepeat(carried.halfMoveClock + 1);
+        if (isStatic && !canBeDraw && !isWatched) {
+            score = node.getStaticScore(carried.sum, totalMaterial(node.position), node.material);
+        }
+    }
+
+    // The moves of a piece to some fields. True if they have been counted.
+    bool countMoves(const PieceTargets& piece, FieldSet fields) const {
+        const Color color = node.position.colorToMove;
+        const bool isPromotion = piece.type == PAWN && isBeforePromotion(piece.from, color);
+        if (score + greatestGains[color][piece.type][piece.from] > node.alfa || isPromotion ||
+            givesCheck(fields, piece.type, piece.from)) {
+            return false;
+        }
+        return count(countOf(fields));
+    }
+
+    // The moves of all pawns, if they are all the same to the king and stand together in the
+    // order of moves.
+    bool countPawns() const {
+        const Color color = node.position.colorToMove;
+        const FieldSet pawns = node.position.getPieces(color, PAWN);
+        const FieldSet singleSteps = node.targets.getSingleSteps();
+        const FieldSet doubleSteps = node.targets.getDoubleSteps();
+        if (score + GREATEST_PAWN_GAIN > node.alfa || (pawns & node.lines.getPinned()) != 0 ||
+            ((singleSteps & promotionRanks) | (pawns & getUncoverers())) != 0 ||
+            givesCheck(singleSteps | doubleSteps, PAWN, NO_FIELD) ||
+            !node.targets.arePawnsTogether()) {
+            return false;
+        }
+        const FieldSet allowed = node.lines.getAllowedFields(NO_FIELD);
+        return count(countOf(singleSteps & allowed) + countOf(doubleSteps & allowed));
+    }
+
+private:
+    static constexpr FieldSet promotionRanks = fieldsFromTo(A1, H1) | fieldsFromTo(A8, H8);
+    // As a score: no gain makes it matter that nothing can be counted.
+    static constexpr int NOTHING_COUNTS = DEFAULT_FIRST_BETA;
+
+    FieldSet getUncoverers() const {
+        return node.isDeepestPly ? NO_FIELDS : node.checkFields->getUncoverers();
+    }
+    bool givesCheck(FieldSet fields, PieceType type, FieldIndex from) const {
+        return !node.isDeepestPly && (fields & node.checkFields->getFields(type, from)) != 0;
+    }
+    bool count(int moves) const {
+        if (!state.nodes.isFarFromPoll(moves)) {
+            return false;
+        }
+        state.nodes.countMoves(moves);
+        node.numberOfLegalMoves += moves;
+        return true;
+    }
+
+    QuiscenceNode& node;
+    SearchState& state;
+    std::int64_t score = NOTHING_COUNTS; // static, before any move
+};
+
+} // namespace
 
 template <class Observer>
 MoveEnding Quiscence<Observer>::quiscenceSearchInner(Position& position, int alfa, int beta,
@@ -126,13 +210,14 @@ template <class Observer> auto Quiscence<Observer>::tryCaptures(QuiscenceNode& n
         captures[count++] = move;
         return true;
     };
-    for (const MoveTargets::Piece& piece : node.targets) {
+    node.targets.forEachCapturer([&](const PieceTargets& piece) {
         forEachTarget(piece, piece.targets & enemies, position.colorToMove,
                       [&](FieldIndex to) { return forEachMoveTo(position, piece, to, append); });
         if (piece.type == PAWN && node.targets.canTakeEnPassant(piece.from)) {
             append(makeEnPassant(position, piece.from));
         }
-    }
+        return true;
+    });
 
     MoveIndices moveOrderIndices;
     orderMoves(captures, moveOrderIndices, count);
@@ -157,16 +242,19 @@ template <class Observer> auto Quiscence<Observer>::tryQuietMoves(QuiscenceNode&
         next = tryMove(node, move);
         return next == Next::MOVE;
     };
-    for (const MoveTargets::Piece& piece : node.targets) {
-        FieldSet fields = piece.targets & free;
-        if (piece.type == KING) {
-            forEachField(fields, [&](FieldIndex to) {
-                fields ^= node.lines.isSafe(to) ? NO_FIELDS : setOf(to);
-            });
-        } else {
-            fields &= node.lines.getAllowedFields(piece.from);
+    const QuietCount quietCount(node, state, Observer::IS_WATCHING);
+    std::optional<bool> arePawnsCounted; // decided at the first of them
+    node.targets.forEachPiece([&](const PieceTargets& piece) {
+        if (piece.type == PAWN) {
+            if (!arePawnsCounted) {
+                arePawnsCounted = quietCount.countPawns();
+            }
+            if (*arePawnsCounted) {
+                return true;
+            }
         }
-        if (!countQuietMoves(node, piece, fields)) {
+        const FieldSet fields = node.getLegalFields(piece, piece.targets & free);
+        if (!quietCount.countMoves(piece, fields)) {
             forEachTarget(piece, fields, position.colorToMove,
                           [&](FieldIndex to) { return forEachMoveTo(position, piece, to, tryIt); });
         }
@@ -175,41 +263,9 @@ template <class Observer> auto Quiscence<Observer>::tryQuietMoves(QuiscenceNode&
                 tryIt(makeCastling(position, queenSide));
             }
         }
-        if (next != Next::MOVE) {
-            return next;
-        }
-    }
-    return Next::MOVE;
-}
-
-// If no quiet move of a piece to one of these fields can matter, counts them all and returns
-// true: they are scored as their positions stand, and not even the best gain raises alfa.
-template <class Observer>
-bool Quiscence<Observer>::countQuietMoves(QuiscenceNode& node, const MoveTargets::Piece& piece,
-                                          FieldSet fields) {
-    if (Observer::IS_WATCHING || (node.isInCheckOriginally && !node.isDeepestPly)) {
-        return false;
-    }
-    const Position& position = node.position;
-    const Color color = position.colorToMove;
-    if (piece.type == PAWN && isBeforePromotion(piece.from, color)) {
-        return false;
-    }
-    const bool givesCheck =
-        !node.isDeepestPly &&
-        (fields & node.checkFields->getFields(piece.type, piece.from)) != NO_FIELDS;
-    const bool canBeDraw =
-        node.alfa < DRAW_EVALUATION && state.path.canRepeat(position.carried.halfMoveClock + 1);
-    const int best =
-        node.getStaticScore(position.carried.sum, totalMaterial(position), node.material) +
-        greatestGains[color][piece.type][piece.from];
-    const int count = countOf(fields);
-    if (givesCheck || canBeDraw || best > node.alfa || !state.nodes.isFarFromPoll(count)) {
-        return false;
-    }
-    state.nodes.countMoves(count);
-    node.numberOfLegalMoves += count;
-    return true;
+        return next == Next::MOVE;
+    });
+    return next;
 }
 
 // Tries a legal move.

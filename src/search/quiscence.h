@@ -35,7 +35,6 @@ private:
     Next tryCaptures(QuiscenceNode& node);
     Next tryQuietMoves(QuiscenceNode& node);
     Next tryMove(QuiscenceNode& node, const Move& move);
-    bool countQuietMoves(QuiscenceNode& node, const MoveTargets::Piece& piece, FieldSet fields);
     MoveEnding scoreQuiscenceMove(QuiscenceNode& node, const Move& move);
     MoveEnding searchMove(QuiscenceNode& node, const Move& move);
 

@@ -15,11 +15,6 @@ bool Variant::extend(const Variant& child, const VariantMove& move) {
     return dropped == 0;
 }
 
-void Variant::clear(int score) {
-    varLength = 0;
-    evaluation = score;
-}
-
 void printVariantMove(std::ostream& stream, const VariantMove& move) {
     stream << (move.isQuiscence ? "(" : "");
     printMove(stream, move.move);

@@ -42,7 +42,10 @@ struct Variant {
     bool extend(const Variant& child, const VariantMove& move);
 
     // Becomes the empty line with a score.
-    void clear(int score);
+    void clear(int score) {
+        varLength = 0;
+        evaluation = score;
+    }
 };
 
 // ---- Lines in words. Without a stream they go to standard output ----
