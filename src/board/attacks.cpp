@@ -1,25 +1,8 @@
 #include "board/attacks.h"
 
-FieldSet attackersOf(const Position& position, FieldIndex field, Color attacker,
-                     FieldSet occupied) {
-    const ByType<FieldSet>& ofType = position.ofType;
-    // What a piece on the field would attack, attacks it as the same kind of piece.
-    FieldSet attackers = (pawnAttacks[opposite(attacker)][field] & ofType[PAWN]) |
-                         (knightAttacks[field] & ofType[KNIGHT]) |
-                         (kingAttacks[field] & ofType[KING]);
-    const FieldSet straight = rookLines[field] & (ofType[ROOK] | ofType[QUEEN]);
-    const FieldSet diagonal = bishopLines[field] & (ofType[BISHOP] | ofType[QUEEN]);
-    forEachField((straight | diagonal) & position.ofColor[attacker], [&](FieldIndex slider) {
-        if ((betweenOf(field, slider) & occupied) == NO_FIELDS) {
-            attackers |= setOf(slider);
-        }
-    });
-    return attackers & position.ofColor[attacker];
-}
-
 bool isFieldThreatened(const Position& pozice, FieldIndex policko) {
-    return attackersOf(pozice, policko, pozice.oppositeColorToMove(), pozice.getOccupied()) !=
-           NO_FIELDS;
+    return isAttacked(pozice, policko, pozice.ofColor[pozice.oppositeColorToMove()],
+                      pozice.getOccupied());
 }
 
 bool isInCheckNoCaching(const Position& position) {

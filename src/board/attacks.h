@@ -4,9 +4,28 @@
 #include "board/attackSets.h"
 #include "board/position.h"
 
-// The pieces of a colour that attack a field, if just the fields of `occupied` stop a slider.
-// What stands on the field itself plays no part.
-FieldSet attackersOf(const Position& position, FieldIndex field, Color attacker, FieldSet occupied);
+// Whether one of `attackers`, men of the side not to move, attacks a field, if just the fields
+// of `occupied` stop a slider. What stands on the field itself plays no part.
+inline bool isAttacked(const Position& position, FieldIndex field, FieldSet attackers,
+                       FieldSet occupied) {
+    const ByType<FieldSet>& ofType = position.ofType;
+    // What an own piece on the field would attack, attacks it as the same kind of piece.
+    const FieldSet atOneStep = (pawnAttacks[position.colorToMove][field] & ofType[PAWN]) |
+                               (knightAttacks[field] & ofType[KNIGHT]) |
+                               (kingAttacks[field] & ofType[KING]);
+    if ((atOneStep & attackers) != NO_FIELDS) {
+        return true;
+    }
+    FieldSet sliders = ((rookLines[field] & (ofType[ROOK] | ofType[QUEEN])) |
+                        (bishopLines[field] & (ofType[BISHOP] | ofType[QUEEN]))) &
+                       attackers;
+    for (; sliders != NO_FIELDS; sliders &= sliders - 1) {
+        if ((betweenOf(field, firstOf(sliders)) & occupied) == NO_FIELDS) {
+            return true;
+        }
+    }
+    return false;
+}
 
 // Whether a piece of the side not to move attacks field `policko`. What stands on that
 // field plays no part.

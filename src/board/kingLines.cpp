@@ -28,8 +28,8 @@ KingLines::KingLines(const Position& _position)
 }
 
 bool KingLines::isSafe(FieldIndex to) const {
-    return attackersOf(position, to, position.oppositeColorToMove(),
-                       position.getOccupied() & ~setOf(king)) == NO_FIELDS;
+    return !isAttacked(position, to, position.ofColor[position.oppositeColorToMove()],
+                       position.getOccupied() & ~setOf(king));
 }
 
 bool KingLines::allowsEnPassant(FieldIndex from) const {
@@ -37,7 +37,7 @@ bool KingLines::allowsEnPassant(FieldIndex from) const {
     const FieldSet victim = setOf(position.carried.epField);
     const FieldSet target = setOf(position.carried.epField + pawnOnePieceAheadOffset[own]);
     const FieldSet occupied = (position.getOccupied() & ~setOf(from) & ~victim) | target;
-    return (attackersOf(position, king, opposite(own), occupied) & ~victim) == NO_FIELDS;
+    return !isAttacked(position, king, position.ofColor[opposite(own)] & ~victim, occupied);
 }
 
 bool isLegal(const KingLines& lines, const Move& move) {

@@ -22,43 +22,44 @@ void checkInvariants([[maybe_unused]] const Position& position) {
 }
 
 // Turns the piece on a field, with its entry, into one of another kind.
-void changePiece(Position& position, FieldIndex field, PieceType type) {
+void changePiece(Position& position, Carried& carried, FieldIndex field, PieceType type) {
     const Color color = position.board[field].color;
-    const std::int8_t entry = removePiece(position, field);
-    putPiece(position, field, color, type, entry);
+    const std::int8_t entry = removePiece(position, carried, field);
+    putPiece(position, carried, field, color, type, entry);
 }
 
 // ---- The pieces of a move, forward and back; the mover is to move ----
 
-void doPieces(Position& position, const Move& move, DoMoveContext& context) {
+void doPieces(Position& position, Carried& carried, const Move& move, DoMoveContext& context) {
     if (move.isCastle()) {
         const CastlingFields& fields = move.getCastlingFields();
-        movePiece(position, fields.kingFrom, fields.kingTo);
-        movePiece(position, fields.rookFrom, fields.rookTo);
+        movePiece(position, carried, fields.kingFrom, fields.kingTo);
+        movePiece(position, carried, fields.rookFrom, fields.rookTo);
         return;
     }
     if (move.pieceCaptured != NO_PIECE) {
-        context.tempPieceCapturedIndex = removePiece(position, move.getCapturedField());
+        context.tempPieceCapturedIndex = removePiece(position, carried, move.getCapturedField());
     }
-    movePiece(position, move.from, move.to);
+    movePiece(position, carried, move.from, move.to);
     if (move.promotionPieceType != NO_PIECE) {
-        changePiece(position, move.to, move.promotionPieceType);
+        changePiece(position, carried, move.to, move.promotionPieceType);
     }
 }
 
-void undoPieces(Position& position, const Move& move, const DoMoveContext& context) {
+void undoPieces(Position& position, Carried& carried, const Move& move,
+                const DoMoveContext& context) {
     if (move.isCastle()) {
         const CastlingFields& fields = move.getCastlingFields();
-        movePiece(position, fields.kingTo, fields.kingFrom);
-        movePiece(position, fields.rookTo, fields.rookFrom);
+        movePiece(position, carried, fields.kingTo, fields.kingFrom);
+        movePiece(position, carried, fields.rookTo, fields.rookFrom);
         return;
     }
     if (move.promotionPieceType != NO_PIECE) {
-        changePiece(position, move.to, PAWN);
+        changePiece(position, carried, move.to, PAWN);
     }
-    movePiece(position, move.to, move.from);
+    movePiece(position, carried, move.to, move.from);
     if (move.pieceCaptured != NO_PIECE) {
-        putPiece(position, move.getCapturedField(), position.oppositeColorToMove(),
+        putPiece(position, carried, move.getCapturedField(), position.oppositeColorToMove(),
                  move.pieceCaptured, context.tempPieceCapturedIndex);
     }
 }
@@ -75,6 +76,11 @@ void loseCastle(Carried& carried, int right) {
 // A king that moves loses both rights of its colour; a rook that leaves its corner or is
 // taken there loses one.
 void loseCastles(Carried& carried, const Move& move, Color mover) {
+    constexpr FieldSet HOMES =
+        setOf(A1) | setOf(E1) | setOf(H1) | setOf(A8) | setOf(E8) | setOf(H8);
+    if (!move.isCastle() && ((setOf(move.from) | setOf(move.to)) & HOMES) == NO_FIELDS) {
+        return;
+    }
     if (move.isCastle() || move.pieceMoved == KING) {
         loseCastle(carried, 2 * mover);
         loseCastle(carried, 2 * mover + 1);
@@ -130,7 +136,7 @@ void playMove(Position& position, const Move& move, DoMoveContext& context) {
     Carried& carried = position.carried;
     context.carried = carried;
     const std::uint64_t oldEpHash = getEpHash(position);
-    doPieces(position, move, context);
+    doPieces(position, carried, move, context);
     loseCastles(carried, move, position.colorToMove);
     carried.epField = epFieldAfter(move);
     carried.halfMoveClock = isIrreversible(move) ? 0 : carried.halfMoveClock + 1;
@@ -142,7 +148,8 @@ void playMove(Position& position, const Move& move, DoMoveContext& context) {
 
 void undoMove(Position& position, const Move& move, const DoMoveContext& context) {
     toggleColorToMove(position);
-    undoPieces(position, move, context);
+    Carried unread = {};
+    undoPieces(position, unread, move, context);
     position.carried = context.carried;
     checkInvariants(position);
 }

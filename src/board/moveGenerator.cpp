@@ -10,7 +10,7 @@ int generateMoves(const Position& position, MoveArray& outputMoves) {
         outputMoves[count++] = move;
         return true;
     };
-    targets.forEachPiece([&](const PieceTargets& piece) {
+    targets.forEachPiece(position.entries & ENTRIES_OF[color], [&](const PieceTargets& piece) {
         forEachTarget(piece, piece.targets, color,
                       [&](FieldIndex to) { return forEachMoveTo(position, piece, to, append); });
         if (piece.type == KING) {

@@ -39,12 +39,9 @@ FieldSet attacksOf(PieceType type, FieldIndex from, FieldSet occupied) {
     }
 }
 
-// Whether the king can castle with right `right`: all fields up to the rook are empty, those
-// that it leaves, crosses and reaches are safe.
+// Whether the king can castle with right `right`, which it has: all fields up to the rook are
+// empty, those that it leaves, crosses and reaches are safe.
 bool isCastlingPossible(const Position& position, int right) {
-    if (!position.carried.castles[right]) {
-        return false;
-    }
     const auto& [kingFrom, kingTo, rookFrom, rookTo] = castlingFields[right];
     return (betweenOf(kingFrom, rookFrom) & position.getOccupied()) == NO_FIELDS &&
            position.pieces[KingIndex[position.colorToMove]].boardPosition == kingFrom &&
@@ -54,29 +51,25 @@ bool isCastlingPossible(const Position& position, int right) {
 
 } // namespace
 
-MoveTargets::MoveTargets(const Position& _position)
-    : position(_position), first(PiecesStart[_position.colorToMove]),
-      castlesLong(isCastlingPossible(_position, 2 * _position.colorToMove)),
-      castlesShort(isCastlingPossible(_position, 2 * _position.colorToMove + 1)) {
+MoveTargets::MoveTargets(const Position& _position) : position(_position) {
+    const Color color = position.colorToMove;
     const FieldSet occupied = position.getOccupied();
-    const FieldSet own = position.ofColor[position.colorToMove];
+    const FieldSet own = position.ofColor[color];
     const FieldSet enemies = occupied ^ own;
-    for (int i = 0; i < PIECES_PER_SIDE; ++i) {
-        const auto& [type, from] = position.pieces[first + i];
-        if (type == NO_PIECE) {
-            continue;
-        }
-        const EntrySet bit = EntrySet{1} << i;
-        pieces |= bit;
-        if (type == PAWN) {
-            pawns |= bit;
-            continue;
-        }
-        targets[i] = attacksOf(type, from, occupied) & ~own;
-        count += countOf(targets[i]);
-        capturers |= (targets[i] & enemies) != NO_FIELDS ? bit : 0;
+    EntrySet officers = position.entries & ~position.pawnEntries & ENTRIES_OF[color];
+    for (; officers != 0; officers &= officers - 1) {
+        const int entry = std::countr_zero(officers);
+        const auto& [type, from] = position.pieces[entry];
+        const FieldSet reached = attacksOf(type, from, occupied) & ~own;
+        targets[entry] = reached;
+        count += countOf(reached);
+        capturers |= (reached & enemies) != NO_FIELDS ? entrySetOf(entry) : 0;
     }
     addPawns();
+    const int right = 2 * color;
+    const ByRight<bool>& castles = position.carried.castles;
+    castlesLong = castles[right] && isCastlingPossible(position, right);
+    castlesShort = castles[right + 1] && isCastlingPossible(position, right + 1);
     count += (castlesLong ? 1 : 0) + (castlesShort ? 1 : 0);
 }
 
@@ -108,7 +101,7 @@ void MoveTargets::addPawns() {
         capturing |= beside;
     }
     forEachField(capturing, [this](FieldIndex from) {
-        capturers |= EntrySet{1} << (position.board[from].pieceIndexInList - first);
+        capturers |= entrySetOf(position.board[from].pieceIndexInList);
     });
 }
 
@@ -117,13 +110,6 @@ FieldSet MoveTargets::getPawnTargets(FieldIndex from) const {
     const FieldSet steps = aheadOf(setOf(from), color);
     return (steps & singleSteps) | (aheadOf(steps & singleSteps, color) & doubleSteps) |
            (pawnAttacks[color][from] & position.ofColor[opposite(color)]);
-}
-
-bool MoveTargets::arePawnsTogether() const {
-    const EntrySet from = pawns & (~pawns + 1);                                // the first
-    const EntrySet upTo = EntrySet{0x80000000} >> std::countl_zero(pawns | 1); // the last
-    const EntrySet span = pawns == 0 ? 0 : (upTo - from) | upTo;
-    return (span & pieces) == pawns;
 }
 
 Move makeCastling(const Position& position, bool queenSide) {

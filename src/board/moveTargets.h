@@ -25,16 +25,22 @@ public:
 
     // The piece in an entry of the list, which must not be free.
     PieceTargets getPiece(int entry) const {
-        const auto& [type, from] = position.pieces[first + entry];
+        const auto& [type, from] = position.pieces[entry];
         return {type, from, type == PAWN ? getPawnTargets(from) : targets[entry]};
     }
 
-    // Call `visit` with each piece in the order of the list, or with each that may capture.
-    // Stop as soon as `visit` returns false.
-    template <class Visit> void forEachPiece(Visit visit) const { forEachEntry(pieces, visit); }
-    template <class Visit> void forEachCapturer(Visit visit) const {
-        forEachEntry(capturers, visit);
+    // Calls `visit` with each piece of some entries of the list, in their order, until it
+    // returns false. No entry may be free.
+    template <class Visit> void forEachPiece(EntrySet entries, Visit visit) const {
+        for (; entries != 0; entries &= entries - 1) {
+            if (!visit(getPiece(std::countr_zero(entries)))) {
+                return;
+            }
+        }
     }
+
+    // The entries of the pieces that may capture, en passant included.
+    EntrySet getCapturers() const { return capturers; }
 
     // Whether the king may castle to the queen's or the king's side.
     bool canCastle(bool queenSide) const { return queenSide ? castlesLong : castlesShort; }
@@ -47,30 +53,21 @@ public:
     // The fields that all pawns together reach by one step and by two.
     FieldSet getSingleSteps() const { return singleSteps; }
     FieldSet getDoubleSteps() const { return doubleSteps; }
-    // Whether no other piece stands between two pawns in the order of the list.
-    bool arePawnsTogether() const;
-
-private:
-    // Entries of the list as bits, counted from the first of the colour.
-    using EntrySet = std::uint32_t;
-
-    template <class Visit> void forEachEntry(EntrySet entries, Visit& visit) const {
-        for (; entries != 0; entries &= entries - 1) {
-            if (!visit(getPiece(std::countr_zero(entries)))) {
-                return;
-            }
-        }
+    // Whether the pawns stand right behind the king in the order of the list, as they do until
+    // one of them has become another piece.
+    bool arePawnsTogether() const {
+        const EntrySet own = position.entries & ENTRIES_OF[position.colorToMove];
+        const EntrySet others = own & ~position.pawnEntries & (own - 1);
+        return (own & position.pawnEntries & ~((others & (~others + 1)) - 1)) == 0;
     }
 
+private:
     FieldSet getPawnTargets(FieldIndex from) const;
     void addPawns();
 
     const Position& position;
-    int first;                                       // entry of the list of the side to move
-    Indexed<int, FieldSet, PIECES_PER_SIDE> targets; // unset for pawns and free entries
-    EntrySet pieces = 0;
-    EntrySet pawns = 0;
-    EntrySet capturers = 0; // en passant included
+    ByEntry<FieldSet> targets; // unset for pawns, the other side and free entries
+    EntrySet capturers = 0;    // en passant included
     FieldSet singleSteps = NO_FIELDS;
     FieldSet doubleSteps = NO_FIELDS;
     int count = 0;

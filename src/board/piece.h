@@ -37,6 +37,14 @@ inline constexpr int LIST_ENTRIES = 2 * PIECES_PER_SIDE;
 
 template <class Element> using ByEntry = Indexed<int, Element, LIST_ENTRIES>;
 
+// A set of entries of the list, a bit for each.
+using EntrySet = std::uint32_t;
+constexpr EntrySet entrySetOf(int entry) {
+    return EntrySet{1} << entry;
+}
+// The entries of each colour.
+inline constexpr ByColor<EntrySet> ENTRIES_OF = {0x0000FFFF, 0xFFFF0000};
+
 // First entry of the colour in the piece list, and one past its last.
 inline constexpr ByColor<int> PiecesStart = {0, 16};
 inline constexpr ByColor<int> PiecesEnd = {16, 32};

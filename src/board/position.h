@@ -60,6 +60,11 @@ struct Position {
     ByField<Field> board;  // the mailbox
     Carried carried;
 
+    // Derived: the entries of the list that hold a piece, and those that hold a pawn:
+    // entriesWhere().
+    EntrySet entries;
+    EntrySet pawnEntries;
+
     // Derived: the fields that the pieces of each colour and of each kind stand on, as the
     // mailbox has them: fieldsWhere().
     ByColor<FieldSet> ofColor;

@@ -75,6 +75,10 @@ std::string findInDerivedValues(const Position& position) {
             return "the set of fields is off for kind " + std::to_string(type);
         }
     }
+    if (position.entries != entriesWhere(position, false) ||
+        position.pawnEntries != entriesWhere(position, true)) {
+        return "the set of entries is off";
+    }
     if (position.carried.sum != sumOfPieces(position)) {
         return "the sum of the pieces is off";
     }

@@ -29,6 +29,8 @@ void resetPosition(Position& position) {
     position.carried.sum = {};
     position.ofColor = {};
     position.ofType = {};
+    position.entries = 0;
+    position.pawnEntries = 0;
     position.check = CHECK_UNKNOWN;
 }
 
@@ -82,6 +84,8 @@ void deriveAll(Position& position) {
         const auto pieceType = static_cast<PieceType>(type);
         position.ofType[pieceType] = fieldsWhere(position, pieceType);
     }
+    position.entries = entriesWhere(position, false);
+    position.pawnEntries = entriesWhere(position, true);
     position.carried.sum = sumOfPieces(position);
     position.carried.hash = getPositionZobristHash(position);
 }
@@ -118,6 +122,15 @@ FieldSet fieldsWhere(const Position& position, PieceType type) {
         fields |= field.color <= BLACK && field.pieceType == type ? setOf(index) : NO_FIELDS;
     }
     return fields;
+}
+
+EntrySet entriesWhere(const Position& position, bool onlyPawns) {
+    EntrySet entries = 0;
+    for (int i = 0; i < LIST_ENTRIES; ++i) {
+        const PieceType type = position.pieces[i].pieceType;
+        entries |= type == PAWN || (type != NO_PIECE && !onlyPawns) ? entrySetOf(i) : 0;
+    }
+    return entries;
 }
 
 PieceSum sumOfPieces(const Position& position) {

@@ -36,6 +36,9 @@ int materialForColor(const Position& position, Color color);
 FieldSet fieldsWhere(const Position& position, Color color);
 FieldSet fieldsWhere(const Position& position, PieceType type);
 
+// The entries of the list that hold a piece, or a pawn if only those are wanted.
+EntrySet entriesWhere(const Position& position, bool onlyPawns);
+
 // What the pieces of the list add up to.
 PieceSum sumOfPieces(const Position& position);
 

@@ -21,5 +21,25 @@ int positionalEval(const Position& position, int materialBalance);
 // the bounds, which are used as they come.
 int totalEval(const Position& position, int alpha, int beta);
 
-// The sum of all but material that pieces with this sum have, good for White if positive.
-int positionalEvalOf(PieceSum sum, bool isEndGame);
+// ---- Its terms, from the sum of the pieces; good for White if positive ----
+
+// For a pair of bishops or more.
+inline constexpr int BISHOP_PAIR_BONUS = 10;
+// For rooks on their last two ranks where the enemy king stands there too.
+inline constexpr int ADVANCED_ROOK_BONUS = 10;
+inline constexpr int SECOND_ADVANCED_ROOK_BONUS = 25;
+
+// The bonuses of a colour.
+constexpr int bonusOf(PieceSum sum, Color color) {
+    int bonus = sum.getBishops(color) > 1 ? BISHOP_PAIR_BONUS : 0;
+    const int rooks = sum.isKingBack(opposite(color)) ? sum.getAdvancedRooks(color) : 0;
+    bonus += rooks >= 1 ? ADVANCED_ROOK_BONUS : 0;
+    bonus += rooks > 1 ? SECOND_ADVANCED_ROOK_BONUS : 0;
+    return bonus;
+}
+
+// All but material.
+constexpr int positionalEvalOf(PieceSum sum, bool isEndGame) {
+    const int values = isEndGame ? sum.getEndGame() : sum.getMiddleGame();
+    return values + bonusOf(sum, WHITE) - bonusOf(sum, BLACK);
+}

@@ -43,5 +43,6 @@ private:
     Indexed<int, int, 2 * KILLER_PLIES> actualKillers; // see getActualKiller()
 };
 
-// The order of quiescence: captures, best attack first, then all other moves.
+// The order of quiescence: captures, best attack first, then all other moves. Writes each index
+// from 0 to `length` - 1 once.
 void orderMoves(const MoveArray& moves, MoveIndices& moveOrderIndices, int length);

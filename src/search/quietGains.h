@@ -3,6 +3,7 @@
 
 #include "board/attackSets.h"
 #include "board/pieceSums.h"
+#include "search/evaluation.h"
 
 #include <algorithm>
 
@@ -29,7 +30,9 @@ constexpr FieldSet quietFieldsOf(Color color, PieceType type, FieldIndex from) {
 // game, bonuses included.
 inline constexpr auto greatestGains = [] {
     // What a rook gains by coming to the last ranks, and a king by leaving enemy rooks there.
-    constexpr ByType<int> BONUSES = {0, 0, 25, 0, 0, 0, 35};
+    constexpr int ROOK_BONUS = std::max(ADVANCED_ROOK_BONUS, SECOND_ADVANCED_ROOK_BONUS);
+    constexpr int KING_BONUS = ADVANCED_ROOK_BONUS + SECOND_ADVANCED_ROOK_BONUS;
+    constexpr ByType<int> BONUSES = {0, 0, ROOK_BONUS, 0, 0, 0, KING_BONUS};
     ByColor<ByType<ByField<int>>> gains{};
     for (const Color color : COLORS) {
         const int sign = color == WHITE ? 1 : -1;

@@ -74,8 +74,6 @@ struct QuiscenceNode {
     Variant localVariant;                   // score of the move tried last, and line behind it
 };
 
-namespace {
-
 // Counts quiet moves without trying them, where none of them can matter: all are scored as
 // their positions stand, none gives check or can be a repetition, and not even the best gain
 // raises alfa. Where somebody watches, each is tried.
@@ -101,6 +99,23 @@ public:
             return false;
         }
         return count(countOf(fields));
+    }
+
+    // The move of a piece to one field, if it is no better than alfa. True if it has been
+    // counted.
+    bool countMove(const PieceTargets& piece, FieldIndex to) const {
+        const Position& position = node.position;
+        const auto& sums = pieceSums[position.colorToMove][piece.type];
+        if (score == NOTHING_COUNTS ||
+            (piece.type == PAWN && isBeforePromotion(piece.from, position.colorToMove)) ||
+            givesCheck(setOf(to), piece.type, piece.from)) {
+            return false;
+        }
+        PieceSum sum = position.carried.sum;
+        sum += sums[to];
+        sum -= sums[piece.from];
+        return node.getStaticScore(sum, totalMaterial(position), node.material) <= node.alfa &&
+               count(1);
     }
 
     // The moves of all pawns, if they are all the same to the king and stand together in the
@@ -144,8 +159,6 @@ private:
     SearchState& state;
     std::int64_t score = NOTHING_COUNTS; // static, before any move
 };
-
-} // namespace
 
 template <class Observer>
 MoveEnding Quiscence<Observer>::quiscenceSearchInner(Position& position, int alfa, int beta,
@@ -210,7 +223,7 @@ template <class Observer> auto Quiscence<Observer>::tryCaptures(QuiscenceNode& n
         captures[count++] = move;
         return true;
     };
-    node.targets.forEachCapturer([&](const PieceTargets& piece) {
+    node.targets.forEachPiece(node.targets.getCapturers(), [&](const PieceTargets& piece) {
         forEachTarget(piece, piece.targets & enemies, position.colorToMove,
                       [&](FieldIndex to) { return forEachMoveTo(position, piece, to, append); });
         if (piece.type == PAWN && node.targets.canTakeEnPassant(piece.from)) {
@@ -235,6 +248,27 @@ template <class Observer> auto Quiscence<Observer>::tryCaptures(QuiscenceNode& n
 
 // All that captures nothing, in the order of the generator.
 template <class Observer> auto Quiscence<Observer>::tryQuietMoves(QuiscenceNode& node) -> Next {
+    const Color color = node.position.colorToMove;
+    const QuietCount quietCount(node, state, Observer::IS_WATCHING);
+    const EntrySet pieces = node.position.entries & ENTRIES_OF[color];
+    const EntrySet king = entrySetOf(KingIndex[color]);
+    Next next = tryQuietMovesOf(node, king, quietCount);
+    for (const bool queenSide : {true, false}) {
+        if (next == Next::MOVE && node.targets.canCastle(queenSide)) {
+            next = tryMove(node, makeCastling(node.position, queenSide));
+        }
+    }
+    if (next == Next::MOVE) {
+        const EntrySet counted = quietCount.countPawns() ? node.position.pawnEntries : 0;
+        next = tryQuietMovesOf(node, pieces & ~king & ~counted, quietCount);
+    }
+    return next;
+}
+
+// Those of the pieces in some entries of the list.
+template <class Observer>
+auto Quiscence<Observer>::tryQuietMovesOf(QuiscenceNode& node, EntrySet entries,
+                                          const QuietCount& quietCount) -> Next {
     const Position& position = node.position;
     const FieldSet free = ~position.getOccupied();
     Next next = Next::MOVE;
@@ -242,26 +276,12 @@ template <class Observer> auto Quiscence<Observer>::tryQuietMoves(QuiscenceNode&
         next = tryMove(node, move);
         return next == Next::MOVE;
     };
-    const QuietCount quietCount(node, state, Observer::IS_WATCHING);
-    std::optional<bool> arePawnsCounted; // decided at the first of them
-    node.targets.forEachPiece([&](const PieceTargets& piece) {
-        if (piece.type == PAWN) {
-            if (!arePawnsCounted) {
-                arePawnsCounted = quietCount.countPawns();
-            }
-            if (*arePawnsCounted) {
-                return true;
-            }
-        }
+    node.targets.forEachPiece(entries, [&](const PieceTargets& piece) {
         const FieldSet fields = node.getLegalFields(piece, piece.targets & free);
         if (!quietCount.countMoves(piece, fields)) {
-            forEachTarget(piece, fields, position.colorToMove,
-                          [&](FieldIndex to) { return forEachMoveTo(position, piece, to, tryIt); });
-        }
-        for (const bool queenSide : {true, false}) {
-            if (next == Next::MOVE && piece.type == KING && node.targets.canCastle(queenSide)) {
-                tryIt(makeCastling(position, queenSide));
-            }
+            forEachTarget(piece, fields, position.colorToMove, [&](FieldIndex to) {
+                return quietCount.countMove(piece, to) || forEachMoveTo(position, piece, to, tryIt);
+            });
         }
         return next == Next::MOVE;
     });
@@ -308,6 +328,9 @@ MoveEnding Quiscence<Observer>::scoreQuiscenceMove(QuiscenceNode& node, const Mo
         node.localVariant.evaluation = DRAW_EVALUATION;
         return MoveEnding::REPETITION;
     }
+    if (node.isInCheckOriginally && !node.isDeepestPly) {
+        return searchMove(node, move);
+    }
     const int material = node.material + getMaterialGain(move);
     const bool isQuiet = !node.isMoveInteresting(move);
     if (isQuiet || node.isDeepestPly) {
@@ -316,8 +339,7 @@ MoveEnding Quiscence<Observer>::scoreQuiscenceMove(QuiscenceNode& node, const Mo
         return isQuiet ? MoveEnding::QUIET : MoveEnding::DEEPEST_PLY;
     }
     const std::int64_t reach = std::int64_t{state.config.quiscenceDeltaWindow} + material;
-    const bool isOutOfReach = reach < node.alfa;
-    if (isOutOfReach && !node.isInCheckOriginally && !node.checkFields->givesCheck(move)) {
+    if (reach < node.alfa && !node.checkFields->givesCheck(move)) {
         node.localVariant.evaluation = material;
         return MoveEnding::OUT_OF_REACH;
     }

@@ -12,6 +12,7 @@
 #include "search/variant.h"
 
 struct QuiscenceNode;
+class QuietCount;
 
 // `Observer` is told of every move; see searchObserver.h.
 template <class Observer> class Quiscence {
@@ -34,6 +35,7 @@ private:
 
     Next tryCaptures(QuiscenceNode& node);
     Next tryQuietMoves(QuiscenceNode& node);
+    Next tryQuietMovesOf(QuiscenceNode& node, EntrySet entries, const QuietCount& quietCount);
     Next tryMove(QuiscenceNode& node, const Move& move);
     MoveEnding scoreQuiscenceMove(QuiscenceNode& node, const Move& move);
     MoveEnding searchMove(QuiscenceNode& node, const Move& move);

@@ -81,6 +81,8 @@ TEST(FindInconsistency, TellsEachBrokenInvariant) {
         {"key", [](Position& p) { p.carried.hash ^= 1; }},
         {"for colour 1", [](Position& p) { p.ofColor[BLACK] ^= setOf(E4); }},
         {"for kind 2", [](Position& p) { p.ofType[ROOK] ^= setOf(A1); }},
+        {"set of entries", [](Position& p) { p.entries ^= 1; }},
+        {"set of entries", [](Position& p) { p.pawnEntries ^= entrySetOf(17); }},
         {"sum of the pieces", [](Position& p) { p.carried.sum += pieceSums[BLACK][KNIGHT][F6]; }},
         {"remembered check", [](Position& p) { p.check = IS_CHECK; }},
     };
