@@ -15,6 +15,10 @@ option(KESTRAN_LOG "Write the log to standard error; for reading along, not for 
 option(KESTRAN_CHECK_POSITIONS "Check the whole position after every move; slow" OFF)
 option(KESTRAN_WERROR "Treat warnings as errors" OFF)
 option(KESTRAN_FUZZ "Build the fuzz targets; needs Clang" OFF)
+# portable: every 64-bit x86, or whatever the compiler takes by itself; x86-64-v3: processors
+# from 2013 on or so; native: the machine that builds, where the compiler knows it.
+set(KESTRAN_ARCH "portable" CACHE STRING "Processor to build for: portable, x86-64-v3, native")
+set_property(CACHE KESTRAN_ARCH PROPERTY STRINGS portable x86-64-v3 native)
 set(KESTRAN_SANITIZE "" CACHE STRING "Sanitizers to build with, such as address,undefined")
 
 # What the options mean for every target.
@@ -24,6 +28,15 @@ add_compile_options(-ffunction-sections -fdata-sections)
 add_link_options(-Wl,--gc-sections)
 if(KESTRAN_WERROR)
     add_compile_options(-Werror)
+endif()
+if(NOT KESTRAN_ARCH STREQUAL "portable")
+    include(CheckCXXCompilerFlag)
+    check_cxx_compiler_flag("-march=${KESTRAN_ARCH}" KESTRAN_KNOWS_${KESTRAN_ARCH})
+    if(KESTRAN_KNOWS_${KESTRAN_ARCH})
+        add_compile_options("-march=${KESTRAN_ARCH}")
+    elseif(NOT KESTRAN_ARCH STREQUAL "native")
+        message(FATAL_ERROR "the compiler does not know the processor ${KESTRAN_ARCH}")
+    endif()
 endif()
 if(KESTRAN_LOG)
     add_compile_definitions(KESTRAN_LOG)
