@@ -33,6 +33,8 @@ TEST(EngineConfig, ReadsBackWhatItPrints) {
     EngineConfig config;
     readLines(config, other + "Unknown: 5\n\n hashTableSize: 6\n");
     EXPECT_EQ(textOf(config), other);
+    config.readLine("HashTableSize: ");
+    EXPECT_EQ(config.hashTableSize, 11);
     config.readLine("HashTableSize: many");
     EXPECT_EQ(config.hashTableSize, 0);
     config.readLine("HashTableSize: 99999999999");
@@ -83,7 +85,8 @@ TEST_F(Statistics, ReadsBackItsReport) {
     for (const char* line :
          {"\nRun: 1\n", "\nLegal moves quiscence search at ply 3 : 4\n",
           "\nSum of Pseudolegal moves ordinal search: 5\n",
-          "\nSum of Ordinal search cutoffs: 0\nOrdinal search cutoffs per sec"}) {
+          "\nSum of Ordinal search cutoffs: 0\nOrdinal search cutoffs per sec",
+          "\nSum of Quiscence search cutoffs: 0\nQuiscence search cutoffs per sec"}) {
         EXPECT_NE(report.find(line), std::string::npos) << line;
     }
     EXPECT_EQ(report.find("Ordinal search cutoffs at ply"), std::string::npos);

@@ -117,6 +117,16 @@ TEST(Explain, RecordsTheLineAndOneMoveOffIt) {
     EXPECT_EQ(node.position, getFen(positionAfter("e2e4 e7e5 g1f3")));
 }
 
+TEST(Explain, NodeStandsWhereTheLineThatIsWatchedNowHasIt) {
+    Watched watched("e2e4");
+    watched.doMove("d2d4");
+    watched.finish(0, 100, 10);
+    const Position other = positionOf("4k3/8/8/8/8/8/4P3/4K3 w - - 0 1");
+    watched.explain.setVariant(other, Variant());
+    watched.explain.doMove(moveIn(other, "e2e4"));
+    EXPECT_EQ(watched.explain.getData().back().nodes.at(0).position, getFen(other));
+}
+
 TEST(Explain, WatchesALineOfTheGreatestLength) {
     std::string line = "g1f3 g8f6 f3g1";
     for (int i = 0; i < 4; ++i) {

@@ -6,14 +6,40 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 namespace {
 
-// Keeps the line of every report.
+// Keeps the line of every report, and of the last one some more.
 class LineListener final : public InfoListenerInterface {
 public:
-    void onInfo(const InfoStruct& info) override { lines.push_back(lineOf(info.pv)); }
+    explicit LineListener(IdaVariant& _slot) : slot(_slot) {}
+
+    void onInfo(const InfoStruct& info) override {
+        lines.push_back(lineOf(info.pv));
+        selDepth = info.selDepth;
+        isReady = slot.isReady();
+    }
 
     std::vector<std::string> lines;
+    int selDepth = 0;
+    bool isReady = false;
+
+private:
+    IdaVariant& slot;
+};
+
+// Counts the passes that have ended.
+class PassCounter final : public SearchObserver {
+public:
+    void doMove(const Move& /*move*/) override {}
+    void explainTreeGenMove(int /*alfa*/, int /*beta*/, const Variant& /*localVariant*/,
+                            const Move& /*move*/, MoveEnding /*ending*/) override {}
+    void explainQuiscenceMove(int /*alfa*/, int /*beta*/, const Variant& /*localVariant*/,
+                              const Move& /*move*/, MoveEnding /*ending*/) override {}
+    void explainEndTreePass(IdaNS::GeneratingResult /*result*/) override { ++passes; }
+
+    int passes = 0;
 };
 
 constexpr TimeBudget INFINITE = {0, -1, true};
@@ -35,8 +61,8 @@ protected:
     EngineConfig config = makeConfig();
     Ida ida{config};
     TreeGenerator& generator = ida.getTreeGenerator();
-    LineListener listener;
     IdaVariant slot;
+    LineListener listener{slot};
     Position start = positionOf(START_FEN);
     Variant initial;
 };
@@ -67,6 +93,10 @@ TEST_F(Deepening, MateEndsTheSearchInAnyWindow) {
     Variant variant;
     ida.generateTree(mateInOne, variant, 10);
     EXPECT_EQ(listener.lines, std::vector<std::string>{" a1a8"});
+    // Whoever hears of the end of an infinite search finds it finished.
+    EXPECT_FALSE(listener.isReady);
+    ida.generateTree(mateInOne, INFINITE, openSlot(), &slot);
+    EXPECT_TRUE(listener.isReady);
     Position mated = positionOf("7k/5KQ1/8/8/8/8/8/8 b - - 0 1");
     generator.firstAlpha = 0;
     generator.firstBeta = 1;
@@ -76,7 +106,8 @@ TEST_F(Deepening, MateEndsTheSearchInAnyWindow) {
 TEST_F(Deepening, RunsTwentyPassesAtMost) {
     Position drawn = positionOf("7k/8/6K1/8/8/8/8/R7 w - - 100 90");
     Variant variant;
-    ida.generateTree(drawn, variant, 1000, true);
+    config.treeMaxDepth = 22;
+    ida.generateTree(drawn, variant);
     EXPECT_EQ(listener.lines, std::vector<std::string>(20));
 
     // Empty lines leave the published move alone.
@@ -84,6 +115,16 @@ TEST_F(Deepening, RunsTwentyPassesAtMost) {
     EXPECT_EQ(listener.lines.size(), 40U);
     EXPECT_TRUE(slot.isReady());
     EXPECT_EQ(lineOf(slot.getVariant()), " h2h4");
+}
+
+TEST_F(Deepening, ReportsOnlyADepthThatCanBeReached) {
+    for (const auto& [setting, selDepth] :
+         {std::pair{10, 11}, {60, 31}, {std::numeric_limits<int>::max(), 31}}) {
+        config.quiscenceMaxDepth = setting;
+        Variant variant;
+        ida.generateTree(start, variant, 1, true);
+        EXPECT_EQ(listener.selDepth, selDepth);
+    }
 }
 
 TEST_F(Deepening, BookMoveEndsTheTimedSearchWithoutAReport) {
@@ -114,11 +155,24 @@ TEST_F(Deepening, AbandonedPassIsNoResult) {
     EXPECT_TRUE(listener.lines.empty());
     EXPECT_EQ(lineOf(slot.getVariant()), " h2h4");
 
+    // A pass of its own has no outcome, moves no window, and has not ended.
+    PassCounter observer;
+    ida.watchBy(observer);
+    generator.resetSearchedNodes();
+    generator.firstAlpha = -550;
+    generator.firstBeta = 550;
+    start = positionOf(START_FEN);
+    Variant unfinished;
+    EXPECT_EQ(ida.generateTreeIdaOneLoop(start, unfinished, 4, true), std::nullopt);
+    EXPECT_EQ(std::pair(generator.firstAlpha, generator.firstBeta), std::pair(-550, 550));
+    EXPECT_EQ(observer.passes, 0);
+
     // The depth search asks no flag of an older search. It polls often at this depth.
     start = positionOf(START_FEN);
     Variant variant;
     ida.generateTree(start, variant, 4, true);
     EXPECT_EQ(listener.lines.size(), 4U);
+    EXPECT_GE(observer.passes, 4);
     EXPECT_EQ(findDifference(start, positionOf(START_FEN)), "");
 }
 
