@@ -38,6 +38,11 @@ ToolRun run(const std::string& path, const std::vector<std::string>& arguments) 
     return run;
 }
 
+// The folder of the project.
+std::filesystem::path root() {
+    return std::filesystem::path(KESTRAN_TEST_DATA).parent_path().parent_path();
+}
+
 std::vector<std::string> linesOf(const std::string& text) {
     std::istringstream stream(text);
     std::vector<std::string> lines;
@@ -212,7 +217,6 @@ TEST(Tools, TellHowToUseThem) {
 
 // In a repository of its own, with a bench that always says 7.
 TEST(CheckBench, ComparesWithTheHistoryAndAsksEachChangeOfTheEngine) {
-    const auto root = std::filesystem::path(KESTRAN_TEST_DATA).parent_path().parent_path();
     const std::string script = R"(
         folder=$(mktemp -d) && trap 'rm -rf "$folder"' EXIT && mkdir "$folder/tools" &&
         cp "$0" "$folder/tools/check-bench" && cd "$folder" && git init -q . || exit
@@ -232,9 +236,39 @@ TEST(CheckBench, ComparesWithTheHistoryAndAsksEachChangeOfTheEngine) {
         commit $'Say\n\nNo functional change\n\ntoo early';  check silent
         git tag v1; commit 'Go on';                          check tagged
         rm bench;                                            check missing)";
-    const ToolRun checks = run("/bin/bash", {"-c", script, root / "tools/check-bench"});
+    const ToolRun checks = run("/bin/bash", {"-c", script, root() / "tools/check-bench"});
     EXPECT_EQ(checks.output, "none: 0\nsame: 0\nkept: 0\ndiffers: 1\nback: 0\nstill: 0\n"
                              "told: 0\nsilent: 1\ntagged: 0\nmissing: 2\n")
+        << checks.errors;
+}
+
+// In a folder of two layers, low/ with a.h, a.cpp and b.h, and above it high/ with c.h.
+TEST(CheckLayers, RefusesWhatPointsUpAndCircles) {
+    const std::string script = R"(
+        folder=$(mktemp -d) && trap 'rm -rf "$folder"' EXIT && cd "$folder" || exit
+        mkdir -p src/low src/high
+        low=("$PWD"/src/low/{a.h,a.cpp,b.h}) high=("$PWD/src/high/c.h")
+        printf 'set(%s)\n' 'layers low high' 'root_low src' 'root_high src' 'known_low low' \
+            'known_high high low' "files_low ${low[*]}" "files_high ${high[*]}" > plan.cmake
+        # check NAME [FILE includes HEADER]...
+        check() {
+            local name=$1 status=0
+            : | tee "${low[@]}" "${high[@]}"
+            while shift && (($#)); do
+                echo "#include \"${1#* includes }\"" >> "src/${1%% *}"
+            done
+            cmake -D PLAN=plan.cmake -D ROOT="$PWD" -P "$0" 2> errors || status=$?
+            echo "$name: $status" $(tr -s '\n ' ' ' < errors | grep -oE 'low/.*(include|layer)|circle,')
+        }
+        check sound 'low/a.cpp includes low/a.h' 'low/a.h includes low/b.h' 'high/c.h includes low/a.h'
+        check upward 'low/a.cpp includes high/c.h'
+        check homeless 'low/b.h includes lower/d.h'
+        check circle 'low/a.h includes low/b.h' 'low/b.h includes low/a.h'
+        check circleBySource 'low/a.cpp includes low/b.h' 'low/b.h includes low/a.h')";
+    const ToolRun checks = run("/bin/bash", {"-c", script, root() / "cmake/CheckLayers.cmake"});
+    EXPECT_EQ(checks.output, "sound: 0\nupward: 1 low/a.cpp may not include\n"
+                             "homeless: 1 low/b.h: lower/d.h lies in no layer\n"
+                             "circle: 1 circle,\ncircleBySource: 1 circle,\n")
         << checks.errors;
 }
 
