@@ -33,7 +33,7 @@ struct Piece {
 // What is known of a check of the side to move; see isInCheck().
 enum CheckState : std::int8_t { CHECK_UNKNOWN = 0, IS_CHECK = 1, IS_NOT_CHECK = 2 };
 
-// What a move changes beside the pieces. doMove() saves it whole, undoMove() puts it back
+// What a move changes apart from the pieces. doMove() saves it whole, undoMove() puts it back
 // whole.
 struct Carried {
     // Of the position itself.
@@ -58,8 +58,8 @@ struct Position {
     ByField<Field> board;  // the mailbox
     Carried carried;
 
-    // Derived: whether the side to move is in check, if that has been asked. Answers may be
-    // remembered in a position that otherwise stays as it is. See isInCheck(), and
+    // Derived: whether the side to move is in check, if somebody has asked. The answer may be
+    // stored in a position that is otherwise constant. See isInCheck(), and
     // isAttackedPlainly() for the plain form.
     mutable CheckState check;
 

@@ -110,7 +110,7 @@ MoveEnding Quiscence<Observer>::quiscenceSearchRek(Position& position, Variant& 
 }
 
 // Scores `move`, which has just led to `position`, for the side that made it, and tells
-// how. If the move is searched further, `localVariant` gets the line behind it as well.
+// how. If the move is searched further, `localVariant` gets the line after it as well.
 template <class Observer>
 MoveEnding Quiscence<Observer>::scoreQuiscenceMove(Position& position, const Move& move,
                                                    Variant& localVariant, int alfa, int beta,

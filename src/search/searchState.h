@@ -37,7 +37,8 @@ struct SearchState {
         }
     }
 
-    // Plies of quiescence, as far as there is room for them; 0 switches it off.
+    // Plies of quiescence, as far as there is room for them; 0 switches it off, and a
+    // negative setting works as 1.
     int getQuiscenceMaxDepth() const {
         return std::clamp(config.quiscenceMaxDepth, -1, MAX_QUISCENCE_DEPTH);
     }
