@@ -1,7 +1,6 @@
-// Parameters, counters and text helpers, and the silence of the log.
+// Parameters, counters and text helpers.
 #include "base/cppIoUtils.h"
 #include "base/engineParameters.h"
-#include "base/loggingService.h"
 #include "base/statistics.h"
 #include "search/infoStruct.h"
 
@@ -121,21 +120,6 @@ TEST_F(Statistics, CountsOnInTheLastRun) {
     statistics->reset();
     EXPECT_EQ(statistics->getRunPointer(), -1);
     EXPECT_EQ(statistics->get(1999, TestStatistics::Q_CUTTOFS, MAX_PLIES - 1), 0);
-}
-
-TEST(Log, IsSilentInTheEngineThatPlays) {
-    if (LOG_ENABLED) {
-        GTEST_SKIP() << "this build writes its log";
-    }
-    testing::internal::CaptureStdout();
-    testing::internal::CaptureStderr();
-    logger.addStandard();
-    logger.addStandard();
-    logger.error("a text");
-    logger.info("a number ", 5);
-    logger.trace("a tagged text", "treeTag");
-    EXPECT_EQ(testing::internal::GetCapturedStdout() + testing::internal::GetCapturedStderr(), "");
-    EXPECT_EQ(logger.getSinkCount(), 1U);
 }
 
 } // namespace

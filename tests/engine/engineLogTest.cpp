@@ -7,49 +7,27 @@
 
 namespace {
 
-// Keeps the messages of interest, in the order in which they came.
-class Recorder final : public Logger {
-public:
-    void error(const std::string& message) override { take(message); }
-    void warn(const std::string& message) override { take(message); }
-    void info(const std::string& message) override { take(message); }
-    void debug(const std::string& /*message*/) override {}
-    void trace(const std::string& /*message*/) override {}
-    bool hasTag(const std::string& /*tag*/) override { return false; }
-
-    std::vector<std::string> messages;
-
-private:
-    void take(const std::string& message) {
-        for (const char* start : {"Engine.", "Position fen: ", "Old thread", "Ida variant"}) {
-            if (message.starts_with(start)) {
-                messages.push_back(message);
-            }
-        }
-    }
-};
-
 class EngineLog : public testing::Test {
 protected:
     using Messages = std::vector<std::string>;
 
-    // What comes while `body` runs and the last search thread ends.
+    EngineLog() { logger.addStandard(); }
+
+    // The messages of interest that come while `body` runs and the last search thread ends.
     template <class Body> Messages messagesOf(Body body) {
-        recorder().messages.clear();
+        testing::internal::CaptureStderr();
         body();
         engine.joinThread();
-        return recorder().messages;
-    }
-
-    // The log owns it, to the end of the process.
-    static Recorder& recorder() {
-        static Recorder* const only = [] {
-            auto made = std::make_unique<Recorder>();
-            Recorder* const address = made.get();
-            logger.addLoggerImpl(std::move(made));
-            return address;
-        }();
-        return *only;
+        std::istringstream log(testing::internal::GetCapturedStderr());
+        Messages messages;
+        for (std::string line; std::getline(log, line);) {
+            for (const char* start : {"Engine.", "Position fen: ", "Old thread", "Ida variant"}) {
+                if (line.starts_with(std::string("INFO: ") + start)) {
+                    messages.push_back(line.substr(6));
+                }
+            }
+        }
+        return messages;
     }
 
     EngineConfig config = makeConfig(1024);

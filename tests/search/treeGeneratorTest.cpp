@@ -44,7 +44,7 @@ protected:
     // What the last search has found, and what it has counted at each ply.
     static std::string traceOf(const Variant& variant) {
         std::ostringstream text;
-        text << variant.evaluation << lineOf(variant);
+        text << variant.evaluation << movesTextOf(variant);
         for (int i = 0; i < N_TYPES * MAX_PLIES; ++i) {
             text << ' ' << testStatistics.get(0, i / MAX_PLIES, i % MAX_PLIES);
         }
@@ -137,7 +137,9 @@ TEST_F(Search, LmfCutsMovesThatWereSeenToBeWorse) {
         bool isCut;
     };
     for (const auto& [evaluation, alfaOfEntry, betaOfEntry, alfa, originalAlfa, depth, isCut] :
-         std::initializer_list<Case>{{-1000, -5000, 9, 1, 0, 3, true},
+         std::initializer_list<Case>{// evaluation, alfa and beta of the entry; alfa now and at
+                                     // the start, depth; cut or not
+                                     {-1000, -5000, 9, 1, 0, 3, true},
                                      {-1000, -5000, 9, 0, -1, 3, false},    // a pawn, no more
                                      {-1000, -5000, 9, 1, 1, 3, false},     // the first move
                                      {-1000, -5000, 9, 1, 0, 4, true},      // a ply short
@@ -168,7 +170,7 @@ TEST_F(Search, KnowsGamesThatAreOverAndTheClock) {
              {"7k/8/6K1/8/8/8/8/R7 w - - 99 90", 0, " g6f6"}}) { // as good as any
         const Variant variant = searchPass(fen, 2);
         EXPECT_EQ(variant.evaluation, evaluation) << fen;
-        EXPECT_EQ(lineOf(variant), line) << fen;
+        EXPECT_EQ(movesTextOf(variant), line) << fen;
     }
 }
 
@@ -184,7 +186,7 @@ TEST_F(Search, WithoutATableIsTheSameAsWithTheTableUnused) {
     generator.applyChanges(0);
     generator.clearKillersTable();
     const Variant none = searchPass(fen, 3);
-    EXPECT_EQ(lineOf(none), lineOf(unused));
+    EXPECT_EQ(movesTextOf(none), movesTextOf(unused));
     EXPECT_EQ(none.evaluation, unused.evaluation);
     EXPECT_EQ(counter.getSearchedAllNodes(), nodes);
 }
@@ -198,7 +200,8 @@ TEST_F(Search, DepthOutsideItsRangeWorksAsTheNearestInside) {
         int depth, worksAs;
     };
     for (const Case& c :
-         std::initializer_list<Case>{{locked, 22, 20},
+         std::initializer_list<Case>{// position, depth, works as
+                                     {locked, 22, 20},
                                      {locked, std::numeric_limits<int>::max(), 20},
                                      {nearlyDrawn, 0, 1},
                                      {nearlyDrawn, std::numeric_limits<int>::min(), 1}}) {
@@ -258,7 +261,7 @@ TEST_F(Search, LineIsCompletedFromTheTable) {
         Variant line;
         line.extend(Variant(), {first, false, true, false});
         generator.completeVariant(start, line, length);
-        EXPECT_EQ(lineOf(line), text);
+        EXPECT_EQ(movesTextOf(line), text);
         EXPECT_TRUE(line.variantMoves[0].isHash);
     }
 }
@@ -291,6 +294,7 @@ TEST_F(Quiscence, FollowsItsRulesAtTheBounds) {
         Reach reach;
     };
     for (const Case& c : std::initializer_list<Case>{
+             // position, greatest depth, stands pat, alfa, beta; score, reach
              {queen, 0, true, -7000, FULL, 7500 - 31, NO_MOVE}, // asked with the bounds as they
              {queen, 0, true, -6999, FULL, 7500, NO_MOVE},      // are: the score is -7500 there
              {queen, 1, false, -FULL, FULL, 8500 - 9, EACH_MOVE_ONCE},

@@ -17,7 +17,7 @@ TimeBudget budgetOf(const std::string& words, Color colorToMove) {
 TEST(GoCommand, GivesTheTimeThatTheFirstRuleFinds) {
     struct Case {
         std::string words;
-        Milliseconds white, black; // the total, by side to move
+        Milliseconds white, black; // the total if this side is to move
     };
     for (const auto& [words, white, black] : std::initializer_list<Case>{
              // A clock with an increment, which counts in full.
