@@ -24,7 +24,7 @@ public:
     EnvSystem system;
 };
 
-// `original` with `indentation` blanks at its start and behind every line end.
+// `original` with `indentation` blanks at its start and after every line end.
 std::string indentString(int indentation, const std::string& original);
 
 // The words of `str`, as white space separates them.

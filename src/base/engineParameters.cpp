@@ -22,7 +22,7 @@ constexpr int PROD_HASH_TABLE_SIZE = 16777216;
 constexpr int PROD_TREE_MAX_DEPTH = 3;
 constexpr int PROD_QUISCENCE_MAX_DEPTH = 10;
 
-// If `line` starts with `key`, stores the number behind it, brought to the range
+// If `line` starts with `key`, stores the number after it, brought to the range
 // of an int, and returns true.
 bool readInt(const std::string& line, const std::string& key, int& value) {
     long number = value;

@@ -20,8 +20,8 @@ inline constexpr bool LOG_ENABLED = false;
 // Hands every message on to its sinks, if the build has the log switched on.
 // Safe to call from any thread; sinks are added before the first one starts.
 //
-// A message is a text, a text and a number that stands directly behind it, or a function
-// that makes the text: that one is called only where somebody listens.
+// A message is a text, a text with a number that follows it directly, or a function that
+// makes the text. The function is called only if somebody listens.
 class LoggerService final : public Logger {
 public:
     // Registers a StandardLogger, unless there is a sink already.
@@ -55,7 +55,7 @@ public:
     // The tagged trace: no tag is traced.
     void trace(const char* /*message*/, const char* /*tag*/) {}
 
-    // `str` with the decimal text of `number` behind it, no blank between them.
+    // `str` followed by the decimal text of `number`, with no blank between them.
     static std::string append(const std::string& str, long number);
 
 private:

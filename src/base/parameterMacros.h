@@ -7,7 +7,7 @@
 bool startsWith(const std::string& str, const std::string& prefix);
 
 // If `line` starts with `key`: reads the rest as a number into `value` and returns true.
-// A word that is no number gives 0; if nothing stands there, `value` stays. False for
+// A word that is no number gives 0; if nothing follows the key, `value` stays. False for
 // any other line, and `value` stays.
 bool readLong(const std::string& line, const std::string& key, long& value);
 

@@ -57,7 +57,7 @@ void prepareMemory() {
 }
 
 bool isStandardOutputLost() {
-    // Errors are told without being asked for.
+    // poll() reports errors without being asked to.
     pollfd output = {STDOUT_FILENO, 0, 0};
     return poll(&output, 1, 0) > 0 && (output.revents & (POLLERR | POLLNVAL)) != 0;
 }

@@ -1,6 +1,6 @@
 // Everything that depends on the operating system beyond the standard library:
 // the clock, the sleep of the polling loop, threads, the memory that a process keeps, and
-// the ways in which it is told that nobody wants it any more.
+// the ways in which it learns that nobody needs it any more.
 #pragma once
 
 #include <cstdint>

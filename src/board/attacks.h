@@ -31,9 +31,9 @@ inline bool isAttacked(const Position& position, FieldIndex field, FieldSet atta
 // field plays no part.
 bool isFieldThreatened(const Position& pozice, FieldIndex policko);
 
-// Whether the king of the side to move stands attacked. Neither asks for the remembered
-// answer nor remembers its own: doMove() asks it about the mover, before it hands the
-// move to the other side.
+// Whether the king of the side to move is attacked. It neither uses the remembered answer
+// nor remembers its own: doMove() asks it about the mover, before it passes the move to
+// the other side.
 bool isInCheckNoCaching(const Position& position);
 
 // Whether the side to move is in check. The answer is remembered in position.check and

@@ -23,8 +23,8 @@ void playMove(Position& position, const Move& move, DoMoveContext& context);
 // the same context. What is known of a check is forgotten.
 void undoMove(Position& position, const Move& move, const DoMoveContext& context);
 
-// The legal moves, in the order of generateMoves(); returns their number. What stands
-// behind the moves in the array means nothing.
+// The legal moves, in the order of generateMoves(); returns their number. What
+// follows the moves in the array means nothing.
 int generateLegalMoves(const Position& position, MoveArray& outputMoves);
 
 // Whether the side to move is checkmated. A stalemate is no mate.

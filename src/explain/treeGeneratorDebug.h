@@ -18,7 +18,7 @@ struct NodeMoveInfo {
     MoveEnding ending = MoveEnding::SEARCHED;
     int alfa = 0;             // the node's window when it was tried, for the side
     int beta = 0;             //   that makes the move
-    Variant principalVariant; // score for that side, and the line behind the move
+    Variant principalVariant; // score for that side, and the line after the move
     Move move;
     std::string evalInfo; // free text on the evaluation, empty unless a caller writes it
 };
@@ -41,8 +41,8 @@ struct TreeSearchPass {
 class Explain final : public SearchObserver {
 public:
     static constexpr int POSITION_LENGTH = 20;
-    // Most moves of a watched line: each needs the position before it and the last one
-    // the position behind it.
+    // Most moves of a watched line: each needs the position before it, and the last one
+    // the position after it as well.
     static constexpr int MAX_LINE = POSITION_LENGTH - 1;
 
     Explain();

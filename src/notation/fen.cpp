@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t MAX_FEN_TOKENS = 30;
 
-// The tokens behind the eight ranks.
+// The tokens after the eight ranks.
 constexpr std::size_t SIDE_TOKEN = EDGE;
 constexpr std::size_t CASTLING_TOKEN = EDGE + 1;
 constexpr std::size_t EN_PASSANT_TOKEN = EDGE + 2;

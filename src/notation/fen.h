@@ -19,8 +19,8 @@ std::vector<std::string> getFenTokens(const std::string& input);
 
 // Reads `fen` into `position` and returns an empty text. If it cannot be played,
 // returns one sentence that says why and leaves the position alone. Fields are counted as
-// a person would: blanks before, behind and between them do no harm. Claims that the board
-// does not bear out are dropped: a castling right without its king and rook at home, an en
+// a person would: blanks before, after and between them do no harm. Claims that the board
+// does not support are dropped: a castling right without its king and rook at home, an en
 // passant field without the pawn that has just passed over it.
 std::string readPlayableFen(Position& position, const std::string& fen);
 

@@ -33,8 +33,8 @@ int parse07File(char f);
 int parse07Row(char row);
 bool isFile(char c1);
 bool isRow(char c1);
-// The piece type of a letter in either case, but of a pawn's small one alone; NO_PIECE if it
-// is none.
+// The piece type of a letter in either case, except that a pawn has only its small letter;
+// NO_PIECE for any other character.
 PieceType parsePiece(char c);
 // The same for the letters p, R, N, B, Q, K exactly.
 PieceType parseUpperPiece(char c);

@@ -24,7 +24,7 @@ public:
     // The lines of a text file, one a line; empty, with a message on standard error,
     // if it cannot be opened.
     static PolyglotBook getBookFromFile(const std::string& filePath, bool polyglotNotation);
-    // The file of an earlier private book.
+    // The book of a file with a fixed path.
     static PolyglotBook getPcst();
 
     // Seeds the random generator with the time in seconds.

@@ -130,14 +130,14 @@ public:
     bool isEmpty() const { return size == 0; }
     int getSize() const { return size; }
 
-    // Makes every slot FREE; what else it holds stays. No slot is touched for it: each
-    // remembers when it was emptied last, and one that is behind is emptied as soon as it is
-    // asked for. A reference from before this call is not to be used behind it.
+    // Makes every slot FREE; what else it holds stays. This touches no slot: each one
+    // remembers when it was emptied last, and if that was too long ago, it is emptied as soon
+    // as somebody asks for it. A reference from before this call must not be used after it.
     void empty() requires std::same_as<Entry, GenericEntry> {
         if (++timesEmptied != 0) {
             return;
         }
-        for (int i = 0; i < size; ++i) { // the counter has come round
+        for (int i = 0; i < size; ++i) { // the counter has wrapped around
             table[i].state = FREE;
             table[i].emptied.times = 0;
         }

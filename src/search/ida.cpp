@@ -100,8 +100,8 @@ IdaNS::GeneratingResult Ida::judgePass(const Variant& variant) {
         logger.debug("upper / bottom mate limit reached, returning evaluation");
         return IdaNS::OK_FINISH;
     }
-    // A failed pass says only on which side the score lies: that side is opened, the
-    // other one closed to just past the bound that failed.
+    // A failed pass tells only on which side the score lies. That side is opened, and the
+    // other one is closed to just past the bound that failed.
     if (variant.evaluation <= generator.firstAlpha) {
         const int oldActualAlphaLimit = generator.firstAlpha;
         generator.setDefaultFirstAlfaBeta();
@@ -166,7 +166,7 @@ void Ida::prepareSearch(Milliseconds milliseconds) {
     generator.setDefaultFirstAlfaBeta();
 }
 
-// Hands the line of a good pass to whoever waits, and tells if no deeper one follows.
+// Publishes the line of a good pass, and says so if no deeper pass follows.
 void Ida::publish(const Variant& variant, IdaNS::GeneratingResult result, int threadId,
                   IdaVariant* idaVariant) {
     // A drawn or finished root has no line, but there is a move to play.

@@ -6,7 +6,7 @@
 
 namespace {
 
-// A copy without the unset moves behind the line.
+// A copy without the unset moves after the line.
 Variant clone(const Variant& source) {
     Variant copy;
     copy.varLength = source.varLength;

@@ -1,5 +1,5 @@
-// The seam through which a search can be watched, move by move. It is a template parameter
-// of the recursive routines alone: the engine that plays is built with NoObserver, of which
+// The seam through which a search can be watched, move by move. Only the recursive routines
+// have it as a template parameter: the engine that plays is built with NoObserver, of which
 // the compiler leaves nothing.
 #pragma once
 
@@ -28,7 +28,7 @@ public:
     virtual void doMove(const Move& move) = 0;
     // The tree search has finished the move made last and taken it back. `alfa` and
     // `beta` are the node's window when it was tried, `localVariant` the score and the
-    // line behind it; `ending` tells how it was scored.
+    // line after it; `ending` tells how it was scored.
     virtual void explainTreeGenMove(int alfa, int beta, const Variant& localVariant,
                                     const Move& move, MoveEnding ending) = 0;
     // The same for the quiescence search.

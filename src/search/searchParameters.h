@@ -1,5 +1,5 @@
 // Every number of the search, once. Scores are in thousandths of a pawn, depths in plies.
-// What the evaluation and the order of moves are made of stands with them.
+// The numbers of the evaluation and of the order of moves stand in their own files.
 #pragma once
 
 #include "base/platform.h"

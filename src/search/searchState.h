@@ -24,7 +24,8 @@ struct SearchState {
     }
     void moveUndoneInner() { path.pop(); }
 
-    // Plies of quiescence, as far as there is room for them; 0 switches it off.
+    // Plies of quiescence, as far as there is room for them; 0 switches it off, and a
+    // negative setting works as 1.
     int getQuiscenceMaxDepth() const {
         return std::clamp(config.quiscenceMaxDepth, -1, MAX_QUISCENCE_DEPTH);
     }

@@ -1,6 +1,6 @@
 // The policy of the transposition table: what is written to it, and what it is asked.
 //
-// An entry is written by the node that tries a move, under the key of the position behind
+// An entry is written by the node that tries a move, under the key of the position after
 // the move, and holds what the move was worth for the side that made it. So every position
 // below is one after a move, and every score and bound is the mover's.
 #pragma once
@@ -15,8 +15,8 @@ public:
     explicit TranspositionTable(int size) : hashTable(size) {}
 
     // Stores the value of the move into `position`, searched `maxVariantDepth` plies deep
-    // in the window `alfa`, `beta`. Whatever the slot held is lost, but without a first move
-    // of the line behind the move, its move stays.
+    // in the window `alfa`, `beta`. What the slot held is lost, except that its move stays if
+    // `firstVariantMove`, the first of the line after the move, is null.
     void addTableEntry(const Position& position, const Move* firstVariantMove, int maxVariantDepth,
                        int evaluation, int alfa, int beta);
     // If the table holds the exact value of the move into `position`, searched at least so

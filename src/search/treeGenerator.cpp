@@ -94,7 +94,7 @@ void TreeGenerator::completeVariant(const Position& position, Variant& variant,
 
 void TreeGenerator::quiscenceSearch(Position& position, int alfa, int beta, Variant& variant) {
     clearTable();
-    // Without a pass of the tree before it, no run of the counters is open.
+    // If no pass of the tree came before, no run of the counters is open.
     if (testStatistics.getRunPointer() < 0) {
         STATISTICS_NEW_RUN();
     }

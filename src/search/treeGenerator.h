@@ -35,7 +35,7 @@ public:
     // `maxTotalLength` moves in all. The score stays.
     void completeVariant(const Position& position, Variant& variant, int maxTotalLength);
 
-    // The quiescence search alone, on a cleared table.
+    // The quiescence search on its own, with a cleared table.
     void quiscenceSearch(Position& position, int alfa, int beta, Variant& variant);
 
     // ---- The pass to come, as the driver sets it ----

@@ -91,7 +91,7 @@ MoveEnding TreeSearch<Observer>::generateTreeRek(Position& position, Variant& ou
 }
 
 // Scores the move that has just led to `position`, from the viewpoint of the side that
-// made it, and tells how: `variantLocal` gets the score and the line behind the move.
+// made it, and tells how: `variantLocal` gets the score and the line after the move.
 template <class Observer>
 MoveEnding TreeSearch<Observer>::scoreMove(Position& position, Variant& variantLocal, int alfa,
                                            int originalAlfa, int beta, int depth) {

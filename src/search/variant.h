@@ -19,7 +19,7 @@ struct VariantMove {
 
 // A line with its score. It is stored back to front: variantMoves[varLength - 1] is
 // the move to play, variantMoves[0] the last of the line. So a node extends the line
-// of its child by writing one move behind it, and nothing is shifted.
+// of its child by writing one move after it, and nothing is shifted.
 struct Variant {
     int varLength = 0;  // moves in the line, 0 to MAX_VARIANT_MOVES
     int evaluation = 0; // score for the side to move where the line starts
@@ -50,12 +50,12 @@ struct Variant {
 
 // ---- Lines in words. Without a stream they go to standard output ----
 
-// The move, in parentheses if it is a quiescence move, with "(h)" behind a table
-// move and "(o)" behind a book move.
+// The move, in parentheses if it is a quiescence move, with "(h)" after a table
+// move and "(o)" after a book move.
 void printVariantMove(std::ostream& stream, const VariantMove& move);
 void printVariantMove(const VariantMove& move);
 
-// The moves of a line in the order of play, each with a blank behind it. `moves` is
+// The moves of a line in the order of play, each with a blank after it. `moves` is
 // stored back to front. With a Variant, the score and a line end follow.
 void printVariant(std::ostream& stream, const VariantMove* moves, int varLength);
 void printVariant(const VariantMove* moves, int varLength);

@@ -46,7 +46,7 @@ bool checkForValueParam(std::string_view name, Milliseconds& into,
     return true;
 }
 
-// Nothing behind `infinite` is looked at.
+// Nothing after `infinite` is looked at.
 GoWords readWords(const std::vector<std::string>& commands) {
     GoWords words;
     for (std::size_t i = 0; i < commands.size(); ++i) {

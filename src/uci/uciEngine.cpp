@@ -57,7 +57,7 @@ bool isLimitingChar(char c) {
     return c == LF || c == CR || c == SPACE || c == END_OF_C_STR;
 }
 
-// The FEN text of a `position` line: behind the word `fen`, or, without it, from the
+// The FEN text of a `position` line: after the word `fen`, or, without it, from the
 // second word on; up to one character before the first "moves" of the line.
 std::string fenTextOf(const std::string& line, const std::vector<std::string>& vec) {
     const std::size_t textWord = vec[1] == FEN ? 2 : 1;

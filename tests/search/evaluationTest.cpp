@@ -29,7 +29,8 @@ struct TableSums {
 
 TEST(Evaluation, TablesHoldTheirValuesForBothColours) {
     for (const TableSums& table :
-         std::initializer_list<TableSums>{{PAWN, OPENING_MATERIAL, 709, 29213, 712179},
+         std::initializer_list<TableSums>{// piece, material, sum, weighted sum, weighted squares
+                                          {PAWN, OPENING_MATERIAL, 709, 29213, 712179},
                                           {PAWN, END_GAME_MATERIAL, 709, 29213, 712179},
                                           {KNIGHT, 0, 1213, 45283, 1177031},
                                           {BISHOP, 0, 1163, 38535, 793811},
@@ -61,6 +62,7 @@ TEST(Evaluation, ScoresForTheSideThatHasJustMoved) {
         int material, positional;
     };
     for (const auto& [fen, material, positional] : std::initializer_list<Case>{
+             // position, material, positional
              {START_FEN, 0, 0},
              {"rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq - 0 1", 0, 32},
              {"4k3/8/4P3/8/8/8/8/4K3 w - - 0 1", -1000, -32},

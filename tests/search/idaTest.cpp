@@ -1,19 +1,25 @@
 #include "search/ida.h"
 
+#include "explain/treeGeneratorDebug.h"
 #include "search/idaVariant.h"
-#include "search/infoStruct.h"
 #include "testing/searchSupport.h"
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 namespace {
 
-// Keeps the line of every report.
-class LineListener final : public InfoListenerInterface {
+// Notes whether the slot was ready when the last report came.
+class ReadyListener final : public InfoListenerInterface {
 public:
-    void onInfo(const InfoStruct& info) override { lines.push_back(lineOf(info.pv)); }
+    explicit ReadyListener(IdaVariant& _slot) : slot(_slot) {}
+    void onInfo(const InfoStruct& /*info*/) override { wasReady = slot.isReady(); }
 
-    std::vector<std::string> lines;
+    bool wasReady = false;
+
+private:
+    IdaVariant& slot;
 };
 
 constexpr TimeBudget INFINITE = {0, -1, true};
@@ -21,7 +27,7 @@ constexpr TimeBudget INFINITE = {0, -1, true};
 class Deepening : public testing::Test {
 protected:
     Deepening() {
-        ida.setInfoListener(&listener);
+        ida.setInfoListener(&reports);
         initial.extend(Variant(), {moveOf(start, "h2h4"), false, false, false});
     }
 
@@ -35,8 +41,8 @@ protected:
     EngineConfig config = makeConfig();
     Ida ida{config};
     TreeGenerator& generator = ida.getTreeGenerator();
-    LineListener listener;
     IdaVariant slot;
+    Reports reports;
     Position start = positionOf(START_FEN);
     Variant initial;
 };
@@ -49,7 +55,8 @@ TEST_F(Deepening, WindowFollowsTheOutcome) {
     };
     // A pass of depth 1 from the start position scores 0.
     for (const Case& c :
-         {Case{-1, 1, IdaNS::OK, -550, 550}, Case{0, 100, IdaNS::FAILLOW, DEFAULT_FIRST_ALFA, 1},
+         {// alpha, beta, outcome, next alpha, next beta
+          Case{-1, 1, IdaNS::OK, -550, 550}, Case{0, 100, IdaNS::FAILLOW, DEFAULT_FIRST_ALFA, 1},
           Case{-100, 0, IdaNS::FAILHIGH, -1, DEFAULT_FIRST_BETA},
           Case{DEFAULT_FIRST_ALFA, 1, IdaNS::OK, -550, 550}}) {
         generator.clearTable();
@@ -66,7 +73,12 @@ TEST_F(Deepening, MateEndsTheSearchInAnyWindow) {
     Position mateInOne = positionOf("7k/8/6K1/8/8/8/8/R7 w - - 0 1");
     Variant variant;
     ida.generateTree(mateInOne, variant, 10);
-    EXPECT_EQ(listener.lines, std::vector<std::string>{" a1a8"});
+    EXPECT_EQ(reports.lines, std::vector<std::string>{" a1a8"});
+    // Whoever hears of the end of an infinite search finds it finished.
+    ReadyListener listener(slot);
+    ida.setInfoListener(&listener);
+    ida.generateTree(mateInOne, INFINITE, openSlot(), &slot);
+    EXPECT_TRUE(listener.wasReady);
     Position mated = positionOf("7k/5KQ1/8/8/8/8/8/8 b - - 0 1");
     generator.firstAlpha = 0;
     generator.firstBeta = 1;
@@ -76,24 +88,25 @@ TEST_F(Deepening, MateEndsTheSearchInAnyWindow) {
 TEST_F(Deepening, RunsTwentyPassesAtMost) {
     Position drawn = positionOf("7k/8/6K1/8/8/8/8/R7 w - - 100 90");
     Variant variant;
-    ida.generateTree(drawn, variant, 1000, true);
-    EXPECT_EQ(listener.lines, std::vector<std::string>(20));
+    config.treeMaxDepth = 22;
+    ida.generateTree(drawn, variant);
+    EXPECT_EQ(reports.lines, std::vector<std::string>(20));
 
     // Empty lines leave the published move alone.
     ida.generateTree(drawn, INFINITE, openSlot(), &slot);
-    EXPECT_EQ(listener.lines.size(), 40U);
+    EXPECT_EQ(reports.lines.size(), 40U);
     EXPECT_TRUE(slot.isReady());
-    EXPECT_EQ(lineOf(slot.getVariant()), " h2h4");
+    EXPECT_EQ(movesTextOf(slot.getVariant()), " h2h4");
 }
 
-TEST_F(Deepening, BookMoveEndsTheTimedSearchWithoutAReport) {
-    ida.generateTree(start, {clockMilliseconds(), 100000}, openSlot(), &slot);
-    EXPECT_TRUE(slot.isReady());
-    const Variant published = slot.getVariant();
-    ASSERT_EQ(published.varLength, 1);
-    EXPECT_TRUE(published.get(0).isOpening);
-    EXPECT_EQ(published.evaluation, 0);
-    EXPECT_TRUE(listener.lines.empty());
+TEST_F(Deepening, ReportsOnlyADepthThatCanBeReached) {
+    for (const auto& [setting, selDepth] :
+         {std::pair{10, 11}, {60, 31}, {std::numeric_limits<int>::max(), 31}}) {
+        config.quiscenceMaxDepth = setting;
+        Variant variant;
+        ida.generateTree(start, variant, 1, true);
+        EXPECT_EQ(reports.infos.back().selDepth, selDepth);
+    }
 }
 
 TEST_F(Deepening, AbandonedPassIsNoResult) {
@@ -101,24 +114,37 @@ TEST_F(Deepening, AbandonedPassIsNoResult) {
     const int number = openSlot();
     slot.signalReady(number);
     ida.generateTree(start, INFINITE, number, &slot);
-    EXPECT_EQ(listener.lines, (std::vector<std::string>{" d2d4 d7d5", " d2d4 d7d5 e2e4"}));
-    EXPECT_EQ(lineOf(slot.getVariant()), listener.lines.back());
+    EXPECT_EQ(reports.lines, (std::vector<std::string>{" d2d4 d7d5", " d2d4 d7d5 e2e4"}));
+    EXPECT_EQ(movesTextOf(slot.getVariant()), reports.lines.back());
 
     // Here the first pass is long. Its score then looks like a mate.
-    listener.lines.clear();
+    reports.lines.clear();
     Position wild = positionOf("6Q1/1q1pp2q/2P4P/Qq4P1/K7/pP6/5pk1/Q7 w - - 7 4");
     const int next = openSlot();
     slot.signalReady(next);
     ida.generateTree(wild, INFINITE, next, &slot);
     EXPECT_TRUE(generator.isAbandoned());
-    EXPECT_TRUE(listener.lines.empty());
-    EXPECT_EQ(lineOf(slot.getVariant()), " h2h4");
+    EXPECT_TRUE(reports.lines.empty());
+    EXPECT_EQ(movesTextOf(slot.getVariant()), " h2h4");
+
+    // A pass of its own has no outcome, moves no window, and has not ended.
+    Explain observer; // whose record has one pass more than have ended
+    ida.watchBy(observer);
+    generator.resetSearchedNodes();
+    generator.firstAlpha = -550;
+    generator.firstBeta = 550;
+    start = positionOf(START_FEN);
+    Variant unfinished;
+    EXPECT_EQ(ida.generateTreeIdaOneLoop(start, unfinished, 4, true), std::nullopt);
+    EXPECT_EQ(std::pair(generator.firstAlpha, generator.firstBeta), std::pair(-550, 550));
+    EXPECT_EQ(observer.getData().size(), 1U);
 
     // The depth search asks no flag of an older search. It polls often at this depth.
     start = positionOf(START_FEN);
     Variant variant;
     ida.generateTree(start, variant, 4, true);
-    EXPECT_EQ(listener.lines.size(), 4U);
+    EXPECT_EQ(reports.lines.size(), 4U);
+    EXPECT_GE(observer.getData().size(), 5U);
     EXPECT_EQ(findDifference(start, positionOf(START_FEN)), "");
 }
 
@@ -135,7 +161,9 @@ TEST_F(Deepening, TimeUpWeighsTheLastPassAgainstTheTimeLeft) {
         double nextDuration;
     };
     for (const Case& c :
-         std::initializer_list<Case>{{10 * S, 6 * S, FIRST, 0, IdaNS::OK_FINISH, false, 6 * S},
+         std::initializer_list<Case>{// total, elapsed, last duration, since the last check,
+                                     // result; time is up or not, next duration
+                                     {10 * S, 6 * S, FIRST, 0, IdaNS::OK_FINISH, false, 6 * S},
                                      {10 * S, 7 * S, FIRST, 0, IdaNS::OK, true, 7 * S},
                                      {10 * S, 9 * S, 5 * S, 1 * S, IdaNS::OK, false, 1 * S},
                                      {10 * S, 9 * S, 4 * S, 5 * S, IdaNS::OK, true, 5 * S},
@@ -168,7 +196,7 @@ TEST_F(Deepening, SlotObeysOnlyItsPresentSearch) {
     slot.setVariant(late, oldNumber);
     slot.signalReady(oldNumber);
     EXPECT_FALSE(slot.isReady());
-    EXPECT_EQ(lineOf(slot.getVariant()), " h2h4");
+    EXPECT_EQ(movesTextOf(slot.getVariant()), " h2h4");
     slot.setVariant(late, number);
     EXPECT_EQ(slot.getVariant().varLength, 0);
     EXPECT_EQ(slot.getVariant().evaluation, 5);

@@ -6,8 +6,10 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <map>
 #include <numeric>
+#include <sstream>
 
 namespace {
 
@@ -28,6 +30,25 @@ protected:
         generator.setActualMoveDepth(depth);
         generator.generateTree(position, variant, true);
         return variant;
+    }
+
+    // Quiescence alone, of a position in which rooks give check after check.
+    Variant searchChecks() {
+        Position position = positionOf("3R4/8/8/K5k1/8/1r6/8/8 w - - 0 1");
+        Variant variant;
+        testStatistics.reset();
+        generator.quiscenceSearch(position, -FULL, FULL, variant);
+        return variant;
+    }
+
+    // What the last search has found, and what it has counted at each ply.
+    static std::string traceOf(const Variant& variant) {
+        std::ostringstream text;
+        text << variant.evaluation << movesTextOf(variant);
+        for (int i = 0; i < N_TYPES * MAX_PLIES; ++i) {
+            text << ' ' << testStatistics.get(0, i / MAX_PLIES, i % MAX_PLIES);
+        }
+        return text.str();
     }
 
     std::vector<int> orderOf(const std::vector<Move>& moves, int depth, std::int16_t tableMove) {
@@ -116,7 +137,9 @@ TEST_F(Search, LmfCutsMovesThatWereSeenToBeWorse) {
         bool isCut;
     };
     for (const auto& [evaluation, alfaOfEntry, betaOfEntry, alfa, originalAlfa, depth, isCut] :
-         std::initializer_list<Case>{{-1000, -5000, 9, 1, 0, 3, true},
+         std::initializer_list<Case>{// evaluation, alfa and beta of the entry; alfa now and at
+                                     // the start, depth; cut or not
+                                     {-1000, -5000, 9, 1, 0, 3, true},
                                      {-1000, -5000, 9, 0, -1, 3, false},    // a pawn, no more
                                      {-1000, -5000, 9, 1, 1, 3, false},     // the first move
                                      {-1000, -5000, 9, 1, 0, 4, true},      // a ply short
@@ -147,7 +170,7 @@ TEST_F(Search, KnowsGamesThatAreOverAndTheClock) {
              {"7k/8/6K1/8/8/8/8/R7 w - - 99 90", 0, " g6f6"}}) { // as good as any
         const Variant variant = searchPass(fen, 2);
         EXPECT_EQ(variant.evaluation, evaluation) << fen;
-        EXPECT_EQ(lineOf(variant), line) << fen;
+        EXPECT_EQ(movesTextOf(variant), line) << fen;
     }
 }
 
@@ -163,9 +186,64 @@ TEST_F(Search, WithoutATableIsTheSameAsWithTheTableUnused) {
     generator.applyChanges(0);
     generator.clearKillersTable();
     const Variant none = searchPass(fen, 3);
-    EXPECT_EQ(lineOf(none), lineOf(unused));
+    EXPECT_EQ(movesTextOf(none), movesTextOf(unused));
     EXPECT_EQ(none.evaluation, unused.evaluation);
     EXPECT_EQ(counter.getSearchedAllNodes(), nodes);
+}
+
+TEST_F(Search, DepthOutsideItsRangeWorksAsTheNearestInside) {
+    // Hardly a move but those of the kings, so that 20 plies are soon searched.
+    const std::string locked = "k7/p1p1p3/P1P1P3/8/8/p1p1p3/P1P1P3/K7 w - - 0 1";
+    const std::string nearlyDrawn = "7k/8/8/8/8/8/8/K7 w - - 97 90";
+    struct Case {
+        std::string fen;
+        int depth, worksAs;
+    };
+    for (const Case& c :
+         std::initializer_list<Case>{// position, depth, works as
+                                     {locked, 22, 20},
+                                     {locked, std::numeric_limits<int>::max(), 20},
+                                     {nearlyDrawn, 0, 1},
+                                     {nearlyDrawn, std::numeric_limits<int>::min(), 1}}) {
+        const auto traceTo = [&](int passDepth) {
+            TreeGenerator fresh(config); // as a cleared table still gives hints
+            fresh.setActualMoveDepth(passDepth);
+            Position position = positionOf(c.fen);
+            Variant variant;
+            testStatistics.reset();
+            fresh.generateTree(position, variant, true);
+            return traceOf(variant);
+        };
+        const std::string expected = traceTo(c.worksAs);
+        EXPECT_GT(testStatistics.get(0, TestStatistics::ORDINAL_SEARCH, c.worksAs - 1), 0);
+        EXPECT_EQ(traceTo(c.depth), expected) << c.depth;
+        config.treeMaxDepth = c.depth;
+        EXPECT_EQ(TreeGenerator(config).getState().actualMoveDepth, c.worksAs);
+    }
+}
+
+TEST_F(Quiscence, DepthOutsideItsRangeWorksAsTheNearestInside) {
+    constexpr int DEEPEST = 30;
+    const auto traceTo = [this](int depth) {
+        config.quiscenceMaxDepth = depth;
+        return traceOf(searchChecks());
+    };
+    const std::string deepest = traceTo(DEEPEST);
+    EXPECT_GT(testStatistics.get(0, TestStatistics::Q_SEARCH, DEEPEST - 1), 0);
+    EXPECT_NE(traceTo(DEEPEST - 1), deepest);
+    for (const int depth : {60, 300, std::numeric_limits<int>::max()}) {
+        EXPECT_EQ(traceTo(depth), deepest) << depth;
+    }
+    EXPECT_EQ(traceTo(std::numeric_limits<int>::min()), traceTo(1));
+}
+
+TEST_F(Quiscence, OpensARunOfTheCountersOnlyIfNoneIsOpen) {
+    searchChecks(); // which has closed all runs
+    EXPECT_EQ(testStatistics.getRunPointer(), 0);
+    Position start = positionOf(START_FEN);
+    Variant variant;
+    generator.quiscenceSearch(start, -FULL, FULL, variant);
+    EXPECT_EQ(testStatistics.getRunPointer(), 0);
 }
 
 TEST_F(Search, LineIsCompletedFromTheTable) {
@@ -183,7 +261,7 @@ TEST_F(Search, LineIsCompletedFromTheTable) {
         Variant line;
         line.extend(Variant(), {first, false, true, false});
         generator.completeVariant(start, line, length);
-        EXPECT_EQ(lineOf(line), text);
+        EXPECT_EQ(movesTextOf(line), text);
         EXPECT_TRUE(line.variantMoves[0].isHash);
     }
 }
@@ -216,6 +294,7 @@ TEST_F(Quiscence, FollowsItsRulesAtTheBounds) {
         Reach reach;
     };
     for (const Case& c : std::initializer_list<Case>{
+             // position, greatest depth, stands pat, alfa, beta; score, reach
              {queen, 0, true, -7000, FULL, 7500 - 31, NO_MOVE}, // asked with the bounds as they
              {queen, 0, true, -6999, FULL, 7500, NO_MOVE},      // are: the score is -7500 there
              {queen, 1, false, -FULL, FULL, 8500 - 9, EACH_MOVE_ONCE},

@@ -28,7 +28,7 @@ inline Position positionOf(const std::string& fen) {
 inline constexpr Move LEFT_OVER = {E2, E4, PAWN, QUEEN, EN_PASSANT, KNIGHT};
 
 // Pseudo-legal moves in the order of generation.
-inline std::vector<Move> movesOf(const Position& position) {
+inline std::vector<Move> pseudoLegalMovesOf(const Position& position) {
     MoveArray moves;
     moves.fill(LEFT_OVER);
     return {moves.begin(), moves.begin() + generateMoves(position, moves)};
@@ -71,7 +71,7 @@ inline void play(Position& position, const std::string& text) {
 }
 
 // The position after moves from the start position, separated by blanks.
-inline Position positionAfter(const std::string& moves) {
+inline Position positionAfterMoves(const std::string& moves) {
     Position position = positionOf(START_FEN);
     std::istringstream stream(moves);
     for (std::string text; stream >> text;) {

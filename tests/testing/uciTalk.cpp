@@ -1,5 +1,7 @@
 #include "testing/uciTalk.h"
 
+#include "base/cppIoUtils.h"
+
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
@@ -42,18 +44,13 @@ const std::regex INFO_LINE("info pv((?: " MOVE_PATTERN ")*)"
                            " time (\\d+) nps (\\d+) )?");
 const std::regex BEST_MOVE_LINE("bestmove (" MOVE_PATTERN "|\\(none\\))");
 
-std::vector<std::string> wordsOf(const std::string& text) {
-    std::istringstream stream(text);
-    return {std::istream_iterator<std::string>(stream), {}};
-}
-
 // The lines that ask for a search.
 int countGoes(const std::string& bytes) {
     std::istringstream stream(bytes);
     int goes = 0;
     for (std::string line; std::getline(stream, line);) {
         std::replace(line.begin(), line.end(), '\0', ' ');
-        const std::vector<std::string> words = wordsOf(line);
+        const std::vector<std::string> words = splitString(line);
         goes += words.size() > 1 && words[0] == "go" ? 1 : 0;
     }
     return goes;
@@ -126,7 +123,7 @@ bool UciTalk::actOnEngine(const std::string& verb, const std::string& rest) {
 }
 
 bool UciTalk::expectLine(const std::string& verb, const std::string& rest) {
-    const std::vector<std::string> words = wordsOf(rest);
+    const std::vector<std::string> words = splitString(rest);
     const int number = std::atoi(rest.c_str());
     if (verb == "=") {
         expectNext(rest);
@@ -197,7 +194,7 @@ void UciTalk::takeInfo(const std::string& line) {
     EXPECT_EQ(answer.lines.size(), answer.reports) << "behind the closing line: " << line;
     std::smatch parts;
     ASSERT_TRUE(std::regex_match(line, parts, INFO_LINE)) << '"' << line << '"';
-    answer.lines.push_back(wordsOf(parts[1]));
+    answer.lines.push_back(splitString(parts[1]));
     if (!parts[2].matched) {
         return;
     }

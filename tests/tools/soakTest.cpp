@@ -3,7 +3,6 @@
 #include "kestran-soak/soak.h"
 
 #include <gtest/gtest.h>
-#include <ostream>
 
 namespace {
 
@@ -53,35 +52,22 @@ TEST(Soak, LateAnswer) {
     EXPECT_FALSE(report.isClean());
 }
 
-struct Tampering {
-    const char* name;
-    const char* filter;
-};
-
-void PrintTo(const Tampering& tampering, std::ostream* stream) {
-    *stream << tampering.name;
+TEST(Soak, ProtocolFaults) {
+    for (const char* filter : {
+             "sed -u '/^bestmove/p'",                  // two answers
+             "sed -u '/^info pv/{/score/!d}'",         // no closing line
+             R"(sed -u 's/\( nps .*\) $/\1/')",        // a report without its last blank
+             "sed -u '/score/s/pv [^ ]*/& a1a1/'",     // a line that is not legal
+             "sed -u 's/^bestmove .*/bestmove a1a1/'", // another answer than the closing line
+             R"(sed -u 's/^readyok/&\n/')",            // an unknown line
+             "sed -u 's/Hash/hash/'",                  // another greeting
+             "head -n 9",                              // an early end
+         }) {
+        const SoakReport report = playFiltered(filter);
+        EXPECT_EQ(report.protocolFaults.size(), 1U) << filter;
+        EXPECT_EQ(report.illegalMoves, std::vector<std::string>()) << filter;
+        EXPECT_FALSE(report.isClean()) << filter;
+    }
 }
-
-class SoakFault : public testing::TestWithParam<Tampering> {};
-
-TEST_P(SoakFault, IsSeen) {
-    const SoakReport report = playFiltered(GetParam().filter);
-    EXPECT_EQ(report.protocolFaults.size(), 1U);
-    EXPECT_EQ(report.illegalMoves, std::vector<std::string>());
-    EXPECT_FALSE(report.isClean());
-}
-
-const std::vector<Tampering> TAMPERINGS = {
-    {"twoBestMoves", "sed -u '/^bestmove/p'"},
-    {"noClosingLine", "sed -u '/^info pv/{/score/!d}'"},
-    {"reportWithoutBlank", R"(sed -u 's/\( nps .*\) $/\1/')"},
-    {"illegalLine", "sed -u '/score/s/pv [^ ]*/& a1a1/'"},
-    {"anotherBestMove", "sed -u 's/^bestmove .*/bestmove a1a1/'"},
-    {"unknownLine", R"(sed -u 's/^readyok/&\n/')"},
-    {"otherGreeting", "sed -u 's/Hash/hash/'"},
-    {"endsEarly", "head -n 9"},
-};
-INSTANTIATE_TEST_SUITE_P(, SoakFault, testing::ValuesIn(TAMPERINGS),
-                         [](const auto& test) { return std::string(test.param.name); });
 
 } // namespace

@@ -62,7 +62,7 @@ std::string repeated(int count, const std::string& text) {
 // Every way to start a search in the present position, and what its answer must be.
 std::string eachGo(const std::string& answer) {
     std::string script;
-    for (const char* go : {"depth 1", "movetime 200", "wtime 8000 btime 8000",
+    for (const char* go : {"nodes 1", "movetime 250", "wtime 1 btime 1",
                            "wtime 4000 winc 100 btime 4000 binc 100"}) {
         script += std::string(" | > go ") + go + " | " + answer;
     }
@@ -77,8 +77,6 @@ Conversations words() {
     const std::string NUL(1, '\0');
     return {
         {"Greeting", "> uci | greet 192 | silent 100"},
-        {"GreetingTwice", ">> uci\nuci\n | greet 192 | greet 192"},
-        {"OtherProtocolFirst", "> xboard | > uci | greet 192"},
         {"BlanksAround", ">   uci   | greet 192"},
         {"CarriageReturns", ">> uci\r\n | greet 192 | >> \r\risready\r\r\n | = readyok"
                             " | >> position fen $one\r\ngo infinite\r\n | think 130 | >> stop\r\n"
@@ -105,15 +103,11 @@ Conversations words() {
         {"LinesInPieces", ">> is | pause 50 | >> read | pause 50 | > y | = readyok"},
         {"NothingBehindQuit", ">> isready\nquit\nisready\nuci\n | = readyok | end"},
         {"QuitAtOnce", "> quit | end"},
-        {"QuitAmongBlanks", ">   quit   | end"},
     };
 }
 
 Conversations readiness() {
     return {
-        {"BehindPosition", "> position startpos moves e2e4 | ready | > position fen $busy | ready"},
-        {"BehindBestMove",
-         "> position fen $busy | > go movetime 200 | answer | ready | silent 200"},
         {"TenTimesDuringASearch", "> position fen $busy | > go infinite" +
                                       repeated(10, " | ready | think 20") +
                                       " | > stop | answer | reported"},
@@ -188,9 +182,6 @@ Conversations positions() {
          "> position fen $one moves a1b1 a1b2 a1a2 c1b1 c1c2" + go + "a2a[13]"},
         {"CapitalFields", "> position startpos moves F2F3 e7E5 G2g4 D8H4" + go + mated},
         {"Queen", "> position fen $pawn moves h7h8q" + go + mated},
-        {"CapitalQueen", "> position fen $pawn moves h7h8Q" + go + mated},
-        {"Rook", "> position fen $pawn moves h7h8r" + go + mated},
-        {"Bishop", "> position fen $pawn moves h7h8b" + go + "a8b8"},
         {"Knight", "> position fen $pawn moves h7h8n" + go + "a8b8"},
         {"NoLetterIsAKnight", "> position fen $pawn moves h7h8" + go + "a8b8"},
         {"OwnPromotion", "> position fen $pawn" + eachGo("answer h7h8[qr]")},
@@ -209,8 +200,6 @@ Conversations positions() {
                                         "a1a2 | > position fen 8/8/8/8/8/8/8/K1k5 w - e" + go +
                                         "a1a2 | > position fen 8/8/8/8/8/8/8/K1k5 w - - -5 0" + go +
                                         "a1a2"},
-        {"HugeNumbers",
-         "> position fen 8/8/8/8/8/8/8/K1k5 w - - 99999999999 99999999999" + go + "a1a2"},
         {"NewGameKeepsThePosition", "> position fen $one | > ucinewgame" + go + "a1a2"},
         {"DuringASearch", "> position fen $busy | > go infinite | think 50 | > position fen $mate"
                           " | > position fen $one | ready | think 200 | > stop | answer | reported"
@@ -219,20 +208,36 @@ Conversations positions() {
                           " | answer a1a2 | answer | legal $busy"},
         {"ThreeThousandPlies", "> position startpos moves" + repeated(750, " g1f3 g8f6 f3g1 f6g8") +
                                    " | ready" + eachGo("answer | legal $start")},
-        {"MostMoves", "> position fen $many" + eachGo("answer * 0-500 | legal $many")},
-        {"FifteenQueens", "> position fen $queens" + eachGo("answer * 0-500 | legal $queens")},
-        {"Mated", "> position startpos moves f2f3 e7e5 g2g4 d8h4" + eachGo("answer " + mated)},
-        {"Stalemated", "> position fen $stale" + eachGo("answer " + mated)},
     };
 }
 
-// Draws by the clock of half moves still have a move to play.
-Conversations clocks() {
+// Positions at the edge of what there can be, under every kind of `go`. A draw by the clock
+// of half moves still has a move to play.
+Conversations edges() {
+    struct Edge {
+        const char* name;
+        const char* fen;
+        const char* moves = "*"; // a pattern of the answer
+    };
     Conversations conversations;
-    for (const std::string clock : {"99", "100", "127", "128", "30000"}) {
-        const std::string fen = "6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - " + clock + " 90";
+    for (const Edge& edge : std::initializer_list<Edge>{
+             {"MostMoves", "$many"},
+             {"FifteenQueens", "$queens"},
+             {"BareKings", "8/8/3k4/8/8/3K4/8/8 w - - 0 1"},
+             {"LockedPawns", "8/k7/3p4/p2P1p2/P2P1P2/8/8/K7 w - - 0 1"},
+             {"PawnBeforeKing", "4k3/4P3/4K3/8/8/8/8/8 w - - 0 1"},
+             {"Clock99", "6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - 99 90"},
+             {"Clock99AndMate", "7k/8/6K1/8/8/8/8/R7 w - - 99 80"},
+             {"Clock100", "7k/8/8/8/8/8/R7/K7 b - - 100 80"},
+             {"Clock128", "6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - 128 90"},
+             {"Clock30000", "6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - 30000 90"},
+             {"Mated", "R5k1/5ppp/8/8/8/8/8/6K1 b - - 0 1", "\\(none\\)"},
+             {"MatedAtClock100", "R5k1/5ppp/8/8/8/8/8/6K1 b - - 100 1", "\\(none\\)"},
+             {"Stalemated", "$stale", "\\(none\\)"}}) {
+        const std::string answer =
+            std::string("answer ") + edge.moves + " 0-500 | legal " + edge.fen;
         conversations.push_back(
-            {"ClockAt" + clock, "> position fen " + fen + eachGo("answer * 0-500 | legal " + fen)});
+            {edge.name, std::string("> position fen ") + edge.fen + eachGo(answer)});
     }
     return conversations;
 }
@@ -244,29 +249,7 @@ Conversations rejections() {
         {"NoFen", "fen"},
         {"AnyWord", "nonsense"},
         {"MisspeltStart", "startposition moves a1a2"},
-        {"BoardAlone", "fen 8/8/8/8/8/8/8/K1k5"},
-        {"ThreeFields", "fen 8/8/8/8/8/8/8/K1k5 w -"},
-        {"SevenRanks", "fen 8/8/8/8/8/8/K1k5 w - - 0 1"},
-        {"NineRanks", "fen 8/8/8/8/8/8/8/8/K1k5 w - - 0 1"},
-        {"ShortRank", "fen 7/8/8/8/8/8/8/K1k5 w - - 0 1"},
-        {"LongRank", "fen 8/8/8/p8/8/8/8/K1k5 w - - 0 1"},
-        {"VeryLongRank", "fen 8/88888888888888888888888/8/8/8/8/8/K1k5 w - - 0 1"},
-        {"EmptyRank", "fen 8/8//8/8/8/8/K1k5 w - - 0 1"},
-        {"DigitNine", "fen 9/8/8/8/8/8/8/K1k5 w - - 0 1"},
-        {"DigitZero", "fen 80/8/8/8/8/8/8/K1k5 w - - 0 1"},
-        {"OtherLetter", "fen 8/8/8/8/3x4/8/8/K1k5 w - - 0 1"},
         {"ThreeFieldsAndABlank", "fen 8/8/8/8/8/8/8/K1k5 w - "},
-        {"TwoWhiteKings", "fen 8/8/8/7K/8/8/8/K1k5 w - - 0 1"},
-        {"NoBlackKing", "fen 8/8/8/8/8/8/8/K7 w - - 0 1"},
-        {"NoPieces", "fen 8/8/8/8/8/8/8/8 w - - 0 1"},
-        {"SeventeenWhitePieces", "fen k7/8/8/8/8/PPPPPPPP/PPPPPPPP/K7 w - - 0 1"},
-        {"ThirtyTwoBlackPieces", "fen kqqqqqqq/qqqqqqqq/qqqqqqqq/qqqqqqqq/8/8/8/K7 b - - 0 1"},
-        {"PawnOnRankOne", "fen k7/8/8/8/8/8/8/K6P w - - 0 1"},
-        {"PawnOnRankEight", "fen k6p/8/8/8/8/8/8/K7 w - - 0 1"},
-        {"OtherSideInCheck", "fen k6R/8/8/8/8/8/8/K7 w - - 0 1"},
-        {"KingsTouch", "fen 8/8/8/8/8/8/8/Kk6 b - - 0 1"},
-        {"NoSide", "fen 8/8/8/8/8/8/8/K1k5 x - - 0 1"},
-        {"SideInFull", "fen 8/8/8/8/8/8/8/K1k5 white - - 0 1"},
         {"MovesBehind", "fen 8/8/8/8/8/8/8/8 w - - 0 1 moves a1a2 c1c2"},
         {"LongText", "fen " + std::string(MEBIBYTE, '8')},
         {"OtherBytes", "fen \xff\xfe/8/8/8/8/8/8/K1k5 w - - 0 1"},
@@ -283,60 +266,25 @@ Conversations rejections() {
 
 // ---- The time for a move ----
 
-struct Allocation {
-    const char* name;
-    std::string position;
-    std::string words; // behind `go`
-    int budget;        // milliseconds
-};
-
-// A search may end early, when no further pass is worth its start, but not before two
-// thirds of its budget; and it ends at the first step of 100 ms that is at most 50 ms
-// before the budget's end.
+// That the words of `go` reach the search; goCommandTest has what they mean. A search may end
+// early, when no further pass is worth its start, but not before two thirds of its budget;
+// and it ends at the first step of 100 ms that is at most 50 ms before the budget's end.
 Conversations allocations() {
-    const std::vector<Allocation> rows = {
-        {"IncrementOfWhite", "$busy", "wtime 8000 btime 400000 winc 500 binc 9000", 700},
-        {"IncrementOfBlack", "$black", "wtime 400000 btime 8000 winc 9000 binc 500", 700},
-        {"NoOwnIncrement", "$black", "wtime 400000 btime 24000 winc 5000 binc 0", 600},
-        {"MovesToGo", "$busy", "wtime 12000 btime 400000 movestogo 20", 600},
-        {"OneMoveToGo", "$black", "btime 600 movestogo 1 wtime 400000", 600},
-        {"MoreThanTheClock", "$busy", "wtime 100 winc 600", 602},
-        {"NoMovesToGo", "$busy", "movestogo 0 wtime 4000", 100},
-        {"NegativeMovesToGo", "$busy", "wtime 24000 movestogo -3", 600},
-        {"FixedTimeOverLongClock", "$black", "movetime 600 btime 400000 wtime 1", 600},
-        {"FixedTimeOverShortClock", "$busy", "wtime 1000 movetime 600", 600},
-        {"FixedTimeOfNothing", "$busy", "movetime 0 wtime 400000", 100},
-        {"NegativeFixedTime", "$busy", "movetime -5 wtime 400000", 100},
-        {"MinusOneIsNotGiven", "$busy", "movetime -1 wtime 24000", 600},
-        {"OtherClockOnly", "$busy", "btime 400000", 100},
-        {"NoTimeLeft", "$busy", "wtime 0 btime 0", 100},
-        {"NegativeClock", "$black", "wtime 400000 btime -3000 winc 0 binc 0", 100},
-        {"NegativeIncrement", "$busy", "wtime 400000 winc -5", 100},
-        {"NoNumbers", "$busy", "wtime x winc y", 100},
-        {"NoNumberForFixedTime", "$busy", "movetime x wtime 400000", 100},
-        {"KeyAtTheEnd", "$busy", "wtime 24000 movetime", 600},
-        {"KeyAsValue", "$busy", "wtime movetime 600", 600},
-        {"LastRepeatCounts", "$busy", "movetime 90000 movetime 600", 600},
-        {"UnknownWords", "$busy", "ponder searchmoves e2e4 nodes 5 mate 3 movetime 600", 600},
-        {"DepthIsNoLimit", "$busy", "depth 5", 100},
-        {"CaseOfKeys", "$busy", "WTIME 400000 Infinite MoveTime 9000", 100},
-    };
-    Conversations conversations = {
+    return {
+        {"ClockOfTheSideToMove", "> position fen $black | ready"
+                                 " | > go wtime 400000 btime 8000 winc 9000 binc 500"
+                                 " | answer * 466-950 | legal $black"},
+        {"MovesToGo", "> position fen $busy | ready | > go wtime 12000 btime 400000 movestogo 20"
+                      " | answer * 400-850 | legal $busy"},
+        {"FixedTime", "> position fen $busy | ready | > go wtime 1000 movetime 600"
+                      " | answer * 400-850 | legal $busy"},
+        {"NoTime", "> position fen $busy | ready | > go depth 5 | answer * 100-350 | legal $busy"},
         {"HugeFixedTime", "> position fen $busy | > go movetime 99999999999999999999 | think 300"
                           " | > stop | answer * 0-350"},
         {"LargestTimeIsALimit",
          "> position fen $mate | > go movetime 2147483647 | answer a1a8 100-350"},
-        {"InfiniteLast", "> go wtime 1 movetime 1 infinite | think 300 | > stop | answer * 0-350"},
-        {"InfiniteFirst", "> go infinite movetime 1 | think 300 | > stop | answer * 0-350"},
+        {"InfiniteOverFixedTime", "> go movetime 1 infinite | think 300 | > stop | answer * 0-350"},
     };
-    for (const Allocation& row : rows) {
-        const std::string bounds = std::to_string(std::max(100, row.budget * 2 / 3)) + '-' +
-                                   std::to_string(row.budget + 250);
-        conversations.push_back({row.name, "> position fen " + row.position + " | ready | > go " +
-                                               row.words + " | answer * " + bounds + " | legal " +
-                                               row.position});
-    }
-    return conversations;
 }
 
 // ---- The course of a search ----
@@ -345,9 +293,6 @@ Conversations searches() {
     return {
         {"OneMoveAtOnce",
          "> position fen $one | ready | > go movetime 5000 | answer a1a2 0-80 | bare"},
-        {"OneMoveThenAnother", "> position fen $one | > go depth 1 | answer a1a2 | > go depth 1"
-                               " | answer a1a2 | > position fen $busy | > go depth 1 | answer"
-                               " | legal $busy"},
         {"OneMoveWithoutLimit", "> position fen $one | > go infinite | think 350 | > stop"
                                 " | answer a1a2 0-350 | reported"},
         {"BookMove", "> position startpos | ready | > go movetime 9000 | answer * 100-350 | bare"
@@ -361,8 +306,6 @@ Conversations searches() {
                                       " | silent 400 | > stop | answer a1a8 0-350"},
         {"TwentyPassesAndSilence", "> position fen $stale | > go infinite | reports 20 | silent 300"
                                    " | > stop | answer \\(none\\) 0-350"},
-        {"LinesAreLegal",
-         "> position fen $busy | > go movetime 600 | answer | reported | legal $busy"},
         {"NoReportBehindTheAnswer",
          "> position fen $slow" + repeated(12, " | > go depth 1 | answer | legal $slow")},
         {"StopAtOnce",
@@ -384,16 +327,11 @@ Conversations searches() {
         {"GoDuringASearch", "> position fen $busy | > go infinite | > position fen $one"
                             " | > go movetime 5000 | think 300 | > stop | answer | legal $busy"
                             " | answer a1a2 | silent 200"},
-        {"TwoGoesAtOnce", "> position fen $busy | >> go movetime 200\ngo movetime 200\n | answer"
-                          " | answer | silent 300"},
         {"TenGoesAtOnce", "> position fen $busy | >> " + repeated(10, "go depth 1\n") +
                               repeated(10, " | answer") + " | silent 200"},
         {"TwoWithoutLimit", "> position fen $busy | >> go infinite\ngo infinite\n | think 250"
                             " | > stop | answer * 0-350 | think 250 | > stop | answer * 0-350"
                             " | silent 150"},
-        {"TwentySearchesInARow",
-         "ready" + repeated(10, " | > position fen $busy | > go depth 1 | answer * 0-350"
-                                " | > position fen $one | > go depth 1 | answer a1a2 0-350")},
         {"NextSearchWaitsForNoHardOne",
          "> position fen $queens | > go infinite | think 150 | > stop"
          " | answer | > position fen $busy | > go movetime 200"
@@ -502,7 +440,7 @@ INSTANTIATE_TEST_SUITE_P(Words, ConversationTest, ValuesIn(words()), nameOf);
 INSTANTIATE_TEST_SUITE_P(Readiness, ConversationTest, ValuesIn(readiness()), nameOf);
 INSTANTIATE_TEST_SUITE_P(Options, ConversationTest, ValuesIn(options()), nameOf);
 INSTANTIATE_TEST_SUITE_P(Positions, ConversationTest, ValuesIn(positions()), nameOf);
-INSTANTIATE_TEST_SUITE_P(Clocks, ConversationTest, ValuesIn(clocks()), nameOf);
+INSTANTIATE_TEST_SUITE_P(Edges, ConversationTest, ValuesIn(edges()), nameOf);
 INSTANTIATE_TEST_SUITE_P(Rejections, ConversationTest, ValuesIn(rejections()), nameOf);
 INSTANTIATE_TEST_SUITE_P(Allocations, ConversationTest, ValuesIn(allocations()), nameOf);
 INSTANTIATE_TEST_SUITE_P(Searches, ConversationTest, ValuesIn(searches()), nameOf);
@@ -527,16 +465,6 @@ long medianOf(int count, int most, const std::function<long()>& measure) {
     }
     std::sort(values.begin(), values.end());
     return values[values.size() / 2];
-}
-
-TEST(ResponseTest, StartIsQuick) {
-    const long median = medianOf(5, 1000, [] {
-        const auto start = std::chrono::steady_clock::now();
-        UciTalk talk;
-        talk.hold("> uci | greet 192");
-        return std::chrono::duration_cast<Millis>(std::chrono::steady_clock::now() - start).count();
-    });
-    EXPECT_LT(median, patience(500).count());
 }
 
 TEST(ResponseTest, StopIsQuick) {

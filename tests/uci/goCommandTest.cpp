@@ -1,0 +1,72 @@
+// The budget of a search for the words of a `go` line.
+#include "uci/goCommand.h"
+#include "base/cppIoUtils.h"
+
+#include <gtest/gtest.h>
+
+#include <utility>
+
+namespace {
+
+constexpr Milliseconds START = 12345;
+
+TimeBudget budgetOf(const std::string& words, Color colorToMove) {
+    return handleGoCommandProps(splitString("go " + words), colorToMove, START);
+}
+
+TEST(GoCommand, GivesTheTimeThatTheFirstRuleFinds) {
+    struct Case {
+        std::string words;
+        Milliseconds white, black; // the total if this side is to move
+    };
+    for (const auto& [words, white, black] : std::initializer_list<Case>{
+             // A clock with an increment, which counts in full.
+             {"wtime 60000 btime 60000 winc 2000 binc 2000", 3500, 3500},
+             {"wtime 60000 btime 60000 winc 2000 binc 0", 3500, 1500},
+             {"binc 500 winc 9000 btime 8000 wtime 400000", 19000, 700},
+             {"wtime 100 winc 5000", 5002, -1},
+             {"wtime 1000 btime 1000 winc -5 binc -5", -1, -1},
+             {"wtime 60000 btime 60000 winc -1 binc -1", 1500, 1500}, // as if not given
+             // Moves to the next time control.
+             {"wtime 60000 btime 60000 movestogo 20", 3000, 3000},
+             {"wtime 600 btime 599 movestogo 1", 600, 599},
+             {"movestogo 0 wtime 4000", 100, -1},
+             {"wtime 24000 movestogo -3", 600, -1},
+             {"wtime 39 btime 79", 0, 1},
+             // A time for the move comes before any clock.
+             {"movetime 500 wtime 1000", 500, 500},
+             {"movetime 0", 0, 0},
+             {"movetime -5 wtime 400000", -5, -5},
+             {"movetime -1 wtime 24000", 600, -1}, // as if not given
+             // No usable time.
+             {"btime 1000", -1, 25},
+             {"wtime 0 btime 0", -1, -1},
+             {"wtime 400000 btime -3000 winc 0 binc 0", 10000, -1},
+             {"depth 5", -1, -1},
+             {"WTIME 400000 Infinite MoveTime 9000", -1, -1},
+             // Words that are no numbers, no keys, or are there twice.
+             {"wtime x winc y", -1, -1},
+             {"movetime x wtime 400000", 0, 0},
+             {"wtime 24000 movetime", 600, -1},
+             {"wtime movetime 600", 600, 600},
+             {"movetime 90000 movetime 600", 600, 600},
+             {"ponder searchmoves e2e4 nodes 5 mate 3 movetime 600", 600, 600},
+             {"movetime 99999999999999999999", 2147483647, 2147483647},
+             {"movetime -99999999999", -2147483648, -2147483648}}) {
+        for (const auto& [color, total] : {std::pair{WHITE, white}, {BLACK, black}}) {
+            const TimeBudget budget = budgetOf(words, color);
+            EXPECT_EQ(budget.total, total) << words << ", side " << color;
+            EXPECT_EQ(budget.start, START);
+            EXPECT_FALSE(budget.infinite) << words;
+        }
+    }
+}
+
+TEST(GoCommand, IsInfiniteWhateverElseItSays) {
+    for (const char* words : {"infinite", "wtime 1000 infinite", "infinite wtime 1000",
+                              "movetime 1 infinite", "infinite movetime 1"}) {
+        EXPECT_TRUE(budgetOf(words, WHITE).infinite) << words;
+    }
+}
+
+} // namespace
