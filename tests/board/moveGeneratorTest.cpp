@@ -7,8 +7,6 @@
 
 #include <gtest/gtest.h>
 #include <map>
-#include <random>
-#include <tuple>
 
 namespace {
 
@@ -125,35 +123,6 @@ TEST(NaiveTwin, KnowsTheSameMovesAndPositions) {
     }
 }
 
-TEST(RandomGame, GoesForwardLikeTheTwinAndBack) {
-    constexpr int GAMES = 30;
-    constexpr int LENGTH = 150;
-    std::mt19937_64 random(20'250'101);
-    for (int i = 0; i < GAMES; ++i) {
-        Position position = positionOf(START_FEN);
-        NaiveBoard twin;
-        std::vector<std::tuple<Position, Move, DoMoveContext>> steps;
-        for (int ply = 0; ply < LENGTH; ++ply) {
-            const std::vector<Move> legal = legalMovesOf(position);
-            if (legal.empty()) {
-                break;
-            }
-            const Move move = legal[random() % legal.size()];
-            auto& [before, made, context] = steps.emplace_back(position, move, DoMoveContext());
-            ASSERT_TRUE(doMove(position, move, context));
-            ASSERT_EQ(findInconsistency(position), "");
-            ASSERT_TRUE(twin.play(LongAlgebraicMove(move).toString()));
-            expectLikeTwin(position, twin);
-        }
-        for (; !steps.empty(); steps.pop_back()) {
-            const auto& [before, move, context] = steps.back();
-            undoMove(position, move, context);
-            require(findDifference(position, before), before, move);
-        }
-        ASSERT_FALSE(HasFailure()) << "game " << i;
-    }
-}
-
 TEST(Symmetry, MirroredPositionsHaveMirroredMoves) {
     for (const PerftLine& line : readPerftLines()) {
         Position position = positionOf(line.fen);
@@ -198,29 +167,6 @@ TEST(GenerationOrder, FollowsListAndOffsets) {
     };
     for (const auto& [fen, moves] : cases) {
         EXPECT_EQ(textsOf(pseudoLegalMovesOf(positionOf(fen))), splitString(moves)) << fen;
-    }
-}
-
-TEST(GenerationOrder, PromotedPieceKeepsThePlaceOfItsPawn) {
-    Position position = positionOf("7k/1P6/8/8/8/8/P7/R6K w - - 0 1");
-    play(position, "b7b8q");
-    play(position, "h8g7");
-    const std::vector<Move> moves = pseudoLegalMovesOf(position);
-    const auto first = [&](PieceType type) {
-        return std::ranges::find(moves, type, &Move::pieceMoved) - moves.begin();
-    };
-    EXPECT_LT(first(PAWN), first(QUEEN));
-    EXPECT_LT(first(QUEEN), first(ROOK));
-}
-
-TEST(GenerationOrder, IsTheOneOfLegalMovesToo) {
-    for (const PerftLine& line : readPerftLines()) {
-        std::vector<std::string> expected = textsOf(pseudoLegalMovesOf(positionOf(line.fen)));
-        const std::vector<std::string> legal = NaiveBoard(line.fen).getLegalMoves();
-        std::erase_if(expected, [&](const std::string& text) {
-            return !std::ranges::binary_search(legal, text);
-        });
-        EXPECT_EQ(textsOf(legalMovesOf(positionOf(line.fen))), expected) << line.fen;
     }
 }
 

@@ -225,23 +225,6 @@ TEST(WordyMoves, SurviveShortAndWrongText) {
 
 // ---- Lines and scores ----
 
-TEST(Variant, GivesUpItsLastMoveWhenItIsFull) {
-    Variant line;
-    line.clear(0);
-    for (int i = 0; i <= MAX_VARIANT_MOVES; ++i) {
-        const Variant child = line;
-        line.evaluation = 5;
-        VariantMove move = {DOUBLE_STEP, false, false, false};
-        move.move.from = static_cast<FieldIndex>(i);
-        EXPECT_EQ(line.extend(child, move), i < MAX_VARIANT_MOVES);
-    }
-    ASSERT_EQ(line.varLength, MAX_VARIANT_MOVES);
-    EXPECT_EQ(line.evaluation, 5);
-    for (int i = 0; i < MAX_VARIANT_MOVES; ++i) {
-        EXPECT_EQ(line.get(i).move.from, MAX_VARIANT_MOVES - i);
-    }
-}
-
 TEST(Variant, IsPrintedInTheOrderOfPlay) {
     Variant line;
     line.varLength = 3;
@@ -266,19 +249,6 @@ TEST(Scores, OfMatesTellTheirLength) {
     EXPECT_EQ(printed([] { printEval(2147483447); }), "Will mate in 1 (2147483447)\n");
     EXPECT_EQ(printed([] { printEval(-2147483446); }), "Will be in mate in 1 (-2147483446)\n");
     EXPECT_EQ(printed([] { printEval(-1500); }), "-1500\n");
-}
-
-TEST(Scores, OfMatesMoveWithTheDistance) {
-    for (const int score : {0, 1, -1, 95000, UPPER_MATE_LIMIT, BOTTOM_MATE_LIMIT}) {
-        EXPECT_EQ(closerToCheckMate(score), score);
-        EXPECT_EQ(furtherFromCheckMate(score), score);
-    }
-    for (const int score : {UPPER_MATE_LIMIT + 2, -MATED_EVALUATION, DEFAULT_FIRST_BETA}) {
-        EXPECT_EQ(closerToCheckMate(score), score + 1);
-        EXPECT_EQ(furtherFromCheckMate(score), score - 1);
-        EXPECT_EQ(closerToCheckMate(-score), -score - 1);
-        EXPECT_EQ(furtherFromCheckMate(-score), -score + 1);
-    }
 }
 
 TEST(Diagram, ShowsEveryFieldWithWhiteBelow) {

@@ -56,44 +56,4 @@ TEST(Evaluation, TablesHoldTheirValuesForBothColours) {
     }
 }
 
-TEST(Evaluation, ScoresForTheSideThatHasJustMoved) {
-    struct Case {
-        std::string fen;
-        int material, positional;
-    };
-    for (const auto& [fen, material, positional] : std::initializer_list<Case>{
-             // position, material, positional
-             {START_FEN, 0, 0},
-             {"rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq - 0 1", 0, 32},
-             {"4k3/8/4P3/8/8/8/8/4K3 w - - 0 1", -1000, -32},
-             {"4k3/8/4P3/8/8/8/8/4K3 b - - 0 1", 1000, 32},
-             // Two rooks on the last ranks, with and without the king there; one rook.
-             {"1R4k1/R7/8/8/8/8/8/4K3 b - - 0 1", 10000, 12 - 4 + 35},
-             {"1R6/R7/6k1/8/8/8/8/4K3 b - - 0 1", 10000, 12 - 12},
-             {"7R/k7/8/8/8/8/8/4K3 b - - 0 1", 5000, 12 - 4 + 10},
-             // A pair of bishops, and three.
-             {"4k3/8/8/8/8/8/8/2B1KB2 b - - 0 1", 6200, 10 + 10 + 10},
-             {"4k3/8/8/8/8/8/8/2B1KB1B b - - 0 1", 9300, 10 + 10 + 14 + 10}}) {
-        const Position position = positionOf(fen);
-        EXPECT_EQ(basicPositionEvaluationByMaterial(position), material) << fen;
-        EXPECT_EQ(positionalEval(position, material), positional) << fen;
-    }
-}
-
-TEST(Evaluation, IsTheSameForBothColours) {
-    for (const PerftLine& line : readPerftLines()) {
-        EXPECT_EQ(totalEval(positionOf(line.fen), -100000, 100000),
-                  totalEval(positionOf(mirrorFen(line.fen)), -100000, 100000))
-            << line.fen;
-    }
-}
-
-TEST(Evaluation, LazyExitKeepsItsMarginStrictly) {
-    const Position position = positionOf("4k3/8/4P3/8/8/8/8/4K3 b - - 0 1");
-    EXPECT_EQ(totalEval(position, 1501, 100000), 1000);
-    EXPECT_EQ(totalEval(position, 1500, 100000), 1032);
-    EXPECT_EQ(totalEval(position, -100000, 499), 1000);
-    EXPECT_EQ(totalEval(position, -100000, 500), 1032);
-}
-
 } // namespace

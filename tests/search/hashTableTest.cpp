@@ -23,40 +23,7 @@ protected:
     HashTable<GenericEntry>& table = transpositions.getHashTable();
     const Position position = inSlot7(5);
     const Move move = moveOf(positionOf(START_FEN), "e2e4");
-    int evaluation = -1;
 };
-
-TEST_F(Transpositions, AnswersForExactScoresThatWereSearchedDeepEnough) {
-    for (const auto& [value, beta, state] : {// in a window from 100 to beta
-                                             std::tuple{100, 200, FAILLOW},
-                                             {101, 200, NOFAIL},
-                                             {199, 200, NOFAIL},
-                                             {200, 200, FAILHIGH},
-                                             {100, 101, FAILLOW},
-                                             {101, 101, FAILHIGH}}) {
-        transpositions.addTableEntry(position, &move, 3, value, 100, beta);
-        EXPECT_EQ(table.getEntry(7).state, state);
-        evaluation = -1;
-        EXPECT_FALSE(transpositions.useTableEntry(position, 4, evaluation));
-        EXPECT_EQ(transpositions.useTableEntry(position, 3, evaluation), state == NOFAIL);
-        EXPECT_EQ(evaluation, state == NOFAIL ? value : -1);
-    }
-}
-
-TEST_F(Transpositions, SharedSlotIsTakenOverButKeepsItsMove) {
-    transpositions.addTableEntry(position, &move, 9, 150, 100, 200);
-    const auto clashes = table.getNumberOfInnerClashes();
-    EXPECT_FALSE(transpositions.useTableEntry(inSlot7(6), 0, evaluation));
-    EXPECT_EQ(table.getNumberOfInnerClashes(), clashes + 1);
-
-    transpositions.addTableEntry(inSlot7(6), nullptr, 0, 150, 100, 200);
-    EXPECT_FALSE(transpositions.useTableEntry(position, 0, evaluation));
-    EXPECT_TRUE(transpositions.useTableEntry(inSlot7(6), 0, evaluation));
-    transpositions.clearTable();
-    EXPECT_EQ(table.getEntry(7).state, FREE);
-    EXPECT_EQ(table.getEntry(7).checkHashProduction, 6);
-    EXPECT_EQ(table.getEntry(7).moveRepresentation, 796);
-}
 
 // However many there are, whoever has written them, and also when the count of clearings
 // has come round.
@@ -94,6 +61,7 @@ TEST_F(Transpositions, ResizingLosesEntriesAndTheSameSizeKeepsThem) {
         EXPECT_EQ(transpositions.resize(size), 0);
         EXPECT_TRUE(table.isEmpty());
         transpositions.addTableEntry(position, &move, 3, 150, 100, 200);
+        int evaluation = 0;
         EXPECT_FALSE(transpositions.useTableEntry(position, 0, evaluation));
         transpositions.clearTable();
     }

@@ -47,44 +47,6 @@ protected:
     Variant initial;
 };
 
-TEST_F(Deepening, WindowFollowsTheOutcome) {
-    struct Case {
-        int alpha, beta;
-        IdaNS::GeneratingResult result;
-        int nextAlpha, nextBeta;
-    };
-    // A pass of depth 1 from the start position scores 0.
-    for (const Case& c :
-         {// alpha, beta, outcome, next alpha, next beta
-          Case{-1, 1, IdaNS::OK, -550, 550}, Case{0, 100, IdaNS::FAILLOW, DEFAULT_FIRST_ALFA, 1},
-          Case{-100, 0, IdaNS::FAILHIGH, -1, DEFAULT_FIRST_BETA},
-          Case{DEFAULT_FIRST_ALFA, 1, IdaNS::OK, -550, 550}}) {
-        generator.clearTable();
-        generator.firstAlpha = c.alpha;
-        generator.firstBeta = c.beta;
-        Variant variant = initial;
-        EXPECT_EQ(ida.generateTreeIdaOneLoop(start, variant, 1, true), c.result);
-        EXPECT_EQ(generator.firstAlpha, c.nextAlpha);
-        EXPECT_EQ(generator.firstBeta, c.nextBeta);
-    }
-}
-
-TEST_F(Deepening, MateEndsTheSearchInAnyWindow) {
-    Position mateInOne = positionOf("7k/8/6K1/8/8/8/8/R7 w - - 0 1");
-    Variant variant;
-    ida.generateTree(mateInOne, variant, 10);
-    EXPECT_EQ(reports.lines, std::vector<std::string>{" a1a8"});
-    // Whoever hears of the end of an infinite search finds it finished.
-    ReadyListener listener(slot);
-    ida.setInfoListener(&listener);
-    ida.generateTree(mateInOne, INFINITE, openSlot(), &slot);
-    EXPECT_TRUE(listener.wasReady);
-    Position mated = positionOf("7k/5KQ1/8/8/8/8/8/8 b - - 0 1");
-    generator.firstAlpha = 0;
-    generator.firstBeta = 1;
-    EXPECT_EQ(ida.generateTreeIdaOneLoop(mated, variant, 1, true), IdaNS::OK_FINISH);
-}
-
 TEST_F(Deepening, RunsTwentyPassesAtMost) {
     Position drawn = positionOf("7k/8/6K1/8/8/8/8/R7 w - - 100 90");
     Variant variant;

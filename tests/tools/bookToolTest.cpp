@@ -117,14 +117,6 @@ TEST(BookTool, ChecksAFileLineByLine) {
                               "4 lines, of which 2 stop before their end\n");
 }
 
-TEST(BookTool, FindsNoFaultInASoundFile) {
-    const TextFile sound("e2e4 e7e5 g1f3 b8c6 f1c4 f8c5 e1g1\n");
-    const ToolRun run = runBody(bookMain, {"--check=" + sound.path});
-    EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.output, "1 lines, of which 0 stop before their end\n");
-    EXPECT_EQ(runBody(bookMain, {"--check", sound.path, "--polyglot-castling"}).status, 1);
-}
-
 TEST(BookTool, RefusesWhatMakesNoSense) {
     struct Case {
         std::vector<std::string> words;
