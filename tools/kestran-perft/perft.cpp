@@ -26,7 +26,7 @@ std::int64_t split(Position& position, int depth) {
         const Move& move = moves[i];
         const std::string name = LongAlgebraicMove(move).toString();
         progress.show(name + ", move " + std::to_string(i + 1) + " of " + std::to_string(count));
-        doMove(position, move, context);
+        playMove(position, move, context);
         const std::int64_t share = perft(position, depth - 1);
         undoMove(position, move, context);
         progress.show("");
@@ -51,14 +51,11 @@ std::int64_t perft(Position& position, int depth) {
     }
     MoveArray moves;
     const int count = generateLegalMoves(position, moves);
-    if (depth == 1) {
-        return count;
-    }
     std::int64_t nodes = 0;
     DoMoveContext context;
     for (int i = 0; i < count; ++i) {
         const Move& move = moves[i];
-        doMove(position, move, context);
+        playMove(position, move, context);
         nodes += perft(position, depth - 1);
         undoMove(position, move, context);
     }
