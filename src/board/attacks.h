@@ -4,6 +4,14 @@
 #include "board/attackSets.h"
 #include "board/position.h"
 
+// The rooks, bishops and queens of both colours that a field has on a line of theirs, whatever
+// stands between.
+inline FieldSet slidersTowards(const Position& position, FieldIndex field) {
+    const ByType<FieldSet>& ofType = position.ofType;
+    return (rookLines[field] & (ofType[ROOK] | ofType[QUEEN])) |
+           (bishopLines[field] & (ofType[BISHOP] | ofType[QUEEN]));
+}
+
 // Whether one of `attackers`, men of the side not to move, attacks a field, if just the fields
 // of `occupied` stop a slider. What stands on the field itself plays no part.
 inline bool isAttacked(const Position& position, FieldIndex field, FieldSet attackers,
@@ -16,9 +24,7 @@ inline bool isAttacked(const Position& position, FieldIndex field, FieldSet atta
     if ((atOneStep & attackers) != NO_FIELDS) {
         return true;
     }
-    FieldSet sliders = ((rookLines[field] & (ofType[ROOK] | ofType[QUEEN])) |
-                        (bishopLines[field] & (ofType[BISHOP] | ofType[QUEEN]))) &
-                       attackers;
+    FieldSet sliders = slidersTowards(position, field) & attackers;
     for (; sliders != NO_FIELDS; sliders &= sliders - 1) {
         if ((betweenOf(field, firstOf(sliders)) & occupied) == NO_FIELDS) {
             return true;
@@ -32,8 +38,7 @@ inline bool isAttacked(const Position& position, FieldIndex field, FieldSet atta
 bool isFieldThreatened(const Position& pozice, FieldIndex policko);
 
 // Whether the king of the side to move is attacked. It neither uses the remembered answer
-// nor remembers its own: doMove() asks it about the mover, before it passes the move to
-// the other side.
+// nor remembers its own.
 bool isInCheckNoCaching(const Position& position);
 
 // Whether the side to move is in check. The answer is remembered in position.check and

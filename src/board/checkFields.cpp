@@ -1,5 +1,7 @@
 #include "board/checkFields.h"
 
+#include "board/attacks.h"
+
 CheckFields::CheckFields(const Position& _position)
     : position(_position),
       enemyKing(position.pieces[KingIndex[position.oppositeColorToMove()]].boardPosition) {
@@ -15,15 +17,13 @@ CheckFields::CheckFields(const Position& _position)
     fields[QUEEN] = straight | diagonal;
     fields[KING] = NO_FIELDS;
 
-    const ByType<FieldSet>& ofType = position.ofType;
-    const FieldSet sliders = (rookLines[enemyKing] & (ofType[ROOK] | ofType[QUEEN])) |
-                             (bishopLines[enemyKing] & (ofType[BISHOP] | ofType[QUEEN]));
-    forEachField(sliders & position.ofColor[own], [&](FieldIndex slider) {
-        const FieldSet obstacles = betweenOf(enemyKing, slider) & occupied;
-        if ((obstacles & (obstacles - 1)) == NO_FIELDS) {
-            uncoverers |= obstacles & position.ofColor[own];
-        }
-    });
+    forEachField(slidersTowards(position, enemyKing) & position.ofColor[own],
+                 [&](FieldIndex slider) {
+                     const FieldSet obstacles = betweenOf(enemyKing, slider) & occupied;
+                     if ((obstacles & (obstacles - 1)) == NO_FIELDS) {
+                         uncoverers |= obstacles & position.ofColor[own];
+                     }
+                 });
 }
 
 // For castling, en passant and promotion, where more than one field is left or the piece that

@@ -1,5 +1,5 @@
 // The 64-bit position key of the Polyglot book format. It addresses the opening
-// book, the transposition table and the repetition table. Worked out in full when a
+// book and the transposition table, and tells repetitions. Worked out in full when a
 // position is built, and carried along from move to move after that.
 #pragma once
 

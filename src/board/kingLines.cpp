@@ -11,9 +11,7 @@ KingLines::KingLines(const Position& _position)
     checkers = ((pawnAttacks[position.colorToMove][king] & ofType[PAWN]) |
                 (knightAttacks[king] & ofType[KNIGHT])) &
                enemies;
-    const FieldSet straight = rookLines[king] & (ofType[ROOK] | ofType[QUEEN]);
-    const FieldSet diagonal = bishopLines[king] & (ofType[BISHOP] | ofType[QUEEN]);
-    forEachField((straight | diagonal) & enemies, [&](FieldIndex slider) {
+    forEachField(slidersTowards(position, king) & enemies, [&](FieldIndex slider) {
         const FieldSet obstacles = betweenOf(king, slider) & occupied;
         if (obstacles == NO_FIELDS) {
             checkers |= setOf(slider);

@@ -12,7 +12,9 @@ constexpr FieldSet aheadOf(FieldSet fields, Color color) {
 // By colour: where pawns stand after one step from where they start, before promotion, and the
 // fields that a pawn attacks to the side of the a- and of the h-file.
 constexpr ByColor<FieldSet> firstStepRank = {fieldsFromTo(A3, H3), fieldsFromTo(A6, H6)};
-constexpr ByColor<FieldSet> beforePromotion = {fieldsFromTo(A7, H7), fieldsFromTo(A2, H2)};
+constexpr ByColor<FieldSet> beforePromotion = {
+    fieldsFromTo(barva_pesciPremenaMin[WHITE], barva_pesciPremenaMax[WHITE]),
+    fieldsFromTo(barva_pesciPremenaMin[BLACK], barva_pesciPremenaMax[BLACK])};
 constexpr FieldSet A_FILE = 0x0101010101010101;
 constexpr FieldSet H_FILE = A_FILE << (EDGE - 1);
 

@@ -172,7 +172,7 @@ bool Engine::isTimeUp(const TimeBudget& budget) {
            idaVariant.isReady();
 }
 
-// Counts the positions of the game, and nothing else, into the repetition table.
+// Begins the path of the search with the positions of the game.
 void Engine::applyRepetitions(const Game& searchedGame) {
     ida.getTreeGenerator().getState().path.begin(searchedGame.repetitionHashes);
 }

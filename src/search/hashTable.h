@@ -1,5 +1,6 @@
-// The two tables that are addressed by the position key: the storage of the transposition
-// table, whose policy stands in transpositionTable.h, and the table of repetitions.
+// A table that is addressed by the position key: the storage of the transposition table, whose
+// policy stands in transpositionTable.h. With the other entry it counts repetitions exactly;
+// the search tells them by the keys of its path, see keyPath.h.
 #pragma once
 
 #include <concepts>
@@ -49,7 +50,7 @@ static_assert(sizeof(GenericEntry) == GenericEntry::LOGGED_SIZE);
 int entriesOf(int mebibytes);
 int mebibytesOf(int entries);
 
-// One bucket of the repetition table: how often each position stands on the path.
+// One bucket of a table that counts positions: how often each stands in it.
 class RepetitionEntry {
 public:
     static constexpr int LOGGED_SIZE = 24;
@@ -76,7 +77,7 @@ private:
     using Map = std::vector<Count>;
 
     // A map in order of its keys. A bucket holds hardly more than one key, and the
-    // array keeps its room, so the search counts without a call to the heap.
+    // array keeps its room, so counting rarely calls the heap.
     Map repetitionMap;
 
     Map::iterator find(std::uint64_t hash);

@@ -92,13 +92,9 @@ public:
 
     // The moves of a piece to some fields. True if they have been counted.
     bool countMoves(const PieceTargets& piece, FieldSet fields) const {
-        const Color color = node.position.colorToMove;
-        const bool isPromotion = piece.type == PAWN && isBeforePromotion(piece.from, color);
-        if (score + greatestGains[color][piece.type][piece.from] > node.alfa || isPromotion ||
-            givesCheck(fields, piece.type, piece.from)) {
-            return false;
-        }
-        return count(countOf(fields));
+        const auto& gains = greatestGains[node.position.colorToMove];
+        return score + gains[piece.type][piece.from] <= node.alfa && isQuiet(piece, fields) &&
+               count(countOf(fields));
     }
 
     // The move of a piece to one field, if it is no better than alfa. True if it has been
@@ -106,9 +102,7 @@ public:
     bool countMove(const PieceTargets& piece, FieldIndex to) const {
         const Position& position = node.position;
         const auto& sums = pieceSums[position.colorToMove][piece.type];
-        if (score == NOTHING_COUNTS ||
-            (piece.type == PAWN && isBeforePromotion(piece.from, position.colorToMove)) ||
-            givesCheck(setOf(to), piece.type, piece.from)) {
+        if (score == NOTHING_COUNTS || !isQuiet(piece, setOf(to))) {
             return false;
         }
         PieceSum sum = position.carried.sum;
@@ -137,9 +131,15 @@ public:
 
 private:
     static constexpr FieldSet promotionRanks = fieldsFromTo(A1, H1) | fieldsFromTo(A8, H8);
-    // As a score: no gain makes it matter that nothing can be counted.
-    static constexpr int NOTHING_COUNTS = DEFAULT_FIRST_BETA;
+    // As a score: beyond every alfa, a mate's too, by more than any move loses.
+    static constexpr std::int64_t NOTHING_COUNTS = 2 * std::int64_t{DEFAULT_FIRST_BETA};
 
+    // Whether no move of a piece to some fields, all free, promotes or gives check.
+    bool isQuiet(const PieceTargets& piece, FieldSet fields) const {
+        const bool isPromotion =
+            piece.type == PAWN && isBeforePromotion(piece.from, node.position.colorToMove);
+        return !isPromotion && !givesCheck(fields, piece.type, piece.from);
+    }
     FieldSet getUncoverers() const {
         return node.isDeepestPly ? NO_FIELDS : node.checkFields->getUncoverers();
     }

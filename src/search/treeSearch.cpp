@@ -2,7 +2,7 @@
 
 #include "base/loggingService.h"
 #include "base/statistics.h"
-#include "board/attacks.h"
+#include "board/kingLines.h"
 #include "board/makeMove.h"
 #include "board/moveGenerator.h"
 #include "search/score.h"
@@ -32,14 +32,16 @@ MoveEnding TreeSearch<Observer>::generateTreeRek(Position& position, Variant& ou
                            state.table.getBestMoveHint(position));
 
     const int originalAlfa = alfa;
+    const KingLines lines(position);
     int numberOfLegalMoves = 0;
     Variant variantLocal;
     DoMoveContext context;
     for (int i = 0; i < pseudoLegalMovesN; ++i) {
         const Move& m = outMoves[moveOrderIndices[i]];
-        if (!doMove(position, m, context)) {
+        if (!isLegal(lines, m)) {
             continue;
         }
+        playMove(position, m, context);
         observer.doMove(m);
 
         // An abandoned pass leaves its moves on the board, here and in every frame above.
@@ -82,7 +84,7 @@ MoveEnding TreeSearch<Observer>::generateTreeRek(Position& position, Variant& ou
     }
 
     if (numberOfLegalMoves == 0) {
-        const bool isMate = isInCheck(position);
+        const bool isMate = lines.isInCheck();
         outputVar.evaluation = isMate ? MATED_EVALUATION : DRAW_EVALUATION;
         return isMate ? MoveEnding::CHECKMATE : MoveEnding::STALEMATE;
     }
