@@ -59,3 +59,20 @@ template <class Visit> constexpr void forEachField(FieldSet set, Visit visit) {
 constexpr FieldSet fieldsFromTo(FieldIndex first, FieldIndex last) {
     return (setOf(last) - setOf(first)) | setOf(last);
 }
+
+// ---- Sets as a whole, moved by one field ----
+
+inline constexpr FieldSet A_FILE = 0x0101010101010101;
+inline constexpr FieldSet H_FILE = A_FILE << (EDGE - 1);
+
+// The fields one rank ahead of those of a set, for a colour.
+constexpr FieldSet aheadOf(FieldSet fields, Color color) {
+    return color == WHITE ? fields << EDGE : fields >> EDGE;
+}
+// The fields next to those of a set, on the side of the a- or of the h-file.
+constexpr FieldSet leftOf(FieldSet fields) {
+    return (fields & ~A_FILE) >> 1;
+}
+constexpr FieldSet rightOf(FieldSet fields) {
+    return (fields & ~H_FILE) << 1;
+}

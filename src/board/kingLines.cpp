@@ -25,9 +25,31 @@ KingLines::KingLines(const Position& _position)
     }
 }
 
-bool KingLines::isSafe(FieldIndex to) const {
-    return !isAttacked(position, to, position.ofColor[position.oppositeColorToMove()],
-                       position.getOccupied() & ~setOf(king));
+FieldSet KingLines::getSafeFields(FieldSet fields) const {
+    if (fields == NO_FIELDS) {
+        return NO_FIELDS;
+    }
+    const Color enemy = position.oppositeColorToMove();
+    const ByType<FieldSet>& ofType = position.ofType;
+    const FieldSet enemies = position.ofColor[enemy];
+    const FieldSet occupied = position.getOccupied() & ~setOf(king);
+    const FieldSet aheadOfPawns = aheadOf(ofType[PAWN] & enemies, enemy);
+    FieldSet attacked =
+        leftOf(aheadOfPawns) | rightOf(aheadOfPawns) | kingAttacks[firstOf(ofType[KING] & enemies)];
+    forEachField(ofType[KNIGHT] & enemies,
+                 [&](FieldIndex from) { attacked |= knightAttacks[from]; });
+    const FieldSet queens = ofType[QUEEN];
+    forEachField((ofType[ROOK] | queens) & enemies, [&](FieldIndex from) {
+        if ((rookLines[from] & fields) != NO_FIELDS) {
+            attacked |= rookAttacks(from, occupied);
+        }
+    });
+    forEachField((ofType[BISHOP] | queens) & enemies, [&](FieldIndex from) {
+        if ((bishopLines[from] & fields) != NO_FIELDS) {
+            attacked |= bishopAttacks(from, occupied);
+        }
+    });
+    return fields & ~attacked;
 }
 
 bool KingLines::allowsEnPassant(FieldIndex from) const {
@@ -45,6 +67,7 @@ bool isLegal(const KingLines& lines, const Move& move) {
     if (move.castle_ep_flag == EN_PASSANT) {
         return lines.allowsEnPassant(move.from);
     }
-    return move.pieceMoved == KING ? lines.isSafe(move.to)
-                                   : contains(lines.getAllowedFields(move.from), move.to);
+    const FieldSet to = setOf(move.to);
+    return (move.pieceMoved == KING ? lines.getSafeFields(to)
+                                    : lines.getAllowedFields(move.from) & to) != NO_FIELDS;
 }

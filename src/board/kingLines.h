@@ -20,9 +20,9 @@ public:
         return contains(pinned, from) ? answers & lineOf(king, from) : answers;
     }
 
-    // Whether the king itself may go to a field that it attacks: no enemy attacks it there,
-    // also not through the field that the king leaves.
-    bool isSafe(FieldIndex to) const;
+    // Those of the fields that the king itself attacks to which it may go: no enemy attacks it
+    // there, also not through the field that the king leaves.
+    FieldSet getSafeFields(FieldSet fields) const;
 
     // Whether a pseudo-legal en passant capture from `from` leaves the king unattacked.
     bool allowsEnPassant(FieldIndex from) const;

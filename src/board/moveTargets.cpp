@@ -4,27 +4,11 @@
 
 namespace {
 
-// The fields one rank ahead of those of a set, for a colour.
-constexpr FieldSet aheadOf(FieldSet fields, Color color) {
-    return color == WHITE ? fields << EDGE : fields >> EDGE;
-}
-
-// By colour: where pawns stand after one step from where they start, before promotion, and the
-// fields that a pawn attacks to the side of the a- and of the h-file.
+// By colour: where pawns stand after one step from where they start, and before promotion.
 constexpr ByColor<FieldSet> firstStepRank = {fieldsFromTo(A3, H3), fieldsFromTo(A6, H6)};
 constexpr ByColor<FieldSet> beforePromotion = {
     fieldsFromTo(barva_pesciPremenaMin[WHITE], barva_pesciPremenaMax[WHITE]),
     fieldsFromTo(barva_pesciPremenaMin[BLACK], barva_pesciPremenaMax[BLACK])};
-constexpr FieldSet A_FILE = 0x0101010101010101;
-constexpr FieldSet H_FILE = A_FILE << (EDGE - 1);
-
-// The fields next to those of a set, on one side.
-constexpr FieldSet leftOf(FieldSet fields) {
-    return (fields & ~A_FILE) >> 1;
-}
-constexpr FieldSet rightOf(FieldSet fields) {
-    return (fields & ~H_FILE) << 1;
-}
 
 FieldSet attacksOf(PieceType type, FieldIndex from, FieldSet occupied) {
     switch (type) {

@@ -50,13 +50,8 @@ struct QuiscenceNode {
 
     // Those of the fields that a piece goes to which its king allows.
     FieldSet getLegalFields(const PieceTargets& piece, FieldSet fields) const {
-        if (piece.type != KING) {
-            return fields & lines.getAllowedFields(piece.from);
-        }
-        FieldSet safe = NO_FIELDS;
-        forEachField(fields,
-                     [&](FieldIndex to) { safe |= lines.isSafe(to) ? setOf(to) : NO_FIELDS; });
-        return safe;
+        return piece.type == KING ? lines.getSafeFields(fields)
+                                  : fields & lines.getAllowedFields(piece.from);
     }
 
     Position& position;
