@@ -81,14 +81,15 @@ public:
         const bool canBeDraw =
             node.alfa < DRAW_EVALUATION && state.path.canRepeat(carried.halfMoveClock + 1);
         if (isStatic && !canBeDraw && !isWatched) {
-            score = node.getStaticScore(carried.sum, totalMaterial(node.position), node.material);
+            const int material = totalMaterial(node.position);
+            score = node.getStaticScore(carried.sum, material, node.material);
+            gains = &getGreatestGains(node.position.colorToMove, material <= END_GAME_MAX_MATERIAL);
         }
     }
 
     // The moves of a piece to some fields. True if they have been counted.
     bool countMoves(const PieceTargets& piece, FieldSet fields) const {
-        const auto& gains = greatestGains[node.position.colorToMove];
-        return score + gains[piece.type][piece.from] <= node.alfa && isQuiet(piece, fields) &&
+        return score + (*gains)[piece.type][piece.from] <= node.alfa && isQuiet(piece, fields) &&
                count(countOf(fields));
     }
 
@@ -153,6 +154,8 @@ private:
     QuiscenceNode& node;
     SearchState& state;
     std::int64_t score = NOTHING_COUNTS; // static, before any move
+    // Of the side to move, in this phase; any while nothing counts.
+    const ByType<ByField<int>>* gains = &greatestGainsOf<WHITE, false>;
 };
 
 template <class Observer>
