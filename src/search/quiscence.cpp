@@ -211,7 +211,7 @@ MoveEnding Quiscence<Observer>::quiscenceSearchRek(Position& position, Variant& 
     return MoveEnding::SEARCHED;
 }
 
-// Best attack first; see orderMoves().
+// The legal ones, best attack first; see orderMoves().
 template <class Observer> auto Quiscence<Observer>::tryCaptures(QuiscenceNode& node) -> Next {
     const Position& position = node.position;
     const FieldSet enemies = position.ofColor[position.oppositeColorToMove()];
@@ -222,9 +222,11 @@ template <class Observer> auto Quiscence<Observer>::tryCaptures(QuiscenceNode& n
         return true;
     };
     node.targets.forEachPiece(node.targets.getCapturers(), [&](const PieceTargets& piece) {
-        forEachTarget(piece, piece.targets & enemies, position.colorToMove,
+        forEachTarget(piece, node.getLegalFields(piece, piece.targets & enemies),
+                      position.colorToMove,
                       [&](FieldIndex to) { return forEachMoveTo(position, piece, to, append); });
-        if (piece.type == PAWN && node.targets.canTakeEnPassant(piece.from)) {
+        if (piece.type == PAWN && node.targets.canTakeEnPassant(piece.from) &&
+            node.lines.allowsEnPassant(piece.from)) {
             append(makeEnPassant(position, piece.from));
         }
         return true;
@@ -233,11 +235,7 @@ template <class Observer> auto Quiscence<Observer>::tryCaptures(QuiscenceNode& n
     MoveIndices moveOrderIndices;
     orderMoves(captures, moveOrderIndices, count);
     for (int i = 0; i < count; ++i) {
-        const Move& m = captures[moveOrderIndices[i]];
-        if (!isLegal(node.lines, m)) {
-            continue;
-        }
-        if (const Next next = tryMove(node, m); next != Next::MOVE) {
+        if (const Next next = tryMove(node, captures[moveOrderIndices[i]]); next != Next::MOVE) {
             return next;
         }
     }
