@@ -147,7 +147,7 @@ bool forEachMoveTo(const Position& position, const PieceTargets& piece, FieldInd
     const Field& target = position.board[to];
     const PieceType captured = target.color != EMPTY ? target.pieceType : NO_PIECE;
     Move move = {piece.from, to, piece.type, captured, ORDINARY_MOVE, NO_PIECE};
-    if (piece.type != PAWN || !isBeforePromotion(piece.from, position.colorToMove)) {
+    if (piece.type != PAWN || !isBeforePromotion(piece.from, position.colorToMove)) [[likely]] {
         return visit(move);
     }
     for (const PieceType promotion : pawnPromotePieceTypes) {
