@@ -11,8 +11,11 @@ int generateMoves(const Position& position, MoveArray& outputMoves) {
         return true;
     };
     targets.forEachPiece(position.entries & ENTRIES_OF[color], [&](const PieceTargets& piece) {
-        forEachTarget(piece, piece.targets, color,
-                      [&](FieldIndex to) { return forEachMoveTo(position, piece, to, append); });
+        forEachTarget(piece, piece.targets, color, [&](FieldIndex to) {
+            const Field& target = position.board[to];
+            const PieceType captured = target.color != EMPTY ? target.pieceType : NO_PIECE;
+            return forEachMoveTo(piece, to, captured, color, append);
+        });
         if (piece.type == KING) {
             for (const bool queenSide : {true, false}) {
                 if (targets.canCastle(queenSide)) {

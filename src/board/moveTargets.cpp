@@ -25,12 +25,20 @@ FieldSet attacksOf(PieceType type, FieldIndex from, FieldSet occupied) {
     }
 }
 
-// Whether the king can castle with right `right`, which it has: all fields up to the rook are
-// empty, those that it leaves, crosses and reaches are safe.
-bool isCastlingPossible(const Position& position, int right) {
+// By right: the fields between king and rook, which have to be empty.
+constexpr auto castlingPaths = [] {
+    ByRight<FieldSet> paths{};
+    for (int right = 0; right < CASTLES; ++right) {
+        paths[right] = betweenOf(castlingFields[right].kingFrom, castlingFields[right].rookFrom);
+    }
+    return paths;
+}();
+
+// Whether the king can castle with right `right`, which it has, if the path is free: the fields
+// that it leaves, crosses and reaches are safe.
+bool isCastlingSafe(const Position& position, int right) {
     const auto& [kingFrom, kingTo, rookFrom, rookTo] = castlingFields[right];
-    return (betweenOf(kingFrom, rookFrom) & position.getOccupied()) == NO_FIELDS &&
-           position.pieces[KingIndex[position.colorToMove]].boardPosition == kingFrom &&
+    return position.pieces[KingIndex[position.colorToMove]].boardPosition == kingFrom &&
            !isFieldThreatened(position, kingFrom) && !isFieldThreatened(position, rookTo) &&
            !isFieldThreatened(position, kingTo);
 }
@@ -54,8 +62,12 @@ MoveTargets::MoveTargets(const Position& _position) : position(_position) {
     addPawns();
     const int right = 2 * color;
     const ByRight<bool>& castles = position.carried.castles;
-    castlesLong = castles[right] && isCastlingPossible(position, right);
-    castlesShort = castles[right + 1] && isCastlingPossible(position, right + 1);
+    const auto canCastleBy = [&](int i) {
+        return castles[i] && (castlingPaths[i] & occupied) == NO_FIELDS &&
+               isCastlingSafe(position, i);
+    };
+    castlesLong = canCastleBy(right);
+    castlesShort = canCastleBy(right + 1);
     count += (castlesLong ? 1 : 0) + (castlesShort ? 1 : 0);
 }
 
@@ -89,13 +101,6 @@ void MoveTargets::addPawns() {
     forEachField(capturing, [this](FieldIndex from) {
         capturers |= entrySetOf(position.board[from].pieceIndexInList);
     });
-}
-
-FieldSet MoveTargets::getPawnTargets(FieldIndex from) const {
-    const Color color = position.colorToMove;
-    const FieldSet steps = aheadOf(setOf(from), color);
-    return (steps & singleSteps) | (aheadOf(steps & singleSteps, color) & doubleSteps) |
-           (pawnAttacks[color][from] & position.ofColor[opposite(color)]);
 }
 
 Move makeCastling(const Position& position, bool queenSide) {

@@ -13,6 +13,9 @@ struct PieceTargets {
     FieldSet targets;
 };
 
+// Those moves of a pawn that are asked for. Any other piece has all its targets in any case.
+enum class PawnMoves { ALL, CAPTURES, STEPS };
+
 // All pseudo-legal moves of a position, piece by piece.
 class MoveTargets {
 public:
@@ -23,17 +26,15 @@ public:
     // included.
     int getCount() const { return count; }
 
-    // The piece in an entry of the list, which must not be free.
-    PieceTargets getPiece(int entry) const {
-        const auto& [type, from] = position.pieces[entry];
-        return {type, from, type == PAWN ? getPawnTargets(from) : targets[entry]};
-    }
-
     // Calls `visit` with each piece of some entries of the list, in their order, until it
     // returns false. No entry may be free.
-    template <class Visit> void forEachPiece(EntrySet entries, Visit visit) const {
+    template <PawnMoves pawnMoves = PawnMoves::ALL, class Visit>
+    void forEachPiece(EntrySet entries, Visit visit) const {
         for (; entries != 0; entries &= entries - 1) {
-            if (!visit(getPiece(std::countr_zero(entries)))) {
+            const int entry = std::countr_zero(entries);
+            const auto& [type, from] = position.pieces[entry];
+            if (!visit(PieceTargets{
+                    type, from, type == PAWN ? getPawnTargets<pawnMoves>(from) : targets[entry]})) {
                 return;
             }
         }
@@ -62,7 +63,18 @@ public:
     }
 
 private:
-    FieldSet getPawnTargets(FieldIndex from) const;
+    template <PawnMoves pawnMoves> FieldSet getPawnTargets(FieldIndex from) const {
+        const Color color = position.colorToMove;
+        FieldSet reached = NO_FIELDS;
+        if constexpr (pawnMoves != PawnMoves::STEPS) {
+            reached |= pawnAttacks[color][from] & position.ofColor[opposite(color)];
+        }
+        if constexpr (pawnMoves != PawnMoves::CAPTURES) {
+            const FieldSet step = aheadOf(setOf(from), color) & singleSteps;
+            reached |= step | (aheadOf(step, color) & doubleSteps);
+        }
+        return reached;
+    }
     void addPawns();
 
     const Position& position;
@@ -139,15 +151,14 @@ bool forEachTarget(const PieceTargets& piece, FieldSet fields, Color color, Visi
 
 inline constexpr std::array<PieceType, 4> pawnPromotePieceTypes = {KNIGHT, BISHOP, ROOK, QUEEN};
 
-// Calls `visit` with each move of a piece to a field that it may go to: one, or one for each
-// piece that a pawn can become. Stops, and returns false, as soon as `visit` does.
+// Calls `visit` with each move of a piece to a field that it may go to, where it takes
+// `captured`: one, or one for each piece that a pawn can become. Stops, and returns false, as
+// soon as `visit` does.
 template <class Visit>
-bool forEachMoveTo(const Position& position, const PieceTargets& piece, FieldIndex to,
+bool forEachMoveTo(const PieceTargets& piece, FieldIndex to, PieceType captured, Color color,
                    Visit visit) {
-    const Field& target = position.board[to];
-    const PieceType captured = target.color != EMPTY ? target.pieceType : NO_PIECE;
     Move move = {piece.from, to, piece.type, captured, ORDINARY_MOVE, NO_PIECE};
-    if (piece.type != PAWN || !isBeforePromotion(piece.from, position.colorToMove)) [[likely]] {
+    if (piece.type != PAWN || !isBeforePromotion(piece.from, color)) [[likely]] {
         return visit(move);
     }
     for (const PieceType promotion : pawnPromotePieceTypes) {

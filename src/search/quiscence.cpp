@@ -221,16 +221,19 @@ template <class Observer> auto Quiscence<Observer>::tryCaptures(QuiscenceNode& n
         captures[count++] = move;
         return true;
     };
-    node.targets.forEachPiece(node.targets.getCapturers(), [&](const PieceTargets& piece) {
-        forEachTarget(piece, node.getLegalFields(piece, piece.targets & enemies),
-                      position.colorToMove,
-                      [&](FieldIndex to) { return forEachMoveTo(position, piece, to, append); });
+    const Color color = position.colorToMove;
+    const auto listCaptures = [&](const PieceTargets& piece) {
+        const FieldSet fields = node.getLegalFields(piece, piece.targets & enemies);
+        forEachTarget(piece, fields, color, [&](FieldIndex to) {
+            return forEachMoveTo(piece, to, position.board[to].pieceType, color, append);
+        });
         if (piece.type == PAWN && node.targets.canTakeEnPassant(piece.from) &&
             node.lines.allowsEnPassant(piece.from)) {
             append(makeEnPassant(position, piece.from));
         }
         return true;
-    });
+    };
+    node.targets.forEachPiece<PawnMoves::CAPTURES>(node.targets.getCapturers(), listCaptures);
 
     MoveIndices moveOrderIndices;
     orderMoves(captures, moveOrderIndices, count);
@@ -254,7 +257,9 @@ template <class Observer> auto Quiscence<Observer>::tryQuietMoves(QuiscenceNode&
             next = tryMove(node, makeCastling(node.position, queenSide));
         }
     }
-    if (next == Next::MOVE) {
+    const bool canOthersMove =
+        (node.lines.getAllowedFields(NO_FIELD) & ~node.position.getOccupied()) != NO_FIELDS;
+    if (next == Next::MOVE && canOthersMove) {
         const EntrySet counted = quietCount.countPawns() ? node.position.pawnEntries : 0;
         next = tryQuietMovesOf(node, pieces & ~king & ~counted, quietCount);
     }
@@ -272,11 +277,12 @@ auto Quiscence<Observer>::tryQuietMovesOf(QuiscenceNode& node, EntrySet entries,
         next = tryMove(node, move);
         return next == Next::MOVE;
     };
-    node.targets.forEachPiece(entries, [&](const PieceTargets& piece) {
+    node.targets.forEachPiece<PawnMoves::STEPS>(entries, [&](const PieceTargets& piece) {
         const FieldSet fields = node.getLegalFields(piece, piece.targets & free);
         if (!quietCount.countMoves(piece, fields)) {
             forEachTarget(piece, fields, position.colorToMove, [&](FieldIndex to) {
-                return quietCount.countMove(piece, to) || forEachMoveTo(position, piece, to, tryIt);
+                return quietCount.countMove(piece, to) ||
+                       forEachMoveTo(piece, to, NO_PIECE, position.colorToMove, tryIt);
             });
         }
         return next == Next::MOVE;
