@@ -322,7 +322,8 @@ auto Quiscence<Observer>::tryMove(QuiscenceNode& node, const Move& move) -> Next
 // Scores a legal move for the side that makes it, and tells how. If the move is searched
 // further, `localVariant` gets the line behind it as well.
 template <class Observer>
-MoveEnding Quiscence<Observer>::scoreQuiscenceMove(QuiscenceNode& node, const Move& move) {
+[[gnu::always_inline]] inline MoveEnding
+Quiscence<Observer>::scoreQuiscenceMove(QuiscenceNode& node, const Move& move) {
     const Position& position = node.position;
     const int clock = position.carried.halfMoveClock + 1;
     if (state.path.canRepeat(clock) && isReversible(position, move) &&
@@ -330,27 +331,27 @@ MoveEnding Quiscence<Observer>::scoreQuiscenceMove(QuiscenceNode& node, const Mo
         node.localVariant.evaluation = DRAW_EVALUATION;
         return MoveEnding::REPETITION;
     }
-    if (node.isInCheckOriginally && !node.isDeepestPly) {
-        return searchMove(node, move);
-    }
-    const int material = node.material + getMaterialGain(move);
-    const bool isQuiet = !node.isMoveInteresting(move);
-    if (isQuiet || node.isDeepestPly) {
-        node.localVariant.evaluation = node.getStaticScore(
-            getSumAfter(position, move), getTotalMaterialAfter(position, move), material);
-        return isQuiet ? MoveEnding::QUIET : MoveEnding::DEEPEST_PLY;
-    }
-    const std::int64_t reach = std::int64_t{state.config.quiscenceDeltaWindow} + material;
-    if (reach < node.alfa && !node.checkFields->givesCheck(move)) {
-        node.localVariant.evaluation = material;
-        return MoveEnding::OUT_OF_REACH;
+    if (!node.isInCheckOriginally || node.isDeepestPly) {
+        const int material = node.material + getMaterialGain(move);
+        const bool isQuiet = !node.isMoveInteresting(move);
+        if (isQuiet || node.isDeepestPly) {
+            node.localVariant.evaluation = node.getStaticScore(
+                getSumAfter(position, move), getTotalMaterialAfter(position, move), material);
+            return isQuiet ? MoveEnding::QUIET : MoveEnding::DEEPEST_PLY;
+        }
+        const std::int64_t reach = std::int64_t{state.config.quiscenceDeltaWindow} + material;
+        if (reach < node.alfa && !node.checkFields->givesCheck(move)) {
+            node.localVariant.evaluation = material;
+            return MoveEnding::OUT_OF_REACH;
+        }
     }
     return searchMove(node, move);
 }
 
 // The same for a move that is searched further.
 template <class Observer>
-MoveEnding Quiscence<Observer>::searchMove(QuiscenceNode& node, const Move& move) {
+[[gnu::always_inline]] inline MoveEnding Quiscence<Observer>::searchMove(QuiscenceNode& node,
+                                                                         const Move& move) {
     DoMoveContext context;
     playMove(node.position, move, context);
     state.path.push(node.position.carried.hash);
