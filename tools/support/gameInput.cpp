@@ -14,8 +14,10 @@ namespace {
 
 Position readPosition(const std::vector<std::string>& words) {
     std::string text;
-    for (const std::string& word : words) {
-        text += (text.empty() ? "" : " ") + word;
+    for (const std::string& quoted : words) {
+        for (const std::string& word : splitString(quoted)) {
+            text += (text.empty() ? "" : " ") + word;
+        }
     }
     Position position;
     if (text.empty() || text == "startpos") {

@@ -12,5 +12,6 @@
 std::vector<Move> readMoves(Position position, const std::string& text, const std::string& what);
 
 // The game that `moves` plays from the position that `words` make: a FEN, whole or in
-// its fields, or "startpos", or nothing for the start position.
+// its fields, or "startpos", or nothing for the start position. Blanks in and around the
+// words do no harm.
 Game readGame(const std::vector<std::string>& words, const std::string& moves);
