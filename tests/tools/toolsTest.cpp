@@ -172,7 +172,8 @@ TEST(Perft, CountsEachMoveOfTheRoot) {
         numberOf(lines.end()[-2], "Time: ");
         numberOf(lines.end()[-1], "Nodes per second: ");
     }
-    EXPECT_TRUE(run(PERFT, {fen, "0"}).output.starts_with("Nodes: 1\n"));
+    EXPECT_TRUE(run(PERFT, {"  " + fen + " ", "0"}).output.starts_with("Nodes: 1\n"));
+    EXPECT_TRUE(run(PERFT, {" startpos ", "0"}).output.starts_with("Nodes: 1\n"));
 }
 
 struct BadInput {
@@ -207,6 +208,16 @@ TEST(Tools, TellHowToUseThem) {
         EXPECT_EQ(help.status, 0);
         EXPECT_EQ(help.errors, "");
         EXPECT_TRUE(help.output.starts_with("Usage: ")) << help.output;
+        EXPECT_EQ(run(path, {"-h"}).output, help.output);
+    }
+}
+
+// The disk is full before the first byte, so that each write of a tool fails.
+TEST(Tools, FailWhenNobodyTakesTheirOutput) {
+    for (const std::string arguments : {"--help", "startpos 1"}) {
+        const ToolRun full = run("/bin/sh", {"-c", PERFT + " " + arguments + " > /dev/full"});
+        EXPECT_EQ(full.status, 1);
+        EXPECT_EQ(full.errors, "kestran-perft: standard output cannot be written\n");
     }
 }
 
@@ -286,8 +297,12 @@ TEST(CommandLine, GivesEachWordOnce) {
     EXPECT_EQ(empty.takeOption("--size"), std::nullopt);
     EXPECT_TRUE(empty.takeRest().empty());
     EXPECT_EQ(commandLineOf({"--size="}).takeOption("--size"), "");
+    EXPECT_EQ(commandLineOf({"-", "-5"}).takeRest().size(), 2U) << "a field of a FEN, a number";
     EXPECT_THROW(commandLineOf({"--size"}).takeOption("--size"), UsageError);
+    EXPECT_THROW(commandLineOf({"--size=1", "--size", "2"}).takeOption("--size"), UsageError);
+    EXPECT_THROW(commandLineOf({"--quick", "--quick"}).takeFlag("--quick"), UsageError);
     EXPECT_THROW(commandLineOf({"one", "--two"}).takeRest(), UsageError);
+    EXPECT_THROW(commandLineOf({"one", "-t"}).takeRest(), UsageError);
 }
 
 TEST(CommandLine, ReadsWholeNumbersOfARange) {

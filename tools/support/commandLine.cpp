@@ -2,17 +2,69 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdlib>
+#include <exception>
 #include <iostream>
 #include <unistd.h>
+
+namespace {
+
+// A dash alone is a field of a FEN.
+bool looksLikeOption(const std::string& word) {
+    return word.size() > 1 && word[0] == '-' && (word[1] < '0' || word[1] > '9');
+}
+
+bool isHelpWanted(std::string_view word) {
+    return word == "--help" || word == "-h";
+}
+
+std::string_view environmentOf(const char* name) {
+    const char* value = std::getenv(name); // NOLINT(concurrency-mt-unsafe)
+    return value != nullptr ? value : "";
+}
+
+bool isTerminalDumb() {
+    return environmentOf("TERM") == "dumb";
+}
+
+// While it lives, a write to std::cout that fails throws. The stream is as sound as new
+// before and after.
+class FailingOutput {
+public:
+    FailingOutput() : before(std::cout.exceptions()) { std::cout.exceptions(std::ios::badbit); }
+    FailingOutput(const FailingOutput&) = delete;
+    FailingOutput& operator=(const FailingOutput&) = delete;
+    ~FailingOutput() {
+        std::cout.clear();
+        std::cout.exceptions(before);
+    }
+
+private:
+    std::ios::iostate before;
+};
+
+} // namespace
 
 CommandLine::CommandLine(int argc, const char* const* argv) : words(argv + 1, argv + argc) {
 }
 
 bool CommandLine::takeFlag(std::string_view name) {
-    return std::erase(words, name) > 0;
+    const auto count = std::erase(words, name);
+    if (count > 1) {
+        throw UsageError(std::string(name) + " is given twice");
+    }
+    return count == 1;
 }
 
 std::optional<std::string> CommandLine::takeOption(std::string_view name) {
+    std::optional<std::string> value = takeFirst(name);
+    if (value && takeFirst(name)) {
+        throw UsageError(std::string(name) + " is given twice");
+    }
+    return value;
+}
+
+std::optional<std::string> CommandLine::takeFirst(std::string_view name) {
     const std::string withValue = std::string(name) + "=";
     for (auto word = words.begin(); word != words.end(); ++word) {
         if (word->starts_with(withValue)) {
@@ -33,8 +85,7 @@ std::optional<std::string> CommandLine::takeOption(std::string_view name) {
 }
 
 std::vector<std::string> CommandLine::takeRest() {
-    const auto option =
-        std::ranges::find_if(words, [](const std::string& word) { return word.starts_with("--"); });
+    const auto option = std::ranges::find_if(words, looksLikeOption);
     if (option != words.end()) {
         throw UsageError("unknown option " + *option);
     }
@@ -52,22 +103,42 @@ int parseNumber(const std::string& text, const std::string& what, int least, int
     return number;
 }
 
+std::optional<int> takeNumber(CommandLine& commandLine, const std::string& name, int least,
+                              int most) {
+    const std::optional<std::string> text = commandLine.takeOption(name);
+    return text ? std::optional(parseNumber(*text, name, least, most)) : std::nullopt;
+}
+
 int runTool(const std::string& name, const std::string& help, int argc, const char* const* argv,
             const std::function<int(CommandLine&)>& body) {
-    CommandLine commandLine(argc, argv);
-    if (commandLine.takeFlag("--help")) {
-        std::cout << help;
-        return 0;
-    }
+    const auto fail = [&](const std::string& message, int status) {
+        std::cerr << name << ": " << message << '\n';
+        return status;
+    };
     try {
-        return body(commandLine);
+        const FailingOutput failing;
+        if (std::any_of(argv + 1, argv + argc, isHelpWanted)) {
+            std::cout << help << std::flush;
+            return 0;
+        }
+        CommandLine commandLine(argc, argv);
+        const int status = body(commandLine);
+        std::cout.flush();
+        return status;
     } catch (const UsageError& error) {
-        std::cerr << name << ": " << error.what() << " (--help tells more)\n";
-        return 2;
+        return fail(std::string(error.what()) + " (--help tells more)", 2);
+    } catch (const std::ios_base::failure&) {
+        return fail("standard output cannot be written", 1);
+    } catch (const std::exception& error) {
+        return fail(error.what(), 1);
     }
 }
 
-Progress::Progress() : isTerminal(isatty(STDERR_FILENO) != 0) {
+bool isColourWanted() {
+    return isatty(STDOUT_FILENO) != 0 && environmentOf("NO_COLOR").empty() && !isTerminalDumb();
+}
+
+Progress::Progress() : isShown(isatty(STDERR_FILENO) != 0 && !isTerminalDumb()) {
 }
 
 Progress::~Progress() {
@@ -75,7 +146,7 @@ Progress::~Progress() {
 }
 
 void Progress::show(const std::string& text) {
-    if (isTerminal) {
+    if (isShown) {
         std::cerr << "\r\x1b[K" << text << std::flush;
     }
 }

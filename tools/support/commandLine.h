@@ -19,15 +19,19 @@ class CommandLine {
 public:
     CommandLine(int argc, const char* const* argv);
 
-    // Whether `name` stands among the words; takes it out.
+    // Whether `name` stands among the words; takes it out. UsageError if it stands there
+    // twice.
     bool takeFlag(std::string_view name);
     // The value of `--name VALUE` or `--name=VALUE`; takes it out. UsageError if the
-    // value is missing.
+    // value is missing or the option is there twice.
     std::optional<std::string> takeOption(std::string_view name);
-    // The words that are left. UsageError if one of them looks like an option.
+    // The words that are left. UsageError if one of them looks like an option: a dash and
+    // more than a dash, but no number.
     std::vector<std::string> takeRest();
 
 private:
+    std::optional<std::string> takeFirst(std::string_view name);
+
     std::vector<std::string> words;
 };
 
@@ -35,13 +39,24 @@ private:
 // outside `least` to `most`.
 int parseNumber(const std::string& text, const std::string& what, int least, int most);
 
-// Runs a tool: prints `help` for --help, calls `body` otherwise and returns its result.
-// A UsageError becomes one line on standard error, with the tool's name, and status 2.
+// The number behind the option `name`, read as by parseNumber(), or nothing if the option
+// is not there.
+std::optional<int> takeNumber(CommandLine& commandLine, const std::string& name, int least,
+                              int most);
+
+// Runs a tool: prints `help` for --help and -h, calls `body` otherwise and returns its
+// result. A UsageError becomes one line on standard error, with the tool's name, and
+// status 2; any other exception one line and status 1. So does standard output that
+// cannot be written: `body` is left by an exception at the first write that fails.
 int runTool(const std::string& name, const std::string& help, int argc, const char* const* argv,
             const std::function<int(CommandLine&)>& body);
 
+// Whether standard output takes colours: a terminal that is not "dumb", of a user who has
+// not set NO_COLOR.
+bool isColourWanted();
+
 // A line on standard error that tells how far long work has come. Shows nothing if
-// standard error is no terminal.
+// standard error is no terminal, or a "dumb" one.
 class Progress {
 public:
     Progress();
@@ -52,5 +67,5 @@ public:
     void show(const std::string& text);
 
 private:
-    bool isTerminal;
+    bool isShown;
 };
