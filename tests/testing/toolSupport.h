@@ -1,6 +1,8 @@
 // Running a tool's body inside the test, as its command line would.
 #pragma once
 
+#include <cstdio>
+#include <fstream>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
@@ -23,6 +25,21 @@ inline ToolRun runBody(int (*body)(int, const char* const*),
     const int status = body(static_cast<int>(argv.size()), argv.data());
     return {status, testing::internal::GetCapturedStdout(), testing::internal::GetCapturedStderr()};
 }
+
+// A text file of the running test that lives as long as the object.
+class TextFile {
+public:
+    explicit TextFile(const std::string& text)
+        : path(testing::TempDir() + "toolTest." +
+               testing::UnitTest::GetInstance()->current_test_info()->name()) {
+        std::ofstream(path) << text;
+    }
+    TextFile(const TextFile&) = delete;
+    TextFile& operator=(const TextFile&) = delete;
+    ~TextFile() { std::remove(path.c_str()); }
+
+    const std::string path;
+};
 
 // Status 2, nothing on standard output, and one sentence on standard error that tells `what`.
 inline void expectRefusal(const ToolRun& run, const std::string& what) {

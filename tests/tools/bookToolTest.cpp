@@ -5,25 +5,9 @@
 #include "testing/boardSupport.h"
 #include "testing/toolSupport.h"
 
-#include <cstdio>
 #include <gtest/gtest.h>
 
 namespace {
-
-// A text file that lives as long as the object.
-class TextFile {
-public:
-    explicit TextFile(const std::string& text)
-        : path(testing::TempDir() + "bookToolTest." +
-               testing::UnitTest::GetInstance()->current_test_info()->name()) {
-        std::ofstream(path) << text;
-    }
-    TextFile(const TextFile&) = delete;
-    TextFile& operator=(const TextFile&) = delete;
-    ~TextFile() { std::remove(path.c_str()); }
-
-    const std::string path;
-};
 
 // A book of a few lines, in which 1. e4 c5 and 1. c4 are more frequent than first.
 PolyglotBook smallBook() {
@@ -69,15 +53,15 @@ TEST(BookTool, CountsRepeatedEntriesAndKeepsTheOrderOfEquals) {
 TEST(BookTool, DrawsTheBookAsATree) {
     std::ostringstream tree;
     printBookTree(smallBook(), positionOf(START_FEN), 5, tree);
-    EXPECT_EQ(tree.str(), "├─ 1. e4  3\n"
-                          "│  ├─ 1... c5  2\n"
-                          "│  └─ 1... e5  1\n"
-                          "└─ 1. c4  3\n"
-                          "   └─ 1... e5  1\n");
+    EXPECT_EQ(tree.str(), "├─ 1. e4  3  50.0 %\n"
+                          "│  ├─ 1... c5  2  66.7 %\n"
+                          "│  └─ 1... e5  1  33.3 %\n"
+                          "└─ 1. c4  3  50.0 %\n"
+                          "   └─ 1... e5  1  100.0 %\n");
     tree.str("");
     printBookTree(smallBook(), positionAfterMoves("e2e4"), 1, tree);
-    EXPECT_EQ(tree.str(), "├─ 1... c5  2\n└─ 1... e5  1\n");
-    EXPECT_NE(runBody(bookMain, {"--tree=2"}).output.find("│  ├─ 1... Nf6  92\n"),
+    EXPECT_EQ(tree.str(), "├─ 1... c5  2  66.7 %\n└─ 1... e5  1  33.3 %\n");
+    EXPECT_NE(runBody(bookMain, {"--tree=2"}).output.find("│  ├─ 1... Nf6  92  61.7 %\n"),
               std::string::npos);
 }
 

@@ -155,6 +155,7 @@ TEST(Perft, CountsEachMoveOfTheRoot) {
              // words, moves of the root, one line, sequences
              PerftCase{{"startpos", "3"}, 20, "g1f3: 440", 8902},
              PerftCase{{fen, "3"}, 23, "g5h6: 361", 8530},
+             PerftCase{{fen, "2", "--moves", "g5h6"}, 16, "e8c8: 22", 361},
              PerftCase{
                  {"r3k3/1p1p1p2/8/P1P1P1Pp/8/8/3K4/R7", "w", "q", "h6", "2"}, 23, "g5h6: 16", 395},
          }) {
@@ -176,6 +177,39 @@ TEST(Perft, CountsEachMoveOfTheRoot) {
     EXPECT_TRUE(run(PERFT, {" startpos ", "0"}).output.starts_with("Nodes: 1\n"));
 }
 
+// Fields with and without clocks, with and without a blank before the semicolon, other
+// operations among the counts, and a count that is one too many.
+TEST(Perft, ChecksTheCountsOfAFile) {
+    const TextFile file(
+        "# counts\n\n"
+        "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1 ;D1 20 ;D3 8902\r\n"
+        "7k/5Q2/6K1/8/8/8/8/8 b -  -;D1 0; id \"D2; 7\";D2 0\n"
+        "8/5bk1/8/2Pp4/8/1K6/8/8 w - d6 c0 \"x\"; D1 8 ;D2 105;D5 1\n");
+    const ToolRun check = run(PERFT, {"--epd", file.path, "3"});
+    EXPECT_EQ(check.status, 1);
+    const std::vector<std::string> lines = linesOf(check.output);
+    ASSERT_EQ(lines.size(), 8U) << check.output << check.errors;
+    EXPECT_EQ(lines[1], "ok     line 4: 7k/5Q2/6K1/8/8/8/8/8 b - -");
+    EXPECT_EQ(lines[2], "WRONG  line 5, D2 is 104 and not 105: 8/5bk1/8/2Pp4/8/1K6/8/8 w - d6");
+    EXPECT_EQ(lines[4], "Counts: 6, of which 1 are wrong");
+    EXPECT_EQ(run(PERFT, {"--epd", file.path, "1"}).status, 0);
+}
+
+TEST(Perft, TellsWhatIsWrongWithAFileOfCounts) {
+    const std::string bare = "7k/5Q2/6K1/8/8/8/8/8 b - - ";
+    for (const auto& [text, reason] : std::vector<std::pair<std::string, std::string>>{
+             {"# nothing\n", "holds no position"},
+             {bare + "\n", "has no count"},
+             {bare + "; D1", "line 1 has no count behind D1"},
+             {bare + "; D1 2x", "line 1 has no count behind D1"},
+             {bare + "; D13 2", "the depth behind D is a whole number from 0 to 12"},
+             {bare + "; D1 0\n8/8 w - - ; D1 0", ":2: the position \"8/8 w - -\" cannot be played"},
+         }) {
+        const TextFile file(text);
+        expectRefusal(run(PERFT, {"--epd", file.path}), reason);
+    }
+}
+
 struct BadInput {
     std::string path;
     std::vector<std::string> arguments;
@@ -192,6 +226,10 @@ TEST(Tools, TellOfBadInputInOneLine) {
              BadInput{PERFT, {}, "a position and a depth"},
              BadInput{PERFT, {"3"}, "a position and a depth"},
              BadInput{PERFT, {"startpos", "13"}, "from 0 to 12"},
+             BadInput{PERFT, {"K1k5/8/8/8/8/8/8/8", "w", "-", "-", "0", "1"}, "need a depth"},
+             BadInput{PERFT, {"startpos", "3", "--moves", "e2e5"}, "not legal"},
+             BadInput{PERFT, {"--epd", "/no/file"}, "/no/file cannot be opened"},
+             BadInput{PERFT, {"--epd", "/", "startpos", "3"}, "--epd goes with"},
              BadInput{PERFT, {"startpos", "--split", "3"}, "unknown option --split"},
              BadInput{PERFT, {"endpos", "3"}, "four fields"},
              BadInput{PERFT, {noKing, "3"}, "not exactly one king"},

@@ -8,22 +8,24 @@
 #include "support/commandLine.h"
 #include "support/gameInput.h"
 #include "support/san.h"
+#include "support/textFile.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <fstream>
 #include <iostream>
 #include <optional>
 
 namespace {
 
 constexpr const char* HELP =
-    R"(kestran-book [FEN] [--moves "MOVES"] [--tree DEPTH]
-kestran-book --check FILE [--polyglot-castling]
+    R"(Usage: kestran-book [FEN] [--moves "MOVES"] [--tree DEPTH]
+       kestran-book --check FILE [--polyglot-castling]
 
 Lists the moves that the engine's opening book has for a position, each with the number
-of book lines that play it and with its chance to be drawn.
+of book lines that play it there and with its chance to be drawn. What counts is the
+position: lines that reach it by another order of moves count, too, so the replies to a
+move can be more than the lines that play this move.
 
   FEN               the position, quoted or not; startpos, or nothing, for the start
   --moves "MOVES"   a game from FEN to the position: e2e4 e7e5
@@ -33,8 +35,8 @@ of book lines that play it and with its chance to be drawn.
   --polyglot-castling
                     in FILE, castling is the king taking its own rook, e1h1 not e1g1
 
-Exit status: 0; 1 if FILE has a line that stops early; 2 for input that makes no sense
-or a file that cannot be read.
+Exit status: 0; 1 if FILE has a line that stops early or the output cannot be written;
+2 for input that makes no sense or a file that cannot be read.
 )";
 
 constexpr int MAX_TREE_DEPTH = 40;
@@ -49,17 +51,25 @@ int sumOf(const std::vector<BookChoice>& choices) {
     return sum;
 }
 
+// Such as "43.1 %".
+std::string chanceText(int count, int sum) {
+    std::array<char, 16> text;
+    std::snprintf(text.data(), text.size(), "%.1f %%", 100.0 * count / sum);
+    return text.data();
+}
+
 void printTreeNode(const PolyglotBook& book, const Position& position, int ply, int depth,
                    const std::string& prefix, std::ostream& stream) {
     if (ply == depth) {
         return;
     }
     const std::vector<BookChoice> choices = getBookChoices(book, position);
+    const int sum = sumOf(choices);
     for (std::size_t i = 0; i < choices.size(); ++i) {
         const auto& [move, count] = choices[i];
         const bool isLast = i + 1 == choices.size();
         stream << prefix << (isLast ? "└─ " : "├─ ") << toNumberedSan(position, move, ply) << "  "
-               << count << '\n';
+               << count << "  " << chanceText(count, sum) << '\n';
         printTreeNode(book, positionAfter(position, move), ply + 1, depth,
                       prefix + (isLast ? "   " : "│  "), stream);
     }
@@ -78,11 +88,7 @@ std::string faultText(std::size_t index, const std::string& move, const std::str
 }
 
 int check(const std::string& path, bool polyglotCastling) {
-    std::ifstream file(path);
-    file.peek(); // a folder can be opened, but not read
-    if (!file.is_open() || file.bad()) {
-        throw UsageError("the file " + path + " cannot be opened");
-    }
+    std::ifstream file = openText(path);
     return checkBookText(file, path, polyglotCastling, std::cout) ? 0 : 1;
 }
 
@@ -139,8 +145,8 @@ void printBookMoves(const PolyglotBook& book, const Position& position, std::ost
     const int sum = sumOf(choices);
     for (const auto& [move, count] : choices) {
         std::array<char, 64> line;
-        std::snprintf(line.data(), line.size(), "%-7s %4d of %d  %5.1f %%\n",
-                      toSan(position, move).c_str(), count, sum, 100.0 * count / sum);
+        std::snprintf(line.data(), line.size(), "%-7s %4d of %d  %7s\n",
+                      toSan(position, move).c_str(), count, sum, chanceText(count, sum).c_str());
         stream << line.data();
     }
 }

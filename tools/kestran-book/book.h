@@ -20,8 +20,9 @@ std::vector<BookChoice> getBookChoices(const PolyglotBook& book, const Position&
 // Prints the book's moves in a position, each with its count and the chance to be drawn.
 void printBookMoves(const PolyglotBook& book, const Position& position, std::ostream& stream);
 
-// Prints the book from a position as a tree of `depth` plies, each move with its count.
-// Lines that meet in a position are counted together there.
+// Prints the book from a position as a tree of `depth` plies, each move with its count
+// and the chance to be drawn in its position. Lines that meet in a position are counted
+// together there.
 void printBookTree(const PolyglotBook& book, const Position& position, int depth,
                    std::ostream& stream);
 
