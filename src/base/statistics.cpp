@@ -68,11 +68,14 @@ void TestStatistics::sumStatistics() {
 void TestStatistics::printStatistics(int run, std::ostream& stream) const {
     const auto& counters = statistic[run];
     const auto& sums = sumStatistic[run];
-    const double secs = static_cast<double>(clockMilliseconds() - clockStart) / 1000.0;
+    const Milliseconds elapsed = clockMilliseconds() - clockStart;
+    // A rate counts no time as 1 millisecond.
+    const double rateSecs = static_cast<double>(std::max<Milliseconds>(elapsed, 1)) / 1000.0;
 
     stream << "Run: " << run << std::endl;
     stream << std::fixed << std::setprecision(3);
-    stream << "Measured duration: " << secs << " secs. " << std::endl;
+    stream << "Measured duration: " << static_cast<double>(elapsed) / 1000.0 << " secs. "
+           << std::endl;
     for (int type = 0; type < N_TYPES; ++type) {
         for (int depth = 0; depth < MAX_PLIES; ++depth) {
             if (counters[type][depth] != 0) {
@@ -83,7 +86,7 @@ void TestStatistics::printStatistics(int run, std::ostream& stream) const {
     }
     for (int type = 0; type < N_TYPES; ++type) {
         stream << "Sum of " << STATISTICS_NAMES[type] << ": " << sums[type] << std::endl;
-        printStatistic(STATISTICS_NAMES[type], sums[type], secs, stream);
+        printStatistic(STATISTICS_NAMES[type], sums[type], rateSecs, stream);
     }
 }
 

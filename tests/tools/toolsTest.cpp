@@ -4,6 +4,7 @@
 #include "board/makeMove.h"
 #include "board/moveGenerator.h"
 #include "kestran-bench/bench.h"
+#include "kestran-bench/benchReport.h"
 #include "notation/fen.h"
 #include "support/commandLine.h"
 #include "support/uciProcess.h"
@@ -68,8 +69,8 @@ TEST(Bench, PrintsALineForEachSearchAndTheSignatureLast) {
     const std::vector<std::string> lines = linesOf(bench.output);
     ASSERT_EQ(lines.size(), positions.size() + 3);
 
-    const std::regex form(" *(\\d+)  depth  1  score +(-?\\d+|mate -?\\d+)  nodes +(\\d+)"
-                          "  best ([a-h][1-8][a-h][1-8][qrbn]?)");
+    const std::regex form(" *(\\d+)  depth  1  score +(-?\\d+|mate [-+]\\d+)  nodes +(\\d+)"
+                          "  time +\\d+ ms  best ([a-h][1-8][a-h][1-8][qrbn]?)");
     std::int64_t nodes = 0;
     for (std::size_t i = 0; i < positions.size(); ++i) {
         std::smatch found;
@@ -117,27 +118,75 @@ std::vector<std::string> countersIn(const std::string& report) {
     return lines;
 }
 
-// Both searches count each legal move once, as a node and in the statistics.
+// Both searches count each legal move once, as a node and in the statistics. Each position
+// has a report of its own.
 TEST(Bench, PrintsStatisticsThatCanBeReadBack) {
     const ToolRun bench = run(BENCH, {"--stats", "--depth=1", "--hash", "1"});
-    const std::vector<std::string> lines = linesOf(bench.output);
-    ASSERT_FALSE(lines.empty());
-    const auto statistics = std::make_unique<TestStatistics>();
-    for (const std::string& line : lines) {
-        statistics->readLine(line);
-    }
-    std::stringstream report;
-    statistics->printAll(report);
-    EXPECT_EQ(countersIn(report.str()), countersIn(bench.output));
-
+    EXPECT_EQ(bench.output.find("nan"), std::string::npos);
+    const std::regex behindPosition("\\n(?= *\\d+  depth )");
     std::int64_t legalMoves = 0;
-    for (int pass = 0; pass <= statistics->getRunPointer(); ++pass) {
-        for (int ply = 0; ply < MAX_PLIES; ++ply) {
-            legalMoves += statistics->get(pass, TestStatistics::ORDINAL_SEARCH, ply) +
-                          statistics->get(pass, TestStatistics::Q_SEARCH, ply);
+    std::size_t reports = 0;
+    for (std::sregex_token_iterator part(bench.output.begin(), bench.output.end(), behindPosition,
+                                         -1);
+         part != std::sregex_token_iterator(); ++part, ++reports) {
+        const auto statistics = std::make_unique<TestStatistics>();
+        for (const std::string& line : linesOf(*part)) {
+            statistics->readLine(line);
+        }
+        std::stringstream report;
+        statistics->printAll(report);
+        EXPECT_EQ(countersIn(report.str()), countersIn(*part));
+        for (int pass = 0; pass <= statistics->getRunPointer(); ++pass) {
+            for (int ply = 0; ply < MAX_PLIES; ++ply) {
+                legalMoves += statistics->get(pass, TestStatistics::ORDINAL_SEARCH, ply) +
+                              statistics->get(pass, TestStatistics::Q_SEARCH, ply);
+            }
         }
     }
-    EXPECT_EQ(numberOf(lines.back(), "Bench: "), legalMoves);
+    EXPECT_EQ(reports, getBenchPositions().size());
+    EXPECT_EQ(numberOf(linesOf(bench.output).back(), "Bench: "), legalMoves);
+}
+
+// Mates for and against the side to move, one on the board, and a stalemate.
+TEST(Bench, SearchesThePositionsOfAFile) {
+    const TextFile file("6k1/5ppp/8/8/8/8/8/R5K1 w - - bm Ra8; id \"a\\b\";\n"
+                        "7k/8/6K1/8/8/8/8/R7 b - - 3 40\n"
+                        "7k/6Q1/6K1/8/8/8/8/8 b \" -\n"
+                        "7k/5Q2/6K1/8/8/8/8/8 b - -\n");
+    const std::vector<std::string> lines = linesOf(run(BENCH, {"--epd", file.path}).output);
+    ASSERT_EQ(lines.size(), 7U);
+    for (const auto& [line, score] : std::vector<std::pair<std::size_t, std::string>>{
+             {0, "  score mate +1  "},
+             {1, "  score mate -1  "},
+             {2, "  score   mated  "},
+             {3, "  score       0  "},
+         }) {
+        EXPECT_NE(lines[line].find(score), std::string::npos) << lines[line];
+    }
+    EXPECT_TRUE(lines[2].ends_with("best (none)")) << lines[2];
+
+    const std::string json = run(BENCH, {"--epd", file.path, "--json", "--repeat", "3"}).output;
+    for (const char* part :
+         {R"("fen": "7k/8/6K1/8/8/8/8/R7 b - - 3 40", "depth": 4, "score": )", R"("mate": -1, )",
+          R"("fen": "7k/6Q1/6K1/8/8/8/8/8 b \" -")", R"("best": null},)", R"("runs": 3,)"}) {
+        EXPECT_NE(json.find(part), std::string::npos) << part << " in " << json;
+    }
+    EXPECT_TRUE(
+        json.ends_with("\n  \"bench\": " + std::to_string(numberOf(lines[6], "Bench: ")) + "\n}\n"))
+        << json;
+}
+
+// Times of three positions in four runs, of which the sums are 100, 50, 400 and 200.
+TEST(Bench, TellsMedianAndExtremesOfSeveralRuns) {
+    BenchReport report = {16, 4, {}};
+    for (const std::vector<Milliseconds>& millis :
+         {std::vector<Milliseconds>{40, 10, 100, 50}, {60, 40, 300, 150}, {0, 0, 0, 0}}) {
+        report.positions.push_back({"", 1, {}, 2000, millis});
+    }
+    std::ostringstream summary;
+    printSummary(report, summary);
+    EXPECT_EQ(summary.str(), "Runs: 4\nTime: 150 ms (50 to 400)\n"
+                             "Nodes per second: 45000 (15000 to 120000)\nBench: 6000\n");
 }
 
 struct PerftCase {
@@ -223,6 +272,8 @@ TEST(Tools, TellOfBadInputInOneLine) {
              BadInput{BENCH, {"--hash", "513"}, "from 0 to 512"},
              BadInput{BENCH, {"--fast"}, "unknown option --fast"},
              BadInput{BENCH, {"startpos"}, "no \"startpos\""},
+             BadInput{BENCH, {"--json", "--stats"}, "do not go together"},
+             BadInput{BENCH, {"--depth", "2", "--depth=3"}, "--depth is given twice"},
              BadInput{PERFT, {}, "a position and a depth"},
              BadInput{PERFT, {"3"}, "a position and a depth"},
              BadInput{PERFT, {"startpos", "13"}, "from 0 to 12"},

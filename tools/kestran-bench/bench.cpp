@@ -2,19 +2,18 @@
 
 #include "base/engineParameters.h"
 #include "base/statistics.h"
+#include "kestran-bench/benchReport.h"
 #include "notation/fen.h"
-#include "notation/longAlgebraicMove.h"
 #include "search/hashTable.h"
 #include "search/ida.h"
-#include "search/infoStruct.h"
-#include "search/score.h"
 #include "support/commandLine.h"
+#include "support/epd.h"
 
 #include <array>
-#include <iomanip>
 #include <iostream>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <vector>
 
 namespace {
@@ -62,57 +61,122 @@ constexpr std::array BENCH_POSITIONS = {
     BenchPosition{"8/8/3k4/2p1r3/2P1B3/3K4/8/8 w - - 92 90", 7},
 };
 
+constexpr int DEFAULT_EPD_DEPTH = 4; // plies
+constexpr int MAX_REPEATS = 1000;
+
 struct BenchOptions {
-    std::optional<int> depth; // for every position
+    std::optional<std::string> path; // of a file of positions, in place of the set
+    std::optional<int> depth;        // for every position
     int hashMebibytes = DEFAULT_HASH;
+    int runs = 1;
     bool withStatistics = false;
+    bool asJson = false;
 };
 
 BenchOptions readOptions(CommandLine& commandLine) {
     BenchOptions options;
     options.withStatistics = commandLine.takeFlag("--stats");
-    if (const auto depth = commandLine.takeOption("--depth")) {
-        options.depth = parseNumber(*depth, "the depth", 1, MAX_PASSES);
-    }
-    if (const auto hash = commandLine.takeOption("--hash")) {
-        options.hashMebibytes = parseNumber(*hash, "the size of the table", EngineConfig::HASH_MIN,
-                                            EngineConfig::HASH_MAX);
-    }
+    options.asJson = commandLine.takeFlag("--json");
+    options.path = commandLine.takeOption("--epd");
+    options.depth = takeNumber(commandLine, "--depth", 1, MAX_PASSES);
+    options.hashMebibytes =
+        takeNumber(commandLine, "--hash", EngineConfig::HASH_MIN, EngineConfig::HASH_MAX)
+            .value_or(DEFAULT_HASH);
+    options.runs = takeNumber(commandLine, "--repeat", 1, MAX_REPEATS).value_or(1);
     const std::vector<std::string> rest = commandLine.takeRest();
     if (!rest.empty()) {
-        throw UsageError("the bench has positions of its own and takes no \"" + rest.front() +
-                         "\"");
+        throw UsageError("the bench takes positions from a file, with --epd, and no \"" +
+                         rest.front() + "\"");
+    }
+    if (options.withStatistics && options.asJson) {
+        throw UsageError("--stats and --json do not go together");
     }
     return options;
 }
 
-std::string scoreToString(int evaluation) {
-    const int mateIn = mateInFromEval(evaluation);
-    return mateIn != 0 ? "mate " + std::to_string(mateIn) : std::to_string(evaluation);
+struct BenchTask {
+    std::string fen;
+    Position position;
+    int depth;
+};
+
+std::vector<BenchTask> readTasks(const BenchOptions& options) {
+    std::vector<BenchTask> tasks;
+    if (options.path) {
+        for (const EpdRecord& record : readEpd(*options.path)) {
+            tasks.push_back(
+                {record.fen, record.position, options.depth.value_or(DEFAULT_EPD_DEPTH)});
+        }
+        return tasks;
+    }
+    for (const auto& [fen, depth] : getBenchPositions()) {
+        BenchTask& task = tasks.emplace_back(BenchTask{fen, {}, options.depth.value_or(depth)});
+        setFenNotation(task.position, fen);
+    }
+    return tasks;
 }
 
-std::string bestMoveOf(const Variant& line) {
-    return line.varLength > 0 ? LongAlgebraicMove(line.get(0).move).toString() : "(none)";
+// Takes the result of one more run. Throws if the search was another one than before.
+void addRun(BenchedPosition& position, const BenchResult& result) {
+    if (!position.millis.empty() && result.nodes != position.nodes) {
+        throw std::runtime_error("the search of " + position.fen +
+                                 " is not the same each time: " + std::to_string(position.nodes) +
+                                 " nodes, then " + std::to_string(result.nodes));
+    }
+    position.line = result.line;
+    position.nodes = result.nodes;
+    position.millis.push_back(result.millis);
 }
 
-void printResult(std::size_t number, int depth, const BenchResult& result) {
-    std::cout << std::setw(2) << number << "  depth " << std::setw(2) << depth << "  score "
-              << std::setw(7) << scoreToString(result.line.evaluation) << "  nodes " << std::setw(9)
-              << result.nodes << "  best " << bestMoveOf(result.line) << std::endl;
+// Searches everything once, and tells in the last run of each search.
+void runOnce(const std::vector<BenchTask>& tasks, const BenchOptions& options, int run,
+             BenchReport& report) {
+    Progress progress;
+    const bool isLast = run + 1 == options.runs;
+    const std::string runText = options.runs > 1 ? "run " + std::to_string(run + 1) + " of " +
+                                                       std::to_string(options.runs) + ", "
+                                                 : "";
+    for (std::size_t i = 0; i < tasks.size(); ++i) {
+        progress.show(runText + "position " + std::to_string(i + 1) + " of " +
+                      std::to_string(tasks.size()));
+        if (options.withStatistics) {
+            testStatistics.reset();
+        }
+        const BenchTask& task = tasks[i];
+        BenchedPosition& benched = report.positions[i];
+        addRun(benched, searchAfresh(task.position, task.depth, options.hashMebibytes));
+        progress.show("");
+        if (isLast && !options.asJson) {
+            printPosition(i + 1, benched, std::cout);
+        }
+        if (isLast && options.withStatistics) {
+            testStatistics.printAll(std::cout);
+        }
+    }
 }
 
 } // namespace
 
 const std::string BENCH_HELP =
-    R"(Usage: kestran-bench [--depth N] [--hash MIB] [--stats]
+    R"(Usage: kestran-bench [--depth N] [--hash MIB] [--epd FILE] [--repeat N] [--stats | --json]
 
 Searches a fixed set of positions to fixed depths, each on empty tables, and prints depth,
-score in thousandths of a pawn, nodes and best move of each. The last line, "Bench: N",
-gives the nodes of all searches together: the signature of the search.
+score, nodes, time and best move of each. A score is in thousandths of a pawn for the side
+to move; "mate +3" says that it mates in three moves, "mate -3" that it is mated. The last
+line, "Bench: N", gives the nodes of all searches together: the signature of the search.
 
   --depth N   searches every position N plies deep, 1 to 20
   --hash MIB  size of the table in mebibytes, 0 to 512, 16 by default
-  --stats     prints the counters of every pass as well
+  --epd FILE  searches the positions of a file instead, 4 plies deep by default: a line for
+              each, four or six fields of FEN; what follows them plays no part
+  --repeat N  searches everything N times, 1 to 1000, and prints the median of time and
+              speed, and in brackets the least and the most
+  --stats     prints the counters of every pass behind each position
+  --json      prints one object of JSON: a list of the positions with the median of their
+              times, then median, least and most of time and speed of a run
+
+Exit status: 0; 1 if a search is not the same each time or the output cannot be written;
+2 for input that makes no sense.
 )";
 
 std::span<const BenchPosition> getBenchPositions() {
@@ -120,6 +184,12 @@ std::span<const BenchPosition> getBenchPositions() {
 }
 
 BenchResult searchAfresh(const std::string& fen, int depth, int hashMebibytes) {
+    Position position;
+    setFenNotation(position, fen);
+    return searchAfresh(position, depth, hashMebibytes);
+}
+
+BenchResult searchAfresh(Position position, int depth, int hashMebibytes) {
     const std::unique_ptr<EngineConfig> config = EngineConfig::getProdConfig();
     config->hashTableSize = entriesOf(hashMebibytes);
     const auto ida = std::make_unique<Ida>(*config);
@@ -128,8 +198,6 @@ BenchResult searchAfresh(const std::string& fen, int depth, int hashMebibytes) {
         throw UsageError("there is no memory for a table of " + std::to_string(hashMebibytes) +
                          " MiB");
     }
-    Position position;
-    setFenNotation(position, fen);
     // The game begins here, so the position has been on the board once.
     state.path.begin({&position.carried.hash, 1});
 
@@ -143,27 +211,18 @@ BenchResult searchAfresh(const std::string& fen, int depth, int hashMebibytes) {
 
 int runBench(CommandLine& commandLine) {
     const BenchOptions options = readOptions(commandLine);
-    testStatistics.reset();
-    Progress progress;
-    std::int64_t nodes = 0;
-    Milliseconds millis = 0;
-    std::size_t number = 0;
-    for (const BenchPosition& position : getBenchPositions()) {
-        ++number;
-        progress.show("position " + std::to_string(number) + " of " +
-                      std::to_string(getBenchPositions().size()));
-        const int depth = options.depth.value_or(position.depth);
-        const BenchResult result = searchAfresh(position.fen, depth, options.hashMebibytes);
-        nodes += result.nodes;
-        millis += result.millis;
-        progress.show("");
-        printResult(number, depth, result);
+    const std::vector<BenchTask> tasks = readTasks(options);
+    BenchReport report = {options.hashMebibytes, options.runs, {}};
+    for (const BenchTask& task : tasks) {
+        report.positions.push_back({task.fen, task.depth, {}, 0, {}});
     }
-    if (options.withStatistics) {
-        testStatistics.printAll(std::cout);
+    for (int run = 0; run < options.runs; ++run) {
+        runOnce(tasks, options, run, report);
     }
-    std::cout << "Time: " << millis << " ms\n"
-              << "Nodes per second: " << nodesPerSecond(nodes, millis) << '\n'
-              << "Bench: " << nodes << '\n';
+    if (options.asJson) {
+        printJson(report, std::cout);
+    } else {
+        printSummary(report, std::cout);
+    }
     return 0;
 }

@@ -1,0 +1,153 @@
+#include "kestran-bench/benchReport.h"
+
+#include "notation/longAlgebraicMove.h"
+#include "search/infoStruct.h"
+#include "search/score.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <iomanip>
+#include <numeric>
+#include <ostream>
+
+namespace {
+
+// The middle of some values, and the ends between which all of them lie.
+struct Spread {
+    std::int64_t median; // of an even number, the mean of the middle two
+    std::int64_t least;
+    std::int64_t most;
+};
+
+// `values` are not empty.
+Spread spreadOf(std::vector<std::int64_t> values) {
+    std::ranges::sort(values);
+    const std::size_t half = values.size() / 2;
+    const std::int64_t median =
+        values.size() % 2 != 0 ? values[half] : std::midpoint(values[half - 1], values[half]);
+    return {median, values.front(), values.back()};
+}
+
+std::int64_t totalNodes(const BenchReport& report) {
+    std::int64_t nodes = 0;
+    for (const BenchedPosition& position : report.positions) {
+        nodes += position.nodes;
+    }
+    return nodes;
+}
+
+// The time of all searches of a run, run by run.
+std::vector<std::int64_t> runMillis(const BenchReport& report) {
+    std::vector<std::int64_t> sums(static_cast<std::size_t>(report.runs), 0);
+    for (const BenchedPosition& position : report.positions) {
+        for (std::size_t run = 0; run < sums.size(); ++run) {
+            sums[run] += position.millis[run];
+        }
+    }
+    return sums;
+}
+
+std::vector<std::int64_t> runRates(const BenchReport& report) {
+    std::vector<std::int64_t> rates = runMillis(report);
+    const std::int64_t nodes = totalNodes(report);
+    for (std::int64_t& rate : rates) {
+        rate = nodesPerSecond(nodes, rate);
+    }
+    return rates;
+}
+
+bool isMate(int evaluation) {
+    return isUpperMateLimit(evaluation) || isBottomMateLimit(evaluation);
+}
+
+// Moves to the mate, below 0 if the side to move is mated. The score is a mate.
+std::int64_t mateMoves(int evaluation) {
+    const std::int64_t plies = std::int64_t{-MATED_EVALUATION} - std::abs(std::int64_t{evaluation});
+    return (evaluation < 0 ? -1 : 1) * ((plies + 1) / 2);
+}
+
+// Empty if there is no legal move.
+std::string bestMoveOf(const Variant& line) {
+    return line.varLength > 0 ? LongAlgebraicMove(line.get(0).move).toString() : "";
+}
+
+std::string quoted(const std::string& text) {
+    std::string result = "\"";
+    for (const char letter : text) {
+        if (letter == '"' || letter == '\\') {
+            result += '\\';
+        }
+        if (static_cast<unsigned char>(letter) < ' ') {
+            std::array<char, 8> code;
+            std::snprintf(code.data(), code.size(), "\\u%04x", static_cast<unsigned>(letter));
+            result += code.data();
+        } else {
+            result += letter;
+        }
+    }
+    return result + '"';
+}
+
+void printJsonPosition(const BenchedPosition& position, std::ostream& stream) {
+    const int score = position.line.evaluation;
+    const std::string best = bestMoveOf(position.line);
+    stream << R"(    {"fen": )" << quoted(position.fen) << R"(, "depth": )" << position.depth
+           << R"(, "score": )" << score << R"(, "mate": )"
+           << (isMate(score) ? std::to_string(mateMoves(score)) : "null") << R"(, "nodes": )"
+           << position.nodes << R"(, "millis": )" << spreadOf(position.millis).median
+           << R"(, "best": )" << (best.empty() ? "null" : quoted(best)) << '}';
+}
+
+void printJsonSpread(const char* name, const Spread& spread, std::ostream& stream) {
+    stream << "  " << quoted(name) << R"(: {"median": )" << spread.median << R"(, "least": )"
+           << spread.least << R"(, "most": )" << spread.most << "},\n";
+}
+
+} // namespace
+
+std::string scoreToString(int evaluation) {
+    if (!isMate(evaluation)) {
+        return std::to_string(evaluation);
+    }
+    const std::int64_t moves = mateMoves(evaluation);
+    return moves == 0 ? "mated" : (moves > 0 ? "mate +" : "mate ") + std::to_string(moves);
+}
+
+void printPosition(std::size_t number, const BenchedPosition& position, std::ostream& stream) {
+    const std::string best = bestMoveOf(position.line);
+    stream << std::setw(2) << number << "  depth " << std::setw(2) << position.depth << "  score "
+           << std::setw(7) << scoreToString(position.line.evaluation) << "  nodes " << std::setw(9)
+           << position.nodes << "  time " << std::setw(6) << spreadOf(position.millis).median
+           << " ms  best " << (best.empty() ? "(none)" : best) << std::endl;
+}
+
+void printSummary(const BenchReport& report, std::ostream& stream) {
+    const Spread millis = spreadOf(runMillis(report));
+    const Spread rates = spreadOf(runRates(report));
+    const auto spreadText = [&](const Spread& spread) {
+        return report.runs == 1 ? ""
+                                : " (" + std::to_string(spread.least) + " to " +
+                                      std::to_string(spread.most) + ")";
+    };
+    if (report.runs > 1) {
+        stream << "Runs: " << report.runs << '\n';
+    }
+    stream << "Time: " << millis.median << " ms" << spreadText(millis) << '\n'
+           << "Nodes per second: " << rates.median << spreadText(rates) << '\n'
+           << "Bench: " << totalNodes(report) << '\n';
+}
+
+void printJson(const BenchReport& report, std::ostream& stream) {
+    stream << "{\n  \"positions\": [\n";
+    for (const BenchedPosition& position : report.positions) {
+        printJsonPosition(position, stream);
+        stream << (&position == &report.positions.back() ? "\n" : ",\n");
+    }
+    stream << "  ],\n  \"hash\": " << report.hashMebibytes << ",\n  \"runs\": " << report.runs
+           << ",\n";
+    printJsonSpread("millis", spreadOf(runMillis(report)), stream);
+    printJsonSpread("nodesPerSecond", spreadOf(runRates(report)), stream);
+    stream << "  \"bench\": " << totalNodes(report) << "\n}\n";
+}

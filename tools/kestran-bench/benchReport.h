@@ -1,0 +1,39 @@
+// What the bench tells of its searches, for people and for programs.
+#pragma once
+
+#include "base/platform.h"
+#include "search/variant.h"
+
+#include <cstdint>
+#include <iosfwd>
+#include <string>
+#include <vector>
+
+// A position of the bench and what its searches have found, which is the same in each run.
+struct BenchedPosition {
+    std::string fen;
+    int depth;                        // plies
+    Variant line;                     // with its score for the side to move
+    std::int64_t nodes;               // moves played by one search
+    std::vector<Milliseconds> millis; // of the search, run by run
+};
+
+struct BenchReport {
+    int hashMebibytes; // size of the table
+    int runs;          // at least 1
+    std::vector<BenchedPosition> positions;
+};
+
+// The score of a search for a person: thousandths of a pawn, or "mate +3", "mate -3" for
+// the side to move that mates or is mated in so many moves, or "mated".
+std::string scoreToString(int evaluation);
+
+// One line for a position; its time is the median of its runs.
+void printPosition(std::size_t number, const BenchedPosition& position, std::ostream& stream);
+
+// Time and speed of a run, of several runs the median and the extremes, and, last, the
+// nodes of all searches of a run together.
+void printSummary(const BenchReport& report, std::ostream& stream);
+
+// All of it as one object of JSON.
+void printJson(const BenchReport& report, std::ostream& stream);
