@@ -1,16 +1,35 @@
 // The long run itself: a healthy engine gets through it, and one that does wrong does not.
 
 #include "kestran-soak/soak.h"
+#include "support/uciProcess.h"
 
+#include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
+#include <regex>
+#include <sstream>
+#include <unistd.h>
 
 namespace {
 
 const std::string ENGINE = KESTRAN_BINARY_DIR "/kestran";
 
+// A folder that lives as long as the object.
+struct TestFolder {
+    TestFolder() { std::filesystem::remove_all(path); }
+    TestFolder(const TestFolder&) = delete;
+    TestFolder& operator=(const TestFolder&) = delete;
+    ~TestFolder() { std::filesystem::remove_all(path); }
+
+    const std::string path = testing::TempDir() + "soakTest." + std::to_string(getpid());
+};
+
 // A game of an engine whose words go through a filter of the shell.
 SoakReport playFiltered(const std::string& filter) {
-    return runSoak({.engine = "/bin/sh", .arguments = {"-c", ENGINE + " | " + filter}, .plies = 6});
+    return runSoak({.engine = "/bin/sh",
+                    .arguments = {"-c", ENGINE + " | " + filter},
+                    .plies = 6,
+                    .records = TestFolder().path});
 }
 
 TEST(Soak, HealthyEngine) {
@@ -32,15 +51,75 @@ TEST(Soak, GrowingMemoryIsAFault) {
 }
 
 TEST(Soak, EngineThatIsNotThere) {
-    EXPECT_EQ(runSoak({.engine = ENGINE + "-not"}).protocolFaults.size(), 1U);
+    EXPECT_THROW(runSoak({.engine = ENGINE + "-not", .games = 3, .jobs = 2}), CannotStart);
 }
 
-TEST(Soak, IllegalMove) {
+TEST(Soak, StopsWhenItIsToldTo) {
+    int asked = 0;
     const SoakReport report =
-        playFiltered(R"(sed -u '/score/!s/^\(info pv\|bestmove\) .*/\1 a1a1/')");
-    EXPECT_EQ(report.illegalMoves.size(), 1U);
+        runSoak({.engine = ENGINE, .games = 5, .isStopWanted = [&asked] { return ++asked > 3; }});
+    EXPECT_EQ(report.games, 1);
+    EXPECT_EQ(report.unfinished, 1);
+    EXPECT_TRUE(report.isClean());
+    ASSERT_EQ(report.record.size(), 1U);
+    EXPECT_EQ(report.record[0].termination, "unterminated");
+}
+
+TEST(Soak, IllegalMoveLeavesItsGameInAFile) {
+    const TestFolder folder;
+    const std::string filter = R"(sed -u '/score/!s/^\(info pv\|bestmove\) .*/\1 a1a1/')";
+    const SoakReport report = runSoak({.engine = "/bin/sh",
+                                       .arguments = {"-c", ENGINE + " | " + filter},
+                                       .first = 3,
+                                       .records = folder.path + "/new"});
+    ASSERT_EQ(report.illegalMoves.size(), 1U);
     EXPECT_EQ(report.protocolFaults, std::vector<std::string>());
     EXPECT_FALSE(report.isClean());
+    const std::string name = folder.path + "/new/soak-seed1-game3.txt";
+    EXPECT_TRUE(report.illegalMoves[0].ends_with("all of it in " + name)) << report.illegalMoves[0];
+    std::ostringstream text;
+    text << std::ifstream(name).rdbuf();
+    for (const char* part :
+         {"^Fault: game 3, ply 0, .*: a1a1\n", "\nAgain: tools/soak 1 --seed 1 --first 3\n",
+          "\nStart: \\S+ [wb] .* 1\n", "\nMoves:\n", "\nPosition: \\S+ [wb] \\S+ \\S+ \\d+\n",
+          "\n +\\d+ > uci\n", "\n +\\d+ > position fen .*\n", "\n +\\d+ < bestmove a1a1\n"}) {
+        EXPECT_TRUE(std::regex_search(text.str(), std::regex(part))) << part << text.str();
+    }
+}
+
+TEST(Soak, GamesInPgn) {
+    const PlayedGame game = {.number = 7,
+                             .seed = 2,
+                             .fen = "6k1/5ppp/8/8/8/8/1P6/R5K1 b - - 3 1",
+                             .moves = {"h7h6", "a1a8", "g8h7", "b2b4"},
+                             .termination = "abandoned",
+                             .timeControl = "40/5",
+                             .fault = "said {\"x\"}, which is a text that is longer than a line"};
+    const std::string text = toPgn(game);
+    EXPECT_EQ(std::regex_replace(text, std::regex("20\\d\\d\\.\\d\\d\\.\\d\\d"), "today"),
+              "[Event \"Soak, seed 2\"]\n[Site \"?\"]\n[Date \"today\"]\n[Round \"7\"]\n"
+              "[White \"Kestran\"]\n[Black \"Kestran\"]\n[Result \"*\"]\n"
+              "[Termination \"abandoned\"]\n[TimeControl \"40/5\"]\n[SetUp \"1\"]\n"
+              "[FEN \"6k1/5ppp/8/8/8/8/1P6/R5K1 b - - 3 1\"]\n\n"
+              "1... h6 2. Ra8+ Kh7 3. b4 {said \"x\", which is a text that is longer than a\n"
+              "line} *\n\n");
+}
+
+// What it refuses before it plays.
+TEST(Soak, RefusesWhatMakesNoSense) {
+    for (const auto& [words, reason] : std::vector<std::pair<std::string, std::string>>{
+             {"1 --engine " + ENGINE + "-not", "cannot start "},
+             {"1 --engine /bin/true --pgn /no/games", "\"/no/games\" cannot be written"},
+             {"1 --engine /bin/true --pgn /", "\"/\" cannot be written"},
+             {"0 --engine /bin/true", "GAMES is a whole number from 1"},
+             {"--engine /bin/true", "how many games"},
+         }) {
+        UciProcess soak("/bin/sh", {"-c", "exec \"$0\" $1", ENGINE + "-soak", words});
+        const auto end = soak.waitForEnd(UciProcess::Timeout(20000));
+        ASSERT_TRUE(end && end->exited) << words;
+        EXPECT_EQ(end->status, 2) << words;
+        EXPECT_NE(soak.readErrors().find(reason), std::string::npos) << soak.readErrors();
+    }
 }
 
 TEST(Soak, LateAnswer) {

@@ -1,27 +1,28 @@
 #include "kestran-soak/soak.h"
 
-#include "base/cppIoUtils.h"
+#include "kestran-soak/player.h"
 #include "support/naiveRules.h"
-#include "support/uciProcess.h"
+#include "support/textFile.h"
 
 #include <algorithm>
 #include <array>
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
+#include <exception>
+#include <filesystem>
+#include <iomanip>
 #include <map>
 #include <memory>
 #include <mutex>
-#include <optional>
 #include <random>
-#include <regex>
 #include <sstream>
 #include <stdexcept>
 #include <thread>
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using Clock = Player::Clock;
 using std::chrono::milliseconds;
 
 constexpr int LEAST_OPENING = 4; // plies of a random opening
@@ -30,177 +31,73 @@ constexpr int DRAWN_CLOCK = 100;
 constexpr int DRAWN_REPETITIONS = 3;
 constexpr long MOVE_TIME_GRACE = 150; // milliseconds that an answer may come late
 constexpr long MEMORY_GROWTH = 4096;  // KiB that a process may gain after its first game
-constexpr milliseconds REPLY_TIME{2000};
-constexpr milliseconds ANSWER_TIME{10000};
 
 // A way to measure time, in milliseconds. Without a clock `moveTime` counts.
 struct TimeForm {
     long moveTime;
     long clock;
     long increment;
-    int moves; // after which the clock gets its time again, 0 for never
+    int moves;        // after which the clock gets its time again, 0 for never
+    const char* text; // the same in seconds, as PGN has it
 };
 constexpr std::array<TimeForm, 3> TIME_FORMS = {
-    {{120, 0, 0, 0}, {0, 2000, 100, 0}, {0, 5000, 0, 40}}};
+    {{120, 0, 0, 0, "1/0.12"}, {0, 2000, 100, 0, "2+0.1"}, {0, 5000, 0, 40, "40/5"}}};
 // The sizes of the table, by game in groups of all time forms.
 constexpr std::array<int, 2> HASH_SIZES = {192, 16};
-
-const std::string MOVES = "((?: [a-h][1-8][a-h][1-8][qrbn]?)+)";
-const std::regex REPORT("info pv" + MOVES +
-                        R"( score cp -?\d+ depth \d+ seldepth \d+ nodes \d+ time \d+ nps \d+ )");
-const std::regex CLOSING("info pv" + MOVES);
-
-// An engine that does not keep to the protocol.
-class ProtocolFault : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
-
-// The engine's process, in the words of the protocol.
-class Player {
-public:
-    Player(const std::string& path, const std::vector<std::string>& arguments)
-        : process(path, arguments) {
-        say("uci");
-        expect("id name KESTRAN CHESS 1.1.2");
-        expect("id author Bremo Talvik");
-        expect("option name Hash type spin min 0 max 512 default 192 ");
-        expect("uciok");
-    }
-
-    void say(const std::string& line) {
-        if (!process.send(line)) {
-            throw ProtocolFault("the engine reads no more");
-        }
-    }
-
-    // Exactly this line comes next.
-    void expect(const std::string& wanted) {
-        const std::optional<std::string> line = process.readLine(REPLY_TIME);
-        if (line != wanted) {
-            throw ProtocolFault("not \"" + wanted + "\" but " +
-                                (line ? '"' + *line + '"' : "nothing"));
-        }
-    }
-
-    // Nothing stands in the pipe, and the engine hears.
-    void expectQuiet() {
-        say("isready");
-        expect("readyok");
-    }
-
-    void setHash(int size) { say("setoption name Hash value " + std::to_string(size)); }
-
-    // The move of the answer to a `go`. The lines of the answer are checked, and as moves
-    // on `board`.
-    std::string readAnswer(const NaiveBoard& board) {
-        const Clock::time_point deadline = Clock::now() + ANSWER_TIME;
-        std::vector<std::string> lines;
-        while (lines.empty() || !lines.back().starts_with("bestmove ")) {
-            const auto left = std::chrono::duration_cast<milliseconds>(deadline - Clock::now());
-            std::optional<std::string> line = process.readLine(std::max(left, milliseconds(0)));
-            if (!line) {
-                throw ProtocolFault("no bestmove");
-            }
-            lines.push_back(std::move(*line));
-        }
-        answered = Clock::now();
-        checkAnswer(lines, board);
-        return lines.back().substr(std::string("bestmove ").size());
-    }
-    Clock::time_point getAnswered() const { return answered; }
-
-    // With the smallest table in force.
-    long getResidentKib() {
-        setHash(1);
-        say("position startpos moves a2a3 a7a6 h2h3");
-        say("go movetime 0");
-        NaiveBoard board;
-        for (const char* move : {"a2a3", "a7a6", "h2h3"}) {
-            board.play(move);
-        }
-        readAnswer(board);
-        expectQuiet();
-        return process.getResidentKib();
-    }
-
-    // Ends the process, which must do so at once and without complaint.
-    void quit() {
-        say("quit");
-        const std::optional<UciProcess::End> end = process.waitForEnd(REPLY_TIME);
-        if (!end || !end->exited || end->status != 0) {
-            throw ProtocolFault("no clean end after quit");
-        }
-        if (!process.readErrors().empty()) {
-            throw ProtocolFault("on standard error: " + process.readErrors());
-        }
-    }
-
-private:
-    static void checkLine(const std::string& line, const std::regex& form, NaiveBoard board) {
-        std::smatch parts;
-        if (!std::regex_match(line, parts, form)) {
-            throw ProtocolFault("not of its form: \"" + line + '"');
-        }
-        for (const std::string& move : splitString(parts[1])) {
-            if (!board.play(move)) {
-                throw ProtocolFault("illegal move in \"" + line + '"');
-            }
-        }
-    }
-
-    static void checkAnswer(const std::vector<std::string>& lines, const NaiveBoard& board) {
-        if (lines.size() < 2) {
-            throw ProtocolFault("no closing line before \"" + lines.back() + '"');
-        }
-        for (std::size_t i = 0; i + 2 < lines.size(); ++i) {
-            checkLine(lines[i], REPORT, board);
-        }
-        const std::string& closing = lines[lines.size() - 2];
-        const std::vector<std::string> words = splitString(closing);
-        if (words.size() < 3 || lines.back() != "bestmove " + words[2]) {
-            throw ProtocolFault('"' + lines.back() + "\" behind \"" + closing + '"');
-        }
-        // A first move that is not legal is counted as such by the game.
-        const std::vector<std::string> legal = board.getLegalMoves();
-        if (std::ranges::binary_search(legal, words[2])) {
-            checkLine(closing, CLOSING, board);
-        }
-    }
-
-    UciProcess process;
-    Clock::time_point answered;
-};
 
 // One game, of a number that decides all about it.
 class Game {
 public:
-    Game(const SoakOptions& options, int number)
-        : form(TIME_FORMS[static_cast<std::size_t>(number) % TIME_FORMS.size()]),
-          margin(options.margin), mostPlies(options.plies),
-          name("game " + std::to_string(number)), clocks{form.clock, form.clock} {
+    Game(const SoakOptions& _options, int number)
+        : options(_options),
+          form(TIME_FORMS[static_cast<std::size_t>(number) % TIME_FORMS.size()]), clocks{
+                                                                                      form.clock,
+                                                                                      form.clock} {
         hash = HASH_SIZES[static_cast<std::size_t>(number) / TIME_FORMS.size() % HASH_SIZES.size()];
-        playOpening(options.seed, number);
+        game.number = number;
+        game.seed = options.seed;
+        game.timeControl = form.text;
+        playOpening();
     }
 
-    SoakReport play(Player& player) {
+    // Plays to the end, which may be a fault. ProtocolFault if the engine is no longer one.
+    void play(Player& player) {
         player.say("ucinewgame");
         player.setHash(hash);
         while (!isOver() && playMove(player)) {
         }
         report.games = 1;
-        return report;
     }
 
-    // What has been seen so far, and a fault that ends the game.
-    SoakReport stop(const std::string& fault) {
-        report.protocolFaults.push_back(describe(fault));
-        return report;
+    // A fault against the protocol, found now.
+    void breakOff(const std::string& fault) {
+        endByFault(report.protocolFaults, fault, "abandoned");
+    }
+
+    // What has been seen so far.
+    SoakReport getReport() const {
+        SoakReport result = report;
+        result.record = {game};
+        return result;
+    }
+
+    // Empty as long as there is none.
+    const std::string& getFault() const { return game.fault; }
+
+    // How to come back to where the game stands, for a person.
+    std::string describe() const {
+        std::ostringstream text;
+        text << "Again: tools/soak 1 --seed " << game.seed << " --first " << game.number << '\n'
+             << "Time: " << game.timeControl << ", table: " << hash << " MiB\n"
+             << "Start: " << (game.fen.empty() ? "startpos" : game.fen) << '\n'
+             << "Moves:" << moveText() << '\n'
+             << "Position: " << board.getIdentity() << ' ' << board.getHalfMoveClock() << '\n';
+        return text.str();
     }
 
 private:
-    void playOpening(unsigned seed, int number) {
-        std::seed_seq seeds{seed, static_cast<unsigned>(number)};
+    void playOpening() {
+        std::seed_seq seeds{game.seed, static_cast<unsigned>(game.number)};
         std::mt19937 random(seeds);
         const std::size_t plies = LEAST_OPENING + random() % (MOST_OPENING - LEAST_OPENING + 1);
         for (std::size_t ply = 0; ply < plies; ++ply) {
@@ -211,10 +108,9 @@ private:
             play(legal[random() % legal.size()]);
         }
         // Every other game starts from the text of the position that it has led to.
-        if (number % 2 != 0) {
-            start = "fen " + board.getIdentity() + ' ' + std::to_string(board.getHalfMoveClock()) +
-                    " 1";
-            moves.clear();
+        if (game.number % 2 != 0) {
+            game.fen = board.getIdentity() + ' ' + std::to_string(board.getHalfMoveClock()) + " 1";
+            game.moves.clear();
             occurrences.clear();
         }
         ++occurrences[board.getIdentity()];
@@ -222,23 +118,55 @@ private:
 
     void play(const std::string& move) {
         board.play(move);
-        moves += ' ' + move;
+        game.moves.push_back(move);
         ++occurrences[board.getIdentity()];
+    }
+
+    // Each with a blank before it.
+    std::string moveText() const {
+        std::string text;
+        for (const std::string& move : game.moves) {
+            text += ' ' + move;
+        }
+        return text;
+    }
+
+    // The side to move loses.
+    void lose(const std::string& termination) {
+        const bool byBlack = board.isWhiteToMove();
+        ++(byBlack ? report.blackWins : report.whiteWins);
+        game.result = byBlack ? "0-1" : "1-0";
+        game.termination = termination;
+    }
+
+    void draw() {
+        ++report.draws;
+        game.result = "1/2-1/2";
+        game.termination = "normal";
+    }
+
+    void endByFault(std::vector<std::string>& faults, const std::string& fault,
+                    const std::string& termination) {
+        faults.push_back(describe(fault));
+        game.fault = faults.back();
+        game.termination = termination;
     }
 
     bool isOver() {
         if (board.getLegalMoves().empty()) {
-            int& wins = board.isWhiteToMove() ? report.blackWins : report.whiteWins;
-            ++(board.isInCheck() ? wins : report.draws);
+            board.isInCheck() ? lose("normal") : draw();
             return true;
         }
         if (board.getHalfMoveClock() >= DRAWN_CLOCK ||
             occurrences[board.getIdentity()] >= DRAWN_REPETITIONS) {
-            ++report.draws;
+            draw();
             return true;
         }
-        report.unfinished += report.plies >= mostPlies ? 1 : 0;
-        return report.plies >= mostPlies;
+        if (report.plies >= options.plies || (options.isStopWanted && options.isStopWanted())) {
+            ++report.unfinished;
+            return true;
+        }
+        return false;
     }
 
     std::string goLine() const {
@@ -257,7 +185,8 @@ private:
 
     // False if it has ended the game.
     bool playMove(Player& player) {
-        player.say("position " + start + (moves.empty() ? "" : " moves" + moves));
+        player.say("position " + (game.fen.empty() ? "startpos" : "fen " + game.fen) +
+                   (game.moves.empty() ? "" : " moves" + moveText()));
         player.expectQuiet();
         const std::string go = goLine();
         const Clock::time_point began = Clock::now();
@@ -268,7 +197,7 @@ private:
         player.expectQuiet();
         const std::vector<std::string> legal = board.getLegalMoves();
         if (!std::ranges::binary_search(legal, move)) {
-            report.illegalMoves.push_back(describe(move));
+            endByFault(report.illegalMoves, move, "rules infraction");
             return false;
         }
         if (!takeTime(used, go)) {
@@ -297,14 +226,14 @@ private:
         if (left >= 0) {
             return true;
         }
-        const std::string text = describe("\"" + go + "\" took " + std::to_string(used) + " ms, " +
-                                          std::to_string(-left) + " too many");
-        if (form.moveTime == 0 && -left <= margin) {
-            report.overruns.push_back(text);
+        const std::string text = '"' + go + "\" took " + std::to_string(used) + " ms, " +
+                                 std::to_string(-left) + " too many";
+        if (form.moveTime == 0 && -left <= options.margin) {
+            report.overruns.push_back(describe(text));
             return true;
         }
-        ++(board.isWhiteToMove() ? report.blackWins : report.whiteWins);
-        report.timeLosses.push_back(text);
+        lose("time forfeit");
+        endByFault(report.timeLosses, text, "time forfeit");
         return false;
     }
 
@@ -312,21 +241,19 @@ private:
         std::array<double, 1> load{};
         getloadavg(load.data(), 1);
         std::ostringstream text;
-        text << name << ", ply " << report.plies << ", load " << load[0] << ": " << fault;
+        text << "game " << game.number << ", ply " << report.plies << ", load "
+             << std::setprecision(3) << load[0] << ": " << fault;
         return text.str();
     }
 
+    const SoakOptions& options;
     TimeForm form;
-    long margin;
-    int mostPlies;
-    int hash;
-    std::string name;
-    std::string start = "startpos";
-    std::string moves;
+    int hash; // mebibytes
+    PlayedGame game;
     NaiveBoard board;
     std::map<std::string, int> occurrences;
     std::array<long, 2> clocks; // what is left, of White and of Black
-    SoakReport report;
+    SoakReport report;          // without the game itself
 };
 
 // The games of one process after another: the next one is started when one breaks.
@@ -334,39 +261,83 @@ class Job {
 public:
     explicit Job(const SoakOptions& soakOptions) : options(soakOptions) {}
 
+    // CannotStart if there is no engine.
     SoakReport playGame(int number) {
         Game game(options, number);
         try {
-            if (!player) {
-                player = std::make_unique<Player>(options.engine, options.arguments);
-                memory = {};
-            }
-            SoakReport report = game.play(*player);
+            startPlayer();
+            game.play(*player);
             memory.last = player->getResidentKib();
             memory.first = memory.first == 0 ? memory.last : memory.first;
-            return report;
-        } catch (const std::runtime_error& fault) {
-            player.reset();
-            return game.stop(fault.what());
+        } catch (const ProtocolFault& fault) {
+            game.breakOff(fault.what());
+            isBroken = true;
         }
+        SoakReport report = game.getReport();
+        if (!game.getFault().empty()) {
+            const std::string name = "soak-seed" + std::to_string(options.seed) + "-game" +
+                                     std::to_string(number) + ".txt";
+            noteRecord(report, writeRecord(name, game.getFault(), game.describe()));
+        }
+        return report;
     }
 
     SoakReport finish() {
         SoakReport report;
-        if (player) {
+        if (player && !isBroken) {
             report.memory = {memory};
             try {
                 player->quit();
             } catch (const ProtocolFault& fault) {
                 report.protocolFaults.emplace_back(fault.what());
+                const std::string name = "soak-quit" + std::to_string(player->getPid()) + ".txt";
+                noteRecord(report, writeRecord(name, fault.what(), ""));
             }
         }
         return report;
     }
 
 private:
+    void startPlayer() {
+        if (player && !isBroken) {
+            player->forgetConversation();
+            return;
+        }
+        player = std::make_unique<Player>(options.engine, options.arguments);
+        isBroken = false;
+        memory = {};
+        player->greet();
+    }
+
+    // Leaves all that is known of a fault in a file. Returns where, in words.
+    std::string writeRecord(const std::string& name, const std::string& fault,
+                            const std::string& circumstances) {
+        const std::string process = player->describeProcess(); // before its last words
+        const std::string path = (std::filesystem::path(options.records) / name).string();
+        try {
+            std::filesystem::create_directories(options.records);
+            writeWhole(path, "Fault: " + fault + '\n' + circumstances +
+                                 "Engine: " + options.engine + ", " + process +
+                                 "Conversation, milliseconds since the engine was started:\n" +
+                                 player->getConversation());
+            return "all of it in " + path;
+        } catch (const std::runtime_error& failure) {
+            return std::string("no record, as ") + failure.what();
+        }
+    }
+
+    // Each report of a game or of an end has one fault at most.
+    static void noteRecord(SoakReport& report, const std::string& where) {
+        for (auto* faults : {&report.timeLosses, &report.illegalMoves, &report.protocolFaults}) {
+            for (std::string& fault : *faults) {
+                fault += "; " + where;
+            }
+        }
+    }
+
     const SoakOptions& options;
-    std::unique_ptr<Player> player;
+    std::unique_ptr<Player> player; // null before the first game
+    bool isBroken = false;          // the player is no longer to be trusted
     SoakReport::Memory memory;
 };
 
@@ -395,26 +366,36 @@ void SoakReport::add(const SoakReport& other) {
     append(overruns, other.overruns);
     latest = std::max(latest, other.latest);
     append(memory, other.memory);
+    append(record, other.record);
 }
 
 SoakReport runSoak(const SoakOptions& options,
                    const std::function<void(const SoakReport&)>& onGame) {
     SoakReport total;
-    std::mutex mutex;
+    std::exception_ptr failure;
+    std::mutex mutex; // of both
     std::atomic<int> next = options.first;
+    const int end = options.first + options.games;
+    const auto isStopped = [&] { return options.isStopWanted && options.isStopWanted(); };
     const auto work = [&] {
-        Job job(options);
-        for (int number = next++; number < options.first + options.games; number = next++) {
-            const SoakReport report = job.playGame(number);
+        try {
+            Job job(options);
+            for (int number = next++; number < end && !isStopped(); number = next++) {
+                const SoakReport report = job.playGame(number);
+                const std::lock_guard lock(mutex);
+                total.add(report);
+                if (onGame) {
+                    onGame(total);
+                }
+            }
+            const SoakReport report = job.finish();
             const std::lock_guard lock(mutex);
             total.add(report);
-            if (onGame) {
-                onGame(total);
-            }
+        } catch (const std::exception&) {
+            const std::lock_guard lock(mutex);
+            failure = std::current_exception();
+            next = end;
         }
-        const SoakReport report = job.finish();
-        const std::lock_guard lock(mutex);
-        total.add(report);
     };
     std::vector<std::thread> threads;
     threads.reserve(static_cast<std::size_t>(options.jobs));
@@ -424,5 +405,9 @@ SoakReport runSoak(const SoakOptions& options,
     for (std::thread& thread : threads) {
         thread.join();
     }
+    if (failure) {
+        std::rethrow_exception(failure);
+    }
+    std::ranges::sort(total.record, {}, &PlayedGame::number);
     return total;
 }

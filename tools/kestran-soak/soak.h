@@ -3,6 +3,8 @@
 // the clock.
 #pragma once
 
+#include "kestran-soak/pgn.h"
+
 #include <functional>
 #include <string>
 #include <vector>
@@ -16,6 +18,12 @@ struct SoakOptions {
     unsigned seed = 1; // of the openings
     int jobs = 1;      // processes side by side
     long margin = 100; // milliseconds that a clock may be overrun without a loss
+    // The folder, made if need be, for the record of a fault: where the game stands, its
+    // moves, and all that has been said in it.
+    std::string records = ".";
+    // Asked before each move, by any thread: whether to end here, with the games as they
+    // are. May be empty.
+    std::function<bool()> isStopWanted{};
 };
 
 // What has been seen, of one game or of many.
@@ -25,8 +33,8 @@ struct SoakReport {
     int whiteWins = 0;
     int blackWins = 0;
     int draws = 0;
-    int unfinished = 0; // games of the greatest length
-    // One text for each fault.
+    int unfinished = 0; // games of the greatest length, and those that were stopped
+    // One text for each fault, which ends in the file that holds its record.
     std::vector<std::string> timeLosses;
     std::vector<std::string> illegalMoves;
     std::vector<std::string> protocolFaults;
@@ -40,6 +48,7 @@ struct SoakReport {
         long last = 0;
     };
     std::vector<Memory> memory;
+    std::vector<PlayedGame> record; // every game, by number
 
     bool isClean() const;
     void add(const SoakReport& other);
@@ -47,6 +56,7 @@ struct SoakReport {
 
 // Plays the games. The way to measure time goes round by game: a fixed time for a move,
 // a clock with an increment, a clock for forty moves. `onGame` is called after each game,
-// by one thread at a time, with all that has been seen so far.
+// by one thread at a time, with all that has been seen so far. Throws CannotStart if
+// the engine cannot be started.
 SoakReport runSoak(const SoakOptions& options,
                    const std::function<void(const SoakReport&)>& onGame = {});

@@ -10,7 +10,6 @@
 #include <fstream>
 #include <poll.h>
 #include <spawn.h>
-#include <stdexcept>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <utility>
@@ -43,7 +42,7 @@ struct Pipe {
     Pipe() {
         std::array<int, 2> ends;
         if (pipe2(ends.data(), O_CLOEXEC) != 0) {
-            throw std::runtime_error(std::string("no pipe: ") + std::strerror(errno));
+            throw CannotStart(std::string("no pipe: ") + std::strerror(errno));
         }
         reader = ends[0];
         writer = ends[1];
@@ -74,7 +73,9 @@ public:
         posix_spawnattr_init(&attributes);
         posix_spawnattr_setsigmask(&attributes, &none);
         posix_spawnattr_setsigdefault(&attributes, &all);
-        posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+        posix_spawnattr_setpgroup(&attributes, 0);
+        posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF |
+                                                  POSIX_SPAWN_SETPGROUP);
     }
     SpawnPlan(const SpawnPlan&) = delete;
     SpawnPlan& operator=(const SpawnPlan&) = delete;
@@ -95,7 +96,7 @@ public:
         const int fault =
             posix_spawn(&pid, path.c_str(), &actions, &attributes, words.data(), environ);
         if (fault != 0) {
-            throw std::runtime_error("cannot start " + path + ": " + std::strerror(fault));
+            throw CannotStart("cannot start " + path + ": " + std::strerror(fault));
         }
         return pid;
     }

@@ -3,13 +3,21 @@
 
 #include <chrono>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <sys/types.h>
 #include <vector>
 
+// A program that cannot be started. The message names it and tells why.
+class CannotStart : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
 // While such an object lives, and ever after, this process ignores SIGPIPE: an engine
 // that has gone is told by the result of send(). The engine itself starts with every
-// signal at its default and none blocked.
+// signal at its default and none blocked, in a process group of its own: a Ctrl-C in the
+// terminal does not reach it.
 class UciProcess {
 public:
     using Timeout = std::chrono::milliseconds;
@@ -20,7 +28,7 @@ public:
         int status;
     };
 
-    // Starts `path` with `arguments`. Throws std::runtime_error if that fails.
+    // Starts `path` with `arguments`. Throws CannotStart if that fails.
     explicit UciProcess(const std::string& path, const std::vector<std::string>& arguments = {});
     UciProcess(const UciProcess&) = delete;
     UciProcess& operator=(const UciProcess&) = delete;

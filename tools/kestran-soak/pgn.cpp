@@ -1,0 +1,76 @@
+#include "kestran-soak/pgn.h"
+
+#include "base/cppIoUtils.h"
+#include "support/gameInput.h"
+#include "support/san.h"
+
+#include <array>
+#include <chrono>
+#include <cstdio>
+
+namespace {
+
+constexpr std::size_t LINE_LENGTH = 79;
+
+std::string today() {
+    const std::chrono::year_month_day day(
+        std::chrono::floor<std::chrono::days>(std::chrono::system_clock::now()));
+    std::array<char, 32> text;
+    std::snprintf(text.data(), text.size(), "%04d.%02u.%02u", static_cast<int>(day.year()),
+                  static_cast<unsigned>(day.month()), static_cast<unsigned>(day.day()));
+    return text.data();
+}
+
+std::string tag(const std::string& name, const std::string& value) {
+    std::string text = '[' + name + " \"";
+    for (const char letter : value) {
+        text += letter == '"' || letter == '\\' ? std::string{'\\', letter} : std::string{letter};
+    }
+    return text + "\"]\n";
+}
+
+// In braces, in which no brace may stand.
+std::string comment(std::string text) {
+    std::erase(text, '{');
+    std::erase(text, '}');
+    return '{' + text + '}';
+}
+
+// Lines that are broken at blanks.
+std::string wrapped(const std::string& text) {
+    std::string lines;
+    std::size_t length = 0; // of the last line
+    for (const std::string& word : splitString(text)) {
+        if (length > 0) {
+            const bool fits = length + 1 + word.size() <= LINE_LENGTH;
+            lines += fits ? ' ' : '\n';
+            length = fits ? length + 1 : 0;
+        }
+        lines += word;
+        length += word.size();
+    }
+    return lines + '\n';
+}
+
+} // namespace
+
+std::string toPgn(const PlayedGame& game) {
+    std::string moves;
+    for (const std::string& move : game.moves) {
+        moves += (moves.empty() ? "" : " ") + move;
+    }
+    const Position start = readGame({game.fen}, "").position;
+    const std::vector<Move> line = readMoves(start, moves, "the game");
+    std::string text = lineToSan(start, line);
+    text += game.fault.empty() ? "" : ' ' + comment(game.fault);
+
+    std::string tags = tag("Event", "Soak, seed " + std::to_string(game.seed)) + tag("Site", "?") +
+                       tag("Date", today()) + tag("Round", std::to_string(game.number)) +
+                       tag("White", "Kestran") + tag("Black", "Kestran") +
+                       tag("Result", game.result) + tag("Termination", game.termination) +
+                       tag("TimeControl", game.timeControl);
+    if (!game.fen.empty()) {
+        tags += tag("SetUp", "1") + tag("FEN", game.fen);
+    }
+    return tags + '\n' + wrapped(text + ' ' + game.result) + '\n';
+}
