@@ -7,10 +7,12 @@
 #include "kestran-bench/benchReport.h"
 #include "notation/fen.h"
 #include "support/commandLine.h"
+#include "support/textFile.h"
 #include "support/uciProcess.h"
 #include "testing/toolSupport.h"
 
 #include <algorithm>
+#include <csignal>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <memory>
@@ -19,6 +21,7 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <sys/resource.h>
 #include <vector>
 
 namespace {
@@ -304,7 +307,7 @@ TEST(Tools, TellHowToUseThem) {
 // The disk is full before the first byte, so that each write of a tool fails.
 TEST(Tools, FailWhenNobodyTakesTheirOutput) {
     for (const std::string arguments : {"--help", "startpos 1"}) {
-        const ToolRun full = run("/bin/sh", {"-c", PERFT + " " + arguments + " > /dev/full"});
+        const ToolRun full = run("/bin/sh", {"-c", "\"$0\" $1 > /dev/full", PERFT, arguments});
         EXPECT_EQ(full.status, 1);
         EXPECT_EQ(full.errors, "kestran-perft: standard output cannot be written\n");
     }
@@ -365,6 +368,56 @@ TEST(CheckLayers, RefusesWhatPointsUpAndCircles) {
                              "homeless: 1 low/b.h: lower/d.h lies in no layer\n"
                              "circle: 1 circle,\ncircleBySource: 1 circle,\n")
         << checks.errors;
+}
+
+// The scripts say what they are for, and what they do not take, before they build anything.
+TEST(Scripts, TellHowToUseThemAndRefuseNonsense) {
+    for (const char* script : {"fuzz", "soak", "check-bench"}) {
+        for (const char* option : {"-h", "--help"}) {
+            const ToolRun help = run(root() / "tools" / script, {option});
+            EXPECT_EQ(help.status, 0);
+            EXPECT_TRUE(help.output.starts_with(std::string("Usage: tools/") + script));
+            EXPECT_NE(help.output.find("Exit status: "), std::string::npos) << script;
+        }
+    }
+    for (const char* seconds : {"0", "-1", "604801", "99999999999999999999", "1.5", "60s"}) {
+        expectRefusal(run(root() / "tools/fuzz", {seconds}), "SECONDS is a whole number");
+    }
+    expectRefusal(run(root() / "tools/fuzz", {"60", "noFuzz"}), "no target \"noFuzz\"");
+}
+
+// A file that cannot be written leaves nothing behind, and what it was to replace as it was.
+TEST(WriteWhole, WritesAllOrNothing) {
+    const TextFile old("old");
+    const auto textOf = [](const std::string& path) {
+        std::ifstream file(path);
+        return std::string(std::istreambuf_iterator<char>(file), {});
+    };
+    writeWhole(old.path, "new\n");
+    EXPECT_EQ(textOf(old.path), "new\n");
+    const std::string link = old.path + ".link";
+    std::filesystem::create_symlink(old.path, link);
+    writeWhole(link, "newer\n");
+    EXPECT_TRUE(std::filesystem::is_symlink(link));
+    EXPECT_EQ(textOf(old.path), "newer\n");
+    std::filesystem::remove(link);
+
+    rlimit limit{};
+    getrlimit(RLIMIT_FSIZE, &limit);
+    const rlimit small = {1, limit.rlim_max};
+    std::signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &small);
+    EXPECT_THROW(writeWhole(old.path, "too long"), std::runtime_error);
+    setrlimit(RLIMIT_FSIZE, &limit);
+    EXPECT_EQ(textOf(old.path), "newer\n");
+    const std::string name = std::filesystem::path(old.path).filename();
+    EXPECT_EQ(std::ranges::count_if(std::filesystem::directory_iterator(testing::TempDir()),
+                                    [&](const auto& entry) {
+                                        return entry.path().filename().string().starts_with(name);
+                                    }),
+              1);
+    EXPECT_THROW(writeWhole("/dev/full", "x"), std::runtime_error);
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/full")) << "a device is not replaced";
 }
 
 CommandLine commandLineOf(std::vector<const char*> words) {
