@@ -2,9 +2,11 @@
 #pragma once
 
 #include <cstdio>
+#include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <string>
+#include <unistd.h>
 #include <vector>
 
 struct ToolRun {
@@ -39,6 +41,19 @@ public:
     ~TextFile() { std::remove(path.c_str()); }
 
     const std::string path;
+};
+
+// A folder of the running test, empty at first, that lives as long as the object.
+struct TestFolder {
+    TestFolder() {
+        std::filesystem::remove_all(path);
+        std::filesystem::create_directory(path);
+    }
+    TestFolder(const TestFolder&) = delete;
+    TestFolder& operator=(const TestFolder&) = delete;
+    ~TestFolder() { std::filesystem::remove_all(path); }
+
+    const std::string path = testing::TempDir() + "toolTestFolder." + std::to_string(getpid());
 };
 
 // Status 2, nothing on standard output, and one sentence on standard error that tells `what`.

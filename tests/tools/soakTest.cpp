@@ -2,27 +2,16 @@
 
 #include "kestran-soak/soak.h"
 #include "support/uciProcess.h"
+#include "testing/toolSupport.h"
 
-#include <filesystem>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <regex>
 #include <sstream>
-#include <unistd.h>
 
 namespace {
 
 const std::string ENGINE = KESTRAN_BINARY_DIR "/kestran";
-
-// A folder that lives as long as the object.
-struct TestFolder {
-    TestFolder() { std::filesystem::remove_all(path); }
-    TestFolder(const TestFolder&) = delete;
-    TestFolder& operator=(const TestFolder&) = delete;
-    ~TestFolder() { std::filesystem::remove_all(path); }
-
-    const std::string path = testing::TempDir() + "soakTest." + std::to_string(getpid());
-};
 
 // A game of an engine whose words go through a filter of the shell.
 SoakReport playFiltered(const std::string& filter) {
