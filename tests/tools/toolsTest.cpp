@@ -1,14 +1,12 @@
 // The tools that measure: what they print, and what they say to bad input.
 
 #include "base/statistics.h"
-#include "board/makeMove.h"
-#include "board/moveGenerator.h"
 #include "kestran-bench/bench.h"
 #include "kestran-bench/benchReport.h"
-#include "notation/fen.h"
 #include "support/commandLine.h"
 #include "support/textFile.h"
 #include "support/uciProcess.h"
+#include "testing/boardSupport.h"
 #include "testing/toolSupport.h"
 
 #include <algorithm>
@@ -79,7 +77,7 @@ TEST(Bench, PrintsALineForEachSearchAndTheSignatureLast) {
         std::smatch found;
         ASSERT_TRUE(std::regex_match(lines[i], found, form)) << lines[i];
         EXPECT_EQ(found[1], std::to_string(i + 1));
-        const BenchResult alone = searchAfresh(positions[i].fen, 1, 16);
+        const BenchResult alone = searchAfresh(positionOf(positions[i].fen), 1, 16);
         EXPECT_EQ(std::stoll(found[3]), alone.nodes) << lines[i];
         nodes += alone.nodes;
     }
@@ -89,12 +87,12 @@ TEST(Bench, PrintsALineForEachSearchAndTheSignatureLast) {
 }
 
 TEST(Bench, GivesTheTableTheSizeAskedFor) {
-    const std::string fen = getBenchPositions().front().fen;
+    const Position position = positionOf(getBenchPositions().front().fen);
     UciProcess bench(BENCH, {"--hash", "0", "--depth", "3"}); // of which the first line is enough
     const std::string line = bench.readLine(PATIENCE).value_or("");
-    const std::int64_t nodes = searchAfresh(fen, 3, 0).nodes;
+    const std::int64_t nodes = searchAfresh(position, 3, 0).nodes;
     EXPECT_NE(line.find(" " + std::to_string(nodes) + " "), std::string::npos) << line;
-    EXPECT_NE(nodes, searchAfresh(fen, 3, 16).nodes);
+    EXPECT_NE(nodes, searchAfresh(position, 3, 16).nodes);
 }
 
 // Node for node, with any size of the table: nothing is left to what memory holds.

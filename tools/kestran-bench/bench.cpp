@@ -183,12 +183,6 @@ std::span<const BenchPosition> getBenchPositions() {
     return BENCH_POSITIONS;
 }
 
-BenchResult searchAfresh(const std::string& fen, int depth, int hashMebibytes) {
-    Position position;
-    setFenNotation(position, fen);
-    return searchAfresh(position, depth, hashMebibytes);
-}
-
 BenchResult searchAfresh(Position position, int depth, int hashMebibytes) {
     const std::unique_ptr<EngineConfig> config = EngineConfig::getProdConfig();
     config->hashTableSize = entriesOf(hashMebibytes);

@@ -31,8 +31,6 @@ struct BenchResult {
 // Searches a position on tables that hold nothing, with the values of the engine that
 // plays, but `hashMebibytes` for its table. Throws UsageError if there is no memory for it.
 BenchResult searchAfresh(Position position, int depth, int hashMebibytes);
-// The same for a FEN, which is believed as it stands.
-BenchResult searchAfresh(const std::string& fen, int depth, int hashMebibytes);
 
 extern const std::string BENCH_HELP;
 // The tool behind its help. Writes to standard output and returns the exit status.

@@ -50,9 +50,8 @@ class Game {
 public:
     Game(const SoakOptions& _options, int number)
         : options(_options),
-          form(TIME_FORMS[static_cast<std::size_t>(number) % TIME_FORMS.size()]), clocks{
-                                                                                      form.clock,
-                                                                                      form.clock} {
+          form(TIME_FORMS[static_cast<std::size_t>(number) % TIME_FORMS.size()]) {
+        clocks.fill(form.clock);
         hash = HASH_SIZES[static_cast<std::size_t>(number) / TIME_FORMS.size() % HASH_SIZES.size()];
         game.number = number;
         game.seed = options.seed;
@@ -147,9 +146,10 @@ private:
 
     void endByFault(std::vector<std::string>& faults, const std::string& fault,
                     const std::string& termination) {
-        faults.push_back(describe(fault));
-        game.fault = faults.back();
-        game.termination = termination;
+        faults.push_back(faultText(fault));
+        game.fault += (game.fault.empty() ? "" : "; ") + faults.back();
+        // A game that has come to its end stays as it is.
+        game.termination = report.games == 0 ? termination : game.termination;
     }
 
     bool isOver() {
@@ -229,7 +229,7 @@ private:
         const std::string text = '"' + go + "\" took " + std::to_string(used) + " ms, " +
                                  std::to_string(-left) + " too many";
         if (form.moveTime == 0 && -left <= options.margin) {
-            report.overruns.push_back(describe(text));
+            report.overruns.push_back(faultText(text));
             return true;
         }
         lose("time forfeit");
@@ -237,7 +237,7 @@ private:
         return false;
     }
 
-    std::string describe(const std::string& fault) const {
+    std::string faultText(const std::string& fault) const {
         std::array<double, 1> load{};
         getloadavg(load.data(), 1);
         std::ostringstream text;
@@ -326,7 +326,7 @@ private:
         }
     }
 
-    // Each report of a game or of an end has one fault at most.
+    // All faults of a game are in one record.
     static void noteRecord(SoakReport& report, const std::string& where) {
         for (auto* faults : {&report.timeLosses, &report.illegalMoves, &report.protocolFaults}) {
             for (std::string& fault : *faults) {
