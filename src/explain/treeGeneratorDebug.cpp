@@ -133,21 +133,25 @@ void Explain::explainAll(bool all) const {
 
 void Explain::explainAll(bool all, std::ostream& stream) const {
     for (std::size_t i = 0; i < data.size(); ++i) {
-        const TreeSearchPass& pass = data[i];
-        if (!pass.isFinished) {
-            stream << " pass " << i << " not finished \n";
-            return;
-        }
-        stream << "  pass no. " << i << ":\n"
-               << "    result: " << pass.passResult << '\n'
-               << "  \t depth: " << pass.nodes.size() << '\n';
-        for (std::size_t depth = 0; depth < pass.nodes.size(); ++depth) {
-            const int level = static_cast<int>(depth);
-            printNode(stream, pass.nodes[depth], level);
-            for (const NodeMoveInfo& info : pass.nodes[depth].nodeMoveInfos) {
-                if (all || isRemarkable(info)) {
-                    printMoveInfo(stream, info, level);
-                }
+        explainPass(i, all, stream);
+    }
+}
+
+void Explain::explainPass(std::size_t i, bool all, std::ostream& stream) const {
+    const TreeSearchPass& pass = data[i];
+    if (!pass.isFinished) {
+        stream << " pass " << i << " not finished \n";
+        return;
+    }
+    stream << "  pass no. " << i << ":\n"
+           << "    result: " << pass.passResult << '\n'
+           << "  \t depth: " << pass.nodes.size() << '\n';
+    for (std::size_t depth = 0; depth < pass.nodes.size(); ++depth) {
+        const int level = static_cast<int>(depth);
+        printNode(stream, pass.nodes[depth], level);
+        for (const NodeMoveInfo& info : pass.nodes[depth].nodeMoveInfos) {
+            if (all || isRemarkable(info)) {
+                printMoveInfo(stream, info, level);
             }
         }
     }

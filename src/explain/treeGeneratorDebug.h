@@ -73,6 +73,8 @@ public:
     // or all of them.
     void explainAll(bool all) const; // on standard output
     void explainAll(bool all, std::ostream& stream) const;
+    // Prints one pass of it. Requires pass < getData().size().
+    void explainPass(std::size_t pass, bool all, std::ostream& stream) const;
 
     // The passes so far; the last one is under way.
     const std::vector<TreeSearchPass>& getData() const { return data; }

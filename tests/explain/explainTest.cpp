@@ -3,6 +3,7 @@
 #include "kestran-explain/explain.h"
 #include "kestran-bench/bench.h"
 #include "kestran-explain/lineAnswer.h"
+#include "kestran-explain/reportLength.h"
 #include "kestran-explain/searchText.h"
 #include "search/ida.h"
 #include "search/score.h"
@@ -11,6 +12,7 @@
 #include "testing/searchSupport.h"
 #include "testing/toolSupport.h"
 
+#include <csignal>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <memory>
@@ -174,22 +176,15 @@ TEST(Explain, TellsWhichMoveKeptTheLineFromBeingReached) {
     watched.finish(-5, 10, 0, MoveEnding::LMF_CUT); // what lmf cuts has no score, and is no choice
     watched.explain.explainEndTreePass(IdaNS::OK);
     EngineConfig config;
-    const WatchedLine line(watched.game, watched.explain);
-    EXPECT_EQ(answerInWords(config, watched.game, line),
+    const std::vector<PassReport> passes = {{1, IdaNS::OK, Variant(), 0}};
+    const WatchedLine line(watched.game, watched.explain, passes);
+    SearchLimit limit(std::nullopt);
+    EXPECT_EQ(answerInWords(config, watched.game, line, limit),
               "The search never reached 1... e5 in pass 0 (depth 1), the last, at node 1, after 1. "
               "e4, as 1... c5 cut the node off at ply 1.");
 }
 
 // ---- The watched search is the one that plays ----
-
-// What reports tell apart from the clock.
-std::vector<std::tuple<int, std::int64_t, std::string>> factsOf(const Reports& reports) {
-    std::vector<std::tuple<int, std::int64_t, std::string>> facts;
-    for (const InfoStruct& info : reports.infos) {
-        facts.emplace_back(info.depth, info.nodesSearched, variantToString(info.pv));
-    }
-    return facts;
-}
 
 TEST(WatchedSearch, CountsScoresAndPlaysAsTheEngineDoes) {
 #ifdef KESTRAN_SLOW_BUILD
@@ -202,7 +197,7 @@ TEST(WatchedSearch, CountsScoresAndPlaysAsTheEngineDoes) {
     for (const BenchPosition& bench : getBenchPositions()) {
         const Game game = readGame({bench.fen}, "");
         const int depth = std::min(bench.depth, MAX_DEPTH);
-        const auto ida = std::make_unique<Ida>(*config);
+        const auto ida = makeSearch(*config);
         Reports played;
         ida->setInfoListener(&played);
         ida->getTreeGenerator().getState().path.begin(game.repetitionHashes);
@@ -214,9 +209,19 @@ TEST(WatchedSearch, CountsScoresAndPlaysAsTheEngineDoes) {
         std::vector<Move> line = movesOf(variant);
         line.resize(std::min<std::size_t>(line.size(), Explain::MAX_LINE));
         Explain explain;
-        Reports watched;
-        watchSearch(*config, game, line, depth, explain, &watched);
-        EXPECT_EQ(factsOf(watched), factsOf(played)) << bench.fen;
+        std::int64_t nodes = 0;
+        auto info = played.infos.begin();
+        for (const PassReport& pass : watchSearch(*config, game, line, depth, explain)) {
+            nodes += pass.nodes;
+            if (isGood(pass)) {
+                ASSERT_NE(info, played.infos.end()) << bench.fen;
+                EXPECT_EQ(pass.depth, info->depth);
+                EXPECT_EQ(nodes, info->nodesSearched) << bench.fen;
+                EXPECT_EQ(variantToString(pass.line), variantToString(info->pv)) << bench.fen;
+                ++info;
+            }
+        }
+        EXPECT_EQ(info, played.infos.end()) << bench.fen;
         EXPECT_FALSE(explain.getData().front().nodes.empty());
     }
 }
@@ -256,7 +261,7 @@ TEST(ExplainTool, TellsWhyMovesEndAndWhereTheLineWasLeft) {
         EXPECT_LT(text.find(shown), sentence) << shown << '\n' << text;
         EXPECT_NE(text.find(answer, sentence), std::string::npos) << answer << '\n' << text;
     }
-    EXPECT_EQ(count, 12);
+    EXPECT_EQ(count, 13);
 }
 
 TEST(ExplainTool, RefusesWhatMakesNoSense) {
@@ -266,7 +271,12 @@ TEST(ExplainTool, RefusesWhatMakesNoSense) {
         {{"8/P6k/8/8/8/8/8/K7 w - - 0 1", "--line", "a7a8"}, "\"a7a8\", is not legal"},
         {{"8/8/8/8 w - - 0 1", "--line", "e2e4"}, "cannot be played: it has fewer than"},
         {{"startpos", "w", "--line", "e2e4"}, "\"startpos w\" cannot be played"},
-        {{"startpos"}, "--line needs at least one move"},
+        {{"--line", "1. "}, "--line needs at least one move"},
+        {{"8/8/8/8/8/2N5/K6k/4N3 w - -", "--line", "Nd"}, "\"Nd\", is not legal"},
+        {{"8/7k/8/8/8/K4N2/8/1N6 w - -", "--line", "Nd2"}, "than one move: Nbd2 Nfd2"},
+        {{"--time", "nan"}, "--time is a number of seconds above 0"},
+        {{"--depth=1", "--hash=1", "--pass=2"}, "there is no pass 2, the last one is 1"},
+        {{"7k/5Q2/6K1/8/8/8/8/8 b - - 0 1", "--hash=1"}, "has no line of its own"},
         {{"--line", "g1f3 g8f6 f3g1 f6g8 g1f3 g8f6 f3g1 f6g8 g1f3 g8f6 f3g1 f6g8 g1f3 g8f6 f3g1 "
                     "f6g8 g1f3 g8f6 f3g1 f6g8"},
          "a line has at most 19 moves, this one has 20"},
@@ -281,33 +291,97 @@ TEST(ExplainTool, RefusesWhatMakesNoSense) {
     EXPECT_NE(runBody(explainMain, {"--help"}).output.find("--line \"MOVES\""), std::string::npos);
 }
 
-// What the built tool writes to a terminal.
-std::string outputOnTerminal(const char* noColor) {
-    const std::string path = KESTRAN_BINARY_DIR "/kestran-explain";
-    int terminal = -1;
-    const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
-    if (child == 0) {
-        setenv("NO_COLOR", noColor, 1);
-        execl(path.c_str(), path.c_str(), "--line=e2e4", "--depth=1", "--format=tree",
-              static_cast<char*>(nullptr));
-        _exit(127);
-    }
-    std::string text;
-    std::array<char, 4096> buffer;
-    for (ssize_t got = 0; (got = read(terminal, buffer.data(), buffer.size())) > 0;) {
-        text.append(buffer.data(), static_cast<std::size_t>(got));
-    }
-    close(terminal);
-    waitpid(child, nullptr, 0);
-    // Standard error is that terminal too: the report begins where the progress has ended.
-    return text.substr(std::min(text.find("Position:"), text.size()));
+TEST(ExplainTool, FindsALineOfItsOwnAndKeepsTheReportShort) {
+    const std::vector<std::string> words = {"--hash=1", "--depth=3", "--format=tree"};
+    const auto with = [&](std::vector<std::string> more) {
+        more.insert(more.end(), words.begin(), words.end());
+        return runBody(explainMain, more).output;
+    };
+    const std::string whole = with({});
+    EXPECT_NE(whole.find("Line:     1. e4 e5 2. d4 exd4 3. Qxd4 d5\n"), std::string::npos) << whole;
+    EXPECT_NE(whole.find("\nIn play it would not search here: its book has c4, d4, e4, Nf3.\n"),
+              std::string::npos);
+    // One pass is a part of the whole, and a long time no limit.
+    const std::string second = with({"--pass=1", "--time=1000"});
+    const std::string title = "\nPass 1, depth 2";
+    const std::size_t end = second.find("\n\nThe search");
+    ASSERT_NE(whole.find(second.substr(second.find(title), end - second.find(title))),
+              std::string::npos);
+    EXPECT_EQ(second.find("Pass 2"), std::string::npos);
+    EXPECT_NE(with({"--max-lines=2"}).find("\n\nPass 2, depth 3"), std::string::npos);
 }
 
+TEST(ExplainTool, LeavesOutFirstPassesAndTheEndOfTheLast) {
+    const std::vector<std::string> passes = {"a\n", "b\nb\n", "c\nc\n"};
+    const std::vector<std::pair<int, std::string>> cases = {
+        {5, "a\nb\nb\nc\nc\n"},
+        {4, "(1 line left out before)\nb\nb\nc\nc\n"},
+        {3, "(3 lines left out before)\nc\nc\n"},
+        {1, "(3 lines left out before)\nc\n(1 line left out here)\n"},
+    };
+    for (const auto& [maxLines, text] : cases) {
+        EXPECT_EQ(joinShortened(passes, maxLines), text) << maxLines;
+    }
+}
+
+// The built tool on a terminal of its own, which is its standard error as well.
+class OnTerminal {
+public:
+    OnTerminal(const char* noColor, const char* line, const char* depth) {
+        child = forkpty(&terminal, nullptr, nullptr, nullptr);
+        if (child == 0) {
+            const std::string path = KESTRAN_BINARY_DIR "/kestran-explain";
+            setenv("NO_COLOR", noColor, 1);
+            execl(path.c_str(), path.c_str(), line, depth, "--format=tree", "--hash=16",
+                  static_cast<char*>(nullptr));
+            _exit(127);
+        }
+    }
+    OnTerminal(const OnTerminal&) = delete;
+    OnTerminal& operator=(const OnTerminal&) = delete;
+    ~OnTerminal() {
+        kill(child, SIGKILL);
+        waitpid(child, nullptr, 0);
+        close(terminal);
+    }
+
+    // Reads until `what` has come, or to the end of the output.
+    void readUntil(const std::string& what) {
+        std::array<char, 4096> buffer;
+        ssize_t got = 1;
+        while (got > 0 && text.find(what) == std::string::npos) {
+            got = read(terminal, buffer.data(), buffer.size());
+            text.append(buffer.data(), got > 0 ? at(static_cast<int>(got)) : 0);
+        }
+    }
+    void pressControlC() const { EXPECT_EQ(write(terminal, "\x03", 1), 1); }
+    // All from the report on.
+    std::string getReport() {
+        readUntil("\nThe search ");
+        return text.substr(std::min(text.find("Position:"), text.size()));
+    }
+
+private:
+    int terminal = -1;
+    pid_t child;
+    std::string text;
+};
+
 TEST(ExplainTool, ColoursATerminalOnly) {
-    EXPECT_NE(outputOnTerminal("").find("\x1b[1m1. e4 *\x1b[0m"), std::string::npos);
-    const std::string plain = outputOnTerminal("1");
+    EXPECT_NE(OnTerminal("", "--line=e4", "--depth=1").getReport().find("\x1b[1m1. e4 *\x1b[0m"),
+              std::string::npos);
+    const std::string plain = OnTerminal("1", "--line=e4", "--depth=1").getReport();
     EXPECT_NE(plain.find("1. e4 *"), std::string::npos);
     EXPECT_EQ(plain.find('\x1b'), std::string::npos);
+}
+
+TEST(ExplainTool, ReportsWhatThereIsAtControlC) {
+    OnTerminal tool("1", "--line=a4 a5", "--depth=20");
+    tool.readUntil("depth 2 done");
+    tool.pressControlC();
+    const std::string report = tool.getReport();
+    EXPECT_NE(report.find("Pass 1, depth 2"), std::string::npos) << report;
+    EXPECT_NE(report.find("\nThe search left the line"), std::string::npos) << report;
 }
 
 // ---- Notation ----
@@ -352,6 +426,58 @@ TEST(San, WritesMovesAsPlayersDo) {
     for (const auto& [fen, move, text] : cases) {
         const Position position = positionOf(fen);
         EXPECT_EQ(toSan(position, moveOf(position, move)), text) << fen;
+    }
+}
+
+TEST(San, ReadsWhatItWrites) {
+    for (const PerftLine& line : readPerftLines()) {
+        const Position position = positionOf(line.fen);
+        for (const Move& move : legalMovesOf(position)) {
+            const std::vector<Move> found = findMoves(position, toSan(position, move));
+            ASSERT_EQ(found.size(), 1U) << line.fen << ' ' << toSan(position, move);
+            EXPECT_TRUE(testMoveEquality(found.front(), move));
+        }
+    }
+}
+
+TEST(San, ReadsWhatPlayersWrite) {
+    const std::string castlings =
+        "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1";
+    const std::string promotion = "1n5k/P7/8/8/8/8/8/K7 w - - 0 1";
+    const std::string twins = "6k1/8/8/8/8/8/4K3/R6R w - - 0 1";
+    // FEN, text, and the moves that it may mean.
+    const std::vector<std::array<std::string, 3>> cases = {
+        {castlings, "0-0", "e1g1"},
+        {castlings, "O-O-O!?", "e1c1"},
+        {castlings, "e1g1", "e1g1"},
+        {castlings, "0-O", ""},
+        {castlings, "Ne5xd7+", "e5d7"},
+        {castlings, "e5-d7", "e5d7"},
+        {castlings, "Nxd3", ""},
+        {castlings, "Nd3", "e5d3"},
+        {castlings, "e6", ""},
+        {castlings, "de6", "d5e6"},
+        {castlings, "bxa6", ""},
+        {castlings, "Bxa6", "e2a6"},
+        {promotion, "a8=Q+", "a7a8q"},
+        {promotion, "axb8N!", "a7b8n"},
+        {promotion, "a7a8q", "a7a8q"},
+        {promotion, "a8", ""},
+        {promotion, "a8=K", ""},
+        {promotion, "Ka8", ""},
+        {twins, "Rd1", "a1d1 h1d1"},
+        {twins, "Rad1?!", "a1d1"},
+        {twins, "R1b1", "a1b1 h1b1"},
+        {twins, "rd1", ""},
+        {twins, "", ""},
+        {twins, "Rad1x", ""},
+    };
+    for (const auto& [fen, text, moves] : cases) {
+        std::string found;
+        for (const std::string& move : sorted(textsOf(findMoves(positionOf(fen), text)))) {
+            found += (found.empty() ? "" : " ") + move;
+        }
+        EXPECT_EQ(found, moves) << fen << ' ' << text;
     }
 }
 

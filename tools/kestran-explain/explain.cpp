@@ -2,146 +2,155 @@
 
 #include "kestran-explain/explainTree.h"
 #include "kestran-explain/lineAnswer.h"
+#include "kestran-explain/question.h"
+#include "kestran-explain/reportLength.h"
+#include "kestran-explain/searchLimit.h"
+#include "kestran-explain/searchText.h"
 #include "kestran-explain/watchedLine.h"
-#include "search/hashTable.h"
-#include "search/ida.h"
-#include "search/infoStruct.h"
-#include "search/searchParameters.h"
-#include "support/commandLine.h"
-#include "support/gameInput.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <functional>
 #include <iostream>
-#include <memory>
-#include <optional>
+#include <limits>
+#include <sstream>
 #include <string>
 #include <unistd.h>
-#include <vector>
 
 namespace {
 
-constexpr const char* HELP =
-    R"(kestran-explain [FEN] --line "MOVES" [--depth N] [--moves "MOVES"] [--all]
-                [--format=plain|tree] [--hash MIB]
-
-Searches a position as the engine does, watches a line of moves, and tells why the
-search did not follow it. Moves are written e2e4, e1g1 for castling, e7e8q.
-
-  FEN              the position, quoted or not; startpos, or nothing, for the start
-  --line "MOVES"   the line to watch, at most 19 moves
-  --depth N        plies to search, 1 to 20; 5 if not given
-  --moves "MOVES"  a game from FEN to the position to search, so that repetitions count
-  --all            every move tried along the line, not only those that raised alfa
-  --format=plain   the record as the search keeps it, in thousandths of a pawn (the default)
-  --format=tree    a tree and one sentence that answers, in pawns
-  --hash MIB       size of the transposition table; as in play if not given
-
-Exit status: 0, or 2 for input that makes no sense. Colour is used on a terminal unless
-NO_COLOR is set.
-)";
-
-constexpr int DEFAULT_DEPTH = 5;
-
-struct Question {
-    Game game;
-    std::vector<Move> line;
-    int depth;
-    bool all;
-    bool asTree;
-    std::optional<int> hashTableSize; // entries
-};
-
-std::optional<int> takeTableSize(CommandLine& commandLine) {
-    const auto text = commandLine.takeOption("--hash");
-    if (!text) {
-        return std::nullopt;
-    }
-    const int mebibytes =
-        parseNumber(*text, "--hash", EngineConfig::HASH_MIN, EngineConfig::HASH_MAX);
-    return entriesOf(mebibytes);
-}
-
-Question readQuestion(CommandLine& commandLine) {
-    Question question = {};
-    question.all = commandLine.takeFlag("--all");
-    const std::string format = commandLine.takeOption("--format").value_or("plain");
-    if (format != "plain" && format != "tree") {
-        throw UsageError("--format is plain or tree, not \"" + format + "\"");
-    }
-    question.asTree = format == "tree";
-    const auto depth = commandLine.takeOption("--depth");
-    question.depth = depth ? parseNumber(*depth, "--depth", 1, MAX_PASSES) : DEFAULT_DEPTH;
-    question.hashTableSize = takeTableSize(commandLine);
-    const std::string moves = commandLine.takeOption("--moves").value_or("");
-    const std::string line = commandLine.takeOption("--line").value_or("");
-    question.game = readGame(commandLine.takeRest(), moves);
-    question.line = readMoves(question.game.position, line, "the line");
-    if (question.line.empty()) {
-        throw UsageError("--line needs at least one move");
-    }
-    if (question.line.size() > Explain::MAX_LINE) {
-        throw UsageError("a line has at most " + std::to_string(Explain::MAX_LINE) +
-                         " moves, this one has " + std::to_string(question.line.size()));
-    }
-    return question;
-}
+// Parts of the whole time: the first goes to finding a line if none is given, and what the
+// second leaves to the question what a single move is worth.
+constexpr double TIME_TO_FIND = 0.4;
+constexpr double TIME_TO_WATCH = 0.8;
 
 // Shows on standard error how deep the search has come.
-class ShownProgress final : public InfoListenerInterface {
+class ShownProgress {
 public:
-    void onInfo(const InfoStruct& info) override {
-        progress.show("depth " + std::to_string(info.depth) + " done, " +
-                      std::to_string(info.nodesSearched) + " nodes");
+    explicit ShownProgress(std::string _work) : work(std::move(_work)) {}
+
+    void operator()(const PassReport& pass) {
+        nodes += pass.nodes;
+        progress.show(work + ": depth " + std::to_string(pass.depth) + " done, " +
+                      std::to_string(nodes) + " nodes");
     }
 
 private:
     Progress progress;
+    std::string work;
+    std::int64_t nodes = 0;
 };
+
+// The line of the deepest good pass of a search that nobody watches. Sets the depth of the
+// question to what that pass has shown to be within reach.
+void findLine(Question& question, const EngineConfig& config, SearchLimit& limit) {
+    ShownProgress progress("finding the line");
+    const auto passes = searchPasses(*makeSearch(config), question.game, question.depth,
+                                     &limit.begin(TIME_TO_FIND), std::ref(progress));
+    const auto good = std::find_if(passes.rbegin(), passes.rend(), isGood);
+    if (good == passes.rend()) {
+        return;
+    }
+    question.line = movesOf(good->line);
+    question.line.resize(std::min<std::size_t>(question.line.size(), Explain::MAX_LINE));
+    question.depth = good->depth;
+    if (question.line.empty()) {
+        throw UsageError("the position is decided, and the search has no line of its own");
+    }
+}
 
 bool wantsColour() {
     const char* noColor = std::getenv("NO_COLOR"); // NOLINT(concurrency-mt-unsafe)
     return isatty(STDOUT_FILENO) != 0 && (noColor == nullptr || *noColor == '\0');
 }
 
-int answer(const Question& question) {
+std::string passesText(const Question& question, const std::vector<std::string>& passes) {
+    return joinShortened(passes, question.maxLines.value_or(std::numeric_limits<int>::max()));
+}
+
+// The numbers of the passes to show out of `count`.
+std::pair<int, int> chosenPasses(const Question& question, int count) {
+    if (!question.pass) {
+        return {0, count};
+    }
+    if (*question.pass >= count) {
+        throw UsageError("there is no pass " + std::to_string(*question.pass) +
+                         ", the last one is " + std::to_string(count - 1));
+    }
+    return {*question.pass, *question.pass + 1};
+}
+
+std::string plainReport(const Question& question, const Explain& explain, int passCount) {
+    // The record tells of the pass that was under way as well.
+    const auto [first, end] = chosenPasses(question, passCount + 1);
+    std::vector<std::string> passes;
+    for (int pass = first; pass < end; ++pass) {
+        std::ostringstream stream;
+        explain.explainPass(at(pass), question.all, stream);
+        passes.push_back(stream.str());
+    }
+    return passesText(question, passes);
+}
+
+std::string treeReport(const Question& question, const WatchedLine& line) {
+    const TreeReport report(line, question.all, wantsColour());
+    const auto [first, end] = chosenPasses(question, line.getPassCount());
+    std::vector<std::string> passes;
+    for (int pass = first; pass < end; ++pass) {
+        passes.push_back(report.getPass(pass));
+    }
+    return report.getHead() + passesText(question, passes);
+}
+
+int answer(Question question) {
     const auto config = EngineConfig::getProdConfig();
     config->hashTableSize = question.hashTableSize.value_or(config->hashTableSize);
+    SearchLimit limit(question.time);
+    if (question.line.empty()) {
+        findLine(question, *config, limit);
+    }
     Explain explain;
-    {
-        ShownProgress progress;
-        watchSearch(*config, question.game, question.line, question.depth, explain, &progress);
+    std::vector<PassReport> passes;
+    if (!question.line.empty()) {
+        ShownProgress progress("watching");
+        passes = watchSearch(*config, question.game, question.line, question.depth, explain,
+                             &limit.begin(TIME_TO_WATCH), std::ref(progress));
     }
-    if (!question.asTree) {
-        explain.explainAll(question.all);
-        return 0;
+    if (passes.empty()) {
+        std::cerr << "kestran-explain: the search was ended before its first pass, and there is "
+                     "nothing to report\n";
+        return 1;
     }
-    const WatchedLine line(question.game, explain);
-    TreeReport(line, question.all, wantsColour(), std::cout).print();
-    std::cout << '\n' << answerInWords(*config, question.game, line) << '\n';
+
+    const WatchedLine line(question.game, explain, passes);
+    const std::string book = bookText(question.game.position);
+    if (question.format == ReportFormat::PLAIN) {
+        std::cout << plainReport(question, explain, line.getPassCount());
+    } else {
+        std::cout << treeReport(question, line) << '\n'
+                  << answerInWords(*config, question.game, line, limit) << '\n';
+    }
+    std::cout << book << (book.empty() ? "" : "\n");
     return 0;
 }
 
 } // namespace
 
-Variant watchSearch(const EngineConfig& config, const Game& game, const std::vector<Move>& line,
-                    int depth, Explain& explain, InfoListenerInterface* listener) {
+std::vector<PassReport> watchSearch(const EngineConfig& config, const Game& game,
+                                    const std::vector<Move>& line, int depth, Explain& explain,
+                                    IdaVariant* slot,
+                                    const std::function<void(const PassReport&)>& onPass) {
     Variant watched;
     for (const Move& move : std::vector<Move>(line.rbegin(), line.rend())) {
         watched.extend(Variant(watched), {move, false, false, false});
     }
     explain.setVariant(game.position, watched);
-
-    const auto ida = std::make_unique<Ida>(config);
+    const auto ida = makeSearch(config);
     ida->watchBy(explain);
-    ida->setInfoListener(listener);
-    ida->getTreeGenerator().getState().path.begin(game.repetitionHashes);
-    Position position = game.position;
-    Variant result;
-    ida->generateTree(position, result, depth, true);
-    return result;
+    return searchPasses(*ida, game, depth, slot, onPass);
 }
 
 int explainMain(int argc, const char* const* argv) {
-    return runTool("kestran-explain", HELP, argc, argv,
+    return runTool("kestran-explain", EXPLAIN_HELP, argc, argv,
                    [](CommandLine& commandLine) { return answer(readQuestion(commandLine)); });
 }

@@ -4,15 +4,15 @@
 #include "base/engineParameters.h"
 #include "board/game.h"
 #include "explain/treeGeneratorDebug.h"
+#include "kestran-explain/passSearch.h"
 
 #include <vector>
 
-class InfoListenerInterface;
-
-// Searches the position of `game` to `depth` plies, without the book, while `explain`
-// watches `line`. Returns the line found. `listener` may be null.
-Variant watchSearch(const EngineConfig& config, const Game& game, const std::vector<Move>& line,
-                    int depth, Explain& explain, InfoListenerInterface* listener);
+// Searches as searchPasses() does, with tables of its own, while `explain` watches `line`.
+std::vector<PassReport> watchSearch(const EngineConfig& config, const Game& game,
+                                    const std::vector<Move>& line, int depth, Explain& explain,
+                                    IdaVariant* slot = nullptr,
+                                    const std::function<void(const PassReport&)>& onPass = {});
 
 // The tool. Returns its exit status.
 int explainMain(int argc, const char* const* argv);

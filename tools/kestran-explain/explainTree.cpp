@@ -1,12 +1,11 @@
 #include "kestran-explain/explainTree.h"
 
-#include "board/makeMove.h"
 #include "kestran-explain/searchText.h"
 #include "notation/fen.h"
 #include "support/san.h"
 
 #include <algorithm>
-#include <ostream>
+#include <sstream>
 #include <vector>
 
 namespace {
@@ -32,68 +31,64 @@ std::string padding(std::size_t width, std::size_t columns) {
 
 } // namespace
 
-TreeReport::TreeReport(const WatchedLine& _line, bool _all, bool _colour, std::ostream& _stream)
-    : line(_line), all(_all), colour(_colour), stream(_stream) {
+TreeReport::TreeReport(const WatchedLine& _line, bool _all, bool _colour)
+    : line(_line), all(_all), colour(_colour) {
 }
 
-void TreeReport::print() const {
+std::string TreeReport::getHead() const {
+    std::ostringstream stream;
     stream << "Position: " << getFen(line.getPosition(0)) << '\n'
            << "Line:     " << lineToSan(line.getPosition(0), line.getMoves()) << '\n'
            << "Behind each move stand the window and the score, in pawns, for the side that\n"
            << "makes the move. A star marks the line.\n";
-    for (int pass = 0; pass < line.getPassCount(); ++pass) {
-        printPass(pass);
-    }
+    return stream.str();
 }
 
-void TreeReport::printPass(int pass) const {
+std::string TreeReport::getPass(int pass) const {
+    std::ostringstream stream;
+    const PassReport& report = line.getPass(pass);
     const std::string title =
-        "Pass " + std::to_string(pass) + ", depth " + std::to_string(line.getPassDepth(pass));
-    stream << '\n' << paint(BOLD, title) << ": " << resultText(line.getPass(pass).passResult);
-    const Node* root = line.getNode(pass, 0);
-    if (root == nullptr) {
-        stream << '\n'
-               << LAST_BRANCH << "no move was tried: " << endingText(MoveEnding::CLOCK) << '\n';
-        return;
-    }
-    if (const NodeMoveInfo* choice = choiceOf(*root)) {
-        stream << ", " << scoreText(*choice) << sideText(line.getPosition(0)) << " with "
-               << lineText(line, 0, *choice);
+        "Pass " + std::to_string(pass) + ", depth " + std::to_string(report.depth);
+    stream << '\n' << paint(BOLD, title) << ": " << resultText(report.result);
+    if (isGood(report) && report.line.varLength > 0) {
+        stream << ", " << scoreText(report.line.evaluation) << sideText(line.getPosition(0))
+               << " with " << reportedLineText(line, pass);
     }
     stream << '\n';
-    printNode(pass, 0, "");
+    printNode(stream, pass, 0, "");
+    return stream.str();
 }
 
-void TreeReport::printNode(int pass, int ply, const std::string& prefix) const {
-    const Node& node = *line.getNode(pass, ply);
-    std::vector<const NodeMoveInfo*> shown;
-    for (const NodeMoveInfo& info : node.nodeMoveInfos) {
-        const bool isRemarkable = !info.lmfCut && verdictOf(info) != Verdict::FAILED_LOW;
-        if (all || isRemarkable || line.isLineMove(info, ply)) {
-            shown.push_back(&info);
+void TreeReport::printNode(std::ostream& stream, int pass, int ply,
+                           const std::string& prefix) const {
+    const bool isLeftOut = line.isLeftOut(pass, ply);
+    if (line.getNode(pass, ply) != nullptr) {
+        const auto shown = line.getRemarkable(pass, ply, all);
+        if (const auto standPat = line.getStandPat(pass, ply)) {
+            stream << prefix << (shown.empty() ? LAST_BRANCH : BRANCH)
+                   << "standing pat raises alfa to " << scoreText(*standPat) << '\n';
+        }
+        for (const NodeMoveInfo* info : shown) {
+            const bool isLast = info == shown.back() && !isLeftOut;
+            printMove(stream, pass, ply, *info, prefix + (isLast ? LAST_BRANCH : BRANCH));
+            if (line.isLineMove(*info, ply)) {
+                printNode(stream, pass, ply + 1, prefix + (isLast ? NO_TRUNK : TRUNK));
+            }
         }
     }
-    if (const auto standPat = line.getStandPat(pass, ply)) {
-        stream << prefix << (shown.empty() ? LAST_BRANCH : BRANCH) << "standing pat raises alfa to "
-               << scoreText(*standPat) << '\n';
-    }
-    const bool isUnreached = ply < line.getLength() && line.getLineMove(pass, ply) == nullptr;
-    for (const NodeMoveInfo* info : shown) {
-        const bool isLast = info == shown.back() && !isUnreached;
-        printMove(pass, ply, *info, prefix + (isLast ? LAST_BRANCH : BRANCH));
-        if (line.isLineMove(*info, ply) && line.getNode(pass, ply + 1) != nullptr) {
-            printNode(pass, ply + 1, prefix + (isLast ? NO_TRUNK : TRUNK));
-        }
-    }
-    if (isUnreached) {
-        const Move& move = line.getMoves()[at(ply)];
-        stream << prefix << LAST_BRANCH
-               << paint(BOLD, toNumberedSan(line.getPosition(ply), move, ply) + " *") << ' '
-               << paint(YELLOW, "never tried, as the node was cut off before") << '\n';
+    if (isLeftOut) {
+        stream << prefix << LAST_BRANCH << leftOutLine(pass, ply) << '\n';
     }
 }
 
-void TreeReport::printMove(int pass, int ply, const NodeMoveInfo& info,
+// The line's move at a node that did not try it.
+std::string TreeReport::leftOutLine(int pass, int ply) const {
+    const Move& move = line.getMoves()[at(ply)];
+    return paint(BOLD, toNumberedSan(line.getPosition(ply), move, ply) + " *") + ' ' +
+           paint(YELLOW, leftOutText(line, pass, ply));
+}
+
+void TreeReport::printMove(std::ostream& stream, int pass, int ply, const NodeMoveInfo& info,
                            const std::string& stem) const {
     const bool isLineMove = line.isLineMove(info, ply);
     const std::string move =
@@ -109,22 +104,18 @@ void TreeReport::printMove(int pass, int ply, const NodeMoveInfo& info,
 
 // Why the move ended, with the line behind it or the one that refuted it.
 std::string TreeReport::reasonOf(int pass, int ply, const NodeMoveInfo& info) const {
-    const Verdict verdict = verdictOf(info);
-    std::string reason = endingText(info.ending, verdict);
+    std::string reason = endingText(info.ending, verdictOf(info));
     if (info.lmfCut) {
         return reason;
     }
     if (choiceOf(*line.getNode(pass, ply)) == &info) {
         reason += ", the choice";
     }
-    const std::vector<Move> behind = movesOf(info.principalVariant);
+    const std::string behind = behindText(line, ply, info);
     if (!behind.empty()) {
-        const Position after = positionAfter(line.getPosition(ply), info.move);
-        reason += ", then " + lineToSan(after, behind, ply + 1);
+        reason += ", then " + behind;
     }
-    const Node* child = line.isLineMove(info, ply) ? line.getNode(pass, ply + 1) : nullptr;
-    const NodeMoveInfo* refutation = child != nullptr ? choiceOf(*child) : nullptr;
-    if (verdict == Verdict::FAILED_LOW && refutation != nullptr) {
+    if (const NodeMoveInfo* refutation = line.getRefutation(pass, ply, info)) {
         reason += ", refuted by " + lineText(line, ply + 1, *refutation);
     }
     return reason;

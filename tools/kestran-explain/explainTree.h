@@ -10,15 +10,18 @@
 // those that raised alfa or cut their node off, or all of them.
 class TreeReport {
 public:
-    // Everything handed in must outlive the object. `colour` adds terminal sequences.
-    TreeReport(const WatchedLine& _line, bool _all, bool _colour, std::ostream& _stream);
+    // `_line` must outlive the object. `_colour` adds terminal sequences.
+    TreeReport(const WatchedLine& _line, bool _all, bool _colour);
 
-    void print() const;
+    // What stands above the passes, and one of these, each made of whole lines.
+    std::string getHead() const;
+    std::string getPass(int pass) const;
 
 private:
-    void printPass(int pass) const;
-    void printNode(int pass, int ply, const std::string& prefix) const;
-    void printMove(int pass, int ply, const NodeMoveInfo& info, const std::string& stem) const;
+    void printNode(std::ostream& stream, int pass, int ply, const std::string& prefix) const;
+    void printMove(std::ostream& stream, int pass, int ply, const NodeMoveInfo& info,
+                   const std::string& stem) const;
+    std::string leftOutLine(int pass, int ply) const;
     std::string reasonOf(int pass, int ply, const NodeMoveInfo& info) const;
     const char* colourOf(const NodeMoveInfo& info) const;
     std::string paint(const char* code, const std::string& text) const;
@@ -26,5 +29,4 @@ private:
     const WatchedLine& line;
     bool all;
     bool colour;
-    std::ostream& stream;
 };

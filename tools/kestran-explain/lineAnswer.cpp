@@ -1,19 +1,14 @@
 #include "kestran-explain/lineAnswer.h"
 
 #include "kestran-explain/searchText.h"
-#include "search/ida.h"
 #include "search/score.h"
 #include "support/gameInput.h"
 #include "support/san.h"
 
 #include <memory>
+#include <optional>
 
 namespace {
-
-std::string passText(const WatchedLine& line, int pass) {
-    return "pass " + std::to_string(pass) + " (depth " + std::to_string(line.getPassDepth(pass)) +
-           ")";
-}
 
 // The line's own move at a node.
 std::string moveText(const WatchedLine& line, int ply) {
@@ -38,26 +33,41 @@ struct Worth {
     std::vector<Move> behind;
 };
 
-// What the line's move at node `ply` is worth in a search of its own, as deep as the
-// search of the pass went.
-Worth searchAlone(const EngineConfig& config, const Game& game, const WatchedLine& line, int pass,
-                  int ply) {
-    const auto ida = std::make_unique<Ida>(config);
-    Game path = game;
+// The search that is asked, beside the record of the one that is explained.
+struct Inquiry {
+    const EngineConfig& config;
+    const Game& game;
+    const WatchedLine& line;
+    SearchLimit& limit;
+};
+
+// What the line's move at node `ply` is worth in a search of its own, as deep as the search of
+// the pass went. Nothing if there was no time for it.
+std::optional<Worth> searchAlone(const Inquiry& inquiry, int pass, int ply) {
+    const WatchedLine& line = inquiry.line;
+    const auto ida = makeSearch(inquiry.config);
+    Game path = inquiry.game;
+    path.position = line.getPosition(ply + 1);
     for (int i = 1; i <= ply + 1; ++i) {
         path.repetitionHashes.push_back(line.getPosition(i).carried.hash);
     }
-    ida->getTreeGenerator().getState().path.begin(path.repetitionHashes);
-    Position position = line.getPosition(ply + 1);
     Variant variant;
-    const int depth = line.getPassDepth(pass) - 1 - ply;
+    const int depth = line.getPass(pass).depth - 1 - ply;
     if (depth > 0) {
-        ida->generateTree(position, variant, depth, true);
+        const auto passes = searchPasses(*ida, path, depth, &inquiry.limit.begin(1.0));
+        const bool isWhole =
+            !passes.empty() && isGood(passes.back()) &&
+            (passes.back().depth == depth || passes.back().result == IdaNS::OK_FINISH);
+        if (!isWhole) {
+            return std::nullopt;
+        }
+        variant = passes.back().line;
     } else {
-        ida->getTreeGenerator().quiscenceSearch(position, DEFAULT_FIRST_ALFA, DEFAULT_FIRST_BETA,
-                                                variant);
+        ida->getTreeGenerator().getState().path.begin(path.repetitionHashes);
+        ida->getTreeGenerator().quiscenceSearch(path.position, DEFAULT_FIRST_ALFA,
+                                                DEFAULT_FIRST_BETA, variant);
     }
-    return {furtherFromCheckMate(-variant.evaluation), movesOf(variant)};
+    return Worth{furtherFromCheckMate(-variant.evaluation), movesOf(variant)};
 }
 
 // How much less than the chosen move another one is worth.
@@ -76,8 +86,8 @@ std::string marginText(int chosen, int score) {
 }
 
 // What became of the line's move at the node where it was left.
-std::string lostMoveText(const EngineConfig& config, const Game& game, const WatchedLine& line,
-                         int pass, const Fate& fate, int chosenScore) {
+std::string lostMoveText(const Inquiry& inquiry, int pass, const Fate& fate, int chosenScore) {
+    const WatchedLine& line = inquiry.line;
     const NodeMoveInfo& info = *fate.lineMove;
     const MoveEnding ending = info.ending;
     std::string text =
@@ -87,7 +97,11 @@ std::string lostMoveText(const EngineConfig& config, const Game& game, const Wat
         if (info.isQuiscence) {
             return text + "no more than that";
         }
-        worth = searchAlone(config, game, line, pass, fate.node);
+        const std::optional<Worth> alone = searchAlone(inquiry, pass, fate.node);
+        if (!alone) {
+            return text + "an amount that there was no time to search for";
+        }
+        worth = *alone;
         text += scoreText(worth.score) + " when searched on its own";
     } else {
         text += scoreText(worth.score);
@@ -103,8 +117,7 @@ std::string lostMoveText(const EngineConfig& config, const Game& game, const Wat
 int findFirstLike(const WatchedLine& line, int last, const Fate& fate) {
     int first = last;
     for (int pass = last; pass >= 0; --pass) {
-        const IdaNS::GeneratingResult result = line.getPass(pass).passResult;
-        if (result == IdaNS::FAILLOW || result == IdaNS::FAILHIGH) {
+        if (!isGood(line.getPass(pass))) {
             continue;
         }
         if (!line.getFate(pass).isLike(fate)) {
@@ -115,8 +128,8 @@ int findFirstLike(const WatchedLine& line, int last, const Fate& fate) {
     return first;
 }
 
-std::string leftText(const EngineConfig& config, const Game& game, const WatchedLine& line,
-                     int pass, const Fate& fate) {
+std::string leftText(const Inquiry& inquiry, int pass, const Fate& fate) {
+    const WatchedLine& line = inquiry.line;
     const std::string move = moveText(line, fate.node);
     std::string text = nodeText(line, fate.node) + ": instead of " + move + " it ";
     int chosenScore = fate.lineMove->alfa;
@@ -127,7 +140,7 @@ std::string leftText(const EngineConfig& config, const Game& game, const Watched
         text += "stood pat, at ";
     }
     text += scoreText(chosenScore) + sideText(line.getPosition(fate.node)) + "; " +
-            lostMoveText(config, game, line, pass, fate, chosenScore);
+            lostMoveText(inquiry, pass, fate, chosenScore);
     if (const auto node = line.getUnreachedNode(pass, fate.node)) {
         text += "; " + moveText(line, *node) + " was never reached, as " +
                 moveText(line, *node, *choiceOf(*line.getNode(pass, *node))) + " cut off node " +
@@ -146,11 +159,13 @@ std::string cutShortText(const WatchedLine& line, const Fate& fate) {
 
 } // namespace
 
-std::string answerInWords(const EngineConfig& config, const Game& game, const WatchedLine& line) {
-    const int pass = line.getPassCount() - 1;
+std::string answerInWords(const EngineConfig& config, const Game& game, const WatchedLine& line,
+                          SearchLimit& limit) {
+    const int pass = line.getLastGoodPass();
     const Fate fate = line.getFate(pass);
     const int first = findFirstLike(line, pass, fate);
     std::string when = " in " + passText(line, pass) + ", the last";
+    when += pass + 1 < line.getPassCount() ? " good one" : "";
     if (first != pass) {
         when += ", as in every good one since " + passText(line, first);
     }
@@ -161,7 +176,8 @@ std::string answerInWords(const EngineConfig& config, const Game& game, const Wa
                lineText(line, 0, *choiceOf(*line.getNode(pass, 0))) + ", worth " +
                scoreText(*line.getLineMove(pass, 0)) + sideText(line.getPosition(0)) + ".";
     case Fate::LEFT:
-        return "The search left the line" + when + leftText(config, game, line, pass, fate) + ".";
+        return "The search left the line" + when +
+               leftText({config, game, line, limit}, pass, fate) + ".";
     case Fate::NOT_REACHED:
         return "The search never reached " + moveText(line, fate.node) + when +
                nodeText(line, fate.node) + ", as " + moveText(line, fate.node, *fate.choice) +

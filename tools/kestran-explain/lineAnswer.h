@@ -3,11 +3,13 @@
 
 #include "base/engineParameters.h"
 #include "board/game.h"
+#include "kestran-explain/searchLimit.h"
 #include "kestran-explain/watchedLine.h"
 
 #include <string>
 
-// One sentence that tells where the last pass left the line, for which move and by how
+// One sentence that tells where the last good pass left the line, for which move and by how
 // much. Where the record holds only a bound of the move's score, the move is searched
-// once more, on its own and with an open window.
-std::string answerInWords(const EngineConfig& config, const Game& game, const WatchedLine& line);
+// once more, on its own and with an open window, unless `limit` ends that search.
+std::string answerInWords(const EngineConfig& config, const Game& game, const WatchedLine& line,
+                          SearchLimit& limit);

@@ -1,8 +1,11 @@
 #include "kestran-explain/searchText.h"
 
+#include "board/makeMove.h"
+#include "opening/polyglot.h"
 #include "search/score.h"
 #include "support/san.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
@@ -26,6 +29,11 @@ std::string scoreText(int score) {
 
 std::string sideText(const Position& position) {
     return position.colorToMove == WHITE ? " for White" : " for Black";
+}
+
+std::string passText(const WatchedLine& line, int pass) {
+    return "pass " + std::to_string(pass) + " (depth " + std::to_string(line.getPass(pass).depth) +
+           ")";
 }
 
 std::string resultText(IdaNS::GeneratingResult result) {
@@ -101,6 +109,61 @@ std::string lineText(const WatchedLine& line, int ply, const NodeMoveInfo& info)
     std::vector<Move> moves = movesOf(info.principalVariant);
     moves.insert(moves.begin(), info.move);
     return lineToSan(line.getPosition(ply), moves, ply);
+}
+
+std::string behindText(const WatchedLine& line, int ply, const NodeMoveInfo& info) {
+    const Position after = positionAfter(line.getPosition(ply), info.move);
+    return lineToSan(after, movesOf(info.principalVariant), ply + 1);
+}
+
+std::string reportedLineText(const WatchedLine& line, int pass) {
+    const Variant& reported = line.getPass(pass).line;
+    const std::vector<Move> moves = movesOf(reported);
+    std::string text = lineToSan(line.getPosition(0), moves);
+    // The table answered for the first of these moves, and gave those behind it.
+    int answered = 0;
+    while (answered < reported.varLength && !reported.get(answered).isHash) {
+        ++answered;
+    }
+    Position position = line.getPosition(0);
+    for (int i = 0; i < reported.varLength && i <= answered; ++i) {
+        if (i == answered) {
+            text += "; the table answered " + toNumberedSan(position, moves[at(i)], i);
+        }
+        position = positionAfter(position, moves[at(i)]);
+    }
+    if (answered + 1 < reported.varLength) {
+        const std::span rest = std::span(moves).subspan(at(answered) + 1);
+        text += " and gave " + lineToSan(position, rest, answered + 1);
+    }
+    return text;
+}
+
+std::string leftOutText(const WatchedLine& line, int pass, int ply) {
+    if (line.getNode(pass, ply) != nullptr) {
+        return "never tried, as the node was cut off before";
+    }
+    if (ply == 0) {
+        return "never tried: " + endingText(MoveEnding::CLOCK);
+    }
+    const NodeMoveInfo& before = *line.getLineMove(pass, ply - 1);
+    return "never tried, as the search looked no further behind " +
+           toNumberedSan(line.getPosition(ply - 1), before.move, ply - 1) + ": " +
+           endingText(before.ending);
+}
+
+std::string bookText(const Position& position) {
+    const auto entries = PolyglotBook::getStandard().get(position.carried.hash);
+    MoveArray legal;
+    const int count = generateLegalMoves(position, legal);
+    std::string moves;
+    for (const Move& move : legal.first(count)) {
+        const auto names = [&](const PolyglotEntry& entry) { return entry.isMove(move); };
+        if (std::ranges::any_of(entries, names)) {
+            moves += (moves.empty() ? "" : ", ") + toSan(position, move);
+        }
+    }
+    return moves.empty() ? "" : "In play it would not search here: its book has " + moves + '.';
 }
 
 std::vector<Move> movesOf(const Variant& variant) {

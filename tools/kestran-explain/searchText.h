@@ -12,6 +12,9 @@ std::string scoreText(int score);
 // " for White" or " for Black", whoever is to move.
 std::string sideText(const Position& position);
 
+// "pass 3 (depth 4)".
+std::string passText(const WatchedLine& line, int pass);
+
 // How a pass ended.
 std::string resultText(IdaNS::GeneratingResult result);
 
@@ -26,6 +29,19 @@ std::string scoreText(const NodeMoveInfo& info);
 
 // The move of a record at node `ply` with the line behind it.
 std::string lineText(const WatchedLine& line, int ply, const NodeMoveInfo& info);
+
+// The line behind the move of a record at node `ply`; empty if there is none.
+std::string behindText(const WatchedLine& line, int ply, const NodeMoveInfo& info);
+
+// The line that a good pass reported, and which of it the table has answered; empty if there
+// is none.
+std::string reportedLineText(const WatchedLine& line, int pass);
+
+// Why the line's move at node `ply` was not tried. Requires line.isLeftOut().
+std::string leftOutText(const WatchedLine& line, int pass, int ply);
+
+// What the book would have done with the position; empty if it has no move for it.
+std::string bookText(const Position& position);
 
 // The moves of a line in the order of play.
 std::vector<Move> movesOf(const Variant& variant);

@@ -25,21 +25,26 @@ const NodeMoveInfo* choiceOf(const Node& node) {
     return choice != infos.rend() ? &*choice : nullptr;
 }
 
-WatchedLine::WatchedLine(const Game& game, const Explain& _explain)
-    : explain(_explain), positions(1, game.position) {
+WatchedLine::WatchedLine(const Game& game, const Explain& _explain,
+                         const std::vector<PassReport>& _passes)
+    : explain(_explain), passes(_passes), positions(1, game.position) {
     const Variant& line = explain.getVariant();
     for (int i = 0; i < line.varLength; ++i) {
         moves.push_back(line.get(i).move);
         positions.push_back(positionAfter(positions.back(), moves.back()));
     }
-    for (int pass = 0, depth = 1; pass < getPassCount(); ++pass) {
-        passDepths.push_back(depth);
-        depth += getPass(pass).passResult == IdaNS::OK ? 1 : 0;
+}
+
+int WatchedLine::getLastGoodPass() const {
+    int pass = getPassCount() - 1;
+    while (pass > 0 && !isGood(getPass(pass))) {
+        --pass;
     }
+    return pass;
 }
 
 const Node* WatchedLine::getNode(int pass, int ply) const {
-    const std::vector<Node>& nodes = getPass(pass).nodes;
+    const std::vector<Node>& nodes = explain.getData()[at(pass)].nodes;
     return at(ply) < nodes.size() ? &nodes[at(ply)] : nullptr;
 }
 
@@ -58,9 +63,31 @@ const NodeMoveInfo* WatchedLine::getLineMove(int pass, int ply) const {
     return info != infos.end() ? &*info : nullptr;
 }
 
+const NodeMoveInfo* WatchedLine::getRefutation(int pass, int ply, const NodeMoveInfo& info) const {
+    const Node* child = isLineMove(info, ply) ? getNode(pass, ply + 1) : nullptr;
+    const bool isRefuted = !info.lmfCut && verdictOf(info) == Verdict::FAILED_LOW;
+    return isRefuted && child != nullptr ? choiceOf(*child) : nullptr;
+}
+
+std::vector<const NodeMoveInfo*> WatchedLine::getRemarkable(int pass, int ply, bool all) const {
+    std::vector<const NodeMoveInfo*> remarkable;
+    for (const NodeMoveInfo& info : getNode(pass, ply)->nodeMoveInfos) {
+        const bool hasCounted = !info.lmfCut && verdictOf(info) != Verdict::FAILED_LOW;
+        if (all || hasCounted || isLineMove(info, ply)) {
+            remarkable.push_back(&info);
+        }
+    }
+    return remarkable;
+}
+
+bool WatchedLine::isLeftOut(int pass, int ply) const {
+    const bool cameBefore = ply == 0 || getLineMove(pass, ply - 1) != nullptr;
+    return ply < getLength() && cameBefore && getLineMove(pass, ply) == nullptr;
+}
+
 std::optional<int> WatchedLine::getStandPat(int pass, int ply) const {
     const Node* node = getNode(pass, ply);
-    if (ply == 0 || ply != getPassDepth(pass) || node == nullptr) {
+    if (ply == 0 || ply != getPass(pass).depth || node == nullptr) {
         return std::nullopt;
     }
     const int alfa = node->nodeMoveInfos.front().alfa;

@@ -4,6 +4,7 @@
 
 #include "board/game.h"
 #include "explain/treeGeneratorDebug.h"
+#include "kestran-explain/passSearch.h"
 
 #include <optional>
 #include <string>
@@ -38,11 +39,11 @@ struct Fate {
     bool isLike(const Fate& other) const { return kind == other.kind && node == other.node; }
 };
 
-// A line with the record of a finished search that Explain watched it in. Everything
-// handed in must outlive the object.
+// A line with the record of a search that Explain watched it in, and the reports of its passes,
+// of which there is at least one. Everything handed in must outlive the object.
 class WatchedLine {
 public:
-    WatchedLine(const Game& game, const Explain& _explain);
+    WatchedLine(const Game& game, const Explain& _explain, const std::vector<PassReport>& _passes);
 
     int getLength() const { return static_cast<int>(moves.size()); }
     const std::vector<Move>& getMoves() const { return moves; }
@@ -50,9 +51,10 @@ public:
     const Position& getPosition(int ply) const { return positions[at(ply)]; }
 
     // The passes that have ended. None of the queries below takes another one.
-    int getPassCount() const { return static_cast<int>(explain.getData().size()) - 1; }
-    const TreeSearchPass& getPass(int pass) const { return explain.getData()[at(pass)]; }
-    int getPassDepth(int pass) const { return passDepths[at(pass)]; } // in plies
+    int getPassCount() const { return static_cast<int>(passes.size()); }
+    const PassReport& getPass(int pass) const { return passes[at(pass)]; }
+    // The last one that told more than a bound. The first pass always does.
+    int getLastGoodPass() const;
     // The node of the line so many plies from the root, null if the pass tried no move there.
     const Node* getNode(int pass, int ply) const;
 
@@ -60,6 +62,15 @@ public:
     const NodeMoveInfo* getLineMove(int pass, int ply) const;
     // Whether a record at a node is that of the line's move.
     bool isLineMove(const NodeMoveInfo& info, int ply) const;
+    // The move that refuted the line's move, if `info` is its record at node `ply` and it
+    // failed low; null if it is not, or there is none.
+    const NodeMoveInfo* getRefutation(int pass, int ply, const NodeMoveInfo& info) const;
+    // The moves tried at a node that are worth telling: the line's own, and those that raised
+    // alfa or cut the node off. With `all`, every one. The node must be there.
+    std::vector<const NodeMoveInfo*> getRemarkable(int pass, int ply, bool all) const;
+    // Whether the line has a move at a node that the pass did not try, though it came to the
+    // move before.
+    bool isLeftOut(int pass, int ply) const;
 
     // The score that standing pat gave the node before any move, for the side to move, if
     // it raised alfa.
@@ -72,7 +83,7 @@ public:
 
 private:
     const Explain& explain;
+    const std::vector<PassReport>& passes;
     std::vector<Move> moves;
     std::vector<Position> positions; // one more than moves
-    std::vector<int> passDepths;
 };

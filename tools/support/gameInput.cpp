@@ -4,7 +4,6 @@
 #include "board/makeMove.h"
 #include "board/setUp.h"
 #include "notation/fen.h"
-#include "notation/longAlgebraicMove.h"
 #include "support/commandLine.h"
 #include "support/san.h"
 
@@ -31,26 +30,47 @@ Position readPosition(const std::vector<std::string>& words) {
     return position;
 }
 
-std::string illegalText(std::size_t index, const std::string& what, const std::string& word) {
-    return "move " + std::to_string(index + 1) + " of " + what + ", \"" + word +
-           "\", is not legal in its position";
+// A word without the number of a move before it, such as "12." or "3...".
+std::string withoutNumber(const std::string& word) {
+    const std::size_t digits = std::min(word.find_first_not_of("0123456789"), word.size());
+    if (digits < word.size() && word[digits] != '.') {
+        return word;
+    }
+    return word.substr(std::min(word.find_first_not_of('.', digits), word.size()));
+}
+
+// Whether a word holds nothing but marks behind a move.
+bool isMark(const std::string& word) {
+    return word.find_first_not_of("*!?+#") == std::string::npos;
+}
+
+Move readMove(const Position& position, const std::string& word, const std::string& place) {
+    const std::vector<Move> moves = findMoves(position, word);
+    if (moves.size() == 1) {
+        return moves.front();
+    }
+    std::string fault = ", \"" + word + "\", is not legal in its position";
+    if (!moves.empty()) {
+        fault = ", \"" + word + "\", can mean more than one move:";
+        for (const Move& move : moves) {
+            fault += ' ' + toSan(position, move);
+        }
+    }
+    throw UsageError(place + fault);
 }
 
 } // namespace
 
 std::vector<Move> readMoves(Position position, const std::string& text, const std::string& what) {
     std::vector<Move> moves;
-    for (const std::string& word : splitString(text)) {
-        MoveArray legal;
-        const auto end = legal.begin() + generateLegalMoves(position, legal);
-        const auto move = std::find_if(legal.begin(), end, [&](const Move& candidate) {
-            return LongAlgebraicMove(candidate).toString() == word;
-        });
-        if (move == end) {
-            throw UsageError(illegalText(moves.size(), what, word));
+    for (const std::string& wholeWord : splitString(text)) {
+        const std::string word = withoutNumber(wholeWord);
+        if (isMark(word)) {
+            continue;
         }
-        moves.push_back(*move);
-        position = positionAfter(position, *move);
+        const std::string place = "move " + std::to_string(moves.size() + 1) + " of " + what;
+        moves.push_back(readMove(position, word, place));
+        position = positionAfter(position, moves.back());
     }
     return moves;
 }

@@ -7,8 +7,9 @@
 #include <string>
 #include <vector>
 
-// The legal moves, in long algebraic notation, that `text` plays from `position`. `what`
-// names the text in a message.
+// The legal moves that `text` plays from `position`, written as findMoves() takes them, with
+// or without move numbers and with a star behind any of them. `what` names the text in a
+// message.
 std::vector<Move> readMoves(Position position, const std::string& text, const std::string& what);
 
 // The game that `moves` plays from the position that `words` make: a FEN, whole or in

@@ -3,8 +3,11 @@
 #include "board/attacks.h"
 #include "board/makeMove.h"
 #include "notation/letters.h"
+#include "notation/longAlgebraicMove.h"
 
 #include <algorithm>
+#include <optional>
+#include <regex>
 
 namespace {
 
@@ -55,6 +58,53 @@ std::string withoutCheckSign(const Position& position, const Move& move) {
     return text;
 }
 
+// What the text of a move says. What it leaves open fits every move.
+struct MoveWords {
+    PieceType piece; // NO_PIECE for a bare start and target
+    std::optional<int> file;
+    std::optional<int> row; // of the start, as the file
+    bool isCapture;
+    FieldIndex to;
+    PieceType promotion;
+};
+
+std::optional<MoveWords> readWords(const std::string& text) {
+    static const std::regex form(
+        "([KQRBN]?)([a-h]?)([1-8]?)([x-]?)([a-h])([1-8])(?:=?([QRBNqrbn]))?[+#!?]*");
+    std::smatch match;
+    if (!std::regex_match(text, match, form)) {
+        return std::nullopt;
+    }
+    const auto letter = [&](std::size_t i) {
+        return match[i].length() > 0 ? *match[i].first : ' ';
+    };
+    MoveWords words = {};
+    if (match[2].length() > 0) {
+        words.file = parse07File(letter(2));
+    }
+    if (match[3].length() > 0) {
+        words.row = parse07Row(letter(3));
+    }
+    const bool isBare = words.file && words.row && match[1].length() == 0;
+    const PieceType named = parsePiece(letter(1));
+    words.piece = named == NO_PIECE && !isBare ? PAWN : named;
+    words.isCapture = letter(4) == 'x';
+    words.to = parseField(letter(5), letter(6));
+    words.promotion = parsePromotionType(letter(7));
+    return words;
+}
+
+bool fits(const MoveWords& words, const Move& move) {
+    const bool isCapture = move.pieceCaptured != NO_PIECE;
+    // A pawn that captures is told by its file.
+    const bool needsFile = isCapture && move.pieceMoved == PAWN;
+    return !move.isCastle() && (words.piece == NO_PIECE || words.piece == move.pieceMoved) &&
+           words.to == move.to && words.promotion == move.promotionPieceType &&
+           words.file.value_or(fileOf(move.from)) == fileOf(move.from) &&
+           words.row.value_or(rowOf(move.from)) == rowOf(move.from) &&
+           (isCapture || !words.isCapture) && (words.file || !needsFile);
+}
+
 } // namespace
 
 std::string toSan(const Position& position, const Move& move) {
@@ -85,4 +135,23 @@ std::string lineToSan(Position position, std::span<const Move> moves, int ply) {
         position = positionAfter(position, moves[i]);
     }
     return text;
+}
+
+std::vector<Move> findMoves(const Position& position, const std::string& text) {
+    static const std::regex castlingForm("([O0])-\\1(-\\1)?[+#!?]*");
+    std::smatch castling;
+    const bool isCastling = std::regex_match(text, castling, castlingForm);
+    const Color us = position.colorToMove;
+    const auto words = readWords(text);
+    MoveArray legal;
+    const int count = generateLegalMoves(position, legal);
+    std::vector<Move> moves;
+    for (const Move& move : legal.first(count)) {
+        if (isCastling
+                ? move.castle_ep_flag == castlingFlag(us, castling[2].matched)
+                : (words && fits(*words, move)) || LongAlgebraicMove(move).toString() == text) {
+            moves.push_back(move);
+        }
+    }
+    return moves;
 }

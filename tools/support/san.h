@@ -5,6 +5,7 @@
 
 #include <span>
 #include <string>
+#include <vector>
 
 // A legal move of `position`, with its sign of check or mate.
 std::string toSan(const Position& position, const Move& move);
@@ -18,3 +19,8 @@ std::string toNumberedSan(const Position& position, const Move& move, int ply);
 
 // A legal line from `position`, such as "1. e4 e5 2. Nf3"; empty for no moves.
 std::string lineToSan(Position position, std::span<const Move> moves, int ply = 0);
+
+// The legal moves of `position` that `text` names: one if it is good, several if it leaves
+// open which. It is in algebraic notation, where zeros in castlings, signs of check, marks
+// such as "!?" and more of the start than is needed do no harm, or it is e2e4, e7e8q.
+std::vector<Move> findMoves(const Position& position, const std::string& text);
