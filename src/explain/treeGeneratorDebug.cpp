@@ -137,19 +137,19 @@ void Explain::explainAll(bool all, std::ostream& stream) const {
     }
 }
 
-void Explain::explainPass(std::size_t i, bool all, std::ostream& stream) const {
-    const TreeSearchPass& pass = data[i];
-    if (!pass.isFinished) {
-        stream << " pass " << i << " not finished \n";
+void Explain::explainPass(std::size_t pass, bool all, std::ostream& stream) const {
+    const TreeSearchPass& record = data[pass];
+    if (!record.isFinished) {
+        stream << " pass " << pass << " not finished \n";
         return;
     }
-    stream << "  pass no. " << i << ":\n"
-           << "    result: " << pass.passResult << '\n'
-           << "  \t depth: " << pass.nodes.size() << '\n';
-    for (std::size_t depth = 0; depth < pass.nodes.size(); ++depth) {
+    stream << "  pass no. " << pass << ":\n"
+           << "    result: " << record.passResult << '\n'
+           << "  \t depth: " << record.nodes.size() << '\n';
+    for (std::size_t depth = 0; depth < record.nodes.size(); ++depth) {
         const int level = static_cast<int>(depth);
-        printNode(stream, pass.nodes[depth], level);
-        for (const NodeMoveInfo& info : pass.nodes[depth].nodeMoveInfos) {
+        printNode(stream, record.nodes[depth], level);
+        for (const NodeMoveInfo& info : record.nodes[depth].nodeMoveInfos) {
             if (all || isRemarkable(info)) {
                 printMoveInfo(stream, info, level);
             }

@@ -282,7 +282,8 @@ TEST(ExplainTool, RefusesWhatMakesNoSense) {
          "a line has at most 19 moves, this one has 20"},
         {{"--line", "e2e4", "--depth", "0"}, "--depth is a whole number from 1 to 20"},
         {{"--line", "e2e4", "--hash", "513"}, "--hash is a whole number from 0 to 512"},
-        {{"--line", "e2e4", "--format", "trees"}, "--format is plain or tree"},
+        {{"--line", "e2e4", "--format", "trees"}, "--format is plain, tree or html"},
+        {{"--format=html", "--max-lines=9"}, "--max-lines goes with --format=plain"},
         {{"--line", "e2e4", "--colour"}, "unknown option --colour"},
     };
     for (const auto& [words, what] : cases) {

@@ -1,6 +1,7 @@
 #include "kestran-explain/explain.h"
 
 #include "kestran-explain/explainTree.h"
+#include "kestran-explain/htmlPage.h"
 #include "kestran-explain/lineAnswer.h"
 #include "kestran-explain/question.h"
 #include "kestran-explain/reportLength.h"
@@ -59,9 +60,10 @@ void findLine(Question& question, const EngineConfig& config, SearchLimit& limit
     }
 }
 
-bool wantsColour() {
+bool wantsColour(const Question& question) {
     const char* noColor = std::getenv("NO_COLOR"); // NOLINT(concurrency-mt-unsafe)
-    return isatty(STDOUT_FILENO) != 0 && (noColor == nullptr || *noColor == '\0');
+    return !question.output && isatty(STDOUT_FILENO) != 0 &&
+           (noColor == nullptr || *noColor == '\0');
 }
 
 std::string passesText(const Question& question, const std::vector<std::string>& passes) {
@@ -89,17 +91,30 @@ std::string plainReport(const Question& question, const Explain& explain, int pa
         explain.explainPass(at(pass), question.all, stream);
         passes.push_back(stream.str());
     }
-    return passesText(question, passes);
+    const std::string book = bookText(question.game.position);
+    return passesText(question, passes) + book + (book.empty() ? "" : "\n");
 }
 
 std::string treeReport(const Question& question, const WatchedLine& line) {
-    const TreeReport report(line, question.all, wantsColour());
+    const TreeReport report(line, question.all, wantsColour(question));
     const auto [first, end] = chosenPasses(question, line.getPassCount());
     std::vector<std::string> passes;
     for (int pass = first; pass < end; ++pass) {
         passes.push_back(report.getPass(pass));
     }
     return report.getHead() + passesText(question, passes);
+}
+
+// A report that answers in words.
+std::string answeredReport(const Question& question, const EngineConfig& config,
+                           const WatchedLine& line, SearchLimit& limit) {
+    chosenPasses(question, line.getPassCount());
+    const std::string book = bookText(question.game.position);
+    const std::string words = answerInWords(config, question.game, line, limit);
+    if (question.format == ReportFormat::HTML) {
+        return makePage(line, {words, book, question.all, question.pass});
+    }
+    return treeReport(question, line) + '\n' + words + '\n' + book + (book.empty() ? "" : "\n");
 }
 
 int answer(Question question) {
@@ -123,14 +138,15 @@ int answer(Question question) {
     }
 
     const WatchedLine line(question.game, explain, passes);
-    const std::string book = bookText(question.game.position);
-    if (question.format == ReportFormat::PLAIN) {
-        std::cout << plainReport(question, explain, line.getPassCount());
-    } else {
-        std::cout << treeReport(question, line) << '\n'
-                  << answerInWords(*config, question.game, line, limit) << '\n';
+    const std::string text = question.format == ReportFormat::PLAIN
+                                 ? plainReport(question, explain, line.getPassCount())
+                                 : answeredReport(question, *config, line, limit);
+    const std::string fault = question.output ? question.output->write(text) : "";
+    if (!fault.empty()) {
+        std::cerr << "kestran-explain: " << fault << '\n';
+        return 1;
     }
-    std::cout << book << (book.empty() ? "" : "\n");
+    std::cout << (question.output ? "" : text);
     return 0;
 }
 

@@ -8,11 +8,12 @@
 
 #include <charconv>
 #include <limits>
+#include <map>
 
 const char* const EXPLAIN_HELP =
     R"(kestran-explain [FEN] [--line "MOVES"] [--moves "MOVES"] [--depth N] [--time S]
-                [--format=plain|tree] [--all] [--pass N] [--max-lines N]
-                [--hash MIB]
+                [--format=plain|tree|html] [-o FILE] [--all] [--pass N]
+                [--max-lines N] [--hash MIB]
 
 Searches a position as the engine does, watches a line of moves, and tells why the
 search did not follow it. Moves are written as players do, Nf3 exd6 O-O e8=Q, with or
@@ -25,6 +26,9 @@ without their numbers, or g1f3 e5d6 e1g1 e7e8q.
   --time S         seconds for all, such as 10 or 0.5; the last pass may come to no end
   --format=plain   the record as the search keeps it, in thousandths of a pawn (the default)
   --format=tree    a tree and one sentence that answers, in pawns
+  --format=html    a page for a browser: the line on a board, the passes in a chart, and
+                   the tree, with nodes that open and close
+  -o FILE          writes the report to FILE, whole or not at all
   --all            every move tried along the line, not only those that raised alfa
   --pass N         pass N alone, as the report counts them
   --max-lines N    at most N lines on the passes; the last pass comes first
@@ -32,8 +36,8 @@ without their numbers, or g1f3 e5d6 e1g1 e7e8q.
 
 Ctrl-C ends the search, and what has been found by then is reported.
 
-Exit status: 0; 1 if the search came to nothing before its end; 2 for input that makes no
-sense. Colour is used on a terminal unless NO_COLOR is set.
+Exit status: 0; 1 if the search came to nothing before its end, or FILE could not be
+written; 2 for input that makes no sense. Colour is used on a terminal unless NO_COLOR is set.
 )";
 
 namespace {
@@ -68,10 +72,13 @@ std::optional<Milliseconds> takeTime(CommandLine& commandLine) {
 
 ReportFormat takeFormat(CommandLine& commandLine) {
     const std::string format = commandLine.takeOption("--format").value_or("plain");
-    if (format != "plain" && format != "tree") {
-        throw UsageError("--format is plain or tree, not \"" + format + "\"");
+    const std::map<std::string, ReportFormat> formats = {
+        {"plain", ReportFormat::PLAIN}, {"tree", ReportFormat::TREE}, {"html", ReportFormat::HTML}};
+    const auto found = formats.find(format);
+    if (found == formats.end()) {
+        throw UsageError("--format is plain, tree or html, not \"" + format + "\"");
     }
-    return format == "tree" ? ReportFormat::TREE : ReportFormat::PLAIN;
+    return found->second;
 }
 
 std::vector<Move> readLine(const Position& position, const std::string& text) {
@@ -100,6 +107,13 @@ Question readQuestion(CommandLine& commandLine) {
     if (const auto mebibytes =
             takeNumber(commandLine, "--hash", EngineConfig::HASH_MIN, EngineConfig::HASH_MAX)) {
         question.hashTableSize = entriesOf(*mebibytes);
+    }
+    if (question.maxLines && question.format == ReportFormat::HTML) {
+        throw UsageError("--max-lines goes with --format=plain and --format=tree; a page has nodes "
+                         "that close");
+    }
+    if (const auto path = commandLine.takeOption("-o")) {
+        question.output.emplace(*path);
     }
     const std::string moves = commandLine.takeOption("--moves").value_or("");
     const auto line = commandLine.takeOption("--line");

@@ -27,12 +27,12 @@ std::string firstLines(const std::string& text, int lines) {
 std::string joinShortened(const std::vector<std::string>& passes, int maxLines) {
     std::string text;
     int leftOutBefore = 0;
-    for (auto pass = passes.rbegin(); pass != passes.rend(); ++pass) {
-        const int lines = countLines(*pass);
+    for (std::size_t i = passes.size(); i-- > 0;) {
+        const int lines = countLines(passes[i]);
         if (leftOutBefore > 0 || countLines(text) + lines > maxLines) {
             leftOutBefore += lines;
         } else {
-            text.insert(0, *pass);
+            text.insert(0, passes[i]);
         }
     }
     if (text.empty() && !passes.empty()) {

@@ -27,6 +27,15 @@ std::string scoreText(int score) {
     return buffer.data();
 }
 
+std::string countText(std::int64_t count) {
+    std::string text = std::to_string(count);
+    for (std::size_t place = text.size(); place > 3;) {
+        place -= 3;
+        text.insert(place, 1, ',');
+    }
+    return text;
+}
+
 std::string sideText(const Position& position) {
     return position.colorToMove == WHITE ? " for White" : " for Black";
 }

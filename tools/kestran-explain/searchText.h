@@ -3,11 +3,15 @@
 
 #include "kestran-explain/watchedLine.h"
 
+#include <cstdint>
 #include <string>
 
 // A score such as "+0.312"; "#3" for a mate in three moves, "#-3" for being mated in
 // three; "-inf" and "+inf" for the ends of the full window.
 std::string scoreText(int score);
+
+// A count with its digits in groups of three.
+std::string countText(std::int64_t count);
 
 // " for White" or " for Black", whoever is to move.
 std::string sideText(const Position& position);

@@ -1,0 +1,19 @@
+# Files that become constants of a program.
+
+# kestran_embed(TARGET HEADER NAME file [NAME file]...)
+# Adds to the target a source that defines each NAME, which HEADER declares as a
+# std::string_view, as the text of its file.
+function(kestran_embed target header)
+    set(source "#include \"${header}\"\n")
+    while(ARGN)
+        list(POP_FRONT ARGN name file)
+        file(READ "${file}" text)
+        string(APPEND source "\nconst std::string_view ${name} = R\"embedded(${text})embedded\";\n")
+        set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${file}")
+    endwhile()
+    # Copied only if it has changed, so that nothing is built again for nothing.
+    set(path "${CMAKE_CURRENT_BINARY_DIR}/${target}-embedded")
+    file(WRITE "${path}.tmp" "${source}")
+    configure_file("${path}.tmp" "${path}.cpp" COPYONLY)
+    target_sources(${target} PRIVATE "${path}.cpp")
+endfunction()

@@ -1,0 +1,9 @@
+// A chart of what the passes of a search came to, for the page.
+#pragma once
+
+#include "kestran-explain/htmlWriter.h"
+#include "kestran-explain/watchedLine.h"
+
+// Draws the score of each pass as a line and its nodes as columns. The same stands in words
+// next to the chart.
+void drawPasses(HtmlWriter& html, const WatchedLine& line);

@@ -1,0 +1,117 @@
+#include "kestran-explain/windowBar.h"
+
+#include "kestran-explain/searchText.h"
+#include "kestran-explain/svgPath.h"
+#include "search/score.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+// The picture, in its own units.
+constexpr double WIDTH = 200;
+constexpr double HEIGHT = 36;
+constexpr double BAR_TOP = 13;
+constexpr double BAR_HEIGHT = 9;
+constexpr double MARK_HALF = 5.5;
+constexpr double SCORE_BASE = 9;  // base line of the text above the bar
+constexpr double BOUND_BASE = 33; // and of those below it
+constexpr double TEXT_HALF = 22;  // about half the width of a text
+// Where the bounds stand, unless they are infinite.
+constexpr double ALFA_PLACE = 50;
+constexpr double BETA_PLACE = WIDTH - ALFA_PLACE;
+// A distance that fills half of what is left beyond a bound, in thousandths of a pawn.
+constexpr double HALF_DISTANCE = 1000;
+
+bool isInfinite(int bound) {
+    return bound < MATED_EVALUATION || bound > -MATED_EVALUATION;
+}
+
+// From 0 to 1, for distances from 0 to ever more.
+double squash(double distance) {
+    return distance / (distance + HALF_DISTANCE);
+}
+
+// Where alfa, beta and the score stand, from the left.
+struct Places {
+    double alfa;
+    double beta;
+    double score;
+};
+
+Places placesOf(const NodeMoveInfo& info) {
+    const double alfa = info.alfa;
+    const double beta = info.beta;
+    const double score = info.principalVariant.evaluation;
+    Places places = {isInfinite(info.alfa) ? 0 : ALFA_PLACE,
+                     isInfinite(info.beta) ? WIDTH : BETA_PLACE, 0};
+    const double width = places.beta - places.alfa;
+    if (score <= alfa) {
+        places.score = places.alfa * (1 - squash(alfa - score));
+    } else if (score >= beta) {
+        places.score = places.beta + (WIDTH - places.beta) * squash(score - beta);
+    } else if (!isInfinite(info.alfa) && !isInfinite(info.beta)) {
+        places.score = places.alfa + width * (score - alfa) / (beta - alfa);
+    } else if (!isInfinite(info.alfa)) {
+        places.score = places.alfa + width * squash(score - alfa);
+    } else if (!isInfinite(info.beta)) {
+        places.score = places.beta - width * squash(beta - score);
+    } else {
+        places.score = WIDTH / 2 * (1 + std::copysign(squash(std::abs(score)), score));
+    }
+    return places;
+}
+
+// An arrow head towards the scores that the true one may have, or a diamond.
+std::string markPath(const NodeMoveInfo& info, double x) {
+    const double middle = BAR_TOP + BAR_HEIGHT / 2;
+    const bool isLow = verdictOf(info) == Verdict::FAILED_LOW;
+    const bool isAtLeast = isBound(info) && !isLow;
+    const bool isAtMost = isBound(info) && isLow;
+    return shapePath({{x - (isAtLeast ? 0 : MARK_HALF), middle},
+                      {x, middle - MARK_HALF},
+                      {x + (isAtMost ? 0 : MARK_HALF), middle},
+                      {x, middle + MARK_HALF}});
+}
+
+void addBound(HtmlWriter& html, int bound, double place) {
+    html.add("text",
+             {{"class", "bound"},
+              {"x", coordinate(std::clamp(place, TEXT_HALF, WIDTH - TEXT_HALF))},
+              {"y", coordinate(BOUND_BASE)}},
+             scoreText(bound));
+}
+
+} // namespace
+
+void drawWindow(HtmlWriter& html, const NodeMoveInfo& info) {
+    const Places places = placesOf(info);
+    const std::string window = "window " + scoreText(info.alfa) + " to " + scoreText(info.beta);
+    const std::string box = "0 0 " + coordinate(WIDTH) + ' ' + coordinate(HEIGHT);
+    const auto bar = html.open(
+        "svg", {{"class", "window"},
+                {"viewBox", box},
+                {"role", "img"},
+                {"aria-label", window + (info.lmfCut ? "" : ", score " + scoreText(info))}});
+    const auto addBar = [&](const char* name, double from, double to) {
+        html.addEmpty("rect", {{"class", name},
+                               {"x", coordinate(from)},
+                               {"y", coordinate(BAR_TOP)},
+                               {"width", coordinate(to - from)},
+                               {"height", coordinate(BAR_HEIGHT)}});
+    };
+    addBar("outside", 0, WIDTH);
+    addBar("inside-window", places.alfa, places.beta);
+    addBound(html, info.alfa, places.alfa);
+    addBound(html, info.beta, places.beta);
+    if (!info.lmfCut) {
+        const double x = std::clamp(places.score, MARK_HALF, WIDTH - MARK_HALF);
+        html.addEmpty("path", {{"class", "score-mark"}, {"d", markPath(info, x)}});
+        html.add("text",
+                 {{"class", "score"},
+                  {"x", coordinate(std::clamp(x, TEXT_HALF, WIDTH - TEXT_HALF))},
+                  {"y", coordinate(SCORE_BASE)}},
+                 scoreText(info));
+    }
+}

@@ -1,0 +1,9 @@
+// The window of a node as a bar, for the page.
+#pragma once
+
+#include "explain/treeGeneratorDebug.h"
+#include "kestran-explain/htmlWriter.h"
+
+// Draws where alfa, beta and the score of a move stand to each other. A score that is only a
+// bound is an arrow head that points to where the true one lies; lmf's moves have none.
+void drawWindow(HtmlWriter& html, const NodeMoveInfo& info);
