@@ -5,6 +5,7 @@
 #include "search/score.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace {
@@ -13,7 +14,7 @@ namespace {
 constexpr double WIDTH = 640;
 constexpr double HEIGHT = 260;
 constexpr double LEFT = 62;
-constexpr double RIGHT = WIDTH - 82;
+constexpr double RIGHT = WIDTH - 52;
 constexpr double TOP = 26;
 constexpr double BOTTOM = HEIGHT - 42;
 constexpr double LABEL_GAP = 8;
@@ -36,6 +37,13 @@ double stepFor(double span) {
         }
     }
     return step;
+}
+
+// A power of ten, such as 100 or 10M.
+std::string powerText(int power) {
+    constexpr std::array<const char*, 3> DIGITS = {"1", "10", "100"};
+    constexpr std::array<const char*, 7> UNITS = {"", "k", "M", "G", "T", "P", "E"};
+    return std::string(DIGITS[at(power % 3)]) + UNITS[at(power / 3)];
 }
 
 class PassChart {
@@ -139,9 +147,8 @@ void PassChart::drawColumns() {
                                {"height", coordinate(height)}});
     }
     for (int power = 0; power <= static_cast<int>(powers); ++power) {
-        const double nodes = std::pow(10, power);
-        addText("scale nodes", RIGHT + LABEL_GAP, BOTTOM - heightOfNodes(nodes) + TEXT_DROP,
-                countText(std::llround(nodes)));
+        const double y = BOTTOM - heightOfNodes(std::pow(10, power));
+        addText("scale nodes", RIGHT + LABEL_GAP, y + TEXT_DROP, powerText(power));
     }
 }
 
