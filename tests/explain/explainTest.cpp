@@ -176,11 +176,15 @@ TEST(Explain, TellsWhichMoveKeptTheLineFromBeingReached) {
     watched.finish(-5, 10, 0, MoveEnding::LMF_CUT); // what lmf cuts has no score, and is no choice
     watched.explain.explainEndTreePass(IdaNS::OK);
     EngineConfig config;
-    const std::vector<PassReport> passes = {{1, IdaNS::OK, Variant(), 0}};
+    // The pass that came last told only a bound.
+    watched.explain.explainEndTreePass(IdaNS::FAILLOW);
+    const std::vector<PassReport> passes = {{1, IdaNS::OK, Variant(), 0},
+                                            {2, IdaNS::FAILLOW, Variant(), 0}};
     const WatchedLine line(watched.game, watched.explain, passes);
     SearchLimit limit(std::nullopt);
     EXPECT_EQ(answerInWords(config, watched.game, line, limit),
-              "The search never reached 1... e5 in pass 0 (depth 1), the last, at node 1, after 1. "
+              "The search never reached 1... e5 in pass 0 (depth 1), the last good one, at node 1, "
+              "after 1. "
               "e4, as 1... c5 cut the node off at ply 1.");
 }
 
@@ -261,7 +265,7 @@ TEST(ExplainTool, TellsWhyMovesEndAndWhereTheLineWasLeft) {
         EXPECT_LT(text.find(shown), sentence) << shown << '\n' << text;
         EXPECT_NE(text.find(answer, sentence), std::string::npos) << answer << '\n' << text;
     }
-    EXPECT_EQ(count, 13);
+    EXPECT_EQ(count, 14);
 }
 
 TEST(ExplainTool, RefusesWhatMakesNoSense) {
@@ -310,6 +314,11 @@ TEST(ExplainTool, FindsALineOfItsOwnAndKeepsTheReportShort) {
               std::string::npos);
     EXPECT_EQ(second.find("Pass 2"), std::string::npos);
     EXPECT_NE(with({"--max-lines=2"}).find("\n\nPass 2, depth 3"), std::string::npos);
+    // A short one ends a search that would take hours.
+    const ToolRun timed =
+        runBody(explainMain, {"--line=a4", "--depth=20", "--time=0.5", "--hash=1"});
+    EXPECT_EQ(timed.status, 0);
+    EXPECT_NE(timed.output.find("pass no. 1:"), std::string::npos);
 }
 
 TEST(ExplainTool, LeavesOutFirstPassesAndTheEndOfTheLast) {

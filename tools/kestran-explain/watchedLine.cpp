@@ -81,8 +81,7 @@ std::vector<const NodeMoveInfo*> WatchedLine::getRemarkable(int pass, int ply, b
 }
 
 bool WatchedLine::isLeftOut(int pass, int ply) const {
-    const bool cameBefore = ply == 0 || getLineMove(pass, ply - 1) != nullptr;
-    return ply < getLength() && cameBefore && getLineMove(pass, ply) == nullptr;
+    return ply < getLength() && getLineMove(pass, ply) == nullptr;
 }
 
 std::optional<int> WatchedLine::getStandPat(int pass, int ply) const {

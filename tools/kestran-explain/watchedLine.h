@@ -68,8 +68,8 @@ public:
     // The moves tried at a node that are worth telling: the line's own, and those that raised
     // alfa or cut the node off. With `all`, every one. The node must be there.
     std::vector<const NodeMoveInfo*> getRemarkable(int pass, int ply, bool all) const;
-    // Whether the line has a move at a node that the pass did not try, though it came to the
-    // move before.
+    // Whether the line has a move at a node that the pass did not try. Requires that it tried
+    // the one before.
     bool isLeftOut(int pass, int ply) const;
 
     // The score that standing pat gave the node before any move, for the side to move, if
