@@ -46,12 +46,6 @@ constexpr int DEFAULT_DEPTH = 5;
 constexpr int MAX_SECONDS = 1'000'000;
 constexpr int ANY_NUMBER = std::numeric_limits<int>::max();
 
-std::optional<int> takeNumber(CommandLine& commandLine, const std::string& name, int least,
-                              int most) {
-    const auto text = commandLine.takeOption(name);
-    return text ? std::optional(parseNumber(*text, name, least, most)) : std::nullopt;
-}
-
 std::optional<Milliseconds> takeTime(CommandLine& commandLine) {
     const auto text = commandLine.takeOption("--time");
     if (!text) {
