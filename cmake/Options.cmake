@@ -19,6 +19,9 @@ option(KESTRAN_FUZZ "Build the fuzz targets; needs Clang" OFF)
 # from 2013 on or so; native: the machine that builds, where the compiler knows it.
 set(KESTRAN_ARCH "portable" CACHE STRING "Processor to build for: portable, x86-64-v3, native")
 set_property(CACHE KESTRAN_ARCH PROPERTY STRINGS portable x86-64-v3 native)
+# A build by profile takes two rounds in one folder; see HACKING.md. GCC only.
+set(KESTRAN_PROFILE "" CACHE STRING "record what runs how often, or use what was recorded")
+set_property(CACHE KESTRAN_PROFILE PROPERTY STRINGS "" record use)
 set(KESTRAN_SANITIZE "" CACHE STRING "Sanitizers to build with, such as address,undefined")
 
 # What the options mean for every target.
@@ -31,6 +34,21 @@ add_link_options(-Wl,--gc-sections)
 if(NOT CMAKE_POSITION_INDEPENDENT_CODE AND NOT KESTRAN_SANITIZE)
     add_compile_options(-fno-pie)
     add_link_options(-no-pie)
+endif()
+if(KESTRAN_PROFILE)
+    if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        message(FATAL_ERROR "KESTRAN_PROFILE needs GCC")
+    elseif(KESTRAN_PROFILE STREQUAL "record")
+        add_compile_options(-fprofile-generate)
+        add_link_options(-fprofile-generate)
+    elseif(KESTRAN_PROFILE STREQUAL "use")
+        # Most tools never ran, and what never ran is built as ever. Inlined as far as that, the
+        # list of captures looks to GCC as if it were read before it is filled.
+        add_compile_options(-fprofile-use -fprofile-partial-training -Wno-missing-profile
+                            -Wno-maybe-uninitialized)
+    else()
+        message(FATAL_ERROR "KESTRAN_PROFILE is record or use")
+    endif()
 endif()
 if(KESTRAN_WERROR)
     add_compile_options(-Werror)
