@@ -3,16 +3,12 @@
 #include "base/loggingService.h"
 #include "base/statistics.h"
 #include "board/attacks.h"
-#include "board/checkFields.h"
-#include "board/kingLines.h"
 #include "board/makeMove.h"
 #include "board/moveEffects.h"
-#include "board/setUp.h"
 #include "search/evaluation.h"
-#include "search/quietGains.h"
+#include "search/quietCount.h"
+#include "search/quiscenceNode.h"
 #include "search/score.h"
-
-#include <optional>
 
 namespace {
 
@@ -21,142 +17,6 @@ void statsIncrement(int type, int depth, int increment) {
 }
 
 } // namespace
-
-// A node while its moves are tried.
-struct QuiscenceNode {
-    QuiscenceNode(Position& _position, Variant& _variant, int _alfa, int _beta, int _depth,
-                  bool _isDeepestPly, bool isWatched)
-        : position(_position), variant(_variant), alfa(_alfa), beta(_beta), depth(_depth),
-          targets(_position), lines(_position), isInCheckOriginally(lines.isInCheck()),
-          isDeepestPly(_isDeepestPly), material(-basicPositionEvaluationByMaterial(_position)) {
-        if (!isInCheckOriginally && (!isDeepestPly || isWatched)) {
-            checkFields.emplace(position);
-        }
-    }
-
-    // Whether the search follows a move further: it gives check, captures or promotes. In
-    // check, and at the deepest ply unless somebody watches, all moves are treated alike, and
-    // the answer is yes.
-    bool isMoveInteresting(const Move& move) const {
-        return move.pieceCaptured != NO_PIECE || move.promotionPieceType != NO_PIECE ||
-               !checkFields || checkFields->givesCheck(move);
-    }
-
-    // The static score of the position behind a move, for the side to move here.
-    int getStaticScore(PieceSum sum, int totalMaterial, int materialBalance) const {
-        const int eval = positionalEvalOf(sum, totalMaterial <= END_GAME_MAX_MATERIAL);
-        return materialBalance + (position.colorToMove == WHITE ? eval : -eval);
-    }
-
-    // Those of the fields that a piece goes to which its king allows.
-    FieldSet getLegalFields(const PieceTargets& piece, FieldSet fields) const {
-        return piece.type == KING ? lines.getSafeFields(fields)
-                                  : fields & lines.getAllowedFields(piece.from);
-    }
-
-    Position& position;
-    Variant& variant; // gets the line
-    int alfa;         // the best score so far
-    const int beta;
-    const int depth;                        // plies below the entry
-    const MoveTargets targets;              // all moves
-    const KingLines lines;                  // which of them are legal
-    const bool isInCheckOriginally;         // before the moves
-    const bool isDeepestPly;                // nothing is searched further
-    const int material;                     // balance for the side to move
-    std::optional<CheckFields> checkFields; // which moves give check, where that is asked
-    int numberOfLegalMoves = 0;             // that have been tried
-    Variant localVariant;                   // score of the move tried last, and line behind it
-};
-
-// Counts quiet moves without trying them, where none of them can matter: all are scored as
-// their positions stand, none gives check or can be a repetition, and not even the best gain
-// raises alfa. Where somebody watches, each is tried.
-class QuietCount {
-public:
-    QuietCount(QuiscenceNode& _node, SearchState& _state, bool isWatched)
-        : node(_node), state(_state) {
-        const Carried& carried = node.position.carried;
-        const bool isStatic = !node.isInCheckOriginally || node.isDeepestPly;
-        const bool canBeDraw =
-            node.alfa < DRAW_EVALUATION && state.path.canRepeat(carried.halfMoveClock + 1);
-        if (isStatic && !canBeDraw && !isWatched) {
-            const int material = totalMaterial(node.position);
-            score = node.getStaticScore(carried.sum, material, node.material);
-            gains = &getGreatestGains(node.position.colorToMove, material <= END_GAME_MAX_MATERIAL);
-        }
-    }
-
-    // The moves of a piece to some fields. True if they have been counted.
-    bool countMoves(const PieceTargets& piece, FieldSet fields) const {
-        return score + (*gains)[piece.type][piece.from] <= node.alfa && isQuiet(piece, fields) &&
-               count(countOf(fields));
-    }
-
-    // The move of a piece to one field, if it is no better than alfa. True if it has been
-    // counted.
-    bool countMove(const PieceTargets& piece, FieldIndex to) const {
-        const Position& position = node.position;
-        const auto& sums = pieceSums[position.colorToMove][piece.type];
-        if (score == NOTHING_COUNTS || !isQuiet(piece, setOf(to))) {
-            return false;
-        }
-        PieceSum sum = position.carried.sum;
-        sum += sums[to];
-        sum -= sums[piece.from];
-        return node.getStaticScore(sum, totalMaterial(position), node.material) <= node.alfa &&
-               count(1);
-    }
-
-    // The moves of all pawns, if they are all the same to the king and stand together in the
-    // order of moves.
-    bool countPawns() const {
-        const Color color = node.position.colorToMove;
-        const FieldSet pawns = node.position.getPieces(color, PAWN);
-        const FieldSet singleSteps = node.targets.getSingleSteps();
-        const FieldSet doubleSteps = node.targets.getDoubleSteps();
-        if (score + GREATEST_PAWN_GAIN > node.alfa || (pawns & node.lines.getPinned()) != 0 ||
-            ((singleSteps & promotionRanks) | (pawns & getUncoverers())) != 0 ||
-            givesCheck(singleSteps | doubleSteps, PAWN, NO_FIELD) ||
-            !node.targets.arePawnsTogether()) {
-            return false;
-        }
-        const FieldSet allowed = node.lines.getAllowedFields(NO_FIELD);
-        return count(countOf(singleSteps & allowed) + countOf(doubleSteps & allowed));
-    }
-
-private:
-    static constexpr FieldSet promotionRanks = fieldsFromTo(A1, H1) | fieldsFromTo(A8, H8);
-    // As a score: beyond every alfa, a mate's too, by more than any move loses.
-    static constexpr std::int64_t NOTHING_COUNTS = 2 * std::int64_t{DEFAULT_FIRST_BETA};
-
-    // Whether no move of a piece to some fields, all free, promotes or gives check.
-    bool isQuiet(const PieceTargets& piece, FieldSet fields) const {
-        const bool isPromotion =
-            piece.type == PAWN && isBeforePromotion(piece.from, node.position.colorToMove);
-        return !isPromotion && !givesCheck(fields, piece.type, piece.from);
-    }
-    FieldSet getUncoverers() const {
-        return node.isDeepestPly ? NO_FIELDS : node.checkFields->getUncoverers();
-    }
-    bool givesCheck(FieldSet fields, PieceType type, FieldIndex from) const {
-        return !node.isDeepestPly && (fields & node.checkFields->getFields(type, from)) != 0;
-    }
-    bool count(int moves) const {
-        if (!state.nodes.isFarFromPoll(moves)) {
-            return false;
-        }
-        state.nodes.countMoves(moves);
-        node.numberOfLegalMoves += moves;
-        return true;
-    }
-
-    QuiscenceNode& node;
-    SearchState& state;
-    std::int64_t score = NOTHING_COUNTS; // static, before any move
-    // Of the side to move, in this phase; any while nothing counts.
-    const ByType<ByField<int>>* gains = &greatestGainsOf<WHITE, false>;
-};
 
 template <class Observer>
 MoveEnding Quiscence<Observer>::quiscenceSearchInner(Position& position, int alfa, int beta,

@@ -1,0 +1,97 @@
+// Quiet moves of the quiescence search that need not be tried, since nothing can come of them.
+#pragma once
+
+#include "board/setUp.h"
+#include "search/quietGains.h"
+#include "search/quiscenceNode.h"
+#include "search/score.h"
+#include "search/searchState.h"
+
+// Counts quiet moves without trying them, where none of them can matter: all are scored as
+// their positions stand, none gives check or can be a repetition, and not even the best gain
+// raises alfa. Where somebody watches, each is tried.
+class QuietCount {
+public:
+    QuietCount(QuiscenceNode& _node, SearchState& _state, bool isWatched)
+        : node(_node), state(_state) {
+        const Carried& carried = node.position.carried;
+        const bool isStatic = !node.isInCheckOriginally || node.isDeepestPly;
+        const bool canBeDraw =
+            node.alfa < DRAW_EVALUATION && state.path.canRepeat(carried.halfMoveClock + 1);
+        if (isStatic && !canBeDraw && !isWatched) {
+            const int material = totalMaterial(node.position);
+            score = node.getStaticScore(carried.sum, material, node.material);
+            gains = &getGreatestGains(node.position.colorToMove, material <= END_GAME_MAX_MATERIAL);
+        }
+    }
+
+    // The moves of a piece to some fields. True if they have been counted.
+    bool countMoves(const PieceTargets& piece, FieldSet fields) const {
+        return score + (*gains)[piece.type][piece.from] <= node.alfa && isQuiet(piece, fields) &&
+               count(countOf(fields));
+    }
+
+    // The move of a piece to one field, if it is no better than alfa. True if it has been
+    // counted.
+    bool countMove(const PieceTargets& piece, FieldIndex to) const {
+        const Position& position = node.position;
+        const auto& sums = pieceSums[position.colorToMove][piece.type];
+        if (score == NOTHING_COUNTS || !isQuiet(piece, setOf(to))) {
+            return false;
+        }
+        PieceSum sum = position.carried.sum;
+        sum += sums[to];
+        sum -= sums[piece.from];
+        return node.getStaticScore(sum, totalMaterial(position), node.material) <= node.alfa &&
+               count(1);
+    }
+
+    // The moves of all pawns, if they are all the same to the king and stand together in the
+    // order of moves.
+    bool countPawns() const {
+        const Color color = node.position.colorToMove;
+        const FieldSet pawns = node.position.getPieces(color, PAWN);
+        const FieldSet singleSteps = node.targets.getSingleSteps();
+        const FieldSet doubleSteps = node.targets.getDoubleSteps();
+        if (score + GREATEST_PAWN_GAIN > node.alfa || (pawns & node.lines.getPinned()) != 0 ||
+            ((singleSteps & promotionRanks) | (pawns & getUncoverers())) != 0 ||
+            givesCheck(singleSteps | doubleSteps, PAWN, NO_FIELD) ||
+            !node.targets.arePawnsTogether()) {
+            return false;
+        }
+        const FieldSet allowed = node.lines.getAllowedFields(NO_FIELD);
+        return count(countOf(singleSteps & allowed) + countOf(doubleSteps & allowed));
+    }
+
+private:
+    static constexpr FieldSet promotionRanks = fieldsFromTo(A1, H1) | fieldsFromTo(A8, H8);
+    // As a score: beyond every alfa, a mate's too, by more than any move loses.
+    static constexpr std::int64_t NOTHING_COUNTS = 2 * std::int64_t{DEFAULT_FIRST_BETA};
+
+    // Whether no move of a piece to some fields, all free, promotes or gives check.
+    bool isQuiet(const PieceTargets& piece, FieldSet fields) const {
+        const bool isPromotion =
+            piece.type == PAWN && isBeforePromotion(piece.from, node.position.colorToMove);
+        return !isPromotion && !givesCheck(fields, piece.type, piece.from);
+    }
+    FieldSet getUncoverers() const {
+        return node.isDeepestPly ? NO_FIELDS : node.checkFields->getUncoverers();
+    }
+    bool givesCheck(FieldSet fields, PieceType type, FieldIndex from) const {
+        return !node.isDeepestPly && (fields & node.checkFields->getFields(type, from)) != 0;
+    }
+    bool count(int moves) const {
+        if (!state.nodes.isFarFromPoll(moves)) {
+            return false;
+        }
+        state.nodes.countMoves(moves);
+        node.numberOfLegalMoves += moves;
+        return true;
+    }
+
+    QuiscenceNode& node;
+    SearchState& state;
+    std::int64_t score = NOTHING_COUNTS; // static, before any move
+    // Of the side to move, in this phase; any while nothing counts.
+    const ByType<ByField<int>>* gains = &greatestGainsOf<WHITE, false>;
+};
