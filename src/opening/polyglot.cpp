@@ -37,11 +37,14 @@ PolyglotBook::PolyglotBook() {
 }
 
 PolyglotBook PolyglotBook::getStandard() {
-    PolyglotBook book;
-    for (const std::string_view line : STANDARD_LINES) {
-        addLine(book, std::string(line));
-    }
-    return book;
+    static const PolyglotBook standard = [] {
+        PolyglotBook book;
+        for (const std::string_view line : STANDARD_LINES) {
+            addLine(book, std::string(line));
+        }
+        return book;
+    }();
+    return standard;
 }
 
 PolyglotBook PolyglotBook::getBookFromFile(const std::string& filePath, bool polyglotNotation) {

@@ -19,7 +19,7 @@ public:
     // An empty book. The first one of the process seeds the random generator.
     PolyglotBook();
 
-    // The book that the engine plays from.
+    // The book that the engine plays from: a copy of the one that the first call makes.
     static PolyglotBook getStandard();
     // The lines of a text file, one a line; empty, with a message on standard error,
     // if it cannot be opened.

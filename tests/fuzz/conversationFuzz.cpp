@@ -6,7 +6,6 @@
 
 #include "base/engineParameters.h"
 #include "base/platform.h"
-#include "opening/polyglot.h"
 #include "uci/uciEngine.h"
 
 #include <algorithm>
@@ -111,14 +110,6 @@ void shortSleep(Milliseconds /*duration*/) {
 void forbiddenEnd() __asm__("__wrap__Z10endProcessv");
 void forbiddenEnd() {
     require(false, "the process ends itself");
-}
-
-// The book is the same for every engine, and long to make.
-PolyglotBook madeBook() __asm__("__real__ZN12PolyglotBook11getStandardEv");
-PolyglotBook keptBook() __asm__("__wrap__ZN12PolyglotBook11getStandardEv");
-PolyglotBook keptBook() {
-    static const PolyglotBook book = madeBook();
-    return book;
 }
 
 extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {

@@ -1,5 +1,7 @@
 #include "support/commandLine.h"
 
+#include "base/platform.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cstdlib>
@@ -115,6 +117,7 @@ int runTool(const std::string& name, const std::string& help, int argc, const ch
         std::cerr << name << ": " << message << '\n';
         return status;
     };
+    prepareMemory();
     try {
         const FailingOutput failing;
         if (std::any_of(argv + 1, argv + argc, isHelpWanted)) {
