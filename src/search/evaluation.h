@@ -12,7 +12,10 @@
 inline constexpr int END_GAME_MAX_MATERIAL = 26200;
 
 // The balance of material.
-int basicPositionEvaluationByMaterial(const Position& position);
+inline int basicPositionEvaluationByMaterial(const Position& position) {
+    const ByColor<int>& material = position.carried.material;
+    return material[position.oppositeColorToMove()] - material[position.colorToMove];
+}
 
 // The sum of all but material. No term reads `materialBalance`, the caller's own.
 int positionalEval(const Position& position, int materialBalance);
