@@ -289,11 +289,11 @@ TEST(ExplainTool, RefusesWhatMakesNoSense) {
         {{"--line", "e2e4", "--format", "trees"}, "--format is plain, tree or html"},
         {{"--format=html", "--max-lines=9"}, "--max-lines goes with --format=plain"},
         {{"--line", "e2e4", "--colour"}, "unknown option --colour"},
+        {{"--line", "e2e4", "--line=d2d4"}, "--line is given twice"},
     };
     for (const auto& [words, what] : cases) {
         expectRefusal(runBody(explainMain, words), what);
     }
-    EXPECT_NE(runBody(explainMain, {"--help"}).output.find("--line \"MOVES\""), std::string::npos);
 }
 
 TEST(ExplainTool, FindsALineOfItsOwnAndKeepsTheReportShort) {
@@ -337,11 +337,12 @@ TEST(ExplainTool, LeavesOutFirstPassesAndTheEndOfTheLast) {
 // The built tool on a terminal of its own, which is its standard error as well.
 class OnTerminal {
 public:
-    OnTerminal(const char* noColor, const char* line, const char* depth) {
+    OnTerminal(const char* noColor, const char* term, const char* line, const char* depth) {
         child = forkpty(&terminal, nullptr, nullptr, nullptr);
         if (child == 0) {
             const std::string path = KESTRAN_BINARY_DIR "/kestran-explain";
             setenv("NO_COLOR", noColor, 1);
+            setenv("TERM", term, 1);
             execl(path.c_str(), path.c_str(), line, depth, "--format=tree", "--hash=16",
                   static_cast<char*>(nullptr));
             _exit(127);
@@ -378,15 +379,18 @@ private:
 };
 
 TEST(ExplainTool, ColoursATerminalOnly) {
-    EXPECT_NE(OnTerminal("", "--line=e4", "--depth=1").getReport().find("\x1b[1m1. e4 *\x1b[0m"),
-              std::string::npos);
-    const std::string plain = OnTerminal("1", "--line=e4", "--depth=1").getReport();
-    EXPECT_NE(plain.find("1. e4 *"), std::string::npos);
-    EXPECT_EQ(plain.find('\x1b'), std::string::npos);
+    const auto report = [](const char* noColor, const char* term) {
+        return OnTerminal(noColor, term, "--line=e4", "--depth=1").getReport();
+    };
+    EXPECT_NE(report("", "xterm").find("\x1b[1m1. e4 *\x1b[0m"), std::string::npos);
+    for (const std::string& plain : {report("1", "xterm"), report("", "dumb")}) {
+        EXPECT_NE(plain.find("1. e4 *"), std::string::npos);
+        EXPECT_EQ(plain.find('\x1b'), std::string::npos);
+    }
 }
 
 TEST(ExplainTool, ReportsWhatThereIsAtControlC) {
-    OnTerminal tool("1", "--line=a4 a5", "--depth=20");
+    OnTerminal tool("1", "xterm", "--line=a4 a5", "--depth=20");
     tool.readUntil("depth 2 done");
     tool.pressControlC();
     const std::string report = tool.getReport();
@@ -404,6 +408,8 @@ TEST(SearchText, WritesScoresInPawnsAndMates) {
         {-MATED_EVALUATION - 1, "#1"},
         {-MATED_EVALUATION - 2, "#1"},
         {-MATED_EVALUATION - 5, "#3"},
+        {MATED_EVALUATION, "mated"},
+        {MATED_EVALUATION + 1, "#-1"},
         {MATED_EVALUATION + 2, "#-1"},
         {MATED_EVALUATION + 6, "#-3"},
         {DEFAULT_FIRST_ALFA, "-inf"},

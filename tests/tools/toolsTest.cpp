@@ -254,6 +254,7 @@ TEST(Perft, TellsWhatIsWrongWithAFileOfCounts) {
              {bare + "\n", "has no count"},
              {bare + "; D1", "line 1 has no count behind D1"},
              {bare + "; D1 2x", "line 1 has no count behind D1"},
+             {std::string("\x1b[2J\0\n", 6), "the position \"?[2J?\" cannot be played"},
              {bare + "; D13 2", "the depth behind D is a whole number from 0 to 12"},
              {bare + "; D1 0\n8/8 w - - ; D1 0", ":2: the position \"8/8 w - -\" cannot be played"},
          }) {
@@ -295,11 +296,13 @@ TEST(Tools, TellOfBadInputInOneLine) {
 }
 
 TEST(Tools, TellHowToUseThem) {
-    for (const std::string& path : {BENCH, PERFT}) {
+    for (const std::string tool : {"bench", "book", "explain", "perft", "soak"}) {
+        const std::string path = KESTRAN_BINARY_DIR "/kestran-" + tool;
         const ToolRun help = run(path, {"--depth", "--help"});
         EXPECT_EQ(help.status, 0);
         EXPECT_EQ(help.errors, "");
         EXPECT_TRUE(help.output.starts_with("Usage: ")) << help.output;
+        EXPECT_NE(help.output.find("\nExit status: 0; 1 if "), std::string::npos) << help.output;
         EXPECT_EQ(run(path, {"-h"}).output, help.output);
     }
 }
@@ -398,8 +401,10 @@ TEST(WriteWhole, WritesAllOrNothing) {
     writeWhole(path, "new\n");
     EXPECT_EQ(text(), "new\n");
     std::filesystem::create_symlink(path, link);
+    std::filesystem::permissions(path, std::filesystem::perms(0640));
     writeWhole(link, "newer\n");
     EXPECT_TRUE(std::filesystem::is_symlink(link));
+    EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0640));
     EXPECT_EQ(text(), "newer\n");
     std::filesystem::remove(link);
 
@@ -414,6 +419,13 @@ TEST(WriteWhole, WritesAllOrNothing) {
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.path), {}), 1);
     EXPECT_THROW(writeWhole("/dev/full", "x"), std::runtime_error);
     EXPECT_TRUE(std::filesystem::is_character_file("/dev/full")) << "a device is not replaced";
+
+    for (const std::string& bad : {std::string(), folder.path, path + "/a", link + "/a"}) {
+        EXPECT_THROW(requireWritable(bad), UsageError) << bad;
+    }
+    for (const std::string& good : {path, link, std::string("/dev/full")}) {
+        EXPECT_NO_THROW(requireWritable(good)) << good;
+    }
 }
 
 CommandLine commandLineOf(std::vector<const char*> words) {

@@ -2,12 +2,11 @@
 
 #include "notation/longAlgebraicMove.h"
 #include "search/infoStruct.h"
-#include "search/score.h"
+#include "support/mateScore.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <cstdlib>
 #include <iomanip>
 #include <numeric>
 #include <ostream>
@@ -58,16 +57,6 @@ std::vector<std::int64_t> runRates(const BenchReport& report) {
     return rates;
 }
 
-bool isMate(int evaluation) {
-    return isUpperMateLimit(evaluation) || isBottomMateLimit(evaluation);
-}
-
-// Moves to the mate, below 0 if the side to move is mated. The score is a mate.
-std::int64_t mateMoves(int evaluation) {
-    const std::int64_t plies = std::int64_t{-MATED_EVALUATION} - std::abs(std::int64_t{evaluation});
-    return (evaluation < 0 ? -1 : 1) * ((plies + 1) / 2);
-}
-
 // Empty if there is no legal move.
 std::string bestMoveOf(const Variant& line) {
     return line.varLength > 0 ? LongAlgebraicMove(line.get(0).move).toString() : "";
@@ -95,7 +84,7 @@ void printJsonPosition(const BenchedPosition& position, std::ostream& stream) {
     const std::string best = bestMoveOf(position.line);
     stream << R"(    {"fen": )" << quoted(position.fen) << R"(, "depth": )" << position.depth
            << R"(, "score": )" << score << R"(, "mate": )"
-           << (isMate(score) ? std::to_string(mateMoves(score)) : "null") << R"(, "nodes": )"
+           << (isMate(score) ? std::to_string(movesToMate(score)) : "null") << R"(, "nodes": )"
            << position.nodes << R"(, "millis": )" << spreadOf(position.millis).median
            << R"(, "best": )" << (best.empty() ? "null" : quoted(best)) << '}';
 }
@@ -111,7 +100,7 @@ std::string scoreToString(int evaluation) {
     if (!isMate(evaluation)) {
         return std::to_string(evaluation);
     }
-    const std::int64_t moves = mateMoves(evaluation);
+    const int moves = movesToMate(evaluation);
     return moves == 0 ? "mated" : (moves > 0 ? "mate +" : "mate ") + std::to_string(moves);
 }
 

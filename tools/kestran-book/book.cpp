@@ -28,7 +28,8 @@ position: lines that reach it by another order of moves count, too, so the repli
 move can be more than the lines that play this move.
 
   FEN               the position, quoted or not; startpos, or nothing, for the start
-  --moves "MOVES"   a game from FEN to the position: e2e4 e7e5
+  --moves "MOVES"   a game from FEN to the position: 1. e4 e5 2. Nf3, with or without its
+                    numbers, or e2e4 e7e5 g1f3
   --tree DEPTH      the book from there as a tree of that many plies, 1 to 40
   --check FILE      reads a text of book lines, one line each, and reports every line that
                     stops before its end

@@ -8,15 +8,15 @@
 #include "kestran-explain/searchLimit.h"
 #include "kestran-explain/searchText.h"
 #include "kestran-explain/watchedLine.h"
+#include "support/textFile.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <functional>
 #include <iostream>
 #include <limits>
 #include <sstream>
+#include <stdexcept>
 #include <string>
-#include <unistd.h>
 
 namespace {
 
@@ -60,12 +60,6 @@ void findLine(Question& question, const EngineConfig& config, SearchLimit& limit
     }
 }
 
-bool wantsColour(const Question& question) {
-    const char* noColor = std::getenv("NO_COLOR"); // NOLINT(concurrency-mt-unsafe)
-    return !question.output && isatty(STDOUT_FILENO) != 0 &&
-           (noColor == nullptr || *noColor == '\0');
-}
-
 std::string passesText(const Question& question, const std::vector<std::string>& passes) {
     return joinShortened(passes, question.maxLines.value_or(std::numeric_limits<int>::max()));
 }
@@ -83,20 +77,25 @@ std::pair<int, int> chosenPasses(const Question& question, int count) {
 }
 
 std::string plainReport(const Question& question, const Explain& explain, int passCount) {
-    // The record tells of the pass that was under way as well.
+    // The record also tells of the pass that was under way, in a line that stays with the
+    // pass before it.
     const auto [first, end] = chosenPasses(question, passCount + 1);
     std::vector<std::string> passes;
     for (int pass = first; pass < end; ++pass) {
         std::ostringstream stream;
         explain.explainPass(at(pass), question.all, stream);
-        passes.push_back(stream.str());
+        if (pass == passCount && !passes.empty()) {
+            passes.back() += stream.str();
+        } else {
+            passes.push_back(stream.str());
+        }
     }
     const std::string book = bookText(question.game.position);
     return passesText(question, passes) + book + (book.empty() ? "" : "\n");
 }
 
 std::string treeReport(const Question& question, const WatchedLine& line) {
-    const TreeReport report(line, question.all, wantsColour(question));
+    const TreeReport report(line, question.all, !question.output && isColourWanted());
     const auto [first, end] = chosenPasses(question, line.getPassCount());
     std::vector<std::string> passes;
     for (int pass = first; pass < end; ++pass) {
@@ -132,21 +131,19 @@ int answer(Question question) {
                              &limit.begin(TIME_TO_WATCH), std::ref(progress));
     }
     if (passes.empty()) {
-        std::cerr << "kestran-explain: the search was ended before its first pass, and there is "
-                     "nothing to report\n";
-        return 1;
+        throw std::runtime_error("the search was ended before its first pass, and there is "
+                                 "nothing to report");
     }
 
     const WatchedLine line(question.game, explain, passes);
     const std::string text = question.format == ReportFormat::PLAIN
                                  ? plainReport(question, explain, line.getPassCount())
                                  : answeredReport(question, *config, line, limit);
-    const std::string fault = question.output ? question.output->write(text) : "";
-    if (!fault.empty()) {
-        std::cerr << "kestran-explain: " << fault << '\n';
-        return 1;
+    if (question.output) {
+        writeWhole(*question.output, text);
+    } else {
+        std::cout << text;
     }
-    std::cout << (question.output ? "" : text);
     return 0;
 }
 

@@ -2,7 +2,7 @@
 
 #include "kestran-explain/searchText.h"
 #include "search/score.h"
-#include "support/gameInput.h"
+#include "support/mateScore.h"
 #include "support/san.h"
 
 #include <memory>
@@ -75,9 +75,7 @@ std::string marginText(int chosen, int score) {
     if (chosen == score) {
         return ", the same, which is not enough to replace it";
     }
-    const bool isMate = isUpperMateLimit(chosen) || isBottomMateLimit(chosen) ||
-                        isUpperMateLimit(score) || isBottomMateLimit(score);
-    if (isMate) {
+    if (isMate(chosen) || isMate(score)) {
         return "";
     }
     const std::string size = scoreText(chosen > score ? chosen - score : score - chosen).substr(1);

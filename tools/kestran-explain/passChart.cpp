@@ -2,7 +2,7 @@
 
 #include "kestran-explain/searchText.h"
 #include "kestran-explain/svgPath.h"
-#include "search/score.h"
+#include "support/mateScore.h"
 
 #include <algorithm>
 #include <array>
@@ -23,10 +23,6 @@ constexpr double MARK = 5;      // half the size of a mark
 constexpr double COLUMN_PART = 0.46;
 constexpr int MAX_TICKS = 5;
 constexpr double PAWN_SCORE = 1000;
-
-bool isMate(int score) {
-    return isUpperMateLimit(score) || isBottomMateLimit(score);
-}
 
 // The step from one line of the grid to the next: 1, 2 or 5 times a power of ten.
 double stepFor(double span) {

@@ -5,15 +5,16 @@
 #include "search/hashTable.h"
 #include "search/searchParameters.h"
 #include "support/gameInput.h"
+#include "support/textFile.h"
 
 #include <charconv>
 #include <limits>
 #include <map>
 
 const char* const EXPLAIN_HELP =
-    R"(kestran-explain [FEN] [--line "MOVES"] [--moves "MOVES"] [--depth N] [--time S]
-                [--format=plain|tree|html] [-o FILE] [--all] [--pass N]
-                [--max-lines N] [--hash MIB]
+    R"(Usage: kestran-explain [FEN] [--line "MOVES"] [--moves "MOVES"] [--depth N] [--time S]
+                       [--format=plain|tree|html] [-o FILE] [--all] [--pass N]
+                       [--max-lines N] [--hash MIB]
 
 Searches a position as the engine does, watches a line of moves, and tells why the
 search did not follow it. Moves are written as players do, Nf3 exd6 O-O e8=Q, with or
@@ -36,8 +37,9 @@ without their numbers, or g1f3 e5d6 e1g1 e7e8q.
 
 Ctrl-C ends the search, and what has been found by then is reported.
 
-Exit status: 0; 1 if the search came to nothing before its end, or FILE could not be
-written; 2 for input that makes no sense. Colour is used on a terminal unless NO_COLOR is set.
+Exit status: 0; 1 if the search came to nothing before its end or the output cannot be
+written; 2 for input that makes no sense. Colour is used on a terminal unless NO_COLOR is
+set or TERM is "dumb".
 )";
 
 namespace {
@@ -59,7 +61,8 @@ std::optional<Milliseconds> takeTime(CommandLine& commandLine) {
     const bool isGood =
         fault == std::errc() && stopped == end && seconds > 0 && seconds <= MAX_SECONDS;
     if (!isGood) {
-        throw UsageError("--time is a number of seconds above 0, not \"" + *text + "\"");
+        throw UsageError("--time is a number of seconds above 0, at most " +
+                         std::to_string(MAX_SECONDS) + ", not \"" + *text + "\"");
     }
     return static_cast<Milliseconds>(seconds * 1000);
 }
@@ -106,14 +109,15 @@ Question readQuestion(CommandLine& commandLine) {
         throw UsageError("--max-lines goes with --format=plain and --format=tree; a page has nodes "
                          "that close");
     }
-    if (const auto path = commandLine.takeOption("-o")) {
-        question.output.emplace(*path);
-    }
+    question.output = commandLine.takeOption("-o");
     const std::string moves = commandLine.takeOption("--moves").value_or("");
     const auto line = commandLine.takeOption("--line");
     question.game = readGame(commandLine.takeRest(), moves);
     if (line) {
         question.line = readLine(question.game.position, *line);
+    }
+    if (question.output) {
+        requireWritable(*question.output);
     }
     return question;
 }

@@ -3,7 +3,6 @@
 
 #include "base/platform.h"
 #include "board/game.h"
-#include "kestran-explain/wholeFile.h"
 #include "support/commandLine.h"
 
 #include <optional>
@@ -19,10 +18,10 @@ struct Question {
     std::optional<Milliseconds> time;
     std::optional<int> hashTableSize; // entries
     ReportFormat format;
-    bool all;                        // every move tried along the line
-    std::optional<int> pass;         // the only one to show, if there is such a pass
-    std::optional<int> maxLines;     // of the report on the passes
-    std::optional<WholeFile> output; // standard output if there is none
+    bool all;                          // every move tried along the line
+    std::optional<int> pass;           // the only one to show, if there is such a pass
+    std::optional<int> maxLines;       // of the report on the passes
+    std::optional<std::string> output; // a file; standard output if there is none
 };
 
 // Takes all words of the command line. UsageError if they make no sense.

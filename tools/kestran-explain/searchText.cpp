@@ -3,27 +3,27 @@
 #include "board/makeMove.h"
 #include "opening/polyglot.h"
 #include "search/score.h"
+#include "support/mateScore.h"
 #include "support/san.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <cstdlib>
+
+bool isBeyondMates(int score) {
+    return score < MATED_EVALUATION || score > -MATED_EVALUATION;
+}
 
 std::string scoreText(int score) {
-    const std::int64_t plies = std::int64_t{-MATED_EVALUATION} - std::abs(std::int64_t{score});
-    if (plies < 0) {
+    if (isBeyondMates(score)) {
         return score < 0 ? "-inf" : "+inf";
     }
-    std::array<char, 32> buffer;
-    if (isUpperMateLimit(score)) {
-        std::snprintf(buffer.data(), buffer.size(), "#%d", static_cast<int>((plies + 1) / 2));
-    } else if (isBottomMateLimit(score)) {
-        std::snprintf(buffer.data(), buffer.size(), "#-%d", static_cast<int>(plies / 2));
-    } else {
-        constexpr double PAWN_SCORE = pieceEvaluationValues[PAWN];
-        std::snprintf(buffer.data(), buffer.size(), "%+.3f", score / PAWN_SCORE);
+    if (isMate(score)) {
+        return score == MATED_EVALUATION ? "mated" : '#' + std::to_string(movesToMate(score));
     }
+    std::array<char, 32> buffer;
+    constexpr double PAWN_SCORE = pieceEvaluationValues[PAWN];
+    std::snprintf(buffer.data(), buffer.size(), "%+.3f", score / PAWN_SCORE);
     return buffer.data();
 }
 

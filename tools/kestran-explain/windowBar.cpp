@@ -24,10 +24,6 @@ constexpr double BETA_PLACE = WIDTH - ALFA_PLACE;
 // A distance that fills half of what is left beyond a bound, in thousandths of a pawn.
 constexpr double HALF_DISTANCE = 1000;
 
-bool isInfinite(int bound) {
-    return bound < MATED_EVALUATION || bound > -MATED_EVALUATION;
-}
-
 // From 0 to 1, for distances from 0 to ever more.
 double squash(double distance) {
     return distance / (distance + HALF_DISTANCE);
@@ -44,18 +40,18 @@ Places placesOf(const NodeMoveInfo& info) {
     const double alfa = info.alfa;
     const double beta = info.beta;
     const double score = info.principalVariant.evaluation;
-    Places places = {isInfinite(info.alfa) ? 0 : ALFA_PLACE,
-                     isInfinite(info.beta) ? WIDTH : BETA_PLACE, 0};
+    Places places = {isBeyondMates(info.alfa) ? 0 : ALFA_PLACE,
+                     isBeyondMates(info.beta) ? WIDTH : BETA_PLACE, 0};
     const double width = places.beta - places.alfa;
     if (score <= alfa) {
         places.score = places.alfa * (1 - squash(alfa - score));
     } else if (score >= beta) {
         places.score = places.beta + (WIDTH - places.beta) * squash(score - beta);
-    } else if (!isInfinite(info.alfa) && !isInfinite(info.beta)) {
+    } else if (!isBeyondMates(info.alfa) && !isBeyondMates(info.beta)) {
         places.score = places.alfa + width * (score - alfa) / (beta - alfa);
-    } else if (!isInfinite(info.alfa)) {
+    } else if (!isBeyondMates(info.alfa)) {
         places.score = places.alfa + width * squash(score - alfa);
-    } else if (!isInfinite(info.beta)) {
+    } else if (!isBeyondMates(info.beta)) {
         places.score = places.beta - width * squash(beta - score);
     } else {
         places.score = WIDTH / 2 * (1 + std::copysign(squash(std::abs(score)), score));

@@ -175,7 +175,8 @@ const std::string PERFT_HELP =
 Counts the sequences of DEPTH legal moves, 0 to 12, from a position: for each first move,
 and in all. FEN stands in quotes or in several words; "startpos" is the start position.
 
-  --moves "MOVES"  a game from FEN to the position: e2e4 e7e5
+  --moves "MOVES"  a game from FEN to the position: 1. e4 e5 2. Nf3, with or without its
+                   numbers, or e2e4 e7e5 g1f3
   --epd FILE       checks the counts of a file instead: a line for each position, its FEN
                    and then its counts, as in ";D1 20 ;D2 400". Those of more than DEPTH
                    plies are left out

@@ -3,6 +3,7 @@
 #include "base/platform.h"
 
 #include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <cstdlib>
 #include <exception>
@@ -18,6 +19,12 @@ bool looksLikeOption(const std::string& word) {
 
 bool isHelpWanted(std::string_view word) {
     return word == "--help" || word == "-h";
+}
+
+std::string withoutControls(std::string text) {
+    const auto isControl = [](unsigned char letter) { return std::iscntrl(letter) != 0; };
+    std::ranges::replace_if(text, isControl, '?');
+    return text;
 }
 
 std::string_view environmentOf(const char* name) {
@@ -46,6 +53,9 @@ private:
 };
 
 } // namespace
+
+UsageError::UsageError(const std::string& message) : std::runtime_error(withoutControls(message)) {
+}
 
 CommandLine::CommandLine(int argc, const char* const* argv) : words(argv + 1, argv + argc) {
 }

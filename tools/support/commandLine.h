@@ -8,10 +8,11 @@
 #include <string_view>
 #include <vector>
 
-// Bad input of a tool's user. The message is one sentence for them.
+// Bad input of a tool's user. The message is one sentence for them, on one line: whatever
+// control characters it quotes are question marks.
 class UsageError : public std::runtime_error {
 public:
-    using std::runtime_error::runtime_error;
+    explicit UsageError(const std::string& message);
 };
 
 // The words of a command line, which a tool takes one by one.

@@ -25,8 +25,17 @@ bool isFixture(const fs::path& target) {
     return fs::exists(target, fault) && !fs::is_regular_file(target, fault);
 }
 
-[[noreturn]] void failToWrite(const std::string& path, const std::error_code& reason) {
-    throw std::runtime_error("the file " + path + " cannot be written: " + reason.message());
+std::error_code lastError() {
+    return {errno, std::generic_category()};
+}
+
+// Whether `path` can be used in all the ways of `mode`; if not, why.
+std::error_code accessFault(const fs::path& path, int mode) {
+    return access(path.c_str(), mode) == 0 ? std::error_code() : lastError();
+}
+
+std::string faultText(const std::string& path, const std::error_code& reason) {
+    return "the file " + path + " cannot be written: " + reason.message();
 }
 
 // The reason if that fails.
@@ -35,7 +44,7 @@ std::error_code writeTo(const fs::path& target, const std::string& text) {
     std::ofstream file(target, std::ios::binary);
     file << text;
     file.close();
-    return file ? std::error_code() : std::error_code(errno, std::generic_category());
+    return file ? std::error_code() : lastError();
 }
 
 } // namespace
@@ -51,12 +60,23 @@ std::ifstream openText(const std::string& path) {
 }
 
 void requireWritable(const std::string& path) {
+    if (path.empty()) {
+        throw UsageError("a file to be written needs a name");
+    }
     const fs::path target = targetOf(path);
+    std::error_code ignored;
     std::error_code fault;
-    const fs::path parent = target.has_parent_path() ? target.parent_path() : fs::path(".");
-    const fs::path touched = isFixture(target) ? target : parent;
-    if (path.empty() || fs::is_directory(target, fault) || access(touched.c_str(), W_OK) != 0) {
-        throw UsageError("the file \"" + path + "\" cannot be written");
+    if (fs::is_directory(target, ignored)) {
+        fault = std::make_error_code(std::errc::is_a_directory);
+    } else if (fs::exists(target, ignored)) {
+        fault = accessFault(target, W_OK);
+    }
+    if (!fault && !isFixture(target)) {
+        const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
+        fault = accessFault(folder, W_OK | X_OK);
+    }
+    if (fault) {
+        throw UsageError(faultText(path, fault));
     }
 }
 
@@ -64,18 +84,21 @@ void writeWhole(const std::string& path, const std::string& text) {
     const fs::path target = targetOf(path);
     if (isFixture(target)) {
         if (const std::error_code fault = writeTo(target, text)) {
-            failToWrite(path, fault);
+            throw std::runtime_error(faultText(path, fault));
         }
         return;
     }
     const fs::path draft = target.string() + ".part" + std::to_string(getpid());
     std::error_code fault = writeTo(draft, text);
+    std::error_code ignored;
+    if (const fs::file_status old = fs::status(target, ignored); !fault && fs::exists(old)) {
+        fs::permissions(draft, old.permissions(), ignored);
+    }
     if (!fault) {
         fs::rename(draft, target, fault);
     }
     if (fault) {
-        std::error_code ignored;
         fs::remove(draft, ignored);
-        failToWrite(path, fault);
+        throw std::runtime_error(faultText(path, fault));
     }
 }
