@@ -13,7 +13,7 @@ namespace {
 // The picture, in its own units, and the frame that the values stand in.
 constexpr double WIDTH = 640;
 constexpr double HEIGHT = 260;
-constexpr double LEFT = 62;
+constexpr double LEFT = 74;
 constexpr double RIGHT = WIDTH - 52;
 constexpr double TOP = 26;
 constexpr double BOTTOM = HEIGHT - 42;

@@ -15,9 +15,9 @@ constexpr double HEIGHT = 36;
 constexpr double BAR_TOP = 13;
 constexpr double BAR_HEIGHT = 9;
 constexpr double MARK_HALF = 5.5;
-constexpr double SCORE_BASE = 9;  // base line of the text above the bar
-constexpr double BOUND_BASE = 33; // and of those below it
-constexpr double TEXT_HALF = 22;  // about half the width of a text
+constexpr double SCORE_BASE = 9;    // base line of the text above the bar
+constexpr double BOUND_BASE = 33;   // and of those below it
+constexpr double LETTER_HALF = 3.3; // half the width of a letter of a wide font
 // Where the bounds stand, unless they are infinite.
 constexpr double ALFA_PLACE = 50;
 constexpr double BETA_PLACE = WIDTH - ALFA_PLACE;
@@ -71,12 +71,14 @@ std::string markPath(const NodeMoveInfo& info, double x) {
                       {x, middle + MARK_HALF}});
 }
 
-void addBound(HtmlWriter& html, int bound, double place) {
+// A text with its middle at `x`, or as near as the edges of the picture allow.
+void addText(HtmlWriter& html, const char* name, double x, double y, const std::string& text) {
+    const double half = LETTER_HALF * static_cast<double>(text.size() + 1);
     html.add("text",
-             {{"class", "bound"},
-              {"x", coordinate(std::clamp(place, TEXT_HALF, WIDTH - TEXT_HALF))},
-              {"y", coordinate(BOUND_BASE)}},
-             scoreText(bound));
+             {{"class", name},
+              {"x", coordinate(std::clamp(x, half, WIDTH - half))},
+              {"y", coordinate(y)}},
+             text);
 }
 
 } // namespace
@@ -99,15 +101,11 @@ void drawWindow(HtmlWriter& html, const NodeMoveInfo& info) {
     };
     addBar("outside", 0, WIDTH);
     addBar("inside-window", places.alfa, places.beta);
-    addBound(html, info.alfa, places.alfa);
-    addBound(html, info.beta, places.beta);
+    addText(html, "bound", places.alfa, BOUND_BASE, scoreText(info.alfa));
+    addText(html, "bound", places.beta, BOUND_BASE, scoreText(info.beta));
     if (!info.lmfCut) {
         const double x = std::clamp(places.score, MARK_HALF, WIDTH - MARK_HALF);
         html.addEmpty("path", {{"class", "score-mark"}, {"d", markPath(info, x)}});
-        html.add("text",
-                 {{"class", "score"},
-                  {"x", coordinate(std::clamp(x, TEXT_HALF, WIDTH - TEXT_HALF))},
-                  {"y", coordinate(SCORE_BASE)}},
-                 scoreText(info));
+        addText(html, "score", x, SCORE_BASE, scoreText(info));
     }
 }
