@@ -2,6 +2,7 @@
 
 #include "kestran-book/book.h"
 #include "opening/standard.h"
+#include "support/bookChoices.h"
 #include "testing/boardSupport.h"
 #include "testing/toolSupport.h"
 

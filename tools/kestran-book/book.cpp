@@ -2,9 +2,7 @@
 
 #include "board/makeMove.h"
 #include "board/setUp.h"
-#include "notation/fen.h"
-#include "notation/letters.h"
-#include "notation/longAlgebraicMove.h"
+#include "support/bookChoices.h"
 #include "support/commandLine.h"
 #include "support/gameInput.h"
 #include "support/san.h"
@@ -76,14 +74,6 @@ void printTreeNode(const PolyglotBook& book, const Position& position, int ply, 
     }
 }
 
-// Whether a move of the board's rules goes from one field to the other for this entry.
-std::optional<Move> findLegalMove(const Position& position, const PolyglotEntry& entry) {
-    MoveArray moves;
-    const int count = generateLegalMoves(position, moves);
-    const int index = entry.getMove(moves.first(count));
-    return index >= 0 ? std::optional(moves[index]) : std::nullopt;
-}
-
 std::string faultText(std::size_t index, const std::string& move, const std::string& what) {
     return "move " + std::to_string(index + 1) + ", \"" + move + "\", " + what;
 }
@@ -119,23 +109,6 @@ int run(CommandLine& commandLine) {
 }
 
 } // namespace
-
-std::vector<BookChoice> getBookChoices(const PolyglotBook& book, const Position& position) {
-    std::vector<PolyglotEntry> entries = book.get(position.carried.hash);
-    std::vector<BookChoice> choices;
-    while (!entries.empty()) {
-        const PolyglotEntry first = entries.front();
-        const auto count = std::erase_if(entries, [&](const PolyglotEntry& entry) {
-            return entry.getMoveInt() == first.getMoveInt();
-        });
-        // What names no move of the position is never played.
-        if (const auto move = findLegalMove(position, first)) {
-            choices.push_back({*move, static_cast<int>(count)});
-        }
-    }
-    std::ranges::stable_sort(choices, std::greater(), &BookChoice::count);
-    return choices;
-}
 
 void printBookMoves(const PolyglotBook& book, const Position& position, std::ostream& stream) {
     const std::vector<BookChoice> choices = getBookChoices(book, position);

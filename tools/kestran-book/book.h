@@ -5,17 +5,6 @@
 
 #include <iosfwd>
 #include <string>
-#include <vector>
-
-// A move of the book in a position.
-struct BookChoice {
-    Move move;
-    int count; // entries that name it
-};
-
-// The book's moves in a position, the most frequent first; of equals, the one that came
-// into the book first.
-std::vector<BookChoice> getBookChoices(const PolyglotBook& book, const Position& position);
 
 // Prints the book's moves in a position, each with its count and the chance to be drawn.
 void printBookMoves(const PolyglotBook& book, const Position& position, std::ostream& stream);

@@ -1,12 +1,11 @@
 #include "kestran-explain/searchText.h"
 
 #include "board/makeMove.h"
-#include "opening/polyglot.h"
 #include "search/score.h"
+#include "support/bookChoices.h"
 #include "support/mateScore.h"
 #include "support/san.h"
 
-#include <algorithm>
 #include <array>
 #include <cstdio>
 
@@ -162,15 +161,9 @@ std::string leftOutText(const WatchedLine& line, int pass, int ply) {
 }
 
 std::string bookText(const Position& position) {
-    const auto entries = PolyglotBook::getStandard().get(position.carried.hash);
-    MoveArray legal;
-    const int count = generateLegalMoves(position, legal);
     std::string moves;
-    for (const Move& move : legal.first(count)) {
-        const auto names = [&](const PolyglotEntry& entry) { return entry.isMove(move); };
-        if (std::ranges::any_of(entries, names)) {
-            moves += (moves.empty() ? "" : ", ") + toSan(position, move);
-        }
+    for (const auto& [move, count] : getBookChoices(PolyglotBook::getStandard(), position)) {
+        moves += (moves.empty() ? "" : ", ") + toSan(position, move);
     }
     return moves.empty() ? "" : "In play it would not search here: its book has " + moves + '.';
 }

@@ -47,7 +47,8 @@ std::string reportedLineText(const WatchedLine& line, int pass);
 // Why the line's move at node `ply` was not tried. Requires line.isLeftOut().
 std::string leftOutText(const WatchedLine& line, int pass, int ply);
 
-// What the book would have done with the position; empty if it has no move for it.
+// What the book would have done with the position, its most frequent move first; empty if it
+// has no move for it.
 std::string bookText(const Position& position);
 
 // The moves of a line in the order of play.

@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# Sourced by ./run, ./test and .ci/run: looks for the programs and libraries that a step
+# Sourced by the scripts that build: looks for the programs and libraries that a step
 # needs and installs what is missing. Speaks on standard error, reads no standard input.
 
 missing=()
