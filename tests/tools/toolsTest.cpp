@@ -420,7 +420,8 @@ TEST(WriteWhole, WritesAllOrNothing) {
     EXPECT_THROW(writeWhole("/dev/full", "x"), std::runtime_error);
     EXPECT_TRUE(std::filesystem::is_character_file("/dev/full")) << "a device is not replaced";
 
-    for (const std::string& bad : {std::string(), folder.path, path + "/a", link + "/a"}) {
+    for (const std::string& bad :
+         {std::string(), folder.path, path + "/a", link + "/a", BENCH + "/a"}) {
         EXPECT_THROW(requireWritable(bad), UsageError) << bad;
     }
     for (const std::string& good : {path, link, std::string("/dev/full")}) {

@@ -40,7 +40,7 @@ std::string faultText(const std::string& path, const std::error_code& reason) {
 
 // The reason if that fails.
 std::error_code writeTo(const fs::path& target, const std::string& text) {
-    errno = 0;
+    errno = EIO; // unless the fault has another name
     std::ofstream file(target, std::ios::binary);
     file << text;
     file.close();
@@ -73,7 +73,7 @@ void requireWritable(const std::string& path) {
     }
     if (!fault && !isFixture(target)) {
         const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
-        fault = accessFault(folder, W_OK | X_OK);
+        fault = accessFault(folder / ".", W_OK | X_OK); // the dot asks for a folder
     }
     if (fault) {
         throw UsageError(faultText(path, fault));
