@@ -207,15 +207,11 @@ std::vector<NaiveBoard::Step> NaiveBoard::getSteps() const {
     return steps;
 }
 
-std::vector<NaiveBoard::Step> NaiveBoard::getLegalSteps() const {
-    std::vector<Step> steps = getSteps();
-    std::erase_if(steps, [this](const Step& step) {
-        NaiveBoard after = *this;
-        after.make(step);
-        after.whiteToMove = whiteToMove;
-        return after.isInCheck();
-    });
-    return steps;
+bool NaiveBoard::isLegal(const Step& step) const {
+    NaiveBoard after = *this;
+    after.make(step);
+    after.whiteToMove = whiteToMove;
+    return !after.isInCheck();
 }
 
 void NaiveBoard::loseCastling(int square) {
@@ -267,16 +263,18 @@ std::string NaiveBoard::toText(const Step& step) {
 
 std::vector<std::string> NaiveBoard::getLegalMoves() const {
     std::vector<std::string> moves;
-    for (const Step& step : getLegalSteps()) {
-        moves.push_back(toText(step));
+    for (const Step& step : getSteps()) {
+        if (isLegal(step)) {
+            moves.push_back(toText(step));
+        }
     }
     std::ranges::sort(moves);
     return moves;
 }
 
 bool NaiveBoard::play(const std::string& move) {
-    for (const Step& step : getLegalSteps()) {
-        if (toText(step) == move) {
+    for (const Step& step : getSteps()) {
+        if (toText(step) == move && isLegal(step)) {
             make(step);
             return true;
         }

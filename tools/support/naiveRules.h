@@ -48,7 +48,8 @@ private:
     void addCastlings(std::vector<Step>& steps) const;
     // The steps of the side to move, some of which may leave its king attacked.
     std::vector<Step> getSteps() const;
-    std::vector<Step> getLegalSteps() const;
+    // Whether a step of these leaves its own king safe.
+    bool isLegal(const Step& step) const;
     void loseCastling(int square);
     void make(const Step& step);
     bool isEnPassantUsable() const;

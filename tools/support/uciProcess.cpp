@@ -7,10 +7,12 @@
 #include <cstring>
 #include <ctime>
 #include <fcntl.h>
+#include <filesystem>
 #include <fstream>
 #include <poll.h>
 #include <spawn.h>
 #include <sys/wait.h>
+#include <system_error>
 #include <unistd.h>
 #include <utility>
 
@@ -183,14 +185,9 @@ void UciProcess::closeOutput() {
 std::optional<std::string> UciProcess::readLine(Timeout timeout) {
     const Clock::time_point deadline = Clock::now() + timeout;
     for (;;) {
-        const std::size_t length = pending.find('\n');
-        if (length != std::string::npos) {
-            std::string line = pending.substr(0, length);
-            pending.erase(0, length + 1);
+        std::optional<std::string> line = takeLine();
+        if (line || isOutputOver()) {
             return line;
-        }
-        if (output < 0) {
-            return pending.empty() ? std::nullopt : std::optional(std::exchange(pending, ""));
         }
         const bool isLate = Clock::now() >= deadline;
         const std::size_t before = pending.size();
@@ -199,6 +196,22 @@ std::optional<std::string> UciProcess::readLine(Timeout timeout) {
             return std::nullopt;
         }
     }
+}
+
+void UciProcess::takeOutput() {
+    drain(output, pending);
+    drain(errors, errorText);
+}
+
+std::optional<std::string> UciProcess::takeLine() {
+    const std::size_t length = pending.find('\n');
+    if (length != std::string::npos) {
+        std::string line = pending.substr(0, length);
+        pending.erase(0, length + 1);
+        return line;
+    }
+    const bool isLast = isOutputOver() && !pending.empty();
+    return isLast ? std::optional(std::exchange(pending, "")) : std::nullopt;
 }
 
 std::vector<std::string> UciProcess::readUntil(const std::string& prefix, Timeout timeout) {
@@ -258,6 +271,22 @@ long UciProcess::getProcessorMillis() const {
     return static_cast<long>(used.tv_sec) * 1000 + used.tv_nsec / 1000000;
 }
 
+std::map<int, long> UciProcess::getProcessorWaits() const {
+    std::map<int, long> waits;
+    std::error_code fault;
+    const std::string tasks = "/proc/" + std::to_string(pid) + "/task";
+    for (std::filesystem::directory_iterator task(tasks, fault), last; !fault && task != last;
+         task.increment(fault)) {
+        std::ifstream statistics(task->path() / "schedstat");
+        long run = 0;
+        long waited = 0;
+        if (statistics >> run >> waited) {
+            waits[std::stoi(task->path().filename().string())] = waited;
+        }
+    }
+    return waits;
+}
+
 bool UciProcess::pump(Timeout timeout, bool wantRoom) {
     // A descriptor of -1 is passed over.
     std::array<pollfd, 3> waited = {pollfd{output, POLLIN, 0}, pollfd{errors, POLLIN, 0},
@@ -265,7 +294,6 @@ bool UciProcess::pump(Timeout timeout, bool wantRoom) {
     if (poll(waited.data(), waited.size(), static_cast<int>(timeout.count())) <= 0) {
         return false;
     }
-    drain(output, pending);
-    drain(errors, errorText);
+    takeOutput();
     return waited[2].revents != 0;
 }

@@ -1,7 +1,9 @@
 // An engine as a chess program sees it: a child process behind three pipes.
 #pragma once
 
+#include <array>
 #include <chrono>
+#include <map>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -52,6 +54,15 @@ public:
     // Lines up to and including the first that begins with `prefix`, or all that came
     // in time.
     std::vector<std::string> readUntil(const std::string& prefix, Timeout timeout);
+    // For a caller that waits for many processes at once: takes all that can be read now,
+    // without waiting.
+    void takeOutput();
+    // The next line of what has been taken, as readLine() makes lines of it.
+    std::optional<std::string> takeLine();
+    // No more output can come.
+    bool isOutputOver() const { return output < 0; }
+    // The descriptors to wait on: standard output and standard error, -1 for a closed one.
+    std::array<int, 2> getOutputs() const { return {output, errors}; }
     // All that the engine has written to standard error since it was started.
     const std::string& readErrors();
 
@@ -63,6 +74,9 @@ public:
     // process that has ended.
     long getResidentKib() const;
     long getProcessorMillis() const;
+    // How long each thread that lives has waited for a processor so far, in nanoseconds, by
+    // its number. Empty where the system does not tell.
+    std::map<int, long> getProcessorWaits() const;
 
 private:
     // Waits until there is output to take, or room to write if that is wanted; keeps
