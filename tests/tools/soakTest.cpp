@@ -1,13 +1,19 @@
 // The long run itself: a healthy engine gets through it, and one that does wrong does not.
 
 #include "kestran-soak/soak.h"
+#include "kestran-soak/checkedGame.h"
+#include "support/commandLine.h"
 #include "support/uciProcess.h"
 #include "testing/toolSupport.h"
 
+#include <chrono>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <regex>
+#include <set>
 #include <sstream>
+#include <tuple>
 
 namespace {
 
@@ -27,15 +33,15 @@ TEST(Soak, HealthyEngine) {
     EXPECT_GT(report.plies, 0);
     EXPECT_EQ(report.illegalMoves, std::vector<std::string>());
     EXPECT_EQ(report.protocolFaults, std::vector<std::string>());
-    ASSERT_EQ(report.memory.size(), 1U);
-    EXPECT_GT(report.memory[0].first, 1000);
+    ASSERT_EQ(report.engines.size(), 1U);
+    EXPECT_GT(report.engines[0].first, 1000);
 }
 
 TEST(Soak, GrowingMemoryIsAFault) {
     SoakReport report;
-    report.memory = {{.first = 9000, .last = 9500}};
+    report.engines = {{.first = 9000, .last = 9500}};
     EXPECT_TRUE(report.isClean());
-    report.memory = {{.first = 9000, .last = 9500}, {.first = 9000, .last = 19000}};
+    report.engines = {{.first = 9000, .last = 9500}, {.first = 9000, .last = 19000}};
     EXPECT_FALSE(report.isClean());
 }
 
@@ -69,7 +75,7 @@ TEST(Soak, IllegalMoveLeavesItsGameInAFile) {
     std::ostringstream text;
     text << std::ifstream(name).rdbuf();
     for (const char* part :
-         {"^Fault: game 3, ply 0, .*: a1a1\n", "\nAgain: tools/soak 1 --seed 1 --first 3\n",
+         {"^Fault: game 3, ply 0: a1a1, load .*\n", "\nAgain: tools/soak 1 --seed 1 --first 3\n",
           "\nStart: \\S+ [wb] .* 1\n", "\nMoves:\n", "\nPosition: \\S+ [wb] \\S+ \\S+ \\d+\n",
           "\n +\\d+ > uci\n", "\n +\\d+ > position fen .*\n", "\n +\\d+ < bestmove a1a1\n"}) {
         EXPECT_TRUE(std::regex_search(text.str(), std::regex(part))) << part << text.str();
@@ -80,7 +86,7 @@ TEST(Soak, GamesInPgn) {
     const PlayedGame game = {.number = 7,
                              .seed = 2,
                              .fen = "6k1/5ppp/8/8/8/8/1P6/R5K1 b - - 3 1",
-                             .moves = {"h7h6", "a1a8", "g8h7", "b2b4"},
+                             .moves = "h7h6 a1a8 g8h7 b2b4",
                              .termination = "abandoned",
                              .timeControl = "40/5",
                              .fault = "said {\"x\"}, which is a text that is longer than a line"};
@@ -109,6 +115,164 @@ TEST(Soak, RefusesWhatMakesNoSense) {
         EXPECT_EQ(end->status, 2) << words;
         EXPECT_NE(soak.readErrors().find(reason), std::string::npos) << soak.readErrors();
     }
+}
+
+TEST(Soak, HundredsAtOncePlayEachGameOnce) {
+    const int games = 120;
+    const SoakReport report = runSoak({.engine = ENGINE,
+                                       .games = games,
+                                       .plies = 2,
+                                       .jobs = 60,
+                                       .times = {parseTimeControl("1/0.001")},
+                                       .hashes = {1},
+                                       .grace = 5000,
+                                       .records = TestFolder().path});
+    EXPECT_EQ(report.engines.size(), 60U);
+    EXPECT_TRUE(report.isClean());
+    ASSERT_EQ(report.record.size(), 120U);
+    std::set<std::string> openings;
+    for (int number = 0; number < games; ++number) {
+        const PlayedGame& game = report.record[static_cast<std::size_t>(number)];
+        EXPECT_EQ(game.number, number);
+        openings.insert(game.fen + game.moves);
+    }
+    EXPECT_GT(openings.size(), 110U);
+}
+
+TEST(Soak, CrashOfTheEngine) {
+    const SoakReport report = runSoak({.engine = "/bin/sh",
+                                       .arguments = {"-c", "read line; kill -SEGV $$"},
+                                       .games = 2,
+                                       .records = TestFolder().path});
+    ASSERT_EQ(report.protocolFaults.size(), 2U);
+    EXPECT_NE(report.protocolFaults[1].find("game 1, ply 0: its output has ended; the process was "
+                                            "ended by signal 11"),
+              std::string::npos)
+        << report.protocolFaults[1];
+}
+
+// All that a script or a person is told.
+std::string reportText(const SoakReport& report) {
+    std::ostringstream text;
+    writeReport(text, report, std::chrono::seconds(0));
+    for (const PlayedGame& game : report.record) {
+        text << toPgn(game);
+    }
+    return std::regex_replace(text.str(), std::regex("\n(elapsed|nobody).*"), "");
+}
+
+TEST(Soak, GoesOnAfterAStop) {
+    const TestFolder folder;
+    int answers = 0;
+    SoakOptions options = {.engine = "/bin/sh",
+                           .arguments = {"-c", ENGINE + " | sed -u 's/^bestmove d7d5/& /'"},
+                           .games = 9,
+                           .plies = 4,
+                           .jobs = 3,
+                           .times = {parseTimeControl("1/0.001"), parseTimeControl("2+0.1")},
+                           .records = folder.path,
+                           .state = folder.path + "/state"};
+    options.isStopWanted = [&answers] { return ++answers > 25; };
+    const SoakReport stopped = runSoak(options);
+    EXPECT_GT(stopped.unfinished, 0);
+    EXPECT_LT(stopped.games, options.games);
+
+    std::ofstream(options.state, std::ios::app) << "game\t0\t1"; // as a crash would leave it
+    options.isStopWanted = {};
+    const SoakReport whole = runSoak(options);
+    EXPECT_GT(whole.resumed, 0);
+    ASSERT_EQ(whole.record.size(), 9U);
+    for (int number = 0; number < options.games; ++number) {
+        EXPECT_EQ(whole.record[static_cast<std::size_t>(number)].number, number);
+    }
+
+    const SoakReport again = runSoak(options);
+    EXPECT_EQ(again.resumed, 9);
+    EXPECT_EQ(reportText(again), reportText(whole));
+
+    options.seed = 2;
+    EXPECT_THROW(runSoak(options), UsageError);
+    for (const char* text : {"notes", "notes\n"}) {
+        options.state = folder.path + "/notes";
+        std::ofstream(options.state) << text;
+        EXPECT_THROW(runSoak(options), UsageError);
+        std::string kept(std::istreambuf_iterator<char>(std::ifstream(options.state).rdbuf()), {});
+        EXPECT_EQ(kept, text);
+    }
+}
+
+TEST(Soak, Clocks) {
+    for (const auto& [text, used, lines] :
+         std::vector<std::tuple<std::string, std::vector<long>, std::string>>{
+             {"1/0.001", {100, 100}, "go movetime 1, go movetime 1"},
+             {"2+0.1",
+              {300, 2050, 1},
+              "go wtime 2000 btime 2000 winc 100 binc 100, "
+              "go wtime 2000 btime 1800 winc 100 binc 100, "
+              "go wtime 50 btime 1800 winc 100 binc 100"},
+             {"2/5.25",
+              {50, 60, 100, 6000},
+              "go wtime 5250 btime 5250 movestogo 2, "
+              "go wtime 5250 btime 5200 movestogo 2, "
+              "go wtime 5190 btime 5200 movestogo 1, "
+              "go wtime 5190 btime 10350 movestogo 1"},
+             {"1/3+1", {4}, "go wtime 3000 btime 3000 movestogo 1 winc 1000 binc 1000"},
+             {"60", {4}, "go wtime 60000 btime 60000"},
+         }) {
+        Clocks clocks(parseTimeControl(text), false);
+        std::string said;
+        for (const long millis : used) {
+            said += (said.empty() ? "" : ", ") + clocks.getGoLine();
+            const long allowed = clocks.getAllowed();
+            EXPECT_EQ(clocks.take(millis), millis - allowed) << text;
+        }
+        EXPECT_EQ(said, lines);
+    }
+    for (const char* text : {"", "0", "0/1", "1/0.0001", "2+", "+1", "-1", "1/1/1", "2 + 1"}) {
+        EXPECT_THROW(parseTimeControl(text), UsageError) << text;
+    }
+}
+
+TEST(Soak, LateIsOnlyWhoHadAProcessor) {
+    const SoakOptions options = {
+        .times = {parseTimeControl("1/0.1"), parseTimeControl("1+1")}, .margin = 50, .grace = 200};
+    struct Case {
+        int number; // of the game: by moves, by the clock
+        long used;
+        long excuse;
+        int losses;
+        int overruns;
+        int starved;
+    };
+    for (const auto& [number, used, excuse, losses, overruns, starved] :
+         {Case{0, 300, 0, 0, 0, 0}, Case{0, 301, 0, 1, 0, 0}, Case{0, 400, 99, 1, 0, 0},
+          Case{0, 400, 100, 0, 0, 1}, Case{1, 1000, 0, 0, 0, 0}, Case{1, 1050, 0, 0, 1, 0},
+          Case{1, 1051, 0, 1, 0, 0}, Case{1, 1051, 1, 0, 0, 1}}) {
+        CheckedGame game(options, number);
+        game.take(game.getBoard().getLegalMoves()[0], used, excuse, "");
+        SoakReport report;
+        report.add(game.getResult());
+        EXPECT_EQ(report.timeLosses.size(), static_cast<std::size_t>(losses)) << used;
+        EXPECT_EQ(report.overruns.size(), static_cast<std::size_t>(overruns)) << used;
+        EXPECT_EQ(report.starved, starved) << used;
+        EXPECT_EQ(game.isOver(), losses > 0) << used;
+    }
+}
+
+TEST(Soak, Lateness) {
+    Lateness late;
+    EXPECT_EQ(late.getPermille(500), 0);
+    late.add(-20, 500);
+    late.add(7, 499);
+    Lateness other;
+    other.add(90);
+    late.add(other);
+    EXPECT_EQ(late.getMovesWithin(0), 500);
+    EXPECT_EQ(late.getMovesWithin(89), 999);
+    EXPECT_EQ(late.getPermille(500), 0);
+    EXPECT_EQ(late.getPermille(501), 7);
+    EXPECT_EQ(late.getPermille(999), 7);
+    EXPECT_EQ(late.getPermille(1000), 90);
 }
 
 TEST(Soak, LateAnswer) {

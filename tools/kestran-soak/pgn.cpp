@@ -55,12 +55,8 @@ std::string wrapped(const std::string& text) {
 } // namespace
 
 std::string toPgn(const PlayedGame& game) {
-    std::string moves;
-    for (const std::string& move : game.moves) {
-        moves += (moves.empty() ? "" : " ") + move;
-    }
     const Position start = readGame({game.fen}, "").position;
-    const std::vector<Move> line = readMoves(start, moves, "the game");
+    const std::vector<Move> line = readMoves(start, game.moves, "the game");
     std::string text = lineToSan(start, line);
     text += game.fault.empty() ? "" : ' ' + comment(game.fault);
 

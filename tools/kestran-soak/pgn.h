@@ -2,13 +2,12 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 struct PlayedGame {
     int number = 0;
     unsigned seed = 0;
     std::string fen{};                        // where the game began, empty for the start position
-    std::vector<std::string> moves{};         // legal ones, in long algebraic notation
+    std::string moves{};                      // legal ones, in long algebraic notation, by blanks
     std::string result = "*";                 // "1-0", "0-1", "1/2-1/2", or "*" for none
     std::string termination = "unterminated"; // in the words of PGN
     std::string timeControl{};                // moves/seconds, or seconds+increment

@@ -1,0 +1,53 @@
+#include "kestran-soak/outputWatch.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <sys/epoll.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr std::size_t MOST_NEWS = 256; // at once; the others are told next time
+
+[[noreturn]] void fail() {
+    throw CannotStart(std::string("output cannot be waited for: ") + std::strerror(errno));
+}
+
+} // namespace
+
+OutputWatch::OutputWatch() : descriptor(epoll_create1(EPOLL_CLOEXEC)) {
+    if (descriptor < 0) {
+        fail();
+    }
+}
+
+OutputWatch::~OutputWatch() {
+    close(descriptor);
+}
+
+// A descriptor that is closed is no longer waited for, by itself.
+void OutputWatch::add(const UciProcess& process, std::size_t id) {
+    for (const int output : process.getOutputs()) {
+        epoll_event event{};
+        event.events = EPOLLIN;
+        event.data.u64 = id;
+        if (epoll_ctl(descriptor, EPOLL_CTL_ADD, output, &event) != 0) {
+            fail();
+        }
+    }
+}
+
+std::vector<std::size_t> OutputWatch::wait(std::chrono::milliseconds timeout) {
+    std::array<epoll_event, MOST_NEWS> events;
+    const int count =
+        epoll_wait(descriptor, events.data(), MOST_NEWS, static_cast<int>(timeout.count()));
+    std::vector<std::size_t> ids;
+    for (int i = 0; i < count; ++i) {
+        ids.push_back(events[static_cast<std::size_t>(i)].data.u64);
+    }
+    std::ranges::sort(ids); // a process may have written to both its outputs
+    ids.erase(std::ranges::unique(ids).begin(), ids.end());
+    return ids;
+}

@@ -1,0 +1,138 @@
+#include "kestran-soak/soakReport.h"
+
+#include <algorithm>
+#include <iomanip>
+#include <ostream>
+
+namespace {
+
+constexpr long MEMORY_GROWTH = 4096;   // KiB that a process may gain after its first game
+constexpr std::size_t MOST_SHOWN = 50; // texts of a kind
+
+std::vector<std::string>& textsOf(SoakReport& report, Finding::Kind kind) {
+    switch (kind) {
+    case Finding::Kind::TIME_LOSS:
+        return report.timeLosses;
+    case Finding::Kind::ILLEGAL_MOVE:
+        return report.illegalMoves;
+    case Finding::Kind::PROTOCOL_FAULT:
+        return report.protocolFaults;
+    case Finding::Kind::OVERRUN:
+        break;
+    }
+    return report.overruns;
+}
+
+void writeTexts(std::ostream& stream, const std::string& title,
+                const std::vector<std::string>& texts) {
+    stream << title << texts.size() << '\n';
+    const std::size_t shown = std::min(texts.size(), MOST_SHOWN);
+    for (std::size_t i = 0; i < shown; ++i) {
+        stream << "    " << texts[i] << '\n';
+    }
+    if (shown < texts.size()) {
+        stream << "    and " << texts.size() - shown << " more\n";
+    }
+}
+
+// A line for each way to measure time.
+void writeLateness(std::ostream& stream, const std::map<std::string, Lateness>& lateness) {
+    stream << "milliseconds beyond the time of a move\n"
+              "    time             moves    in time   median   90 %   99 %  99.9 %   most\n";
+    for (const auto& [time, late] : lateness) {
+        stream << "    " << std::left << std::setw(12) << time << std::right << std::setw(10)
+               << late.getMoves() << std::setw(11) << late.getMovesWithin(0) << std::setw(9)
+               << late.getPermille(500) << std::setw(7) << late.getPermille(900) << std::setw(7)
+               << late.getPermille(990) << std::setw(8) << late.getPermille(999) << std::setw(7)
+               << late.getPermille(1000) << '\n';
+    }
+}
+
+void writeMemory(std::ostream& stream, const SoakReport& report) {
+    long least = 0;
+    long most = 0;
+    for (const EngineResult& engine : report.engines) {
+        if (engine.first > 0) {
+            least = least == 0 ? engine.first : std::min(least, engine.first);
+            most = std::max(most, engine.first);
+        }
+    }
+    stream << "memory           " << report.engines.size() << " processes, " << least << " to "
+           << most << " KiB after their first game, grown by at most " << report.getGrowth()
+           << " KiB\n";
+}
+
+void writeSummary(std::ostream& stream, const SoakReport& report) {
+    stream << "summary games=" << report.games << " plies=" << report.plies
+           << " white=" << report.whiteWins << " black=" << report.blackWins
+           << " drawn=" << report.draws << " unfinished=" << report.unfinished
+           << " timeLosses=" << report.timeLosses.size()
+           << " illegalMoves=" << report.illegalMoves.size()
+           << " protocolFaults=" << report.protocolFaults.size()
+           << " overruns=" << report.overruns.size() << " starved=" << report.starved
+           << " growthKib=" << report.getGrowth() << " clean=" << (report.isClean() ? "yes" : "no")
+           << '\n';
+}
+
+} // namespace
+
+void SoakReport::add(const GameResult& result) {
+    ++games;
+    plies += result.plies;
+    const std::string& score = result.game.result;
+    whiteWins += score == "1-0";
+    blackWins += score == "0-1";
+    draws += score == "1/2-1/2";
+    unfinished += result.game.termination == "unterminated";
+    for (const Finding& finding : result.findings) {
+        textsOf(*this, finding.kind).push_back(finding.text);
+    }
+    starved += result.starved;
+    lateness[result.game.timeControl].add(result.lateness);
+    record.push_back(result.game);
+}
+
+void SoakReport::add(const EngineResult& result) {
+    engines.push_back(result);
+    if (!result.fault.empty()) {
+        protocolFaults.push_back(result.fault);
+    }
+}
+
+std::size_t SoakReport::countFaults() const {
+    return timeLosses.size() + illegalMoves.size() + protocolFaults.size();
+}
+
+long SoakReport::getGrowth() const {
+    long most = 0;
+    for (const EngineResult& engine : engines) {
+        most = std::max(most, engine.last - engine.first);
+    }
+    return most;
+}
+
+bool SoakReport::isClean() const {
+    return countFaults() == 0 && getGrowth() <= MEMORY_GROWTH;
+}
+
+void writeReport(std::ostream& stream, const SoakReport& report, std::chrono::seconds elapsed) {
+    stream << "games            " << report.games << '\n'
+           << "plies            " << report.plies << '\n'
+           << "results          " << report.whiteWins << " White, " << report.blackWins
+           << " Black, " << report.draws << " drawn, " << report.unfinished << " unfinished\n";
+    writeTexts(stream, "time losses      ", report.timeLosses);
+    writeTexts(stream, "illegal moves    ", report.illegalMoves);
+    writeTexts(stream, "protocol faults  ", report.protocolFaults);
+    writeTexts(stream, "clock overruns   ", report.overruns);
+    stream << "late, no fault   " << report.starved
+           << " answers whose engine waited for a processor, or that were seen late\n";
+    writeLateness(stream, report.lateness);
+    writeMemory(stream, report);
+    const int games = report.games - report.resumed;
+    const auto seconds = std::max<std::chrono::seconds::rep>(elapsed.count(), 1);
+    stream << "nobody looked    for at most " << report.longestAway << " ms\n"
+           << "elapsed          " << elapsed.count() << " s for " << games << " games, "
+           << games * 60 / seconds << " a minute\n"
+           << (report.isClean() ? "No fault.\n" : "FAULTS.\n");
+    writeSummary(stream, report);
+}

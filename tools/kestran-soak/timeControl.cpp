@@ -1,0 +1,113 @@
+#include "kestran-soak/timeControl.h"
+
+#include "support/commandLine.h"
+
+#include <algorithm>
+#include <regex>
+
+namespace {
+
+constexpr int MOST_MOVES = 1000;
+constexpr int MOST_SECONDS = 86400;
+
+// Seconds with at most three decimals.
+long toMillis(const std::string& text) {
+    const std::size_t point = text.find('.');
+    std::string decimals = point == std::string::npos ? "" : text.substr(point + 1);
+    decimals.resize(3, '0');
+    const long seconds = parseNumber(text.substr(0, point), "a time in seconds", 0, MOST_SECONDS);
+    return seconds * 1000 + std::stol(decimals);
+}
+
+} // namespace
+
+TimeControl parseTimeControl(const std::string& text) {
+    static const std::regex FORM(R"((?:(\d+)/)?(\d+(?:\.\d{1,3})?)(?:\+(\d+(?:\.\d{1,3})?))?)");
+    std::smatch parts;
+    if (!std::regex_match(text, parts, FORM)) {
+        throw UsageError("a time is like 1/0.001, 2+0.1 or 40/5, not \"" + text + '"');
+    }
+    TimeControl control;
+    control.text = text;
+    control.moves = parts[1].matched ? parseNumber(parts[1], "MOVES", 1, MOST_MOVES) : 0;
+    control.clock = toMillis(parts[2]);
+    control.increment = parts[3].matched ? toMillis(parts[3]) : 0;
+    if (control.clock == 0) {
+        throw UsageError("no time to begin with: \"" + text + '"');
+    }
+    if (control.moves == 1 && control.increment == 0) {
+        control.moveTime = control.clock;
+        control.clock = 0;
+        control.moves = 0;
+    }
+    return control;
+}
+
+Clocks::Clocks(const TimeControl& timeControl, bool _isWhiteToMove)
+    : control(timeControl), isWhiteToMove(_isWhiteToMove) {
+    left.fill(control.clock);
+}
+
+std::string Clocks::getGoLine() const {
+    if (control.moveTime > 0) {
+        return "go movetime " + std::to_string(control.moveTime);
+    }
+    std::string line = "go wtime " + std::to_string(left[0]) + " btime " + std::to_string(left[1]);
+    if (control.moves > 0) {
+        line += " movestogo " + std::to_string(control.moves - plies / 2 % control.moves);
+    }
+    if (control.increment > 0) {
+        const std::string increment = std::to_string(control.increment);
+        line += " winc " + increment + " binc " + increment;
+    }
+    return line;
+}
+
+long Clocks::getAllowed() const {
+    return control.moveTime > 0 ? control.moveTime : left[isWhiteToMove ? 0 : 1];
+}
+
+long Clocks::take(long used) {
+    const long beyond = used - getAllowed();
+    if (control.moveTime == 0) {
+        long& own = left[isWhiteToMove ? 0 : 1];
+        own += control.increment - used;
+        if (control.moves > 0 && plies / 2 % control.moves == control.moves - 1) {
+            own += control.clock;
+        }
+        own = std::max(own, 1L); // where an overrun is let go, the game goes on
+    }
+    isWhiteToMove = !isWhiteToMove;
+    ++plies;
+    return beyond;
+}
+
+void Lateness::add(long beyond, long count) {
+    counts[std::max(beyond, 0L)] += count;
+    moves += count;
+}
+
+void Lateness::add(const Lateness& other) {
+    for (const auto& [beyond, count] : other.counts) {
+        add(beyond, count);
+    }
+}
+
+long Lateness::getMovesWithin(long beyond) const {
+    long sum = 0;
+    for (auto entry = counts.begin(); entry != counts.upper_bound(beyond); ++entry) {
+        sum += entry->second;
+    }
+    return sum;
+}
+
+long Lateness::getPermille(int share) const {
+    long sum = 0;
+    for (const auto& [beyond, count] : counts) {
+        sum += count;
+        if (sum * 1000 >= moves * share) {
+            return beyond;
+        }
+    }
+    return 0;
+}
