@@ -106,6 +106,9 @@ TEST(Soak, RefusesWhatMakesNoSense) {
              {"1 --engine " + ENGINE + "-not", "cannot start "},
              {"1 --engine /bin/true --pgn /no/games", "\"/no/games\" cannot be written"},
              {"1 --engine /bin/true --pgn /", "\"/\" cannot be written"},
+             {"1 --engine /bin/true --time 2+0.1,", "a time is like"},
+             {"1 --engine /bin/true --hash 16,1000", "--hash is a whole number from 0 to 512"},
+             {"1 --engine /bin/true --state /no/games", "the state file /no/games cannot be"},
              {"0 --engine /bin/true", "GAMES is a whole number from 1"},
              {"--engine /bin/true", "how many games"},
          }) {
@@ -158,7 +161,7 @@ std::string reportText(const SoakReport& report) {
     for (const PlayedGame& game : report.record) {
         text << toPgn(game);
     }
-    return std::regex_replace(text.str(), std::regex("\n(elapsed|nobody).*"), "");
+    return std::regex_replace(text.str(), std::regex("\n(elapsed|nobody).*| seconds=.*"), "");
 }
 
 TEST(Soak, GoesOnAfterAStop) {

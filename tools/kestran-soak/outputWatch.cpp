@@ -44,10 +44,11 @@ std::vector<std::size_t> OutputWatch::wait(std::chrono::milliseconds timeout) {
     const int count =
         epoll_wait(descriptor, events.data(), MOST_NEWS, static_cast<int>(timeout.count()));
     std::vector<std::size_t> ids;
+    ids.reserve(MOST_NEWS);
     for (int i = 0; i < count; ++i) {
         ids.push_back(events[static_cast<std::size_t>(i)].data.u64);
     }
     std::ranges::sort(ids); // a process may have written to both its outputs
-    ids.erase(std::ranges::unique(ids).begin(), ids.end());
+    ids.erase(std::unique(ids.begin(), ids.end()), ids.end());
     return ids;
 }

@@ -285,12 +285,12 @@ void SelfPlay::endBroken() {
     beginGame();
 }
 
-std::string SelfPlay::writeRecord(const std::string& name, const std::string& what) {
+std::string SelfPlay::writeRecord(const std::string& name, const std::string& found) {
     const std::string path = (std::filesystem::path(options.records) / name).string();
     const std::string errors = player->getErrors();
     try {
         std::filesystem::create_directories(options.records);
-        writeWhole(path, "Fault: " + what + '\n' + (game ? game->describe() : "") +
+        writeWhole(path, "Fault: " + found + '\n' + (game ? game->describe() : "") +
                              "Engine: " + options.engine + ", " + player->describeEnd() +
                              (errors.empty() ? ", said nothing on standard error\n"
                                              : ", said on standard error:\n" + errors) +

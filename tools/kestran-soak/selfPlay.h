@@ -91,8 +91,9 @@ private:
     void breakOff(const std::string& fault);
     void endBroken();
 
-    // Leaves all that is known of a fault in a file. Returns where, in words.
-    std::string writeRecord(const std::string& name, const std::string& fault);
+    // Leaves what was found, and all that is known of it, in a file. Returns where,
+    // in words.
+    std::string writeRecord(const std::string& name, const std::string& found);
 
     const SoakOptions& options;
     SoakDesk& desk;

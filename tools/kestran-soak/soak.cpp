@@ -61,6 +61,7 @@ public:
     // A game that was stopped is to be played again another time.
     void add(const GameResult& result, bool isStopped) override {
         report.add(result);
+        report.stopped += isStopped;
         if (journal && !isStopped) {
             journal->add(result);
         }

@@ -62,16 +62,16 @@ void writeMemory(std::ostream& stream, const SoakReport& report) {
            << " KiB\n";
 }
 
-void writeSummary(std::ostream& stream, const SoakReport& report) {
+void writeSummary(std::ostream& stream, const SoakReport& report, long seconds, long rate) {
     stream << "summary games=" << report.games << " plies=" << report.plies
            << " white=" << report.whiteWins << " black=" << report.blackWins
            << " drawn=" << report.draws << " unfinished=" << report.unfinished
-           << " timeLosses=" << report.timeLosses.size()
+           << " stopped=" << report.stopped << " timeLosses=" << report.timeLosses.size()
            << " illegalMoves=" << report.illegalMoves.size()
            << " protocolFaults=" << report.protocolFaults.size()
            << " overruns=" << report.overruns.size() << " starved=" << report.starved
            << " growthKib=" << report.getGrowth() << " clean=" << (report.isClean() ? "yes" : "no")
-           << '\n';
+           << " seconds=" << seconds << " perMinute=" << rate << '\n';
 }
 
 } // namespace
@@ -128,11 +128,12 @@ void writeReport(std::ostream& stream, const SoakReport& report, std::chrono::se
            << " answers whose engine waited for a processor, or that were seen late\n";
     writeLateness(stream, report.lateness);
     writeMemory(stream, report);
-    const int games = report.games - report.resumed;
-    const auto seconds = std::max<std::chrono::seconds::rep>(elapsed.count(), 1);
+    const int games = report.games - report.resumed - report.stopped;
+    const long seconds = elapsed.count();
+    const long rate = games * 60 / std::max(seconds, 1L);
     stream << "nobody looked    for at most " << report.longestAway << " ms\n"
-           << "elapsed          " << elapsed.count() << " s for " << games << " games, "
-           << games * 60 / seconds << " a minute\n"
+           << "elapsed          " << seconds << " s for " << games << " whole games, " << rate
+           << " a minute\n"
            << (report.isClean() ? "No fault.\n" : "FAULTS.\n");
-    writeSummary(stream, report);
+    writeSummary(stream, report, seconds, rate);
 }

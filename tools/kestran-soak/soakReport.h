@@ -23,6 +23,7 @@ struct EngineResult {
 struct SoakReport {
     int games = 0;   // that have been played to their end, or stopped
     int resumed = 0; // those of them that a run before this one has played
+    int stopped = 0; // those that were stopped
     long plies = 0;
     int whiteWins = 0;
     int blackWins = 0;

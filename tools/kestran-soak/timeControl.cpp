@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <regex>
+#include <utility>
 
 namespace {
 
@@ -43,8 +44,8 @@ TimeControl parseTimeControl(const std::string& text) {
     return control;
 }
 
-Clocks::Clocks(const TimeControl& timeControl, bool _isWhiteToMove)
-    : control(timeControl), isWhiteToMove(_isWhiteToMove) {
+Clocks::Clocks(TimeControl timeControl, bool _isWhiteToMove)
+    : control(std::move(timeControl)), isWhiteToMove(_isWhiteToMove) {
     left.fill(control.clock);
 }
 

@@ -22,7 +22,7 @@ TimeControl parseTimeControl(const std::string& text);
 // The clocks of a game.
 class Clocks {
 public:
-    Clocks(const TimeControl& timeControl, bool isWhiteToMove);
+    Clocks(TimeControl timeControl, bool isWhiteToMove);
 
     // The `go` for the side to move.
     std::string getGoLine() const;
