@@ -177,13 +177,14 @@ TEST(Soak, GoesOnAfterAStop) {
                            .state = folder.path + "/state"};
     options.isStopWanted = [&answers] { return ++answers > 25; };
     const SoakReport stopped = runSoak(options);
-    EXPECT_GT(stopped.unfinished, 0);
+    EXPECT_GT(stopped.stopped, 0);
     EXPECT_LT(stopped.games, options.games);
 
     std::ofstream(options.state, std::ios::app) << "game\t0\t1"; // as a crash would leave it
     options.isStopWanted = {};
     const SoakReport whole = runSoak(options);
     EXPECT_GT(whole.resumed, 0);
+    EXPECT_EQ(whole.resumed, stopped.games - stopped.stopped);
     ASSERT_EQ(whole.record.size(), 9U);
     for (int number = 0; number < options.games; ++number) {
         EXPECT_EQ(whole.record[static_cast<std::size_t>(number)].number, number);
@@ -293,6 +294,7 @@ TEST(Soak, ProtocolFaults) {
              "sed -u '/^info pv/{/score/!d}'",         // no closing line
              R"(sed -u 's/\( nps .*\) $/\1/')",        // a report without its last blank
              "sed -u '/score/s/pv [^ ]*/& a1a1/'",     // a line that is not legal
+             "sed -u '/score/s/pv /&&/;s/pv pv/pv /'", // one blank too many
              "sed -u 's/^bestmove .*/bestmove a1a1/'", // another answer than the closing line
              R"(sed -u 's/^readyok/&\n/')",            // an unknown line
              "sed -u 's/Hash/hash/'",                  // another greeting
