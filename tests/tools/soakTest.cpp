@@ -104,8 +104,8 @@ TEST(Soak, GamesInPgn) {
 TEST(Soak, RefusesWhatMakesNoSense) {
     for (const auto& [words, reason] : std::vector<std::pair<std::string, std::string>>{
              {"1 --engine " + ENGINE + "-not", "cannot start "},
-             {"1 --engine /bin/true --pgn /no/games", "\"/no/games\" cannot be written"},
-             {"1 --engine /bin/true --pgn /", "\"/\" cannot be written"},
+             {"1 --engine /bin/true --pgn /no/games", "/no/games cannot be written"},
+             {"1 --engine /bin/true --pgn /", "file / cannot be written"},
              {"1 --engine /bin/true --time 2+0.1,", "a time is like"},
              {"1 --engine /bin/true --hash 16,1000", "--hash is a whole number from 0 to 512"},
              {"1 --engine /bin/true --state /no/games", "the state file /no/games cannot be"},

@@ -81,7 +81,7 @@ public:
         std::array<double, 1> load{};
         getloadavg(load.data(), 1);
         std::ostringstream text;
-        text << ", load " << std::setprecision(3) << load[0] << "";
+        text << ", load " << std::setprecision(3) << load[0];
         return text.str();
     }
 
