@@ -88,6 +88,10 @@ int MoveOrder::getDrawer(const Move& move, int depth) const {
 }
 
 void MoveOrder::updateKiller(const Move& move, int depth) {
+    if (!isPlyInUse[depth]) {
+        isPlyInUse[depth] = true;
+        std::fill_n(killers.begin() + depth * KILLERS_PER_PLY, KILLERS_PER_PLY, 0);
+    }
     const int index = getMoveKillersIndex(move, depth);
     const std::uint32_t count = ++killers[index];
     int& first = actualKillers[depth];
@@ -109,7 +113,8 @@ void MoveOrder::updateKiller(const Move& move, int depth) {
 }
 
 void MoveOrder::clearKillersTable() {
-    killers.fill(0);
+    isPlyInUse.fill(false);
+    killers[0] = 0; // what `actualKillers` has for none
     actualKillers.fill(0);
 }
 
