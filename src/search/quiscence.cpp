@@ -182,8 +182,7 @@ auto Quiscence<Observer>::tryMove(QuiscenceNode& node, const Move& move) -> Next
 // Scores a legal move for the side that makes it, and tells how. If the move is searched
 // further, `localVariant` gets the line behind it as well.
 template <class Observer>
-[[gnu::always_inline]] inline MoveEnding
-Quiscence<Observer>::scoreQuiscenceMove(QuiscenceNode& node, const Move& move) {
+MoveEnding Quiscence<Observer>::scoreQuiscenceMove(QuiscenceNode& node, const Move& move) {
     const Position& position = node.position;
     const int clock = position.carried.halfMoveClock + 1;
     if (state.path.canRepeat(clock) && isReversible(position, move) &&
@@ -210,8 +209,7 @@ Quiscence<Observer>::scoreQuiscenceMove(QuiscenceNode& node, const Move& move) {
 
 // The same for a move that is searched further.
 template <class Observer>
-[[gnu::always_inline]] inline MoveEnding Quiscence<Observer>::searchMove(QuiscenceNode& node,
-                                                                         const Move& move) {
+MoveEnding Quiscence<Observer>::searchMove(QuiscenceNode& node, const Move& move) {
     DoMoveContext context;
     playMove(node.position, move, context);
     state.path.push(node.position.carried.hash);

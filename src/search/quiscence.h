@@ -37,8 +37,10 @@ private:
     Next tryQuietMoves(QuiscenceNode& node);
     Next tryQuietMovesOf(QuiscenceNode& node, EntrySet entries, const QuietCount& quietCount);
     Next tryMove(QuiscenceNode& node, const Move& move);
-    MoveEnding scoreQuiscenceMove(QuiscenceNode& node, const Move& move);
-    MoveEnding searchMove(QuiscenceNode& node, const Move& move);
+    // Parts of tryMove(): a move that is tried gets one frame of the machine, not three.
+    [[gnu::always_inline]] inline MoveEnding scoreQuiscenceMove(QuiscenceNode& node,
+                                                                const Move& move);
+    [[gnu::always_inline]] inline MoveEnding searchMove(QuiscenceNode& node, const Move& move);
 
     SearchState& state;
     [[no_unique_address]] Observer observer;
