@@ -32,6 +32,11 @@ public:
     constexpr int getAdvancedRooks(Color color) const { return getCount(ROOKS + 4 * color); }
     // Whether the king of a colour stands on its first two ranks, where rooks shut it in.
     constexpr bool isKingBack(Color color) const { return getCount(KINGS + 4 * color) != 0; }
+    // Whether there are two bishops of a colour, or an advanced rook.
+    constexpr bool canHaveBonus() const {
+        return ((word + (std::uint64_t{1} << 31)) &
+                ((std::uint64_t{0xEE} << BISHOPS) | (std::uint64_t{0xFF} << ROOKS))) != 0;
+    }
 
 private:
     // Where the counts stand, four bits each, White's first. The sums fill the lower half.

@@ -44,5 +44,5 @@ constexpr int bonusOf(PieceSum sum, Color color) {
 // All but material.
 constexpr int positionalEvalOf(PieceSum sum, bool isEndGame) {
     const int values = isEndGame ? sum.getEndGame() : sum.getMiddleGame();
-    return values + bonusOf(sum, WHITE) - bonusOf(sum, BLACK);
+    return sum.canHaveBonus() ? values + bonusOf(sum, WHITE) - bonusOf(sum, BLACK) : values;
 }
