@@ -7,9 +7,9 @@
 #include "search/score.h"
 #include "search/searchState.h"
 
-// Counts quiet moves without trying them, where none of them can matter: all are scored as
-// their positions stand, none gives check or can be a repetition, and not even the best gain
-// raises alfa. Where somebody watches, each is tried.
+// Counts quiet moves without trying them, where they cannot matter: they are scored as their
+// positions stand, give no check, cannot be a repetition, and do not raise alfa. Where somebody
+// watches, each is tried.
 class QuietCount {
 public:
     QuietCount(QuiscenceNode& _node, SearchState& _state, bool isWatched)
@@ -25,25 +25,42 @@ public:
         }
     }
 
-    // The moves of a piece to some fields. True if they have been counted.
-    bool countMoves(const PieceTargets& piece, FieldSet fields) const {
-        return score + (*gains)[piece.type][piece.from] <= node.alfa && isQuiet(piece, fields) &&
-               count(countOf(fields));
+    // Those of the free fields that a piece goes to where nothing can come of its moves.
+    FieldSet getNegligible(const PieceTargets& piece, FieldSet fields) const {
+        const Position& position = node.position;
+        if (score == NOTHING_COUNTS ||
+            (piece.type == PAWN && isBeforePromotion(piece.from, position.colorToMove))) {
+            return NO_FIELDS;
+        }
+        if (!node.isDeepestPly) {
+            fields &= ~node.checkFields->getFields(piece.type, piece.from);
+        }
+        if (score + (*gains)[piece.type][piece.from] <= node.alfa) {
+            return fields;
+        }
+        const auto& sums = pieceSums[position.colorToMove][piece.type];
+        const int material = totalMaterial(position);
+        PieceSum others = position.carried.sum;
+        others -= sums[piece.from];
+        FieldSet negligible = fields;
+        forEachField(fields, [&](FieldIndex to) {
+            PieceSum sum = others;
+            sum += sums[to];
+            if (node.getStaticScore(sum, material, node.material) > node.alfa) {
+                negligible &= ~setOf(to);
+            }
+        });
+        return negligible;
     }
 
-    // The move of a piece to one field, if it is no better than alfa. True if it has been
-    // counted.
-    bool countMove(const PieceTargets& piece, FieldIndex to) const {
-        const Position& position = node.position;
-        const auto& sums = pieceSums[position.colorToMove][piece.type];
-        if (score == NOTHING_COUNTS || !isQuiet(piece, setOf(to))) {
+    // Counts some moves. False if they have to be tried all the same, as the clock may be due.
+    bool count(int moves) const {
+        if (!state.nodes.isFarFromPoll(moves)) {
             return false;
         }
-        PieceSum sum = position.carried.sum;
-        sum += sums[to];
-        sum -= sums[piece.from];
-        return node.getStaticScore(sum, totalMaterial(position), node.material) <= node.alfa &&
-               count(1);
+        state.nodes.countMoves(moves);
+        node.numberOfLegalMoves += moves;
+        return true;
     }
 
     // The moves of all pawns, if they are all the same to the king and stand together in the
@@ -68,25 +85,11 @@ private:
     // As a score: beyond every alfa, a mate's too, by more than any move loses.
     static constexpr std::int64_t NOTHING_COUNTS = 2 * std::int64_t{DEFAULT_FIRST_BETA};
 
-    // Whether no move of a piece to some fields, all free, promotes or gives check.
-    bool isQuiet(const PieceTargets& piece, FieldSet fields) const {
-        const bool isPromotion =
-            piece.type == PAWN && isBeforePromotion(piece.from, node.position.colorToMove);
-        return !isPromotion && !givesCheck(fields, piece.type, piece.from);
-    }
     FieldSet getUncoverers() const {
         return node.isDeepestPly ? NO_FIELDS : node.checkFields->getUncoverers();
     }
     bool givesCheck(FieldSet fields, PieceType type, FieldIndex from) const {
         return !node.isDeepestPly && (fields & node.checkFields->getFields(type, from)) != 0;
-    }
-    bool count(int moves) const {
-        if (!state.nodes.isFarFromPoll(moves)) {
-            return false;
-        }
-        state.nodes.countMoves(moves);
-        node.numberOfLegalMoves += moves;
-        return true;
     }
 
     QuiscenceNode& node;

@@ -139,12 +139,14 @@ auto Quiscence<Observer>::tryQuietMovesOf(QuiscenceNode& node, EntrySet entries,
     };
     node.targets.forEachPiece<PawnMoves::STEPS>(entries, [&](const PieceTargets& piece) {
         const FieldSet fields = node.getLegalFields(piece, piece.targets & free);
-        if (!quietCount.countMoves(piece, fields)) {
-            forEachTarget(piece, fields, position.colorToMove, [&](FieldIndex to) {
-                return quietCount.countMove(piece, to) ||
-                       forEachMoveTo(piece, to, NO_PIECE, position.colorToMove, tryIt);
-            });
+        const FieldSet negligible = quietCount.getNegligible(piece, fields);
+        if (negligible == fields && quietCount.count(countOf(fields))) {
+            return true; // on to the next piece
         }
+        forEachTarget(piece, fields, position.colorToMove, [&](FieldIndex to) {
+            return (contains(negligible, to) && quietCount.count(1)) ||
+                   forEachMoveTo(piece, to, NO_PIECE, position.colorToMove, tryIt);
+        });
         return next == Next::MOVE;
     });
     return next;

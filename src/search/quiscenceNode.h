@@ -52,6 +52,6 @@ struct QuiscenceNode {
     const bool isDeepestPly;                // nothing is searched further
     const int material;                     // balance for the side to move
     std::optional<CheckFields> checkFields; // which moves give check, where that is asked
-    int numberOfLegalMoves = 0;             // that have been tried
+    int numberOfLegalMoves = 0;             // that have been tried or counted
     Variant localVariant;                   // score of the move tried last, and line behind it
 };
