@@ -3,6 +3,7 @@
 // index; the engine that plays does not.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <span>
@@ -26,9 +27,10 @@ constexpr std::size_t at(int index) {
     return static_cast<std::size_t>(index);
 }
 
-// `SIZE` elements, indexed from 0 by values of `Index`, which converts to int.
-template <class Index, class Element, std::size_t SIZE> struct Indexed {
-    std::array<Element, SIZE> elements;
+// `SIZE` elements, indexed from 0 by values of `Index`, which converts to int. There may be room
+// for more, which nobody uses.
+template <class Index, class Element, std::size_t SIZE, std::size_t ROOM = SIZE> struct Indexed {
+    std::array<Element, ROOM> elements;
 
     constexpr Element& operator[](Index index) { return elements[checkedIndex(index, SIZE)]; }
     constexpr const Element& operator[](Index index) const {
@@ -40,11 +42,13 @@ template <class Index, class Element, std::size_t SIZE> struct Indexed {
     }
     constexpr void fill(const Element& value) { elements.fill(value); }
     constexpr auto begin() { return elements.begin(); }
-    constexpr auto end() { return elements.end(); }
+    constexpr auto end() { return elements.begin() + SIZE; }
     constexpr auto begin() const { return elements.begin(); }
-    constexpr auto end() const { return elements.end(); }
+    constexpr auto end() const { return elements.begin() + SIZE; }
     static constexpr std::size_t size() { return SIZE; }
 
     // Instantiated only where two tables are compared.
-    constexpr bool operator==(const Indexed& other) const { return elements == other.elements; }
+    constexpr bool operator==(const Indexed& other) const {
+        return std::equal(begin(), end(), other.begin());
+    }
 };

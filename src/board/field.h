@@ -30,7 +30,8 @@ inline constexpr FieldIndex FIRST_FIELD = A1;
 inline constexpr FieldIndex LAST_FIELD = H8;
 inline constexpr int ROW_STEP = 10; // from a field to the one a rank up
 
-template <class Element> using ByField = Indexed<FieldIndex, Element, BOARD_SIZE>;
+// In a table of tables a place is found by shifts alone if each has room for a power of two.
+template <class Element> using ByField = Indexed<FieldIndex, Element, BOARD_SIZE, 128>;
 
 constexpr FieldIndex operator+(FieldIndex field, int offset) {
     return static_cast<FieldIndex>(static_cast<int>(field) + offset);
