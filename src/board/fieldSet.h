@@ -39,8 +39,18 @@ constexpr bool contains(FieldSet set, FieldIndex field) {
     return (set & setOf(field)) != 0;
 }
 
+// Where the processor is not known to have the instruction, GCC calls a function of its library.
+// To add up neighbouring bits, then pairs, then bytes is faster in place.
 constexpr int countOf(FieldSet set) {
+#if defined(__x86_64__) && !defined(__POPCNT__)
+    constexpr FieldSet EACH_BYTE = 0x0101010101010101;
+    set -= (set >> 1) & (0x55 * EACH_BYTE);
+    set = (set & (0x33 * EACH_BYTE)) + ((set >> 2) & (0x33 * EACH_BYTE));
+    set = (set + (set >> 4)) & (0x0F * EACH_BYTE);
+    return static_cast<int>((set * EACH_BYTE) >> 56);
+#else
     return std::popcount(set);
+#endif
 }
 
 // The first field of a set that is not empty, in the order of the bits.

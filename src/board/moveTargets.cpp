@@ -85,7 +85,8 @@ void MoveTargets::addPawns() {
     const FieldSet left = rightOf(attacked) & ownPawns;
     const FieldSet right = leftOf(attacked) & ownPawns;
     const FieldSet promoting = ownPawns & beforePromotion[color];
-    count += countOf(singleSteps) + countOf(doubleSteps) + countOf(left) + countOf(right);
+    // No field is in two of the first three sets: two hold free fields, the third own pawns.
+    count += countOf(singleSteps | doubleSteps | left) + countOf(right);
     if (promoting != NO_FIELDS) {
         const FieldSet promotingSteps = aheadOf(promoting, color) & ~occupied;
         count +=
