@@ -34,8 +34,8 @@ FieldSet KingLines::getSafeFields(FieldSet fields) const {
     const FieldSet enemies = position.ofColor[enemy];
     const FieldSet occupied = position.getOccupied() & ~setOf(king);
     const FieldSet aheadOfPawns = aheadOf(ofType[PAWN] & enemies, enemy);
-    FieldSet attacked =
-        leftOf(aheadOfPawns) | rightOf(aheadOfPawns) | kingAttacks[firstOf(ofType[KING] & enemies)];
+    const FieldIndex enemyKing = position.pieces[KingIndex[enemy]].boardPosition;
+    FieldSet attacked = leftOf(aheadOfPawns) | rightOf(aheadOfPawns) | kingAttacks[enemyKing];
     forEachField(ofType[KNIGHT] & enemies,
                  [&](FieldIndex from) { attacked |= knightAttacks[from]; });
     const FieldSet queens = ofType[QUEEN];

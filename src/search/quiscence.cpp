@@ -52,7 +52,7 @@ MoveEnding Quiscence<Observer>::quiscenceSearchRek(Position& position, Variant& 
     const bool isDeepestPly = depth >= state.getQuiscenceMaxDepth() - 1;
     QuiscenceNode node(position, variant, alfa, beta, depth, isDeepestPly, Observer::IS_WATCHING);
     statsIncrement(TestStatistics::Q_SEARCH_ALL, depth, node.targets.getCount());
-    Next next = tryCaptures(node);
+    Next next = node.targets.getCapturers() != 0 ? tryCaptures(node) : Next::MOVE;
     if (next == Next::MOVE) {
         next = tryQuietMoves(node);
     }
@@ -96,7 +96,10 @@ template <class Observer> auto Quiscence<Observer>::tryCaptures(QuiscenceNode& n
     node.targets.forEachPiece<PawnMoves::CAPTURES>(node.targets.getCapturers(), listCaptures);
 
     MoveIndices moveOrderIndices;
-    orderMoves(captures, moveOrderIndices, count);
+    moveOrderIndices[0] = 0;
+    if (count > 1) {
+        orderMoves(captures, moveOrderIndices, count);
+    }
     for (int i = 0; i < count; ++i) {
         if (const Next next = tryMove(node, captures[moveOrderIndices[i]]); next != Next::MOVE) {
             return next;
