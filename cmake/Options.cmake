@@ -47,6 +47,10 @@ if(KESTRAN_PROFILE)
         add_compile_options(-fprofile-generate)
         add_link_options(-fprofile-generate)
     elseif(KESTRAN_PROFILE STREQUAL "use")
+        file(GLOB_RECURSE records "${CMAKE_BINARY_DIR}/*.gcda")
+        if(NOT records)
+            message(FATAL_ERROR "KESTRAN_PROFILE=use: nothing has been recorded in this folder yet")
+        endif()
         # Most tools never ran, and what never ran is built as ever. Inlined as far as that, the
         # list of captures looks to GCC as if it were read before it is filled.
         add_compile_options(-fprofile-use -fprofile-partial-training -Wno-missing-profile

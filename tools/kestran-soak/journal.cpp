@@ -9,7 +9,6 @@
 #include <fcntl.h>
 #include <fstream>
 #include <limits>
-#include <sstream>
 #include <stdexcept>
 #include <string_view>
 #include <sys/file.h>
@@ -26,15 +25,6 @@ constexpr std::size_t ENGINE_FIELDS = 4;
 
 // By kind of finding; its text follows.
 constexpr std::array<const char*, 4> KIND_NAMES = {"time:", "illegal:", "protocol:", "overrun:"};
-
-std::vector<std::string> split(const std::string& text, char separator) {
-    std::vector<std::string> parts;
-    std::istringstream stream(text + separator);
-    for (std::string part; std::getline(stream, part, separator);) {
-        parts.push_back(part);
-    }
-    return parts;
-}
 
 int toNumber(const std::string& text) {
     return parseNumber(text, "each number of a journal", 0, MOST);
@@ -54,8 +44,8 @@ Lateness parseLateness(const std::string& text) {
     if (text.empty()) {
         return lateness;
     }
-    for (const std::string& pair : split(text, ',')) {
-        const std::vector<std::string> numbers = split(pair, ':');
+    for (const std::string& pair : splitAt(text, ',')) {
+        const std::vector<std::string> numbers = splitAt(pair, ':');
         lateness.add(toNumber(numbers.at(0)), toNumber(numbers.at(1)));
     }
     return lateness;
@@ -168,7 +158,7 @@ std::size_t Journal::load(const std::string& heading, SoakReport& report) {
     std::string line;
     while (std::getline(file, line) && !file.eof()) {
         ++number;
-        const std::vector<std::string> fields = split(line, '\t');
+        const std::vector<std::string> fields = splitAt(line, '\t');
         try {
             if (number == 1 && line != heading) {
                 refuse(path, "is of another soak: \"" + fields.back() + '"');

@@ -12,7 +12,6 @@
 #include <functional>
 #include <iostream>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <sys/resource.h>
 #include <vector>
@@ -71,16 +70,6 @@ void endOnInterrupt() {
     });
 }
 
-// The parts of `text` between its commas.
-std::vector<std::string> splitList(const std::string& text) {
-    std::vector<std::string> parts;
-    std::istringstream stream(text + ',');
-    for (std::string part; std::getline(stream, part, ',');) {
-        parts.push_back(part);
-    }
-    return parts;
-}
-
 void readGameOptions(CommandLine& commandLine, SoakOptions& options) {
     options.seed =
         static_cast<unsigned>(takeNumber(commandLine, "--seed", 0, 1000000000).value_or(1));
@@ -89,13 +78,13 @@ void readGameOptions(CommandLine& commandLine, SoakOptions& options) {
     options.grace = takeNumber(commandLine, "--grace", 0, 10000).value_or(150);
     if (const std::optional<std::string> list = commandLine.takeOption("--time")) {
         options.times.clear();
-        for (const std::string& text : splitList(*list)) {
+        for (const std::string& text : splitAt(*list, ',')) {
             options.times.push_back(parseTimeControl(text));
         }
     }
     if (const std::optional<std::string> list = commandLine.takeOption("--hash")) {
         options.hashes.clear();
-        for (const std::string& text : splitList(*list)) {
+        for (const std::string& text : splitAt(*list, ',')) {
             options.hashes.push_back(parseNumber(text, "--hash", 0, 512));
         }
     }

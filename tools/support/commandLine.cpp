@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <exception>
 #include <iostream>
+#include <sstream>
 #include <unistd.h>
 
 namespace {
@@ -102,6 +103,15 @@ std::vector<std::string> CommandLine::takeRest() {
         throw UsageError("unknown option " + *option);
     }
     return std::move(words);
+}
+
+std::vector<std::string> splitAt(const std::string& text, char separator) {
+    std::vector<std::string> parts;
+    std::istringstream stream(text + separator);
+    for (std::string part; std::getline(stream, part, separator);) {
+        parts.push_back(part);
+    }
+    return parts;
 }
 
 int parseNumber(const std::string& text, const std::string& what, int least, int most) {
