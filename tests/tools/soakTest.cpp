@@ -19,10 +19,14 @@ namespace {
 
 const std::string ENGINE = KESTRAN_BINARY_DIR "/kestran";
 
-// A game of an engine whose words go through a filter of the shell.
+// The shell's arguments for an engine whose words go through a filter.
+std::vector<std::string> filtered(const std::string& filter) {
+    return {"-c", "\"$0\" | " + filter, ENGINE};
+}
+
 SoakReport playFiltered(const std::string& filter) {
     return runSoak({.engine = "/bin/sh",
-                    .arguments = {"-c", ENGINE + " | " + filter},
+                    .arguments = filtered(filter),
                     .plies = 6,
                     .records = TestFolder().path});
 }
@@ -64,7 +68,7 @@ TEST(Soak, IllegalMoveLeavesItsGameInAFile) {
     const TestFolder folder;
     const std::string filter = R"(sed -u '/score/!s/^\(info pv\|bestmove\) .*/\1 a1a1/')";
     const SoakReport report = runSoak({.engine = "/bin/sh",
-                                       .arguments = {"-c", ENGINE + " | " + filter},
+                                       .arguments = filtered(filter),
                                        .first = 3,
                                        .records = folder.path + "/new"});
     ASSERT_EQ(report.illegalMoves.size(), 1U);
@@ -103,7 +107,7 @@ TEST(Soak, GamesInPgn) {
 // What it refuses before it plays.
 TEST(Soak, RefusesWhatMakesNoSense) {
     for (const auto& [words, reason] : std::vector<std::pair<std::string, std::string>>{
-             {"1 --engine " + ENGINE + "-not", "cannot start "},
+             {"1 --engine /no/engine", "cannot start "},
              {"1 --engine /bin/true --pgn /no/games", "/no/games cannot be written"},
              {"1 --engine /bin/true --pgn /", "file / cannot be written"},
              {"1 --engine /bin/true --time 2+0.1,", "a time is like"},
@@ -169,7 +173,7 @@ TEST(Soak, GoesOnAfterAStop) {
     const TestFolder folder;
     int answers = 0;
     SoakOptions options = {.engine = "/bin/sh",
-                           .arguments = {"-c", ENGINE + " | sed -u 's/^bestmove d7d5/& /'"},
+                           .arguments = filtered("sed -u 's/^bestmove d7d5/& /'"),
                            .games = 9,
                            .plies = 4,
                            .jobs = 3,
@@ -302,7 +306,10 @@ TEST(Soak, ProtocolFaults) {
              "head -n 9",                              // an early end
          }) {
         const SoakReport report = playFiltered(filter);
-        EXPECT_EQ(report.protocolFaults.size(), 1U) << filter;
+        ASSERT_EQ(report.protocolFaults.size(), 1U) << filter;
+        // Nothing is wrong with an engine that did not start in the first place.
+        EXPECT_EQ(report.protocolFaults[0].find("its output has ended"), std::string::npos)
+            << filter << ": " << report.protocolFaults[0];
         EXPECT_EQ(report.illegalMoves, std::vector<std::string>()) << filter;
         EXPECT_FALSE(report.isClean()) << filter;
     }

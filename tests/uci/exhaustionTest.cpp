@@ -33,14 +33,14 @@ namespace {
 // ---- No memory ----
 
 constexpr UciProcess::Timeout PATIENCE{5000};
+const std::string ENGINE = KESTRAN_BINARY_DIR "/kestran";
 
 // The engine's process gets no more than 400 MiB, of which the table of 192 is a part.
 TEST(Memory, MayBeTooLittleForATable) {
 #ifdef KESTRAN_SLOW_BUILD
     GTEST_SKIP() << "a sanitizer needs more memory than there is";
 #endif
-    UciProcess process("/bin/bash",
-                       {"-c", "ulimit -v 409600; exec " KESTRAN_BINARY_DIR "/kestran"});
+    UciProcess process("/bin/bash", {"-c", "ulimit -v 409600; exec \"$0\"", ENGINE});
     // Plays a move and tells the size of the table in the end.
     const auto sizeAfterAMove = [&process] {
         process.send("position fen 6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - 0 1");
@@ -69,7 +69,7 @@ TEST(Memory, GoesBackToTheSystem) {
 #ifdef KESTRAN_SLOW_BUILD
     GTEST_SKIP() << "a sanitizer keeps what is freed";
 #endif
-    UciProcess process(KESTRAN_BINARY_DIR "/kestran");
+    UciProcess process(ENGINE);
     const auto residentWith = [&process](int hash) {
         process.send("setoption name Hash value " + std::to_string(hash));
         process.send("position fen 6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - 0 1");

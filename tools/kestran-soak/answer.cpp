@@ -63,7 +63,7 @@ void checkLine(const std::string& line, std::string_view end, NaiveBoard board) 
 } // namespace
 
 const std::array<std::string, 4> GREETING = {
-    "id name KESTRAN CHESS 1.1.2", "id author Bremo Talvik",
+    "id name KESTRAN CHESS " KESTRAN_VERSION, "id author Bremo Talvik",
     "option name Hash type spin min 0 max 512 default 192 ", "uciok"};
 
 bool isLastOfAnswer(const std::string& line) {

@@ -28,6 +28,38 @@ quietly() {
     return "$status"
 }
 
+# patiently WORDS COMMAND...: quietly, but standard error is told every 15 seconds that the work
+# goes on.
+patiently() {
+    local words=$1 status=0 teller
+    shift
+    (
+        trap 'kill "$(jobs -p)" 2> /dev/null; exit' TERM
+        while true; do
+            sleep 15 &
+            wait
+            echo "... $words, $SECONDS s" >&2
+        done
+    ) &
+    teller=$!
+    quietly "$@" || status=$?
+    kill "$teller" 2> /dev/null || true
+    wait "$teller" 2> /dev/null || true
+    return "$status"
+}
+
+# Makes the folder of all builds; a sentence and an end if nothing can be written there.
+requireBuildFolder() {
+    if ! mkdir -p build 2> /dev/null || [[ ! -w build ]]; then
+        {
+            echo "The folder $PWD/build cannot be written, and the build belongs there."
+            echo "Copy the project to a folder of your own and start it there, or build elsewhere:"
+            echo "cmake -S \"$PWD\" -B FOLDER && cmake --build FOLDER"
+        } >&2
+        exit 1
+    fi
+}
+
 # Installs the packages that need() has found missing.
 installMissing() {
     ((${#missing[@]})) || return 0
