@@ -78,10 +78,12 @@ installMissing() {
     missing=()
 }
 
-# A build folder remembers where its sources were; forgets it if the project has moved.
+# A build folder remembers where its sources were and what builds it; forgets it if the project
+# has moved, or if it is not for Ninja.
 dropForeignBuild() {
     local cache=$1/CMakeCache.txt
-    if [[ -e $cache ]] && ! grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$PWD" "$cache"; then
+    if [[ -e $cache ]] && ! { grep -qxF "CMAKE_HOME_DIRECTORY:INTERNAL=$PWD" "$cache" &&
+        grep -qxF "CMAKE_GENERATOR:INTERNAL=Ninja" "$cache"; }; then
         rm -rf "$1"
     fi
 }
