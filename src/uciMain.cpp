@@ -9,7 +9,7 @@
 #include <memory>
 
 int main() {
-    prepareSignals();
+    prepareProcess();
     prepareMemory();
     std::ios::sync_with_stdio(false);
     logger.addStandard();

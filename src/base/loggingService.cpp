@@ -14,7 +14,7 @@ void LoggerService::addLoggerImpl(std::unique_ptr<Logger> sink) {
     loggerImpls.push_back(std::move(sink));
 }
 
-std::string LoggerService::append(const std::string& str, long number) {
+std::string LoggerService::append(const std::string& str, std::int64_t number) {
     return str + std::to_string(number);
 }
 

@@ -6,6 +6,7 @@
 #include "base/logger.h"
 
 #include <concepts>
+#include <cstdint>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -56,7 +57,7 @@ public:
     void trace(const char* /*message*/, const char* /*tag*/) {}
 
     // `str` followed by the decimal text of `number`, with no blank between them.
-    static std::string append(const std::string& str, long number);
+    static std::string append(const std::string& str, std::int64_t number);
 
 private:
     // A level operation of a sink, such as &Logger::error.
@@ -71,7 +72,7 @@ private:
             passText(level, message);
         }
     }
-    template <class Message> void pass(Level level, const Message& message, long number) {
+    template <class Message> void pass(Level level, const Message& message, std::int64_t number) {
         if constexpr (LOG_ENABLED) {
             passText(level, append(message, number));
         }

@@ -1,12 +1,14 @@
-// Everything that depends on the operating system beyond the standard library:
-// the clock, the sleep of the polling loop, threads, the memory that a process keeps, and
-// the ways in which it learns that nobody needs it any more.
+// Everything that depends on the operating system beyond the standard library: the clock, the
+// sleep of the polling loop, threads, the memory that a process keeps, the standard streams, and
+// the ways in which a process learns that nobody needs it any more. One source file for each
+// system defines it, platformPosix.cpp or platformWindows.cpp.
 #pragma once
 
 #include <cstdint>
 #include <functional>
-#include <optional>
-#include <pthread.h>
+#include <memory>
+#include <string>
+#include <system_error>
 
 // A point in time or a span, in milliseconds of real time.
 using Milliseconds = std::int64_t;
@@ -21,10 +23,10 @@ void sleepMilliseconds(Milliseconds duration);
 // object waits for it.
 class Thread {
 public:
-    Thread() = default;
+    Thread();
     Thread(const Thread&) = delete;
     Thread& operator=(const Thread&) = delete;
-    ~Thread() { join(); }
+    ~Thread();
 
     // Runs `_body` on a thread of its own, after the one before has been joined. False if
     // the system gives no thread; nothing runs then.
@@ -33,15 +35,16 @@ public:
     bool join();
 
 private:
-    static void* run(void* thread);
+    struct Handle; // the system's name of a thread
 
     std::function<void()> body;
-    std::optional<pthread_t> handle; // of a thread that has not been joined
+    std::unique_ptr<Handle> handle; // of a thread that has not been joined
 };
 
-// From now on a request to terminate ends the process at once and cleanly, and writing
-// to a reader that has gone away is an error like any other.
-void prepareSignals();
+// Makes the process what the others expect of it: a request to terminate ends it at once and
+// cleanly, writing to a reader that has gone away is an error like any other, the standard
+// streams pass on bytes as they are, and a sleep ends within a millisecond or two of its time.
+void prepareProcess();
 
 // From now on a large block of memory goes back to the system when it is freed. By
 // itself the library comes to keep some, up to 64 MiB for each of its arenas.
@@ -53,3 +56,15 @@ bool isStandardOutputLost();
 // Ends the process at once with status 0, whatever its threads are doing. Nothing is
 // lost by it: every line is flushed as it is sent, and no state is kept on disk.
 [[noreturn]] void endProcess();
+
+// Whether a person reads the stream in a terminal.
+bool isStandardOutputTerminal();
+bool isStandardErrorTerminal();
+
+// The number by which the system knows the process, and no other one at the same time.
+int getProcessNumber();
+
+// Why the process may not write the file that is there, or make files in the folder; no error
+// if it may.
+std::error_code whyNoWritingTo(const std::string& file);
+std::error_code whyNoFilesIn(const std::string& folder);

@@ -60,6 +60,13 @@ bool isReport(const std::optional<std::string>& line) {
     return line && line->find(" score ") != std::string::npos;
 }
 
+// The engine of this build, or the program that KESTRAN_ENGINE names, such as a script that runs
+// the engine of another system.
+std::string enginePath() {
+    const char* wish = std::getenv("KESTRAN_ENGINE");
+    return wish == nullptr ? KESTRAN_BINARY_DIR "/kestran" : wish;
+}
+
 } // namespace
 
 Millis patience(int millis) {
@@ -71,7 +78,7 @@ Millis patience(int millis) {
 }
 
 UciTalk::UciTalk(const std::vector<std::string>& arguments)
-    : process(KESTRAN_BINARY_DIR "/kestran", arguments), lastSaid(Clock::now()) {
+    : process(enginePath(), arguments), lastSaid(Clock::now()) {
 }
 
 UciTalk::~UciTalk() {

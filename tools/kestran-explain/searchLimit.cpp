@@ -3,29 +3,28 @@
 #include "support/commandLine.h"
 
 #include <algorithm>
-#include <ctime>
+#include <csignal>
 
 namespace {
 
-constexpr long POLL_NANOSECONDS = 20'000'000;
+constexpr Milliseconds POLL_INTERVAL = 20;
 // What all searches together may still take after Ctrl-C.
 constexpr Milliseconds REST_AFTER_INTERRUPT = 2000;
 
-sigset_t interruptSignal() {
-    sigset_t set;
-    sigemptyset(&set);
-    sigaddset(&set, SIGINT);
-    return set;
+std::atomic<bool> isInterrupted = false; // since the watcher has looked last
+
+void noteInterrupt(int signal) {
+    isInterrupted = true;
+    std::signal(signal, noteInterrupt); // some systems forget a handler when they call it
 }
 
 } // namespace
 
 SearchLimit::SearchLimit(std::optional<Milliseconds> _total) : total(_total) {
-    // Blocked for every thread, so that the watcher can take it as it comes.
-    const sigset_t interrupts = interruptSignal();
-    pthread_sigmask(SIG_BLOCK, &interrupts, &signalsBefore);
+    isInterrupted = false;
+    handlerBefore = std::signal(SIGINT, noteInterrupt);
     if (!watcher.start([this] { watch(); })) {
-        pthread_sigmask(SIG_SETMASK, &signalsBefore, nullptr);
+        std::signal(SIGINT, handlerBefore);
         throw UsageError("there is no thread to watch the search");
     }
 }
@@ -33,7 +32,7 @@ SearchLimit::SearchLimit(std::optional<Milliseconds> _total) : total(_total) {
 SearchLimit::~SearchLimit() {
     isOver = true;
     watcher.join();
-    pthread_sigmask(SIG_SETMASK, &signalsBefore, nullptr);
+    std::signal(SIGINT, handlerBefore);
 }
 
 IdaVariant& SearchLimit::begin(double part) {
@@ -49,10 +48,9 @@ IdaVariant& SearchLimit::begin(double part) {
 
 // Raises the flag of the slot when it is time, as long as the object lives.
 void SearchLimit::watch() {
-    const sigset_t interrupts = interruptSignal();
-    const timespec pause = {0, POLL_NANOSECONDS};
     while (!isOver) {
-        if (sigtimedwait(&interrupts, nullptr, &pause) == SIGINT) {
+        sleepMilliseconds(POLL_INTERVAL);
+        if (isInterrupted.exchange(false)) {
             interrupt();
         }
         const std::lock_guard lock(mutex);

@@ -5,7 +5,6 @@
 #include "search/idaVariant.h"
 
 #include <atomic>
-#include <csignal>
 #include <mutex>
 #include <optional>
 
@@ -36,6 +35,6 @@ private:
     std::optional<Milliseconds> latest;   // of all searches, once Ctrl-C was pressed
     int searchId = 0;                     // of the search under way, in the slot
     std::atomic<bool> isOver = false;
-    sigset_t signalsBefore; // those that were blocked
+    void (*handlerBefore)(int); // of Ctrl-C
     Thread watcher;
 };

@@ -9,7 +9,6 @@
 #include <exception>
 #include <iostream>
 #include <sstream>
-#include <unistd.h>
 
 namespace {
 
@@ -158,10 +157,10 @@ int runTool(const std::string& name, const std::string& help, int argc, const ch
 }
 
 bool isColourWanted() {
-    return isatty(STDOUT_FILENO) != 0 && environmentOf("NO_COLOR").empty() && !isTerminalDumb();
+    return isStandardOutputTerminal() && environmentOf("NO_COLOR").empty() && !isTerminalDumb();
 }
 
-Progress::Progress() : isShown(isatty(STDERR_FILENO) != 0 && !isTerminalDumb()) {
+Progress::Progress() : isShown(isStandardErrorTerminal() && !isTerminalDumb()) {
 }
 
 Progress::~Progress() {

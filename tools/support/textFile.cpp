@@ -1,12 +1,12 @@
 #include "support/textFile.h"
 
+#include "base/platform.h"
 #include "support/commandLine.h"
 
 #include <cerrno>
 #include <filesystem>
 #include <stdexcept>
 #include <system_error>
-#include <unistd.h>
 
 namespace {
 
@@ -27,11 +27,6 @@ bool isFixture(const fs::path& target) {
 
 std::error_code lastError() {
     return {errno, std::generic_category()};
-}
-
-// Whether `path` can be used in all the ways of `mode`; if not, why.
-std::error_code accessFault(const fs::path& path, int mode) {
-    return access(path.c_str(), mode) == 0 ? std::error_code() : lastError();
 }
 
 std::string faultText(const std::string& path, const std::error_code& reason) {
@@ -69,11 +64,11 @@ void requireWritable(const std::string& path) {
     if (fs::is_directory(target, ignored)) {
         fault = std::make_error_code(std::errc::is_a_directory);
     } else if (fs::exists(target, ignored)) {
-        fault = accessFault(target, W_OK);
+        fault = whyNoWritingTo(target.string());
     }
     if (!fault && !isFixture(target)) {
         const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
-        fault = accessFault(folder / ".", W_OK | X_OK); // the dot asks for a folder
+        fault = whyNoFilesIn(folder.string());
     }
     if (fault) {
         throw UsageError(faultText(path, fault));
@@ -88,7 +83,7 @@ void writeWhole(const std::string& path, const std::string& text) {
         }
         return;
     }
-    const fs::path draft = target.string() + ".part" + std::to_string(getpid());
+    const fs::path draft = target.string() + ".part" + std::to_string(getProcessNumber());
     std::error_code fault = writeTo(draft, text);
     std::error_code ignored;
     if (const fs::file_status old = fs::status(target, ignored); !fault && fs::exists(old)) {

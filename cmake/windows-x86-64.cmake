@@ -1,0 +1,23 @@
+# Builds for 64-bit Windows on Linux, with g++-mingw-w64-x86-64-posix from Debian's packages:
+#
+#   cmake --preset windows
+#   cmake --build --preset windows
+#
+# The programs need no library that Windows does not have. wine runs them.
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_SYSTEM_PROCESSOR x86_64)
+
+set(CMAKE_CXX_COMPILER x86_64-w64-mingw32-g++-posix)
+set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
+set(CMAKE_EXE_LINKER_FLAGS_INIT "-static")
+find_program(WINE wine)
+if(WINE)
+    set(CMAKE_CROSSCOMPILING_EMULATOR "${WINE}")
+endif()
+
+# Programs of the system that builds, libraries of the one that is built for.
+set(CMAKE_FIND_ROOT_PATH /usr/x86_64-w64-mingw32)
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
