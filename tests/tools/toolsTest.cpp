@@ -307,6 +307,43 @@ TEST(Tools, TellHowToUseThem) {
     }
 }
 
+std::string textOf(const std::filesystem::path& path) {
+    std::ostringstream text;
+    text << std::ifstream(path).rdbuf();
+    return text.str();
+}
+
+// What the group of `pattern` matches anywhere in `text`, as options are written.
+std::set<std::string> optionsIn(const std::string& text, const char* pattern) {
+    const std::regex form(pattern);
+    std::set<std::string> options;
+    for (std::sregex_iterator found(text.begin(), text.end(), form), last; found != last; ++found) {
+        options.insert(std::string("-").append(found->str(1)));
+    }
+    return options;
+}
+
+// What a tool takes, what its help tells, and what its man page lists and shows as its synopsis.
+TEST(Tools, HaveTheSameOptionsInCodeHelpAndManual) {
+    for (const std::string tool : {"bench", "book", "explain", "perft", "soak"}) {
+        std::string code;
+        for (const auto& file :
+             std::filesystem::directory_iterator(root() / "tools" / ("kestran-" + tool))) {
+            code += textOf(file.path());
+        }
+        const auto taken = optionsIn(code, R"re(take\w+\((?:\w+, )?"-(-?[a-z-]+)")re");
+        EXPECT_FALSE(taken.empty()) << tool;
+        const std::string help = run(KESTRAN_BINARY_DIR "/kestran-" + tool, {"--help"}).output;
+        EXPECT_EQ(optionsIn(help, R"([\s[(]-(-?[a-z][a-z-]*))"), taken) << tool;
+        const std::string manual = textOf(root() / "docs/man" / ("kestran-" + tool + ".6"));
+        const std::size_t body = manual.find(".Sh DESCRIPTION");
+        EXPECT_EQ(optionsIn(manual.substr(0, body), R"(Fl (-?[a-z-]+))"), taken) << tool;
+        auto listed = optionsIn(manual.substr(body), R"(\n\.It Fl (-?[a-z-]+))");
+        EXPECT_EQ(listed.erase("-h"), 1U) << tool; // which all tools have
+        EXPECT_EQ(listed, taken) << tool;
+    }
+}
+
 // The disk is full before the first byte, so that each write of a tool fails.
 TEST(Tools, FailWhenNobodyTakesTheirOutput) {
     for (const std::string arguments : {"--help", "startpos 1"}) {

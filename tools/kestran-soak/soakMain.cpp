@@ -20,7 +20,7 @@ namespace {
 
 // tools/soak cuts this text out to print it without a build.
 const std::string HELP =
-    R"(Usage: tools/soak GAMES [OPTION...]
+    R"(Usage: kestran-soak GAMES --engine PATH [OPTION...]
 
 Plays GAMES games of the engine against itself over pipes, at very short times, and
 checks every move, every line, the clocks and the memory. Ctrl-C ends it with a report on
@@ -47,11 +47,11 @@ the games so far.
   --grace MS        by which an answer may be later than its time for a move without a
                     loss, 150 by default. Time in which an engine waited for a processor
                     never makes a loss; such answers are counted apart
-  --engine PATH     another build of the engine to play, by default the one of this source
-                    tree
+  --engine PATH     the engine to play; tools/soak plays that of its source tree by default
   --pgn FILE        writes the games, also those that a fault has ended
   --records FOLDER  where a fault leaves the position, the moves and the conversation of
-                    its game, build/soak of this source tree by default
+                    its game, the current folder by default; for tools/soak it is
+                    build/soak of its source tree
 
 The last line of the report is for scripts: "summary", and pairs like games=200. The report
 tells for each time how far beyond it the moves went.
@@ -100,7 +100,7 @@ SoakOptions readOptions(CommandLine& commandLine) {
     options.jobs = takeNumber(commandLine, "--jobs", 1, 1000).value_or(1);
     const std::vector<std::string> rest = commandLine.takeRest();
     if (rest.size() != 1 || options.engine.empty()) {
-        throw UsageError("how many games, of which engine?");
+        throw UsageError("how many games, of which --engine?");
     }
     options.games = parseNumber(rest[0], "GAMES", 1, 1000000);
     options.isStopWanted = [] { return isInterrupted.load(); };
@@ -173,5 +173,5 @@ int run(CommandLine& commandLine) {
 } // namespace
 
 int main(int argc, char** argv) {
-    return runTool("soak", HELP, argc, argv, run);
+    return runTool("kestran-soak", HELP, argc, argv, run);
 }
