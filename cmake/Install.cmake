@@ -1,0 +1,41 @@
+# What `cmake --install` puts where: programs, man pages and documents into the GNU directories, and
+# beside them what chess programs and desktops look for.
+
+include(GNUInstallDirs)
+
+set(programs "${CMAKE_INSTALL_BINDIR}")
+if(KESTRAN_GAMES)
+    set(programs games)
+endif()
+get_property(tools GLOBAL PROPERTY KESTRAN_TOOLS)
+install(TARGETS kestran ${tools} RUNTIME DESTINATION "${programs}")
+if(WIN32)
+    install(TARGETS kestran-console RUNTIME DESTINATION "${programs}")
+endif()
+
+file(GLOB documents CONFIGURE_DEPENDS docs/*.md docs/*.png docs/*.svg)
+install(FILES README.md CHANGELOG.md LICENSE DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+install(FILES ${documents} DESTINATION "${CMAKE_INSTALL_DOCDIR}/docs")
+if(WIN32)
+    return() # it has no man pages, and its chess programs ask for the path of an engine
+endif()
+
+foreach(program IN ITEMS kestran ${tools})
+    install(FILES docs/man/${program}.6 DESTINATION "${CMAKE_INSTALL_MANDIR}/man6")
+endforeach()
+
+# XBoard and PyChess look here for engines. The file names the engine by its whole path, which is
+# known when it is installed.
+set(plugins "${CMAKE_INSTALL_DATADIR}/games/plugins")
+install(CODE "
+    set(ENGINE \"\${CMAKE_INSTALL_PREFIX}/${programs}/kestran\")
+    configure_file(\"${CMAKE_SOURCE_DIR}/desktop/kestran.eng.in\"
+                   \"${CMAKE_BINARY_DIR}/kestran.eng\" @ONLY)")
+install(FILES "${CMAKE_BINARY_DIR}/kestran.eng" DESTINATION "${plugins}/uci")
+install(FILES desktop/kestran.png DESTINATION "${plugins}/logos")
+install(FILES desktop/kestran.svg
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps")
+
+configure_file(desktop/kestran.metainfo.xml.in org.kestran.kestran.metainfo.xml @ONLY)
+install(FILES "${CMAKE_BINARY_DIR}/org.kestran.kestran.metainfo.xml"
+        DESTINATION "${CMAKE_INSTALL_DATADIR}/metainfo")
