@@ -4,7 +4,7 @@
 include(GNUInstallDirs)
 
 set(programs "${CMAKE_INSTALL_BINDIR}")
-if(KESTRAN_GAMES)
+if(KESTRAN_DEBIAN)
     set(programs games)
 endif()
 get_property(tools GLOBAL PROPERTY KESTRAN_TOOLS)
@@ -14,7 +14,10 @@ if(WIN32)
 endif()
 
 file(GLOB documents CONFIGURE_DEPENDS docs/*.md docs/*.png docs/*.svg)
-install(FILES README.md CHANGELOG.md LICENSE DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+install(FILES README.md CHANGELOG.md DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+if(NOT KESTRAN_DEBIAN) # whose file of copyrights tells it
+    install(FILES LICENSE DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+endif()
 install(FILES ${documents} DESTINATION "${CMAKE_INSTALL_DOCDIR}/docs")
 if(WIN32)
     return() # it has no man pages, and its chess programs ask for the path of an engine
@@ -39,3 +42,7 @@ install(FILES desktop/kestran.svg
 configure_file(desktop/kestran.metainfo.xml.in org.kestran.kestran.metainfo.xml @ONLY)
 install(FILES "${CMAKE_BINARY_DIR}/org.kestran.kestran.metainfo.xml"
         DESTINATION "${CMAKE_INSTALL_DATADIR}/metainfo")
+
+if(KESTRAN_DEBIAN)
+    include(Package)
+endif()

@@ -15,7 +15,7 @@ option(KESTRAN_LOG "Write the log to standard error; for reading along, not for 
 option(KESTRAN_CHECK_POSITIONS "Check the whole position after every move; slow" OFF)
 option(KESTRAN_WERROR "Treat warnings as errors" OFF)
 option(KESTRAN_FUZZ "Build the fuzz targets; needs Clang" OFF)
-option(KESTRAN_GAMES "Install the programs to games/ instead of bin/, as distributions do" OFF)
+option(KESTRAN_DEBIAN "Install as Debian does: programs to games/; see Package.cmake" OFF)
 # portable: every 64-bit x86, or whatever the compiler takes by itself; x86-64-v3: processors
 # from 2013 on or so; native: the machine that builds, where the compiler knows it.
 set(KESTRAN_ARCH "portable" CACHE STRING "Processor to build for: portable, x86-64-v3, native")
