@@ -97,15 +97,15 @@ std::string CheckedGame::getPositionLine() const {
            (moves.empty() ? "" : " moves " + moves);
 }
 
-long CheckedGame::getTolerance() const {
+std::int64_t CheckedGame::getTolerance() const {
     return control.moveTime > 0 ? options.grace : options.margin;
 }
 
-bool CheckedGame::isTooLate(long used) const {
+bool CheckedGame::isTooLate(std::int64_t used) const {
     return used - getAllowed() > getTolerance();
 }
 
-void CheckedGame::take(const std::string& move, long used, long excuse,
+void CheckedGame::take(const std::string& move, std::int64_t used, std::int64_t excuse,
                        const std::string& circumstances) {
     const auto notice = [&](Finding::Kind kind, const std::string& text) {
         find(kind, text + circumstances);
@@ -117,10 +117,10 @@ void CheckedGame::take(const std::string& move, long used, long excuse,
         return;
     }
     const std::string go = clocks.getGoLine();
-    const long beyond = clocks.take(used);
+    const std::int64_t beyond = clocks.take(used);
     result.lateness.add(beyond);
     const bool isByClock = control.moveTime == 0;
-    const long tolerance = getTolerance();
+    const std::int64_t tolerance = getTolerance();
     const std::string text = '"' + go + "\" took " + std::to_string(used) + " ms, " +
                              std::to_string(beyond) + " too many";
     if (beyond - excuse > tolerance) {

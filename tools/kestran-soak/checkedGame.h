@@ -7,6 +7,7 @@
 #include "support/naiveRules.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <string>
 #include <vector>
@@ -50,14 +51,15 @@ public:
     std::string getPositionLine() const;
     std::string getGoLine() const { return clocks.getGoLine(); }
     // Milliseconds that the side to move has.
-    long getAllowed() const { return clocks.getAllowed(); }
+    std::int64_t getAllowed() const { return clocks.getAllowed(); }
 
     // Whether an answer after `used` milliseconds is too late, as far as the clock tells.
-    bool isTooLate(long used) const;
+    bool isTooLate(std::int64_t used) const;
     // The side to move has answered after `used` milliseconds. Being late by no more than
     // `excuse` beyond what is allowed costs nothing: for so long the engine had no processor,
     // or nobody looked. `circumstances` goes into the text of what is found wrong.
-    void take(const std::string& move, long used, long excuse, const std::string& circumstances);
+    void take(const std::string& move, std::int64_t used, std::int64_t excuse,
+              const std::string& circumstances);
     // A fault against the protocol. It ends the game, unless that has ended before.
     void breakOff(const std::string& fault);
     // Ends the game without a result.
@@ -69,7 +71,7 @@ public:
 
 private:
     // Milliseconds that an answer may be late.
-    long getTolerance() const;
+    std::int64_t getTolerance() const;
     void playOpening();
     void play(const std::string& move);
     // Ends the game if the rules do.

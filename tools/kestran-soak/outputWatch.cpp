@@ -46,7 +46,7 @@ std::vector<std::size_t> OutputWatch::wait(std::chrono::milliseconds timeout) {
     std::vector<std::size_t> ids;
     ids.reserve(MOST_NEWS);
     for (int i = 0; i < count; ++i) {
-        ids.push_back(events[static_cast<std::size_t>(i)].data.u64);
+        ids.push_back(static_cast<std::size_t>(events[static_cast<std::size_t>(i)].data.u64));
     }
     std::ranges::sort(ids); // a process may have written to both its outputs
     ids.erase(std::unique(ids.begin(), ids.end()), ids.end());

@@ -29,8 +29,8 @@ std::optional<std::string> Player::takeLine() {
     return line;
 }
 
-long Player::getWaitedMillis() const {
-    long waited = 0;
+std::int64_t Player::getWaitedMillis() const {
+    std::int64_t waited = 0;
     for (const auto& [thread, wait] : process.getProcessorWaits()) {
         const auto before = waits.find(thread);
         waited += wait - (before == waits.end() ? 0 : before->second);

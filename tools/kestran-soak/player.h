@@ -5,6 +5,7 @@
 #include "support/uciProcess.h"
 
 #include <chrono>
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
@@ -38,7 +39,7 @@ public:
     // From now on count how long the engine waits for a processor; milliseconds of that, of
     // all its threads together.
     void beginWaits() { waits = process.getProcessorWaits(); }
-    long getWaitedMillis() const;
+    std::int64_t getWaitedMillis() const;
     // How the process has ended, or nothing if it still runs.
     std::optional<UciProcess::End> getEnd();
     // All that it has written to standard error.
@@ -53,5 +54,5 @@ private:
     Clock::time_point started = Clock::now();
     Clock::time_point heard = started;
     std::string conversation;
-    std::map<int, long> waits; // of the threads at beginWaits()
+    std::map<int, std::int64_t> waits; // of the threads at beginWaits()
 };

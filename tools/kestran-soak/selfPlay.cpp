@@ -204,8 +204,8 @@ void SelfPlay::hearAnswer(const std::string& line) {
 void SelfPlay::takeAnswer() {
     const auto used = duration_cast<milliseconds>(player->getHeard() - asked).count();
     const std::string move = readAnswer(answer, game->getBoard());
-    const long waited = game->isTooLate(used) ? player->getWaitedMillis() : 0;
-    const long away = desk.getAway() - awayBefore;
+    const std::int64_t waited = game->isTooLate(used) ? player->getWaitedMillis() : 0;
+    const std::int64_t away = desk.getAway() - awayBefore;
     game->take(move, used, waited + away,
                desk.describeCircumstances() + ", the engine waited " + std::to_string(waited) +
                    " ms for a processor, nobody looked for " + std::to_string(away) + " ms");

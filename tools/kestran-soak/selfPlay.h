@@ -10,6 +10,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -30,7 +31,7 @@ public:
     virtual std::string describeCircumstances() = 0;
     // Milliseconds, since the soak began, in which nobody looked at the engines though it was
     // time to: there was work, or the whole machine stood still.
-    virtual long getAway() = 0;
+    virtual std::int64_t getAway() = 0;
 };
 
 class SelfPlay {
@@ -109,7 +110,7 @@ private:
     std::size_t greeted = 0;               // lines
     std::vector<std::string> answer;       // so far
     Clock::time_point asked;               // when the `go` was sent
-    long awayBefore = 0;                   // getAway() then
+    std::int64_t awayBefore = 0;           // getAway() then
     std::string fault;                     // of the engine that is breaking
     EngineResult memory;
 };

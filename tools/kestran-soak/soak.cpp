@@ -85,10 +85,10 @@ public:
         return text.str();
     }
 
-    long getAway() override { return away; }
+    std::int64_t getAway() override { return away; }
 
     // Nobody has looked at the engines for so many milliseconds longer than planned.
-    void noteAway(long millis) {
+    void noteAway(std::int64_t millis) {
         away += millis;
         report.longestAway = std::max(report.longestAway, millis);
     }
@@ -104,7 +104,7 @@ private:
     SoakReport report;
     std::optional<Journal> journal;
     int next;
-    long away = 0;
+    std::int64_t away = 0;
 };
 
 // All places, and the one thread that looks after them.

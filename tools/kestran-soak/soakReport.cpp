@@ -6,8 +6,8 @@
 
 namespace {
 
-constexpr long MEMORY_GROWTH = 4096;   // KiB that a process may gain after its first game
-constexpr std::size_t MOST_SHOWN = 50; // texts of a kind
+constexpr std::int64_t MEMORY_GROWTH = 4096; // KiB that a process may gain after its first game
+constexpr std::size_t MOST_SHOWN = 50;       // texts of a kind
 
 std::vector<std::string>& textsOf(SoakReport& report, Finding::Kind kind) {
     switch (kind) {
@@ -49,8 +49,8 @@ void writeLateness(std::ostream& stream, const std::map<std::string, Lateness>& 
 }
 
 void writeMemory(std::ostream& stream, const SoakReport& report) {
-    long least = 0;
-    long most = 0;
+    std::int64_t least = 0;
+    std::int64_t most = 0;
     for (const EngineResult& engine : report.engines) {
         if (engine.first > 0) {
             least = least == 0 ? engine.first : std::min(least, engine.first);
@@ -62,7 +62,8 @@ void writeMemory(std::ostream& stream, const SoakReport& report) {
            << " KiB\n";
 }
 
-void writeSummary(std::ostream& stream, const SoakReport& report, long seconds, long rate) {
+void writeSummary(std::ostream& stream, const SoakReport& report, std::int64_t seconds,
+                  std::int64_t rate) {
     stream << "summary games=" << report.games << " plies=" << report.plies
            << " white=" << report.whiteWins << " black=" << report.blackWins
            << " drawn=" << report.draws << " unfinished=" << report.unfinished
@@ -103,8 +104,8 @@ std::size_t SoakReport::countFaults() const {
     return timeLosses.size() + illegalMoves.size() + protocolFaults.size();
 }
 
-long SoakReport::getGrowth() const {
-    long most = 0;
+std::int64_t SoakReport::getGrowth() const {
+    std::int64_t most = 0;
     for (const EngineResult& engine : engines) {
         most = std::max(most, engine.last - engine.first);
     }
@@ -129,8 +130,8 @@ void writeReport(std::ostream& stream, const SoakReport& report, std::chrono::se
     writeLateness(stream, report.lateness);
     writeMemory(stream, report);
     const int games = report.games - report.resumed - report.stopped;
-    const long seconds = elapsed.count();
-    const long rate = games * 60 / std::max(seconds, 1L);
+    const std::int64_t seconds = elapsed.count();
+    const std::int64_t rate = games * 60 / std::max<std::int64_t>(seconds, 1);
     stream << "nobody looked    for at most " << report.longestAway << " ms\n"
            << "elapsed          " << seconds << " s for " << games << " whole games, " << rate
            << " a minute\n"

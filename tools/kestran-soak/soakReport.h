@@ -6,6 +6,7 @@
 #include "kestran-soak/timeControl.h"
 
 #include <chrono>
+#include <cstdint>
 #include <iosfwd>
 #include <map>
 #include <string>
@@ -15,8 +16,8 @@
 struct EngineResult {
     // Resident KiB after its first and after its last game, each time with the smallest
     // table, so that what the table touches plays no part. 0 without a game.
-    long first = 0;
-    long last = 0;
+    std::int64_t first = 0;
+    std::int64_t last = 0;
     std::string fault{}; // against the protocol, outside its games; empty for none
 };
 
@@ -24,7 +25,7 @@ struct SoakReport {
     int games = 0;   // that have been played to their end, or stopped
     int resumed = 0; // those of them that a run before this one has played
     int stopped = 0; // those that were stopped
-    long plies = 0;
+    std::int64_t plies = 0;
     int whiteWins = 0;
     int blackWins = 0;
     int draws = 0;
@@ -34,19 +35,19 @@ struct SoakReport {
     std::vector<std::string> illegalMoves;
     std::vector<std::string> protocolFaults;
     std::vector<std::string> overruns; // of a clock, within the margin: no faults
-    long starved = 0;                  // answers that were late without being the engine's fault
+    std::int64_t starved = 0;          // answers that were late without being the engine's fault
     std::map<std::string, Lateness> lateness; // of the answers, by how time was measured
     std::vector<EngineResult> engines;
     std::vector<PlayedGame> record; // every game
     // The longest time in milliseconds for which nobody looked at the engines though it was
     // time to.
-    long longestAway = 0;
+    std::int64_t longestAway = 0;
 
     void add(const GameResult& result);
     void add(const EngineResult& result);
     std::size_t countFaults() const; // without the growth of memory
     // The most that a process has gained after its first game, in KiB.
-    long getGrowth() const;
+    std::int64_t getGrowth() const;
     bool isClean() const;
 };
 

@@ -12,11 +12,12 @@ constexpr int MOST_MOVES = 1000;
 constexpr int MOST_SECONDS = 86400;
 
 // Seconds with at most three decimals.
-long toMillis(const std::string& text) {
+std::int64_t toMillis(const std::string& text) {
     const std::size_t point = text.find('.');
     std::string decimals = point == std::string::npos ? "" : text.substr(point + 1);
     decimals.resize(3, '0');
-    const long seconds = parseNumber(text.substr(0, point), "a time in seconds", 0, MOST_SECONDS);
+    const std::int64_t seconds =
+        parseNumber(text.substr(0, point), "a time in seconds", 0, MOST_SECONDS);
     return seconds * 1000 + std::stol(decimals);
 }
 
@@ -64,27 +65,27 @@ std::string Clocks::getGoLine() const {
     return line;
 }
 
-long Clocks::getAllowed() const {
+std::int64_t Clocks::getAllowed() const {
     return control.moveTime > 0 ? control.moveTime : left[isWhiteToMove ? 0 : 1];
 }
 
-long Clocks::take(long used) {
-    const long beyond = used - getAllowed();
+std::int64_t Clocks::take(std::int64_t used) {
+    const std::int64_t beyond = used - getAllowed();
     if (control.moveTime == 0) {
-        long& own = left[isWhiteToMove ? 0 : 1];
+        std::int64_t& own = left[isWhiteToMove ? 0 : 1];
         own += control.increment - used;
         if (control.moves > 0 && plies / 2 % control.moves == control.moves - 1) {
             own += control.clock;
         }
-        own = std::max(own, 1L); // where an overrun is let go, the game goes on
+        own = std::max<std::int64_t>(own, 1); // where an overrun is let go, the game goes on
     }
     isWhiteToMove = !isWhiteToMove;
     ++plies;
     return beyond;
 }
 
-void Lateness::add(long beyond, long count) {
-    counts[std::max(beyond, 0L)] += count;
+void Lateness::add(std::int64_t beyond, std::int64_t count) {
+    counts[std::max<std::int64_t>(beyond, 0)] += count;
     moves += count;
 }
 
@@ -94,16 +95,16 @@ void Lateness::add(const Lateness& other) {
     }
 }
 
-long Lateness::getMovesWithin(long beyond) const {
-    long sum = 0;
+std::int64_t Lateness::getMovesWithin(std::int64_t beyond) const {
+    std::int64_t sum = 0;
     for (auto entry = counts.begin(); entry != counts.upper_bound(beyond); ++entry) {
         sum += entry->second;
     }
     return sum;
 }
 
-long Lateness::getPermille(int share) const {
-    long sum = 0;
+std::int64_t Lateness::getPermille(int share) const {
+    std::int64_t sum = 0;
     for (const auto& [beyond, count] : counts) {
         sum += count;
         if (sum * 1000 >= moves * share) {

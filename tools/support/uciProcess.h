@@ -3,6 +3,7 @@
 
 #include <array>
 #include <chrono>
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <stdexcept>
@@ -72,11 +73,11 @@ public:
     pid_t getPid() const { return pid; }
     // Memory in use, in KiB, and processor time used so far, in milliseconds. 0 for a
     // process that has ended.
-    long getResidentKib() const;
-    long getProcessorMillis() const;
+    std::int64_t getResidentKib() const;
+    std::int64_t getProcessorMillis() const;
     // How long each thread that lives has waited for a processor so far, in nanoseconds, by
     // its number. Empty where the system does not tell.
-    std::map<int, long> getProcessorWaits() const;
+    std::map<int, std::int64_t> getProcessorWaits() const;
 
 private:
     // Waits until there is output to take, or room to write if that is wanted; keeps

@@ -254,32 +254,32 @@ void UciProcess::sendSignal(int signal) {
     }
 }
 
-long UciProcess::getResidentKib() const {
+std::int64_t UciProcess::getResidentKib() const {
     std::ifstream statm("/proc/" + std::to_string(pid) + "/statm");
-    long total = 0;
-    long resident = 0;
+    std::int64_t total = 0;
+    std::int64_t resident = 0;
     statm >> total >> resident;
     return resident * (sysconf(_SC_PAGESIZE) / 1024);
 }
 
-long UciProcess::getProcessorMillis() const {
+std::int64_t UciProcess::getProcessorMillis() const {
     clockid_t clock;
     timespec used{};
     if (end || clock_getcpuclockid(pid, &clock) != 0 || clock_gettime(clock, &used) != 0) {
         return 0;
     }
-    return static_cast<long>(used.tv_sec) * 1000 + used.tv_nsec / 1000000;
+    return static_cast<std::int64_t>(used.tv_sec) * 1000 + used.tv_nsec / 1000000;
 }
 
-std::map<int, long> UciProcess::getProcessorWaits() const {
-    std::map<int, long> waits;
+std::map<int, std::int64_t> UciProcess::getProcessorWaits() const {
+    std::map<int, std::int64_t> waits;
     std::error_code fault;
     const std::string tasks = "/proc/" + std::to_string(pid) + "/task";
     for (std::filesystem::directory_iterator task(tasks, fault), last; !fault && task != last;
          task.increment(fault)) {
         std::ifstream statistics(task->path() / "schedstat");
-        long run = 0;
-        long waited = 0;
+        std::int64_t run = 0;
+        std::int64_t waited = 0;
         if (statistics >> run >> waited) {
             waits[std::stoi(task->path().filename().string())] = waited;
         }
