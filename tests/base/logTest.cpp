@@ -3,6 +3,7 @@
 #include "base/standardLogger.h"
 
 #include <gtest/gtest.h>
+#include <thread>
 
 namespace {
 
@@ -26,6 +27,37 @@ TEST(LogSwitchedOn, PassesEveryLevelToEverySink) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "ERROR: E\nWARN: W\nINFO: I-1\nINFO: I-1\nDEBUG: D23\nDEBUG: D23\n"
               "TRACE: T\nTRACE: T\n");
+}
+
+// Counts without a lock of its own.
+class CountingLogger final : public Logger {
+public:
+    explicit CountingLogger(int& _count) : count(_count) {}
+    void error(const std::string& /*message*/) override { ++count; }
+    void warn(const std::string& /*message*/) override {}
+    void info(const std::string& /*message*/) override {}
+    void debug(const std::string& /*message*/) override {}
+    void trace(const std::string& /*message*/) override {}
+    bool hasTag(const std::string& /*tag*/) override { return false; }
+
+private:
+    int& count;
+};
+
+TEST(LogSwitchedOn, KeepsItsSinksToOneThreadAtATime) {
+    constexpr int MESSAGES = 20000;
+    int count = 0;
+    LoggerService service;
+    service.addLoggerImpl(std::make_unique<CountingLogger>(count));
+    const auto write = [&service] {
+        for (int i = 0; i < MESSAGES; ++i) {
+            service.error("E");
+        }
+    };
+    std::thread other(write);
+    write();
+    other.join();
+    EXPECT_EQ(count, 2 * MESSAGES);
 }
 
 } // namespace

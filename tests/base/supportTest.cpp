@@ -91,7 +91,9 @@ TEST_F(Statistics, ReadsBackItsReport) {
     EXPECT_EQ(report.find("Ordinal search cutoffs at ply"), std::string::npos);
 
     const auto copy = std::make_unique<TestStatistics>();
-    readLines(*copy, report + "Run: 2000\nRun: -1\nLegal moves quiscence search at ply 40 : 7\n");
+    const std::string ofNoRun = "Legal moves quiscence search at ply 3 : 4\n";
+    readLines(*copy, ofNoRun + report +
+                         "Run: 2000\nRun: -1\nLegal moves quiscence search at ply 40 : 7\n");
     EXPECT_EQ(copy->getRunPointer(), 1);
     for (int i = 0; i < 2 * N_TYPES * MAX_PLIES; ++i) {
         const int run = i % 2;

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <span>
 #include <thread>
 
 namespace {
@@ -77,6 +78,50 @@ TEST_F(EngineGame, MayChangeWhileItIsSearched) {
     engine.init();
     EXPECT_EQ(engine.search(0, true).varLength > 0, true);
     EXPECT_EQ(engine.getTreeGenerator().getState().table.getHashTable().getSize(), 1099);
+}
+
+// A stopped search leaves its path, its killers and its window behind, each of which would change
+// the next one.
+TEST_F(EngineGame, SearchIsTheSameBehindAStoppedOne) {
+    config.hashTableSize = 0; // as a cleared table still gives hints
+    Engine fresh(config);
+    fresh.setInfoListener(&reports);
+    fresh.setStopListener(&reports);
+    EXPECT_EQ(fresh.init("6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - 30 40"), "");
+    reports.wanted = 4;
+    std::vector<std::string> searches(2);
+    for (std::string& text : searches) {
+        reports.infos.clear();
+        fresh.search(0, true);
+        fresh.joinThread();
+        for (const InfoStruct& info : std::span(reports.infos).first(4)) {
+            text += std::to_string(info.pv.evaluation) + ' ' + std::to_string(info.nodesSearched) +
+                    movesTextOf(info.pv) + '\n';
+        }
+    }
+    EXPECT_EQ(searches[0], searches[1]);
+}
+
+// No reader sees a line that is half another.
+TEST(Slot, IsSharedByTwoThreads) {
+    IdaVariant slot;
+    const int number = slot.getNextThreadId();
+    std::thread writer([&] {
+        for (int i = 0; i < 20000; ++i) {
+            Variant line;
+            line.variantMoves[0] = {};
+            line.varLength = line.evaluation = i % 2;
+            slot.setVariant(line, number);
+        }
+        slot.signalReady(number);
+    });
+    int torn = 0;
+    while (!slot.isReady()) {
+        const Variant line = slot.getVariant();
+        torn += line.evaluation != line.varLength ? 1 : 0;
+    }
+    writer.join();
+    EXPECT_EQ(torn, 0);
 }
 
 TEST_F(EngineGame, EndsItsThreadWithItself) {

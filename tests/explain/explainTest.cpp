@@ -5,6 +5,7 @@
 #include "kestran-explain/lineAnswer.h"
 #include "kestran-explain/reportLength.h"
 #include "kestran-explain/searchText.h"
+#include "kestran-explain/watchedLine.h"
 #include "search/ida.h"
 #include "search/score.h"
 #include "support/gameInput.h"
@@ -320,6 +321,17 @@ TEST(ExplainTool, FindsALineOfItsOwnAndKeepsTheReportShort) {
         runBody(explainMain, {"--line=a4", "--depth=20", "--time=0.5", "--hash=1"});
     EXPECT_EQ(timed.status, 0);
     EXPECT_NE(timed.output.find("pass no. 1:"), std::string::npos);
+}
+
+TEST(WatchedLine, BoundsOfTheWindowLieOutsideIt) {
+    NodeMoveInfo info;
+    info.alfa = -5;
+    info.beta = 5;
+    for (const auto& [score, verdict] :
+         {std::pair{-5, Verdict::FAILED_LOW}, {-4, Verdict::INSIDE}, {5, Verdict::FAILED_HIGH}}) {
+        info.principalVariant.evaluation = score;
+        EXPECT_EQ(verdictOf(info), verdict) << score;
+    }
 }
 
 TEST(ExplainTool, LeavesOutFirstPassesAndTheEndOfTheLast) {

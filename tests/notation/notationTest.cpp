@@ -38,9 +38,12 @@ TEST(Fen, IsReadToTheLetter) {
         {"8/8/8/8/8/8/8/K1k5 white qkQK - 0", "8/8/8/8/8/8/8/K1k5 w KQkq - 0"},
         {"8/8/8/8/8/8/8/K1k5 w HAhaK-q - 0", "8/8/8/8/8/8/8/K1k5 w K - 0"},
         {"8/8/8/8/8/8/8/K1k5 b - E3 0", "8/8/8/8/8/8/8/K1k5 b - e3 0"},
+        {"8/qqqqqqqqqq/8/8/8/8/8/K1k5 w - - 0", "8/qqqqqqqq/8/8/8/8/8/K1k5 w - - 0"},
     };
     for (const auto& [text, fen] : cases) {
-        EXPECT_EQ(getFen(positionOf(text)), fen) << text;
+        const Position position = positionOf(text);
+        EXPECT_EQ(getFen(position), fen) << text;
+        EXPECT_EQ(findDifference(position, positionOf(fen)), "") << text; // also off the board
     }
     EXPECT_EQ(positionOf("8/8/8/8/4P3/8/8/K1k5 b - e3 0").carried.epField, E4);
     EXPECT_EQ(positionOf("8/8/8/3p4/8/8/8/K1k5 w - d6 0").carried.epField, D5);
@@ -245,7 +248,12 @@ TEST(Scores, OfMatesTellTheirLength) {
     }
     EXPECT_EQ(mateInEval(1), -furtherFromCheckMate(MATED_EVALUATION));
     EXPECT_EQ(mateInEval(0), 0);
-    EXPECT_EQ(mateInFromEval(2147483398), 0);
+    EXPECT_EQ(mateInEval(-1), -2147483449);
+    EXPECT_EQ(mateInEval(-25), -2147483497);
+    for (const int limit : {2147483398, -2147483398}) {
+        EXPECT_EQ(mateInFromEval(limit), 0);
+        EXPECT_EQ(printed([limit] { printEval(limit); }), std::to_string(limit) + '\n');
+    }
     EXPECT_EQ(printed([] { printEval(2147483447); }), "Will mate in 1 (2147483447)\n");
     EXPECT_EQ(printed([] { printEval(-2147483446); }), "Will be in mate in 1 (-2147483446)\n");
     EXPECT_EQ(printed([] { printEval(-1500); }), "-1500\n");

@@ -77,6 +77,8 @@ TEST(BookTool, FindsWhereALineStops) {
              {"", ""},
              {"e2e4 e7e5  ", ""},
              {"e2e4 e7e5\r", ""},
+             {"e2e4 e7e5 \r", ""},
+             {"\r", ""},
              {italian + "e1g1", ""},
              {italian + "e1h1", "", true},
              {italian + "e1g1", R"(move 7, "e1g1", is no move of the position)", true},

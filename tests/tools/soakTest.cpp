@@ -268,6 +268,36 @@ TEST(Soak, LateIsOnlyWhoHadAProcessor) {
     }
 }
 
+// Two moves of each side, of which the second takes the first one back.
+std::vector<std::string> findToAndFro(const NaiveBoard& start) {
+    const auto back = [](const std::string& move) { return move.substr(2) + move.substr(0, 2); };
+    for (const std::string& first : start.getLegalMoves()) {
+        NaiveBoard behindFirst = start;
+        behindFirst.play(first);
+        for (const std::string& second : behindFirst.getLegalMoves()) {
+            NaiveBoard board = behindFirst;
+            if (board.play(second) && board.play(back(first)) && board.play(back(second)) &&
+                board.getIdentity() == start.getIdentity()) {
+                return {first, second, back(first), back(second)};
+            }
+        }
+    }
+    return {};
+}
+
+TEST(Soak, GameEndsWithTheThirdRepetition) {
+    const SoakOptions options;
+    CheckedGame game(options, 1); // begins with its position
+    const std::vector<std::string> moves = findToAndFro(game.getBoard());
+    ASSERT_EQ(moves.size(), 4U);
+    for (std::size_t ply = 0; ply < 8; ++ply) {
+        EXPECT_FALSE(game.isOver()) << ply;
+        game.take(moves[ply % 4], 0, 0, "");
+    }
+    EXPECT_TRUE(game.isOver());
+    EXPECT_EQ(game.getResult().game.result, "1/2-1/2");
+}
+
 TEST(Soak, Lateness) {
     Lateness late;
     EXPECT_EQ(late.getPermille(500), 0);
