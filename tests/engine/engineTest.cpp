@@ -88,13 +88,13 @@ TEST_F(EngineGame, SearchIsTheSameBehindAStoppedOne) {
     fresh.setInfoListener(&reports);
     fresh.setStopListener(&reports);
     EXPECT_EQ(fresh.init("6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - 30 40"), "");
-    reports.wanted = 4;
     std::vector<std::string> searches(2);
     for (std::string& text : searches) {
-        reports.infos.clear();
+        const std::size_t before = reports.infos.size();
+        reports.wanted = before + 4;
         fresh.search(0, true);
         fresh.joinThread();
-        for (const InfoStruct& info : std::span(reports.infos).first(4)) {
+        for (const InfoStruct& info : std::span(reports.infos).subspan(before, 4)) {
             text += std::to_string(info.pv.evaluation) + ' ' + std::to_string(info.nodesSearched) +
                     movesTextOf(info.pv) + '\n';
         }
