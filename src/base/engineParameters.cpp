@@ -10,12 +10,12 @@
 
 namespace {
 
-const std::string USING_HASH_TABLE_STR = "Using hash table";
-const std::string NOT_USING_HASH_TABLE_STR = "Not using hash table";
-const std::string HASH_TABLE_SIZE_STR = "HashTableSize: ";
-const std::string TREE_MAX_DEPTH_STR = "TreeMaxDepth: ";
-const std::string QUISCENCE_DELTA_WINDOW_STR = "QuiscenceDeltaWindow: ";
-const std::string QUISCENCE_MAX_DEPTH_STR = "QuiscenceMaxDepth: ";
+constexpr const char* USING_HASH_TABLE_STR = "Using hash table";
+constexpr const char* NOT_USING_HASH_TABLE_STR = "Not using hash table";
+constexpr const char* HASH_TABLE_SIZE_STR = "HashTableSize: ";
+constexpr const char* TREE_MAX_DEPTH_STR = "TreeMaxDepth: ";
+constexpr const char* QUISCENCE_DELTA_WINDOW_STR = "QuiscenceDeltaWindow: ";
+constexpr const char* QUISCENCE_MAX_DEPTH_STR = "QuiscenceMaxDepth: ";
 
 // Values of the engine that plays, where they differ from the defaults.
 constexpr int PROD_HASH_TABLE_SIZE = 16777216;

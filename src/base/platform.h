@@ -46,8 +46,10 @@ private:
 // streams pass on bytes as they are, and a sleep ends within a millisecond or two of its time.
 void prepareProcess();
 
-// From now on a large block of memory goes back to the system when it is freed. By
-// itself the library comes to keep some, up to 64 MiB for each of its arenas.
+// From now on the end of memory ends the process, with status 1 and one line on standard
+// error. Only who allocates without `new`, as the table does, may find that there is none.
+// And a large block goes back to the system when it is freed: by itself the library comes to
+// keep some, up to 64 MiB for each of its arenas.
 void prepareMemory();
 
 // Whether the reader of standard output has gone away.

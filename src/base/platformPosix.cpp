@@ -3,8 +3,11 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <malloc.h>
+#include <new>
 #include <poll.h>
 #include <pthread.h>
+#include <string_view>
 #include <thread>
 #include <unistd.h>
 #include <utility>
@@ -73,6 +76,14 @@ void prepareProcess() {
 }
 
 void prepareMemory() {
+    // Rather here than where an exception would end up: a stream takes one for the end of its
+    // text, and a thread for a reason to abort.
+    std::set_new_handler([] {
+        constexpr std::string_view TEXT = "kestran: out of memory\n";
+        // Nobody is left to be told that this fails.
+        [[maybe_unused]] const auto written = write(STDERR_FILENO, TEXT.data(), TEXT.size());
+        _exit(1);
+    });
 #ifdef M_MMAP_THRESHOLD
     constexpr int LARGE_BLOCK = 1 << 20; // bytes
     mallopt(M_MMAP_THRESHOLD, LARGE_BLOCK);

@@ -4,10 +4,14 @@
 #include "support/uciProcess.h"
 #include "uci/uciEngine.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <gtest/gtest.h>
 #include <iostream>
+#include <optional>
 #include <pthread.h>
+#include <set>
 #include <sstream>
 
 namespace {
@@ -86,6 +90,62 @@ TEST(Memory, GoesBackToTheSystem) {
     }
     EXPECT_LT(residentWith(1), before + 4096);
 }
+
+#ifdef KESTRAN_SCARCE_MEMORY
+
+struct ShortTalk {
+    UciProcess::End end;
+    bool isAnswered; // all of it
+    std::string errors;
+};
+
+// A whole conversation, in which one allocation fails, or none with number 0.
+ShortTalk talkWithFailing(long allocation) {
+    UciProcess process("/usr/bin/env", {"LD_PRELOAD=" KESTRAN_SCARCE_MEMORY,
+                                        "KESTRAN_FAILING_ALLOCATION=" + std::to_string(allocation),
+                                        KESTRAN_BINARY_DIR "/kestran"});
+    process.sendRaw("uci\nsetoption name Hash value 16\n"
+                    "position fen 6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - 0 1 moves c3c4\n"
+                    "go movetime 150\nisready\n");
+    // The last two answers have no order where the go thread could not be had.
+    std::set<std::string> awaited = {"uciok", "readyok", "bestmove"};
+    while (!awaited.empty()) {
+        const std::optional<std::string> line = process.readLine(PATIENCE);
+        if (!line) {
+            break;
+        }
+        awaited.erase(line->substr(0, line->find(' ')));
+    }
+    process.send("position fen");
+    process.send("quit");
+    const std::optional<UciProcess::End> end = process.waitForEnd(PATIENCE);
+    return {end.value_or(UciProcess::End{false, 0}), awaited.empty(), process.readErrors()};
+}
+
+// Allocations by the number, each in turn. Some of the first are the loader's, and most that
+// follow are the book's. KESTRAN_ALLOCATION_STEP=1 takes no steps; see docs/reliability.md.
+TEST(Memory, MayEndAtAnyAllocation) {
+    const std::string errors = talkWithFailing(0).errors;
+    const std::string mark = "allocations: ";
+    ASSERT_NE(errors.find(mark), std::string::npos) << errors;
+    const long count = std::stol(errors.substr(errors.find(mark) + mark.size()));
+    ASSERT_GT(count, 1000);
+    const char* wish = std::getenv("KESTRAN_ALLOCATION_STEP");
+    const long step = wish == nullptr ? 61 : std::max(std::atol(wish), 1L);
+    int ended = 0;
+    for (long allocation = 1; allocation <= count; allocation += step) {
+        const auto [end, isAnswered, text] = talkWithFailing(allocation);
+        const bool hasEnded =
+            end.exited && end.status == 1 && text.ends_with("kestran: out of memory\n");
+        const bool wentOn = end.exited && end.status == 0 && isAnswered;
+        EXPECT_TRUE(hasEnded || wentOn) << "allocation " << allocation << ": status " << end.status
+                                        << (end.exited ? ", " : " (signal), ") << text;
+        ended += hasEnded ? 1 : 0;
+    }
+    EXPECT_GT(ended, 10);
+}
+
+#endif
 
 // ---- No thread ----
 
