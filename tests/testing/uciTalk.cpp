@@ -113,6 +113,17 @@ bool UciTalk::actOnEngine(const std::string& verb, const std::string& rest) {
         sayRaw(verb == ">" ? rest + '\n' : rest);
     } else if (verb == "pause") {
         std::this_thread::sleep_for(Millis(std::stoi(rest)));
+    } else if (verb == "halt") {
+        process.sendSignal(SIGSTOP);
+        std::this_thread::sleep_for(Millis(std::stoi(rest)));
+        process.sendSignal(SIGCONT);
+    } else if (verb == "signals") {
+        for (int i = 0; i < std::stoi(rest); ++i) {
+            for (const int signal : {SIGSTOP, SIGWINCH, SIGURG, SIGCHLD, SIGPIPE, SIGCONT}) {
+                process.sendSignal(signal);
+            }
+            std::this_thread::sleep_for(Millis(1));
+        }
     } else if (verb == "eof" || verb == "lose" || verb == "term") {
         transcript += "> (" + verb + ")\n";
         lastSaid = Clock::now();

@@ -40,6 +40,8 @@ public:
     //   > TEXT        send a line           >> BYTES    send the bytes as they are
     //   pause N       wait                  eof         the end of the engine's input
     //   lose          read no more          term        send SIGTERM
+    //   halt N        stop the process for that time, as a machine that is suspended does
+    //   signals N     N times the signals that interrupt it without a consequence
     // What must come, with numbers in milliseconds, upper bounds through patience():
     //   = TEXT        exactly this line next
     //   greet N       the reply to `uci` with this size of the table

@@ -1,0 +1,17 @@
+// Loaded before the C library, it lets the time of day jump by an hour, to and fro, each time
+// that somebody asks for it, as where a clock is set while the engine plays. Other clocks go on
+// as ever.
+
+#include <atomic>
+#include <ctime>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+extern "C" int clock_gettime(clockid_t clock, timespec* time) {
+    static std::atomic<bool> isLate = false;
+    const auto result = static_cast<int>(syscall(SYS_clock_gettime, clock, time));
+    if (clock == CLOCK_REALTIME && (isLate = !isLate)) {
+        time->tv_sec += 3600;
+    }
+    return result;
+}
