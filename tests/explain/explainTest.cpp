@@ -335,12 +335,12 @@ TEST(WatchedLine, BoundsOfTheWindowLieOutsideIt) {
 }
 
 TEST(ExplainTool, LeavesOutFirstPassesAndTheEndOfTheLast) {
-    const std::vector<std::string> passes = {"a\n", "b\nb\n", "c\nc\n"};
+    const std::vector<std::string> passes = {"a\n", "b\nb\n", "\nc\n"};
     const std::vector<std::pair<int, std::string>> cases = {
-        {5, "a\nb\nb\nc\nc\n"},
-        {4, "(1 line left out before)\nb\nb\nc\nc\n"},
-        {3, "(3 lines left out before)\nc\nc\n"},
-        {1, "(3 lines left out before)\nc\n(1 line left out here)\n"},
+        {5, "a\nb\nb\n\nc\n"},
+        {4, "(1 line left out before)\nb\nb\n\nc\n"},
+        {3, "(3 lines left out before)\n\nc\n"},
+        {1, "(3 lines left out before)\n\n(1 line left out here)\n"},
     };
     for (const auto& [maxLines, text] : cases) {
         EXPECT_EQ(joinShortened(passes, maxLines), text) << maxLines;

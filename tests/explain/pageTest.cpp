@@ -50,6 +50,9 @@ TEST(Page, HoldsWhatTheTreeHolds) {
     const std::string board = page.substr(page.find("<figure>"), page.find("</figure>"));
     EXPECT_LT(board.find(">3</text></g>"), board.find(">1</text></g>"));
     EXPECT_EQ(countOf(page, "://") + countOf(page, "src="), 0); // nothing from outside
+
+    words.emplace_back("--pass=1");
+    EXPECT_EQ(countOf(runBody(explainMain, words).output, "<details class=\"pass\""), 1);
 }
 
 TEST(Page, GoesToAFileInPlaceOfStandardOutput) {

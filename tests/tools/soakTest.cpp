@@ -104,6 +104,28 @@ TEST(Soak, GamesInPgn) {
               "line} *\n\n");
 }
 
+TEST(Soak, HelpTellsTheDefaults) {
+    const SoakOptions defaults;
+    std::string times;
+    std::string hashes;
+    for (const TimeControl& time : defaults.times) {
+        times += (times.empty() ? "" : ",") + time.text;
+    }
+    for (const int hash : defaults.hashes) {
+        hashes += (hashes.empty() ? "" : ",") + std::to_string(hash);
+    }
+    UciProcess soak(ENGINE + "-soak", {"--help"});
+    std::string help;
+    while (const auto line = soak.readLine(UciProcess::Timeout(20000))) {
+        help += *line + '\n';
+    }
+    for (const std::string& value :
+         {times, hashes, std::to_string(defaults.plies), std::to_string(defaults.margin),
+          std::to_string(defaults.grace)}) {
+        EXPECT_NE(help.find(' ' + value + " by default"), std::string::npos) << value;
+    }
+}
+
 // What it refuses before it plays.
 TEST(Soak, RefusesWhatMakesNoSense) {
     for (const auto& [words, reason] : std::vector<std::pair<std::string, std::string>>{

@@ -7,6 +7,7 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
 extern "C" int clock_gettime(clockid_t clock, timespec* time) {
     static std::atomic<bool> isLate = false;
     const auto result = static_cast<int>(syscall(SYS_clock_gettime, clock, time));

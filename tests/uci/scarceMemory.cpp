@@ -39,6 +39,7 @@ bool isToFail() {
 
 } // namespace
 
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name)
 extern "C" {
 
 void* malloc(std::size_t size) {
@@ -53,3 +54,4 @@ void* realloc(void* block, std::size_t size) {
     return isToFail() ? nullptr : realRealloc(block, size);
 }
 }
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)
