@@ -143,6 +143,7 @@ TEST(Memory, MayEndAtAnyAllocation) {
         ended += hasEnded ? 1 : 0;
     }
     EXPECT_GT(ended, 10);
+    std::cout << count << " allocations, " << ended << " ends\n";
 }
 
 #endif

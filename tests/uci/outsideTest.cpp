@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <deque>
 #include <gtest/gtest.h>
+#include <iostream>
 #include <random>
 
 namespace {
@@ -141,6 +142,7 @@ public:
         talk.hold("silent 250");
         EXPECT_EQ(answers, goes);
         EXPECT_GT(goes, 0);
+        std::cout << goes << " times go, " << stops << " times stop\n";
     }
 
 private:
@@ -174,6 +176,7 @@ private:
             read();
         }
         talk.say("stop");
+        ++stops;
         isStopped = true;
         settle();
     }
@@ -183,6 +186,7 @@ private:
         if (std::ranges::count_if(waiting, &Go::isEndless) == 1) {
             stop();
             talk.hold("> stop | > stop");
+            stops += 2;
             read();
             isStopped = true;
             go({BUSY.c_str(), "*"}, "movetime 1", {});
@@ -212,6 +216,7 @@ private:
     std::deque<Go> due;     // not read yet
     bool isStopped = false; // by a `stop` that no search has seen
     int goes = 0;
+    int stops = 0;
     int answers = 0;
 };
 
