@@ -412,7 +412,7 @@ TEST(CheckLayers, RefusesWhatPointsUpAndCircles) {
 
 // The scripts say what they are for, and what they do not take, before they build anything.
 TEST(Scripts, TellHowToUseThemAndRefuseNonsense) {
-    for (const char* script : {"fuzz", "soak", "check-bench"}) {
+    for (const char* script : {"fuzz", "soak", "check-bench", "mutants"}) {
         for (const char* option : {"-h", "--help"}) {
             const ToolRun help = run(root() / "tools" / script, {option});
             EXPECT_EQ(help.status, 0);
@@ -424,6 +424,7 @@ TEST(Scripts, TellHowToUseThemAndRefuseNonsense) {
         expectRefusal(run(root() / "tools/fuzz", {seconds}), "SECONDS is a whole number");
     }
     expectRefusal(run(root() / "tools/fuzz", {"60", "noFuzz"}), "no target \"noFuzz\"");
+    expectRefusal(run(root() / "tools/mutants", {"many"}), "invalid int value: 'many'");
 }
 
 // A file that cannot be written leaves nothing behind, and what it was to replace as it was.
