@@ -245,6 +245,7 @@ TEST(Perft, ChecksTheCountsOfAFile) {
         "WRONG  line 5, D1 is 8 and not 7, D2 is 104 and not 105: 8/5bk1/8/2Pp4/8/1K6/8/8 w - d6");
     EXPECT_EQ(lines[4], "Counts: 6, of which 2 are wrong");
     EXPECT_EQ(run(PERFT, {"--epd", KESTRAN_TEST_DATA "/perft.epd", "2"}).status, 0);
+    expectRefusal(run(PERFT, {"--epd", KESTRAN_TEST_DATA "/perft.epd", "0"}), "at most 0 plies");
 }
 
 TEST(Perft, TellsWhatIsWrongWithAFileOfCounts) {
