@@ -3,7 +3,6 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
-#include <malloc.h>
 #include <new>
 #include <poll.h>
 #include <pthread.h>

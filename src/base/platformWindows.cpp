@@ -7,7 +7,9 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <io.h>
+#include <new>
 #include <process.h>
+#include <string_view>
 #include <utility>
 
 #define WIN32_LEAN_AND_MEAN
@@ -107,8 +109,13 @@ void prepareProcess() {
     timeBeginPeriod(1);
 }
 
-// A large block goes back to the system by itself.
 void prepareMemory() {
+    // A large block goes back to the system by itself.
+    std::set_new_handler([] {
+        constexpr std::string_view TEXT = "kestran: out of memory\n";
+        [[maybe_unused]] const int written = _write(_fileno(stderr), TEXT.data(), TEXT.size());
+        _exit(1);
+    });
 }
 
 bool isStandardOutputLost() {
