@@ -14,7 +14,6 @@
 #include <optional>
 #include <string>
 #include <sys/resource.h>
-#include <utility>
 #include <vector>
 
 namespace {
@@ -75,10 +74,8 @@ void readGameOptions(CommandLine& commandLine, SoakOptions& options) {
     options.seed =
         static_cast<unsigned>(takeNumber(commandLine, "--seed", 0, 1000000000).value_or(1));
     options.plies = takeNumber(commandLine, "--plies", 1, 10000).value_or(options.plies);
-    for (const auto& [name, millis] :
-         {std::pair{"--margin", &options.margin}, {"--grace", &options.grace}}) {
-        *millis = takeNumber(commandLine, name, 0, 10000).value_or(static_cast<int>(*millis));
-    }
+    options.margin = takeNumber(commandLine, "--margin", 0, 10000).value_or(options.margin);
+    options.grace = takeNumber(commandLine, "--grace", 0, 10000).value_or(options.grace);
     if (const std::optional<std::string> list = commandLine.takeOption("--time")) {
         options.times.clear();
         for (const std::string& text : splitAt(*list, ',')) {

@@ -3,7 +3,6 @@
 
 #include "kestran-soak/timeControl.h"
 
-#include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
@@ -21,8 +20,8 @@ struct SoakOptions {
                                       parseTimeControl("40/5")};
     // The sizes of the table in MiB, which go round in groups of all ways to measure time.
     std::vector<int> hashes = {192, 16};
-    std::int64_t margin = 100; // milliseconds that a clock may be overrun without a loss
-    std::int64_t grace = 150;  // milliseconds by which an answer may be later than its `movetime`
+    int margin = 100; // milliseconds that a clock may be overrun without a loss
+    int grace = 150;  // milliseconds by which an answer may be later than its `movetime`
     // The folder, made if need be, for the record of a fault: where the game stands, its
     // moves, and all that has been said in it.
     std::string records = ".";
