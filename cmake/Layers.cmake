@@ -1,7 +1,9 @@
 # Folders are layers. Each folder of src/ and of tools/ is a library of its own, made of
 # all the files in it. A file may include headers of its own folder and of the folders
 # named behind BELOW, directly or through them; files that include each other in a circle
-# are refused. The check runs with each build, see CheckLayers.cmake.
+# are refused. The check runs with each build, see CheckLayers.cmake. Of the sources that
+# end in Posix.cpp and Windows.cpp, which hold what depends on the system, each system
+# builds its own.
 
 set_property(GLOBAL PROPERTY KESTRAN_LAYERS "")
 
@@ -12,7 +14,6 @@ function(kestran_layer name)
     cmake_parse_arguments(LAYER "" "ROOT" "BELOW" ${ARGN})
     set(root "${CMAKE_SOURCE_DIR}/${LAYER_ROOT}")
     file(GLOB files CONFIGURE_DEPENDS "${root}/${name}/*.h" "${root}/${name}/*.cpp")
-    # What depends on the system has a source file for each one.
     if(WIN32)
         list(FILTER files EXCLUDE REGEX "Posix\\.cpp$")
     else()

@@ -70,3 +70,11 @@ int getProcessNumber();
 // if it may.
 std::error_code whyNoWritingTo(const std::string& file);
 std::error_code whyNoFilesIn(const std::string& folder);
+
+// From now on the process may have as many files and pipes open as the system lets it; the usual
+// limit is made for fewer.
+void raiseFileLimit();
+
+// How many processes want a processor, on average over the last minute; 0 where the system does
+// not tell.
+double getSystemLoad();

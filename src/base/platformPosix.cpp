@@ -1,12 +1,15 @@
 #include "base/platform.h"
 
+#include <array>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <cstdlib>
 #include <new>
 #include <poll.h>
 #include <pthread.h>
 #include <string_view>
+#include <sys/resource.h>
 #include <thread>
 #include <unistd.h>
 #include <utility>
@@ -117,4 +120,17 @@ std::error_code whyNoWritingTo(const std::string& file) {
 
 std::error_code whyNoFilesIn(const std::string& folder) {
     return whyNoAccess(folder + "/.", W_OK | X_OK); // the dot asks for a folder
+}
+
+void raiseFileLimit() {
+    rlimit limit{};
+    if (getrlimit(RLIMIT_NOFILE, &limit) == 0) {
+        limit.rlim_cur = limit.rlim_max;
+        setrlimit(RLIMIT_NOFILE, &limit);
+    }
+}
+
+double getSystemLoad() {
+    std::array<double, 1> load{};
+    return getloadavg(load.data(), 1) == 1 ? load[0] : 0;
 }

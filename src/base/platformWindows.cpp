@@ -156,3 +156,11 @@ std::error_code whyNoFilesIn(const std::string& folder) {
                ? std::error_code()
                : std::make_error_code(std::errc::no_such_file_or_directory);
 }
+
+// There is no such limit.
+void raiseFileLimit() {
+}
+
+double getSystemLoad() {
+    return 0;
+}

@@ -3,16 +3,13 @@
 #include "support/commandLine.h"
 
 #include <array>
-#include <cerrno>
 #include <charconv>
-#include <cstring>
-#include <fcntl.h>
 #include <fstream>
 #include <limits>
 #include <stdexcept>
 #include <string_view>
-#include <sys/file.h>
-#include <unistd.h>
+#include <system_error>
+#include <utility>
 #include <vector>
 
 // A line for each game and each process; fields with a tab between them.
@@ -115,32 +112,25 @@ EngineResult parseEngine(const std::vector<std::string>& fields) {
 
 } // namespace
 
-Journal::Journal(const std::string& _path, const std::string& engine, const std::string& games,
+Journal::Journal(std::string _path, const std::string& engine, const std::string& games,
                  SoakReport& report)
-    : path(_path), descriptor(open(_path.c_str(), O_RDWR | O_CREAT | O_APPEND | O_CLOEXEC, 0666)) {
-    if (descriptor < 0) {
-        refuse(path, std::string("cannot be opened: ") + std::strerror(errno));
-    }
+    : path(std::move(_path)) {
+    const std::string heading = "kestran-soak 1\t" + engine + '\t' + games;
     try {
-        if (flock(descriptor, LOCK_EX | LOCK_NB) != 0) {
-            refuse(path, "is in use");
-        }
-        const std::string heading = "kestran-soak 1\t" + engine + '\t' + games;
-        const std::size_t length = load(heading, report);
-        if (ftruncate(descriptor, static_cast<off_t>(length)) != 0) {
-            refuse(path, std::string("cannot be written: ") + std::strerror(errno));
-        }
-        if (length == 0) {
-            addLine(heading);
-        }
-    } catch (...) {
-        close(descriptor);
-        throw;
+        file.emplace(path);
+    } catch (const std::system_error& fault) {
+        const bool isInUse = fault.code() == std::errc::device_or_resource_busy;
+        refuse(path, isInUse ? "is in use" : "cannot be opened: " + fault.code().message());
     }
-}
-
-Journal::~Journal() {
-    close(descriptor);
+    const std::size_t length = load(heading, report);
+    try {
+        file->cutOff(length);
+    } catch (const std::system_error& fault) {
+        refuse(path, "cannot be written: " + fault.code().message());
+    }
+    if (length == 0) {
+        addLine(heading);
+    }
 }
 
 void Journal::add(const GameResult& result) {
@@ -152,11 +142,11 @@ void Journal::add(const EngineResult& result) {
 }
 
 std::size_t Journal::load(const std::string& heading, SoakReport& report) {
-    std::ifstream file(path, std::ios::binary);
+    std::ifstream kept(path, std::ios::binary);
     std::size_t length = 0;
     int number = 0;
     std::string line;
-    while (std::getline(file, line) && !file.eof()) {
+    while (std::getline(kept, line) && !kept.eof()) {
         ++number;
         const std::vector<std::string> fields = splitAt(line, '\t');
         try {
@@ -183,10 +173,10 @@ std::size_t Journal::load(const std::string& heading, SoakReport& report) {
 }
 
 void Journal::addLine(const std::string& line) {
-    const std::string whole = line + '\n';
-    const ssize_t written = write(descriptor, whole.data(), whole.size());
-    if (written != static_cast<ssize_t>(whole.size())) {
+    try {
+        file->append(line + '\n');
+    } catch (const std::system_error& fault) {
         throw std::runtime_error("the state file " + path +
-                                 " cannot be written: " + std::strerror(errno));
+                                 " cannot be written: " + fault.code().message());
     }
 }

@@ -3,7 +3,9 @@
 #pragma once
 
 #include "kestran-soak/soakReport.h"
+#include "support/lockedFile.h"
 
+#include <optional>
 #include <set>
 #include <string>
 
@@ -12,11 +14,10 @@ public:
     // Opens the file `path`, or makes it, for a soak of this engine and of games so described,
     // and adds what it holds to `report`. UsageError if it cannot be had: it is of another
     // soak, is no journal, is in use by another process, or cannot be written.
-    Journal(const std::string& path, const std::string& engine, const std::string& games,
+    Journal(std::string path, const std::string& engine, const std::string& games,
             SoakReport& report);
     Journal(const Journal&) = delete;
     Journal& operator=(const Journal&) = delete;
-    ~Journal();
 
     // The numbers of the games that it held when it was opened.
     const std::set<int>& getPlayed() const { return played; }
@@ -30,6 +31,6 @@ private:
     void addLine(const std::string& line);
 
     std::string path;
-    int descriptor;
+    std::optional<LockedFile> file; // always there once the constructor has ended
     std::set<int> played;
 };

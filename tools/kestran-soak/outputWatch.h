@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <memory>
 #include <vector>
 
 class OutputWatch {
@@ -23,5 +24,7 @@ public:
     std::vector<std::size_t> wait(std::chrono::milliseconds timeout);
 
 private:
-    int descriptor;
+    struct Watched; // what the system is asked about
+
+    std::unique_ptr<Watched> watched;
 };

@@ -1,13 +1,12 @@
 #include "kestran-soak/soak.h"
 
+#include "base/platform.h"
 #include "kestran-soak/journal.h"
 #include "kestran-soak/outputWatch.h"
 #include "kestran-soak/selfPlay.h"
 
 #include <algorithm>
-#include <array>
 #include <chrono>
-#include <cstdlib>
 #include <iomanip>
 #include <memory>
 #include <optional>
@@ -78,10 +77,8 @@ public:
     }
 
     std::string describeCircumstances() override {
-        std::array<double, 1> load{};
-        getloadavg(load.data(), 1);
         std::ostringstream text;
-        text << ", load " << std::setprecision(3) << load[0];
+        text << ", load " << std::setprecision(3) << getSystemLoad();
         return text.str();
     }
 

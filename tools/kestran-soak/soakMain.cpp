@@ -1,5 +1,6 @@
 // kestran-soak: plays the engine against itself and tells what went wrong.
 
+#include "base/platform.h"
 #include "kestran-soak/soak.h"
 #include "support/commandLine.h"
 #include "support/textFile.h"
@@ -13,7 +14,6 @@
 #include <iostream>
 #include <optional>
 #include <string>
-#include <sys/resource.h>
 #include <vector>
 
 namespace {
@@ -107,15 +107,6 @@ SoakOptions readOptions(CommandLine& commandLine) {
     return options;
 }
 
-// Each engine needs three descriptors; the usual limit is made for fewer.
-void raiseDescriptorLimit() {
-    rlimit limit{};
-    if (getrlimit(RLIMIT_NOFILE, &limit) == 0) {
-        limit.rlim_cur = limit.rlim_max;
-        setrlimit(RLIMIT_NOFILE, &limit);
-    }
-}
-
 std::string toClockText(std::chrono::seconds span) {
     const auto minutes = std::chrono::floor<std::chrono::minutes>(span);
     const auto seconds = (span - minutes).count();
@@ -152,7 +143,7 @@ int run(CommandLine& commandLine) {
         requireWritable(*pgn);
     }
     endOnInterrupt();
-    raiseDescriptorLimit();
+    raiseFileLimit(); // each engine needs three pipes
     const auto began = std::chrono::steady_clock::now();
     const auto age = [began] {
         return std::chrono::duration_cast<std::chrono::seconds>(std::chrono::steady_clock::now() -

@@ -8,7 +8,7 @@
 #include <optional>
 #include <stdexcept>
 #include <string>
-#include <sys/types.h>
+#include <string_view>
 #include <vector>
 
 // A program that cannot be started. The message names it and tells why.
@@ -17,10 +17,14 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+// The system's name of a process or of an end of a pipe.
+using SystemHandle = std::intptr_t;
+inline constexpr SystemHandle NO_HANDLE = -1;
+
 // While such an object lives, and ever after, this process ignores SIGPIPE: an engine
 // that has gone is told by the result of send(). The engine itself starts with every
 // signal at its default and none blocked, in a process group of its own: a Ctrl-C in the
-// terminal does not reach it.
+// terminal does not reach it. On Windows it starts without a window.
 class UciProcess {
 public:
     using Timeout = std::chrono::milliseconds;
@@ -61,16 +65,17 @@ public:
     // The next line of what has been taken, as readLine() makes lines of it.
     std::optional<std::string> takeLine();
     // No more output can come.
-    bool isOutputOver() const { return output < 0; }
-    // The descriptors to wait on: standard output and standard error, -1 for a closed one.
-    std::array<int, 2> getOutputs() const { return {output, errors}; }
+    bool isOutputOver() const { return output == NO_HANDLE; }
+    // What to wait on: standard output and standard error, NO_HANDLE for a closed one.
+    std::array<SystemHandle, 2> getOutputs() const { return {output, errors}; }
     // All that the engine has written to standard error since it was started.
     const std::string& readErrors();
 
     // How the process ends, or nothing if it does not in time.
     std::optional<End> waitForEnd(Timeout timeout);
+    // Windows has no signals: any of them ends the process at once.
     void sendSignal(int signal);
-    pid_t getPid() const { return pid; }
+    int getPid() const;
     // Memory in use, in KiB, and processor time used so far, in milliseconds. 0 for a
     // process that has ended.
     std::int64_t getResidentKib() const;
@@ -80,14 +85,24 @@ public:
     std::map<int, std::int64_t> getProcessorWaits() const;
 
 private:
+    // ---- What each system does in its own way ----
+
+    // Writes what there is room for; nothing if the engine reads no more.
+    std::optional<std::size_t> writeSome(std::string_view bytes);
     // Waits until there is output to take, or room to write if that is wanted; keeps
     // all output that is there. Whether there is room to write.
     bool pump(Timeout timeout, bool wantRoom = false);
+    // Appends all that can be read now; closes the end of the pipe at the end of its data.
+    static void drain(SystemHandle& from, std::string& into);
+    static void closeEnd(SystemHandle& end);
+    // How the process has ended, if it has.
+    std::optional<End> askForEnd() const;
+    void kill();
 
-    pid_t pid = -1;
-    int input = -1;      // written by us; -1 when closed, as the next two
-    int output = -1;     // read by us
-    int errors = -1;     // read by us
+    SystemHandle process = NO_HANDLE;
+    SystemHandle input = NO_HANDLE;  // written by us, as long as it is open
+    SystemHandle output = NO_HANDLE; // read by us, as is the next one
+    SystemHandle errors = NO_HANDLE;
     std::string pending; // bytes of output that no line has been made of yet
     std::string errorText;
     std::optional<End> end;

@@ -1,6 +1,5 @@
 #include "support/uciProcess.h"
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -18,24 +17,20 @@
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-using Timeout = UciProcess::Timeout;
+// Standard descriptors and signals as POSIX has them: the handle of a process is its number, that
+// of an end of a pipe its descriptor.
 
-constexpr Timeout SEND_TIMEOUT{10000};
-// How often a process is asked whether it has ended.
-constexpr Timeout END_POLL{2};
-
-// What is left until `deadline`, at least 0.
-Timeout timeLeft(Clock::time_point deadline) {
-    // Rounded up, so that a wait never ends before its time.
-    const auto left = std::chrono::ceil<Timeout>(deadline - Clock::now());
-    return std::max(left, Timeout(0));
+int descriptorOf(SystemHandle end) {
+    return static_cast<int>(end);
 }
 
-void closeEnd(int& descriptor) {
+pid_t pidOf(SystemHandle process) {
+    return static_cast<pid_t>(process);
+}
+
+void closeDescriptor(int descriptor) {
     if (descriptor >= 0) {
         close(descriptor);
-        descriptor = -1;
     }
 }
 
@@ -52,8 +47,8 @@ struct Pipe {
     Pipe(const Pipe&) = delete;
     Pipe& operator=(const Pipe&) = delete;
     ~Pipe() {
-        closeEnd(reader);
-        closeEnd(writer);
+        closeDescriptor(reader);
+        closeDescriptor(writer);
     }
 
     int reader;
@@ -112,21 +107,6 @@ void setNonBlocking(int descriptor) {
     fcntl(descriptor, F_SETFL, fcntl(descriptor, F_GETFL) | O_NONBLOCK);
 }
 
-// Appends all that can be read now; closes the descriptor at the end of its data.
-void drain(int& descriptor, std::string& into) {
-    std::array<char, 65536> buffer;
-    while (descriptor >= 0) {
-        const ssize_t count = read(descriptor, buffer.data(), buffer.size());
-        if (count > 0) {
-            into.append(buffer.data(), static_cast<std::size_t>(count));
-        } else if (count == 0 || (errno != EAGAIN && errno != EINTR)) {
-            closeEnd(descriptor);
-        } else if (errno == EAGAIN) {
-            return;
-        }
-    }
-}
-
 } // namespace
 
 UciProcess::UciProcess(const std::string& path, const std::vector<std::string>& arguments) {
@@ -135,127 +115,69 @@ UciProcess::UciProcess(const std::string& path, const std::vector<std::string>& 
     Pipe fromEngine;
     Pipe errorsOfEngine;
     const SpawnPlan plan(toEngine.reader, fromEngine.writer, errorsOfEngine.writer);
-    pid = plan.start(path, arguments);
+    process = plan.start(path, arguments);
     input = std::exchange(toEngine.writer, -1);
     output = std::exchange(fromEngine.reader, -1);
     errors = std::exchange(errorsOfEngine.reader, -1);
-    for (const int descriptor : {input, output, errors}) {
-        setNonBlocking(descriptor);
+    for (const SystemHandle handle : {input, output, errors}) {
+        setNonBlocking(descriptorOf(handle));
     }
 }
 
-UciProcess::~UciProcess() {
-    sendSignal(SIGKILL);
+void UciProcess::kill() {
     if (!end) {
-        waitpid(pid, nullptr, 0);
+        ::kill(pidOf(process), SIGKILL);
+        waitpid(pidOf(process), nullptr, 0);
     }
-    closeInput();
-    closeOutput();
-    closeEnd(errors);
 }
 
-bool UciProcess::send(const std::string& line) {
-    return sendRaw(line + '\n');
-}
-
-bool UciProcess::sendRaw(const std::string& bytes) {
-    const Clock::time_point deadline = Clock::now() + SEND_TIMEOUT;
-    std::size_t sent = 0;
-    while (sent < bytes.size() && input >= 0) {
-        const ssize_t count = write(input, bytes.data() + sent, bytes.size() - sent);
-        if (count >= 0) {
-            sent += static_cast<std::size_t>(count);
-        } else if (errno != EAGAIN && errno != EINTR) {
-            return false;
-        } else if (!pump(timeLeft(deadline), true) && Clock::now() >= deadline) {
-            return false;
-        }
+std::optional<std::size_t> UciProcess::writeSome(std::string_view bytes) {
+    const ssize_t count = write(descriptorOf(input), bytes.data(), bytes.size());
+    if (count < 0 && errno != EAGAIN && errno != EINTR) {
+        return std::nullopt;
     }
-    return sent == bytes.size();
+    return count < 0 ? 0 : static_cast<std::size_t>(count);
 }
 
-void UciProcess::closeInput() {
-    closeEnd(input);
-}
-
-void UciProcess::closeOutput() {
-    closeEnd(output);
-}
-
-std::optional<std::string> UciProcess::readLine(Timeout timeout) {
-    const Clock::time_point deadline = Clock::now() + timeout;
-    for (;;) {
-        std::optional<std::string> line = takeLine();
-        if (line || isOutputOver()) {
-            return line;
-        }
-        const bool isLate = Clock::now() >= deadline;
-        const std::size_t before = pending.size();
-        pump(timeLeft(deadline));
-        if (isLate && pending.size() == before && output >= 0) {
-            return std::nullopt;
+void UciProcess::drain(SystemHandle& from, std::string& into) {
+    std::array<char, 65536> buffer;
+    while (from != NO_HANDLE) {
+        const ssize_t count = read(descriptorOf(from), buffer.data(), buffer.size());
+        if (count > 0) {
+            into.append(buffer.data(), static_cast<std::size_t>(count));
+        } else if (count == 0 || (errno != EAGAIN && errno != EINTR)) {
+            closeEnd(from);
+        } else if (errno == EAGAIN) {
+            return;
         }
     }
 }
 
-void UciProcess::takeOutput() {
-    drain(output, pending);
-    drain(errors, errorText);
+void UciProcess::closeEnd(SystemHandle& end) {
+    closeDescriptor(descriptorOf(std::exchange(end, NO_HANDLE)));
 }
 
-std::optional<std::string> UciProcess::takeLine() {
-    const std::size_t length = pending.find('\n');
-    if (length != std::string::npos) {
-        std::string line = pending.substr(0, length);
-        pending.erase(0, length + 1);
-        return line;
+std::optional<UciProcess::End> UciProcess::askForEnd() const {
+    int status = 0;
+    if (waitpid(pidOf(process), &status, WNOHANG) != pidOf(process)) {
+        return std::nullopt;
     }
-    const bool isLast = isOutputOver() && !pending.empty();
-    return isLast ? std::optional(std::exchange(pending, "")) : std::nullopt;
+    const bool exited = WIFEXITED(status);
+    return End{exited, exited ? WEXITSTATUS(status) : WTERMSIG(status)};
 }
 
-std::vector<std::string> UciProcess::readUntil(const std::string& prefix, Timeout timeout) {
-    const Clock::time_point deadline = Clock::now() + timeout;
-    std::vector<std::string> lines;
-    while (std::optional<std::string> line = readLine(timeLeft(deadline))) {
-        lines.push_back(std::move(*line));
-        if (lines.back().starts_with(prefix)) {
-            break;
-        }
-    }
-    return lines;
-}
-
-const std::string& UciProcess::readErrors() {
-    drain(errors, errorText);
-    return errorText;
-}
-
-std::optional<UciProcess::End> UciProcess::waitForEnd(Timeout timeout) {
-    const Clock::time_point deadline = Clock::now() + timeout;
-    while (!end) {
-        const bool isLate = Clock::now() >= deadline;
-        int status = 0;
-        if (waitpid(pid, &status, WNOHANG) == pid) {
-            const bool exited = WIFEXITED(status);
-            end = End{exited, exited ? WEXITSTATUS(status) : WTERMSIG(status)};
-        } else if (isLate) {
-            break;
-        } else {
-            pump(std::min(END_POLL, timeLeft(deadline)));
-        }
-    }
-    return end;
+int UciProcess::getPid() const {
+    return pidOf(process);
 }
 
 void UciProcess::sendSignal(int signal) {
     if (!end) {
-        kill(pid, signal);
+        ::kill(pidOf(process), signal);
     }
 }
 
 std::int64_t UciProcess::getResidentKib() const {
-    std::ifstream statm("/proc/" + std::to_string(pid) + "/statm");
+    std::ifstream statm("/proc/" + std::to_string(getPid()) + "/statm");
     std::int64_t total = 0;
     std::int64_t resident = 0;
     statm >> total >> resident;
@@ -265,7 +187,8 @@ std::int64_t UciProcess::getResidentKib() const {
 std::int64_t UciProcess::getProcessorMillis() const {
     clockid_t clock;
     timespec used{};
-    if (end || clock_getcpuclockid(pid, &clock) != 0 || clock_gettime(clock, &used) != 0) {
+    if (end || clock_getcpuclockid(pidOf(process), &clock) != 0 ||
+        clock_gettime(clock, &used) != 0) {
         return 0;
     }
     return static_cast<std::int64_t>(used.tv_sec) * 1000 + used.tv_nsec / 1000000;
@@ -274,7 +197,7 @@ std::int64_t UciProcess::getProcessorMillis() const {
 std::map<int, std::int64_t> UciProcess::getProcessorWaits() const {
     std::map<int, std::int64_t> waits;
     std::error_code fault;
-    const std::string tasks = "/proc/" + std::to_string(pid) + "/task";
+    const std::string tasks = "/proc/" + std::to_string(getPid()) + "/task";
     for (std::filesystem::directory_iterator task(tasks, fault), last; !fault && task != last;
          task.increment(fault)) {
         std::ifstream statistics(task->path() / "schedstat");
@@ -289,8 +212,9 @@ std::map<int, std::int64_t> UciProcess::getProcessorWaits() const {
 
 bool UciProcess::pump(Timeout timeout, bool wantRoom) {
     // A descriptor of -1 is passed over.
-    std::array<pollfd, 3> waited = {pollfd{output, POLLIN, 0}, pollfd{errors, POLLIN, 0},
-                                    pollfd{wantRoom ? input : -1, POLLOUT, 0}};
+    std::array<pollfd, 3> waited = {pollfd{descriptorOf(output), POLLIN, 0},
+                                    pollfd{descriptorOf(errors), POLLIN, 0},
+                                    pollfd{wantRoom ? descriptorOf(input) : -1, POLLOUT, 0}};
     if (poll(waited.data(), waited.size(), static_cast<int>(timeout.count())) <= 0) {
         return false;
     }

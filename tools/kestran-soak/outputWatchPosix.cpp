@@ -17,23 +17,27 @@ constexpr std::size_t MOST_NEWS = 256; // at once; the others are told next time
 
 } // namespace
 
-OutputWatch::OutputWatch() : descriptor(epoll_create1(EPOLL_CLOEXEC)) {
-    if (descriptor < 0) {
+struct OutputWatch::Watched {
+    int descriptor = epoll_create1(EPOLL_CLOEXEC);
+};
+
+OutputWatch::OutputWatch() : watched(std::make_unique<Watched>()) {
+    if (watched->descriptor < 0) {
         fail();
     }
 }
 
 OutputWatch::~OutputWatch() {
-    close(descriptor);
+    close(watched->descriptor);
 }
 
 // A descriptor that is closed is no longer waited for, by itself.
 void OutputWatch::add(const UciProcess& process, std::size_t id) {
-    for (const int output : process.getOutputs()) {
+    for (const SystemHandle output : process.getOutputs()) {
         epoll_event event{};
         event.events = EPOLLIN;
         event.data.u64 = id;
-        if (epoll_ctl(descriptor, EPOLL_CTL_ADD, output, &event) != 0) {
+        if (epoll_ctl(watched->descriptor, EPOLL_CTL_ADD, static_cast<int>(output), &event) != 0) {
             fail();
         }
     }
@@ -41,8 +45,8 @@ void OutputWatch::add(const UciProcess& process, std::size_t id) {
 
 std::vector<std::size_t> OutputWatch::wait(std::chrono::milliseconds timeout) {
     std::array<epoll_event, MOST_NEWS> events;
-    const int count =
-        epoll_wait(descriptor, events.data(), MOST_NEWS, static_cast<int>(timeout.count()));
+    const int count = epoll_wait(watched->descriptor, events.data(), MOST_NEWS,
+                                 static_cast<int>(timeout.count()));
     std::vector<std::size_t> ids;
     ids.reserve(MOST_NEWS);
     for (int i = 0; i < count; ++i) {
