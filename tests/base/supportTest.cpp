@@ -78,11 +78,13 @@ TEST_F(Statistics, ReadsBackItsReport) {
         statistics->newRun();
         statistics->incrementStatistic(TestStatistics::Q_SEARCH, 3 + run, 2);
         statistics->incrementStatistic(TestStatistics::Q_SEARCH, 3 + run, 2);
+        statistics->incrementStatistic(TestStatistics::ORDINAL_SEARCH, 0, 3);
         statistics->incrementStatistic(TestStatistics::ORDINAL_SEARCH_ALL, 39, 5);
     }
     const std::string report = reportOf(*statistics);
     for (const char* line :
          {"\nRun: 1\n", "\nLegal moves quiscence search at ply 3 : 4\n",
+          "\nSum of Legal moves ordinal search: 3\n",
           "\nSum of Pseudolegal moves ordinal search: 5\n",
           "\nSum of Ordinal search cutoffs: 0\nOrdinal search cutoffs per sec",
           "\nSum of Quiscence search cutoffs: 0\nQuiscence search cutoffs per sec"}) {
