@@ -352,7 +352,7 @@ const Conversations MOMENTS = {
 // The process ends without an answer, whatever it is doing.
 void addMoments(Conversations& into, const std::string& ending) {
     for (const Conversation& moment : MOMENTS) {
-        for (const char* delay : {"0", "20", "90", "110", "250"}) {
+        for (const char* delay : {"0", "90", "250"}) { // at once, just before a look, in between
             into.push_back({moment.name + "After" + delay,
                             moment.script + " | pause " + delay + " | " + ending});
         }
