@@ -34,7 +34,7 @@ add_link_options(-Wl,--gc-sections)
 # drawn at each start, as distributions do, sets CMAKE_POSITION_INDEPENDENT_CODE.
 if(NOT CMAKE_POSITION_INDEPENDENT_CODE AND NOT KESTRAN_SANITIZE)
     add_compile_options(-fno-pie)
-    add_link_options(-no-pie)
+    add_link_options($<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:-no-pie>)
 endif()
 # Built for 32 bits, a list that GCC inlines looks to it as if it were read before it is filled.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_SIZEOF_VOID_P EQUAL 4)
