@@ -120,6 +120,10 @@ public:
             go({BUSY.c_str(), "*"}, "movetime 1", {});
         } else if (chance < 63) {
             go(ONE_MOVE[random() % ONE_MOVE.size()], "infinite", {.isEndless = true});
+            if (chance < 57 && !waiting.empty()) {
+                read();
+                talk.hold("think 150");
+            }
         } else if (chance < 85) {
             stop();
         } else if (chance < 90) {
