@@ -1,14 +1,14 @@
 // Everything that depends on the operating system beyond the standard library: the clock, the
 // sleep of the polling loop, threads, the memory that a process keeps, the standard streams, and
-// the ways in which a process learns that nobody needs it any more. One source file for each
-// system defines it, platformPosix.cpp or platformWindows.cpp.
+// the ways in which a process learns that nobody needs it any more. What every system does alike
+// stands in platform.cpp, the rest in platformPosix.cpp or platformWindows.cpp.
 #pragma once
 
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <string>
 #include <system_error>
+#include <thread>
 
 // A point in time or a span, in milliseconds of real time.
 using Milliseconds = std::int64_t;
@@ -23,22 +23,19 @@ void sleepMilliseconds(Milliseconds duration);
 // object waits for it.
 class Thread {
 public:
-    Thread();
+    Thread() = default;
     Thread(const Thread&) = delete;
     Thread& operator=(const Thread&) = delete;
-    ~Thread();
+    ~Thread() { join(); }
 
     // Runs `_body` on a thread of its own, after the one before has been joined. False if
     // the system gives no thread; nothing runs then.
-    bool start(std::function<void()> _body);
+    bool start(std::function<void()> body);
     // Waits for the end of the thread. False if there is none to wait for.
     bool join();
 
 private:
-    struct Handle; // the system's name of a thread
-
-    std::function<void()> body;
-    std::unique_ptr<Handle> handle; // of a thread that has not been joined
+    std::thread thread;
 };
 
 // Makes the process what the others expect of it: a request to terminate ends it at once and

@@ -1,16 +1,11 @@
 #include "base/platform.h"
 
 #include <cerrno>
-#include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <io.h>
-#include <new>
 #include <process.h>
-#include <string_view>
-#include <utility>
 
 #define WIN32_LEAN_AND_MEAN
 #include <windows.h>
@@ -19,15 +14,6 @@
 #include <winternl.h>
 
 namespace {
-
-// As large as elsewhere; by itself a thread has a quarter of it.
-constexpr unsigned STACK_SIZE = 8 << 20; // bytes
-
-// The form of an entry that the C library wants for a thread.
-unsigned __stdcall runBody(void* body) {
-    (*static_cast<std::function<void()>*>(body))();
-    return 0;
-}
 
 // What the system tells of an end of a pipe, in its own order. The headers have no name for it.
 struct PipeInformation {
@@ -55,51 +41,12 @@ BOOL WINAPI endOnRequest(DWORD request) {
 
 } // namespace
 
-Milliseconds clockMilliseconds() {
-    const auto sinceEpoch = std::chrono::steady_clock::now().time_since_epoch();
-    return std::chrono::duration_cast<std::chrono::milliseconds>(sinceEpoch).count();
-}
-
 void sleepMilliseconds(Milliseconds duration) {
     // The system rounds to its own ticks, also down.
     const Milliseconds end = clockMilliseconds() + duration;
     for (Milliseconds left = duration; left > 0; left = end - clockMilliseconds()) {
         Sleep(static_cast<DWORD>(left));
     }
-}
-
-struct Thread::Handle {
-    HANDLE thread;
-};
-
-Thread::Thread() = default;
-
-Thread::~Thread() {
-    join();
-}
-
-bool Thread::start(std::function<void()> _body) {
-    join();
-    body = std::move(_body);
-    auto created = std::make_unique<Handle>();
-    const std::uintptr_t thread = _beginthreadex(nullptr, STACK_SIZE, runBody, &body,
-                                                 STACK_SIZE_PARAM_IS_A_RESERVATION, nullptr);
-    if (thread == 0) {
-        return false;
-    }
-    created->thread = reinterpret_cast<HANDLE>(thread);
-    handle = std::move(created);
-    return true;
-}
-
-bool Thread::join() {
-    if (!handle) {
-        return false;
-    }
-    WaitForSingleObject(handle->thread, INFINITE);
-    CloseHandle(handle->thread);
-    handle.reset();
-    return true;
 }
 
 void prepareProcess() {
@@ -109,15 +56,6 @@ void prepareProcess() {
     timeBeginPeriod(1);
 }
 
-void prepareMemory() {
-    // A large block goes back to the system by itself.
-    std::set_new_handler([] {
-        constexpr std::string_view TEXT = "kestran: out of memory\n";
-        [[maybe_unused]] const int written = _write(_fileno(stderr), TEXT.data(), TEXT.size());
-        _exit(1);
-    });
-}
-
 bool isStandardOutputLost() {
     const auto output = reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(stdout)));
     IO_STATUS_BLOCK status{};
@@ -125,10 +63,6 @@ bool isStandardOutputLost() {
     // What is no pipe, or tells nothing, shows itself when it is written to.
     return NtQueryInformationFile(output, &status, &pipe, sizeof pipe, PIPE_INFORMATION) == 0 &&
            pipe.state != PIPE_CONNECTED;
-}
-
-void endProcess() {
-    _exit(0);
 }
 
 bool isStandardOutputTerminal() {

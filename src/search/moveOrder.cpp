@@ -88,8 +88,7 @@ int MoveOrder::getDrawer(const Move& move, int depth) const {
 }
 
 void MoveOrder::updateKiller(const Move& move, int depth) {
-    if (!isPlyInUse[depth]) {
-        isPlyInUse[depth] = true;
+    if (actualKillers[depth] == 0) { // the first cut-off
         std::fill_n(killers.begin() + depth * KILLERS_PER_PLY, KILLERS_PER_PLY, 0);
     }
     const int index = getMoveKillersIndex(move, depth);
@@ -113,7 +112,6 @@ void MoveOrder::updateKiller(const Move& move, int depth) {
 }
 
 void MoveOrder::clearKillersTable() {
-    isPlyInUse.fill(false);
     killers[0] = 0; // what `actualKillers` has for none
     actualKillers.fill(0);
 }

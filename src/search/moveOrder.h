@@ -42,7 +42,6 @@ private:
     // Cut-offs by ply and quiet move. The row of a ply is cleared at its first cut-off: a search
     // reaches few of them.
     Indexed<int, std::uint32_t, KILLERS_SIZE> killers;
-    Indexed<int, bool, KILLER_PLIES> isPlyInUse;
     Indexed<int, int, 2 * KILLER_PLIES> actualKillers; // see getActualKiller()
 };
 

@@ -72,8 +72,7 @@ public:
         const FieldSet doubleSteps = node.targets.getDoubleSteps();
         if (score + GREATEST_PAWN_GAIN > node.alfa || (pawns & node.lines.getPinned()) != 0 ||
             ((singleSteps & promotionRanks) | (pawns & getUncoverers())) != 0 ||
-            givesCheck(singleSteps | doubleSteps, PAWN, NO_FIELD) ||
-            !node.targets.arePawnsTogether()) {
+            doPawnsCheck(singleSteps | doubleSteps) || !node.targets.arePawnsTogether()) {
             return false;
         }
         const FieldSet allowed = node.lines.getAllowedFields(NO_FIELD);
@@ -88,8 +87,9 @@ private:
     FieldSet getUncoverers() const {
         return node.isDeepestPly ? NO_FIELDS : node.checkFields->getUncoverers();
     }
-    bool givesCheck(FieldSet fields, PieceType type, FieldIndex from) const {
-        return !node.isDeepestPly && (fields & node.checkFields->getFields(type, from)) != 0;
+    // Whether a pawn on one of the fields attacks the king, where that counts.
+    bool doPawnsCheck(FieldSet fields) const {
+        return !node.isDeepestPly && (fields & node.checkFields->getFields(PAWN, NO_FIELD)) != 0;
     }
 
     QuiscenceNode& node;

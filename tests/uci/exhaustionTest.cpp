@@ -10,9 +10,9 @@
 #include <gtest/gtest.h>
 #include <iostream>
 #include <optional>
-#include <pthread.h>
 #include <set>
 #include <sstream>
+#include <system_error>
 
 namespace {
 
@@ -21,15 +21,17 @@ unsigned failures = 0; // the creations that fail, as bits
 
 } // namespace
 
-// The linker leads every call of pthread_create() in this program here.
-int realCreate(pthread_t* handle, const pthread_attr_t* attributes, void* (*entry)(void*),
-               void* argument) __asm__("__real_pthread_create");
-int scarceCreate(pthread_t* handle, const pthread_attr_t* attributes, void* (*entry)(void*),
-                 void* argument) __asm__("__wrap_pthread_create");
-int scarceCreate(pthread_t* handle, const pthread_attr_t* attributes, void* (*entry)(void*),
-                 void* argument) {
-    const bool fails = (failures >> creations++ & 1U) != 0;
-    return fails ? EAGAIN : realCreate(handle, attributes, entry, argument);
+// The linker leads here every call by which std::thread starts one in this program: with the
+// object, a pointer to what it is to run, and a function that it needs for nothing.
+#define START_THREAD                                                                               \
+    "_ZNSt6thread15_M_start_threadESt10unique_ptrINS_6_StateESt14default_deleteIS1_EEPFvvE"
+void realStart(void* thread, void* state, void (*depend)()) __asm__("__real_" START_THREAD);
+void scarceStart(void* thread, void* state, void (*depend)()) __asm__("__wrap_" START_THREAD);
+void scarceStart(void* thread, void* state, void (*depend)()) {
+    if ((failures >> creations++ & 1U) != 0) {
+        throw std::system_error(EAGAIN, std::generic_category());
+    }
+    realStart(thread, state, depend);
 }
 
 namespace {
