@@ -6,31 +6,28 @@
 #include "board/setUp.h"
 #include "notation/fen.h"
 #include "notation/longAlgebraicMove.h"
-#include "search/infoStruct.h"
 
 namespace {
 
-constexpr Milliseconds POLL_INTERVAL = 100;
-// How long before the end of its budget a search may be ended.
-constexpr Milliseconds DELTA_MILLISECONDS = 50;
-
-// A line of the first legal move, empty if there is none. `isOnly` tells whether there
-// is exactly one.
-Variant getInitialVariant(const Position& position, bool& isOnly) {
+// A line of the first move of `rootMoves`, or the first legal one if they are empty; without
+// moves if there is none. `isOnly` tells whether exactly one is legal.
+Variant getInitialVariant(const Position& position, const std::vector<Move>& rootMoves,
+                          bool& isOnly) {
     MoveArray moves;
     const int count = generateLegalMoves(position, moves);
     isOnly = count == 1;
     Variant variant;
     if (count > 0) {
-        variant.extend(Variant(), {moves[0], false, false, false});
+        const Move& first = rootMoves.empty() ? moves[0] : rootMoves[0];
+        variant.extend(Variant(), {first, false, false, false});
     }
     return variant;
 }
 
 } // namespace
 
-Engine::Engine(const EngineConfig& _config)
-    : ida(_config), config(_config), wantedTableSize(_config.hashTableSize) {
+Engine::Engine(const EngineConfig& _config, const Waiting& _waiting)
+    : ida(_config), config(_config), waiting(_waiting), wantedTableSize(_config.hashTableSize) {
     init();
 }
 
@@ -89,10 +86,11 @@ void Engine::applyChanges() {
 // ---- The search ----
 
 Variant Engine::search(Milliseconds milliseconds, bool infinite) {
-    return search(game, {clockMilliseconds(), milliseconds, infinite});
+    return search(game, {.time = {clockMilliseconds(), milliseconds, infinite}});
 }
 
-Variant Engine::search(const Game& searchedGame, const TimeBudget& budget) {
+Variant Engine::search(const Game& searchedGame, SearchLimits limits) {
+    const TimeBudget& budget = limits.time;
     logger.info("Engine.search - milliseconds:", budget.total);
     logger.info([&] { return "Position fen: " + getFen(searchedGame.position); });
     if (joinThread()) {
@@ -102,28 +100,38 @@ Variant Engine::search(const Game& searchedGame, const TimeBudget& budget) {
     // From here on there is a move to play, whatever the search does.
     searchNumber = idaVariant.getNextThreadId();
     bool isOnly = false;
-    idaVariant.setVariant(getInitialVariant(searchedGame.position, isOnly), searchNumber);
+    idaVariant.setVariant(getInitialVariant(searchedGame.position, limits.rootMoves, isOnly),
+                          searchNumber);
     logger.info("Initial variant set");
     if (isOnly && !budget.infinite) {
+        limits.depth = std::min(limits.depth, limits.onlyMoveDepth);
+    }
+    if (limits.depth == 0) {
         logger.info("only possible move, stopped calculating");
-        idaVariant.signalReady(searchNumber);
-        return idaVariant.getVariant();
+        return takeReport();
     }
 
     // The tables belong to this thread until the new one exists.
     applyChanges();
     applyRepetitions(searchedGame);
     searchedPosition = searchedGame.position;
-    const auto runSearch = [this, budget, number = searchNumber] {
-        ida.generateTree(searchedPosition, budget, number, &idaVariant);
+    const auto runSearch = [this, limits, number = searchNumber] {
+        ida.generateTree(searchedPosition, limits, number, &idaVariant);
     };
     if (!searchThread.start(runSearch)) {
         logger.error("Thread cannot be created");
+        lastReport = {};
         return {};
     }
     waitForEnd(budget);
+    return takeReport();
+}
+
+// Ends the search, and keeps and returns what it has published last.
+const Variant& Engine::takeReport() {
     idaVariant.signalReady(searchNumber);
-    return idaVariant.getVariant();
+    lastReport = idaVariant.getReport();
+    return lastReport.pv;
 }
 
 Variant Engine::search() {
@@ -156,7 +164,11 @@ Variant Engine::searchHere(int depth, bool infinite) {
 // Sleeps until the search is to end: by a stop request, by time, or by itself.
 void Engine::waitForEnd(const TimeBudget& budget) {
     for (;;) {
-        sleepMilliseconds(POLL_INTERVAL);
+        if (waiting.isWokenByEnd) {
+            idaVariant.waitToBeWoken(waiting.interval);
+        } else {
+            sleepMilliseconds(waiting.interval);
+        }
         const bool isStopped = stopListener != nullptr && stopListener->checkForStop();
         if (isStopped || isTimeUp(budget)) {
             return;
@@ -168,7 +180,7 @@ bool Engine::isTimeUp(const TimeBudget& budget) {
     if (budget.infinite) {
         return false;
     }
-    return clockMilliseconds() - budget.start >= budget.total - DELTA_MILLISECONDS ||
+    return clockMilliseconds() - budget.start >= budget.total - waiting.margin ||
            idaVariant.isReady();
 }
 

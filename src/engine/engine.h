@@ -8,14 +8,20 @@
 #include "board/game.h"
 #include "search/ida.h"
 #include "search/idaVariant.h"
+#include "search/infoStruct.h"
+#include "search/searchLimits.h"
 #include "search/variant.h"
 
 #include <atomic>
 #include <optional>
 #include <string>
 
-class InfoListenerInterface;
-class StopListenerInterface;
+// How the thread that asked for a timed search waits for its end.
+struct Waiting {
+    Milliseconds interval = 100; // it looks at the clock, and asks for a stop, so often
+    Milliseconds margin = 50;    // how long before the end of its budget a search is ended
+    bool isWokenByEnd = false;   // whether it wakes at once when the search ends by itself
+};
 
 // The game may be set up at any time, by one thread. Searches run one after another,
 // on one further thread: each works on a game that is handed to it, so that neither
@@ -26,7 +32,7 @@ public:
     static constexpr int INFINITE_MAGIC_DEPTH = 100000;
 
     // `_config` is shared and must outlive the object. The game is the start position.
-    explicit Engine(const EngineConfig& _config);
+    explicit Engine(const EngineConfig& _config, const Waiting& _waiting = {});
     Engine(const Engine&) = delete;
     Engine& operator=(const Engine&) = delete;
     // Ends a search thread that still runs, and waits for it.
@@ -66,9 +72,14 @@ public:
     // The timed search of a game. Returns the best line found. Its search thread may
     // still be winding down then; the next search waits for it. The line is empty if
     // there is no legal move, or if no thread could be had.
-    Variant search(const Game& searchedGame, const TimeBudget& budget);
+    Variant search(const Game& searchedGame, SearchLimits limits);
     // The same of the present game, with a time that counts from now.
     Variant search(Milliseconds milliseconds, bool infinite);
+    // The line that the last timed search returned, with the report of its pass. All of the
+    // report is zero if no pass was finished.
+    const InfoStruct& getLastReport() const { return lastReport; }
+    // Has the stop listener asked at once, if a search is under way that can be woken.
+    void wake() { idaVariant.wake(); }
     // The number of the last timed search, which its reports carry too.
     int getSearchNumber() const { return searchNumber; }
     // Searches of the present game on the calling thread: to the configured depth, to
@@ -88,14 +99,17 @@ private:
     void applyRepetitions(const Game& searchedGame);
     bool isTimeUp(const TimeBudget& budget);
     void waitForEnd(const TimeBudget& budget);
+    const Variant& takeReport();
 
     StopListenerInterface* stopListener = nullptr;
     Ida ida;
     Game game;
     const EngineConfig& config;
+    const Waiting waiting;
     std::atomic<int> wantedTableSize;
     IdaVariant idaVariant; // shared with the search thread
     int searchNumber = 0;  // the last number drawn from idaVariant
+    InfoStruct lastReport{};
     // The position that the search thread works on. It may stand anywhere inside the tree
     // afterwards.
     Position searchedPosition;

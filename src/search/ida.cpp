@@ -38,7 +38,7 @@ void Ida::generateTree(Position& position, Variant& variant, int depth, bool inf
         if (!result || !isGood(*result)) {
             continue; // the same depth again, in the new window
         }
-        report(variant, actualDepth, clockStart, NO_THREAD);
+        report(getReport(variant, actualDepth, clockStart, NO_THREAD));
         if (result == IdaNS::OK_FINISH) {
             return;
         }
@@ -46,13 +46,16 @@ void Ida::generateTree(Position& position, Variant& variant, int depth, bool inf
     }
 }
 
-void Ida::generateTree(Position& position, const TimeBudget& budget, int threadId,
+void Ida::generateTree(Position& position, const SearchLimits& limits, int threadId,
                        IdaVariant* idaVariant) {
+    const TimeBudget& budget = limits.time;
     const bool infinite = budget.isUnlimited();
     PolyglotBook::resetRand();
     generator.setIdaVariant(idaVariant);
     const Milliseconds clockStart = clockMilliseconds();
     prepareSearch(budget.total);
+    generator.setRootMoves(limits.rootMoves);
+    generator.setNodeLimit(limits.nodes);
     if (idaVariant == nullptr) {
         logger.error("idaVariant is NULL");
         return;
@@ -61,28 +64,33 @@ void Ida::generateTree(Position& position, const TimeBudget& budget, int threadI
     double lastDuration = -1.0;
     Milliseconds lastCheck = clockStart;
     Variant variant;
-    for (int actualDepth = 1; actualDepth <= MAX_PASSES;) {
-        const auto result = generateTreeIdaOneLoop(position, variant, actualDepth, infinite);
+    for (int actualDepth = 1; actualDepth <= limits.depth;) {
+        const auto result =
+            generateTreeIdaOneLoop(position, variant, actualDepth, infinite || !limits.useBook);
         if (result && isGood(*result)) {
-            publish(variant, *result, threadId, idaVariant);
+            const InfoStruct info = getReport(variant, actualDepth, clockStart, threadId);
+            publish(info, *result, idaVariant);
             if (result == IdaNS::OK || infinite) {
-                report(variant, actualDepth, clockStart, threadId);
+                report(info);
             }
             ++actualDepth;
         }
-        if (infinite ? !result || result == IdaNS::OK_FINISH
-                     : timeUp(budget.total, lastDuration, lastCheck, clockStart,
-                              result.value_or(IdaNS::FAILHIGH), idaVariant)) {
+        const bool isOver = infinite ? result == IdaNS::OK_FINISH
+                                     : timeUp(budget.total, lastDuration, lastCheck, clockStart,
+                                              result.value_or(IdaNS::FAILHIGH), idaVariant);
+        if (isOver || !result) {
             break;
         }
     }
     idaVariant->signalReady(threadId);
 }
 
-std::optional<IdaNS::GeneratingResult>
-Ida::generateTreeIdaOneLoop(Position& position, Variant& variant, int actualDepth, bool infinite) {
+std::optional<IdaNS::GeneratingResult> Ida::generateTreeIdaOneLoop(Position& position,
+                                                                   Variant& variant,
+                                                                   int actualDepth,
+                                                                   bool skipOpening) {
     generator.setActualMoveDepth(actualDepth);
-    generator.generateTree(position, variant, infinite);
+    generator.generateTree(position, variant, skipOpening);
     // What an abandoned pass leaves is no result, whatever its score looks like.
     if (generator.isAbandoned()) {
         return std::nullopt;
@@ -160,6 +168,7 @@ void Ida::watchBy(SearchObserver& _observer) {
 // Empties what the passes of one search share.
 void Ida::prepareSearch(Milliseconds milliseconds) {
     generator.resetSearchedNodes();
+    generator.setRootMoves({});
     generator.setTimer(milliseconds);
     generator.clearTable();
     generator.clearKillersTable();
@@ -167,30 +176,31 @@ void Ida::prepareSearch(Milliseconds milliseconds) {
 }
 
 // Publishes the line of a good pass, and says so if no deeper pass follows.
-void Ida::publish(const Variant& variant, IdaNS::GeneratingResult result, int threadId,
-                  IdaVariant* idaVariant) {
-    // A drawn or finished root has no line, but there is a move to play.
-    if (variant.varLength > 0) {
-        idaVariant->setVariant(variant, threadId);
-    }
+void Ida::publish(const InfoStruct& info, IdaNS::GeneratingResult result, IdaVariant* idaVariant) {
+    idaVariant->setReport(info);
     if (result == IdaNS::OK_FINISH) {
-        idaVariant->signalReady(threadId);
+        idaVariant->signalReady(info.threadId);
     }
 }
 
-void Ida::report(const Variant& variant, int actualDepth, Milliseconds clockStart, int threadId) {
-    if (infoListener == nullptr) {
-        return;
-    }
+// All that is told of a good pass that has just ended.
+InfoStruct Ida::getReport(const Variant& variant, int actualDepth, Milliseconds clockStart,
+                          int threadId) {
     const Milliseconds elapsed = clockMilliseconds() - clockStart;
     const std::int64_t nodes = generator.getState().nodes.getSearchedAllNodes();
-    infoListener->onInfo({.nodesSearched = nodes,
-                          .nodesPerSec = nodesPerSecond(nodes, elapsed),
-                          .depth = actualDepth,
-                          .selDepth = generator.getState().getQuiscenceMaxDepth() + actualDepth,
-                          .pv = variant,
-                          .time = elapsed,
-                          .threadId = threadId});
+    return {.nodesSearched = nodes,
+            .nodesPerSec = nodesPerSecond(nodes, elapsed),
+            .depth = actualDepth,
+            .selDepth = generator.getState().getQuiscenceMaxDepth() + actualDepth,
+            .pv = variant,
+            .time = elapsed,
+            .threadId = threadId};
+}
+
+void Ida::report(const InfoStruct& info) {
+    if (infoListener != nullptr) {
+        infoListener->onInfo(info);
+    }
 }
 
 void Ida::setNewLine(const Variant& variant) {

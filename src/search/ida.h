@@ -6,13 +6,14 @@
 #include "base/platform.h"
 #include "base/timeBudget.h"
 #include "search/generatorInterface.h"
+#include "search/infoStruct.h"
+#include "search/searchLimits.h"
 #include "search/searchObserver.h"
 #include "search/treeGenerator.h"
 
 #include <optional>
 
 class IdaVariant;
-class InfoListenerInterface;
 
 class Ida final : public GeneratorInterface {
 public:
@@ -29,13 +30,17 @@ public:
     // and reports each good pass, and raises the ready flag when it has finished. It
     // ends early when that flag goes up. `threadId` is the search's number. The
     // position may stand anywhere inside the tree afterwards.
-    void generateTree(Position& position, const TimeBudget& budget, int threadId,
+    void generateTree(Position& position, const SearchLimits& limits, int threadId,
                       IdaVariant* idaVariant);
+    void generateTree(Position& position, const TimeBudget& budget, int threadId,
+                      IdaVariant* idaVariant) {
+        generateTree(position, SearchLimits{.time = budget}, threadId, idaVariant);
+    }
 
     // One pass; sets the window of the next one. Nothing if the pass was abandoned: it has
     // no outcome, and the window stays.
     std::optional<IdaNS::GeneratingResult>
-    generateTreeIdaOneLoop(Position& position, Variant& variant, int actualDepth, bool infinite);
+    generateTreeIdaOneLoop(Position& position, Variant& variant, int actualDepth, bool skipOpening);
 
     // Whether the timed search must end after a pass with this result. `lastDuration`
     // is the time from one good pass to the next, below 0 before the first, and
@@ -54,9 +59,11 @@ public:
 private:
     IdaNS::GeneratingResult judgePass(const Variant& variant);
     void prepareSearch(Milliseconds milliseconds);
-    void publish(const Variant& variant, IdaNS::GeneratingResult result, int threadId,
-                 IdaVariant* idaVariant);
-    void report(const Variant& variant, int actualDepth, Milliseconds clockStart, int threadId);
+    static void publish(const InfoStruct& info, IdaNS::GeneratingResult result,
+                        IdaVariant* idaVariant);
+    InfoStruct getReport(const Variant& variant, int actualDepth, Milliseconds clockStart,
+                         int threadId);
+    void report(const InfoStruct& info);
     void setNewLine(const Variant& variant);
 
     TreeGenerator generator;

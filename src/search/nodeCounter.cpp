@@ -6,7 +6,12 @@
 void NodeCounter::resetSearchedNodes() {
     searchedTreeNodes = 0;
     searchedAllNodes = 0;
-    searchedAllNodesAfterTimeControl = 0;
+    setNodeLimit(std::numeric_limits<std::int64_t>::max());
+}
+
+void NodeCounter::setNodeLimit(std::int64_t limit) {
+    nodeLimit = limit;
+    countFromPoll();
 }
 
 bool NodeCounter::timerUp() {
@@ -18,7 +23,10 @@ bool NodeCounter::timerUp() {
 }
 
 bool NodeCounter::poll() {
-    const bool isTimeUp = timerUp();
-    searchedAllNodesAfterTimeControl = isTimeUp ? TIME_CHECK_QUIT : 0;
-    return isTimeUp;
+    const bool isAtEnd = timerUp() || searchedAllNodes >= nodeLimit;
+    countFromPoll();
+    if (isAtEnd) {
+        searchedAllNodesAfterTimeControl = TIME_CHECK_QUIT;
+    }
+    return isAtEnd;
 }

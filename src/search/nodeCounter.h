@@ -3,13 +3,18 @@
 
 #include "search/searchParameters.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <limits>
 
 class IdaVariant;
 
 class NodeCounter {
 public:
+    // Back to 0, without a limit.
     void resetSearchedNodes();
+    // From now on the search is to end when it has counted so many moves, 1 or more.
+    void setNodeLimit(std::int64_t limit);
     // The slot whose ready flag stops the search, null for none. Not owned.
     void setIdaVariant(IdaVariant* _idaVariant) { idaVariant = _idaVariant; }
 
@@ -36,7 +41,8 @@ public:
 
     // Whether the search is to end, as the slot tells.
     bool timerUp();
-    // Whether the pass was abandoned because of that. True until resetSearchedNodes().
+    // Whether the pass was abandoned because of that or of the limit. True until
+    // resetSearchedNodes().
     bool isAbandoned() const { return searchedAllNodesAfterTimeControl == TIME_CHECK_QUIT; }
 
     // Moves played by both searches, which is the count that is reported, and by the tree's.
@@ -45,7 +51,14 @@ public:
 
 private:
     bool poll();
+    // Begins to count towards the next poll, which comes no later than the limit.
+    void countFromPoll() {
+        constexpr std::int64_t LONGEST = TIME_CHECK_AFTER_NODES + 1;
+        searchedAllNodesAfterTimeControl =
+            LONGEST - std::min(LONGEST, nodeLimit - searchedAllNodes);
+    }
 
+    std::int64_t nodeLimit = std::numeric_limits<std::int64_t>::max();
     IdaVariant* idaVariant = nullptr;
     std::int64_t searchedTreeNodes = 0;
     std::int64_t searchedAllNodes = 0;

@@ -9,6 +9,7 @@
 #include "search/transpositionTable.h"
 
 #include <algorithm>
+#include <vector>
 
 struct SearchState {
     explicit SearchState(const EngineConfig& _config)
@@ -36,4 +37,6 @@ struct SearchState {
     MoveOrder order;
     NodeCounter nodes;
     int actualMoveDepth = 1; // depth of the pass in plies, 1 to MAX_PASSES
+    // The moves that the root may choose from, all if empty.
+    std::vector<Move> rootMoves;
 };

@@ -57,6 +57,10 @@ public:
     void clearKillersTable() { state.order.clearKillersTable(); }
     // The slot whose ready flag stops the search, null for none. Not owned.
     void setIdaVariant(IdaVariant* idaVariant) { state.nodes.setIdaVariant(idaVariant); }
+    // The moves that the root may choose from, all if empty, and the moves after which the search
+    // ends. resetSearchedNodes() lifts the second.
+    void setRootMoves(const std::vector<Move>& moves) { state.rootMoves = moves; }
+    void setNodeLimit(std::int64_t limit) { state.nodes.setNodeLimit(limit); }
     // Notes the budget in milliseconds and the time. No rule of the search reads them.
     void setTimer(Milliseconds milliseconds);
     // Whether the last pass was abandoned. True until resetSearchedNodes().

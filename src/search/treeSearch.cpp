@@ -7,10 +7,23 @@
 #include "board/moveGenerator.h"
 #include "search/score.h"
 
+#include <algorithm>
+#include <vector>
+
 namespace {
 
 void statsIncrement(int type, int depth, int increment) {
     testStatistics.incrementStatistic(type, depth, increment);
+}
+
+// Keeps those of the first `count` moves that are among `kept`, in their order; returns how many.
+int keepMoves(MoveArray& moves, int count, const std::vector<Move>& kept) {
+    const auto isOther = [&kept](const Move& move) {
+        return std::ranges::none_of(
+            kept, [&move](const Move& other) { return testMoveEquality(move, other); });
+    };
+    const auto end = std::remove_if(moves.begin(), moves.begin() + count, isOther);
+    return static_cast<int>(end - moves.begin());
 }
 
 } // namespace
@@ -26,7 +39,10 @@ MoveEnding TreeSearch<Observer>::generateTreeRek(Position& position, Variant& ou
 
     MoveArray outMoves;
     MoveIndices moveOrderIndices;
-    const int pseudoLegalMovesN = generateMoves(position, outMoves);
+    int pseudoLegalMovesN = generateMoves(position, outMoves);
+    if (depth == 0 && !state.rootMoves.empty()) {
+        pseudoLegalMovesN = keepMoves(outMoves, pseudoLegalMovesN, state.rootMoves);
+    }
     statsIncrement(TestStatistics::ORDINAL_SEARCH_ALL, depth, pseudoLegalMovesN);
     state.order.orderMoves(outMoves, moveOrderIndices, pseudoLegalMovesN, depth,
                            state.table.getBestMoveHint(position));

@@ -17,18 +17,6 @@ constexpr std::string_view MOVETIME = "movetime";
 constexpr std::string_view MOVES_TO_GO = "movestogo";
 constexpr std::string_view INFINITE_UCI = "infinite";
 
-constexpr Milliseconds NOT_GIVEN = -1;
-constexpr Milliseconds DEFAULT_MOVES_TO_GO = 40;
-
-// What the words tell, NOT_GIVEN where they tell nothing.
-struct GoWords {
-    ByColor<Milliseconds> time = {NOT_GIVEN, NOT_GIVEN};
-    ByColor<Milliseconds> increment = {NOT_GIVEN, NOT_GIVEN};
-    Milliseconds moveTimeLocal = NOT_GIVEN;
-    Milliseconds movesToGo = NOT_GIVEN;
-    bool infinite = false;
-};
-
 // The number that a text begins with, 0 if it does not, brought to 32 bits.
 Milliseconds parseMillis(const std::string& str) {
     return std::clamp<long>(std::strtol(str.c_str(), nullptr, 10),
@@ -46,8 +34,9 @@ bool checkForValueParam(std::string_view name, Milliseconds& into,
     return true;
 }
 
-// Nothing after `infinite` is looked at.
-GoWords readWords(const std::vector<std::string>& commands) {
+} // namespace
+
+GoWords readGoWords(const std::vector<std::string>& commands) {
     GoWords words;
     for (std::size_t i = 0; i < commands.size(); ++i) {
         checkForValueParam(WTIME, words.time[WHITE], commands, i);
@@ -62,16 +51,15 @@ GoWords readWords(const std::vector<std::string>& commands) {
         }
     }
     if (words.movesToGo <= 0) {
-        words.movesToGo = DEFAULT_MOVES_TO_GO;
+        words.movesToGo = GoWords::DEFAULT_MOVES_TO_GO;
     }
     return words;
 }
 
-} // namespace
-
 TimeBudget handleGoCommandProps(const std::vector<std::string>& commands, Color colorToMove,
                                 Milliseconds start) {
-    const GoWords words = readWords(commands);
+    constexpr Milliseconds NOT_GIVEN = GoWords::NOT_GIVEN;
+    const GoWords words = readGoWords(commands);
     const Milliseconds ownTime = words.time[colorToMove];
     const Milliseconds ownIncrement = words.increment[colorToMove];
     if (words.infinite) {

@@ -2,13 +2,12 @@
 
 #include "base/loggingService.h"
 #include "search/hashTable.h"
-#include "uci/goCommand.h"
+#include "uci/standardPolicy.h"
 #include "uci/uciReports.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <iostream>
-#include <sstream>
 #include <utility>
 
 namespace {
@@ -28,8 +27,6 @@ constexpr std::string_view DEBUG_COMMAND = "debug";
 constexpr std::string_view ON = "on";
 constexpr std::string_view OFF = "off";
 constexpr std::string_view SETOPTION_COMMAND = "setoption";
-constexpr std::string_view NAME = "name";
-constexpr std::string_view VALUE = "value";
 
 // The small configuration of an engine that is given none.
 const EngineConfig& getSmallConfig() {
@@ -40,13 +37,6 @@ const EngineConfig& getSmallConfig() {
         return small;
     }();
     return config;
-}
-
-int getIntOption(const std::string& name, const std::string& value) {
-    int number = 0;
-    std::istringstream(value) >> number;
-    logger.info([&] { return "Setting option " + name + " to " + value; });
-    return number;
 }
 
 bool isLimitingChar(char c) {
@@ -77,7 +67,12 @@ std::string fenTextOf(const std::string& line, const std::vector<std::string>& v
 
 } // namespace
 
-UciEngine::UciEngine(const EngineConfig& config) : engine(config) {
+UciEngine::UciEngine(const EngineConfig& config)
+    : UciEngine(config, std::make_unique<StandardPolicy>()) {
+}
+
+UciEngine::UciEngine(const EngineConfig& config, std::unique_ptr<UciPolicy> _policy)
+    : policy(std::move(_policy)), engine(config, policy->getWaiting()) {
     engine.setInfoListener(this);
     engine.setStopListener(this);
 }
@@ -87,6 +82,7 @@ UciEngine::UciEngine() : UciEngine(getSmallConfig()) {
 
 UciEngine::~UciEngine() {
     quitting = true;
+    engine.wake();
 }
 
 // ---- The command loop ----
@@ -100,35 +96,37 @@ void UciEngine::start() {
         }
     }
     inputEnded = true;
+    engine.wake();
     goThread.join();
 }
 
 bool UciEngine::handleLine(const std::string& line) {
     const std::vector<std::string> vec = splitString(line);
-    if (vec.size() == 1) {
-        const std::string& word = vec[0];
-        if (word == UCI_COMMAND) {
-            std::ranges::for_each(getGreeting(mebibytesOf(engine.getHashTableSize())),
+    if (vec.empty()) {
+        return true;
+    }
+    const std::string& command = vec[0];
+    if (command == GO_COMMAND) {
+        handleGoSeparateThread(vec);
+    } else if (vec.size() == 1) {
+        if (command == UCI_COMMAND) {
+            std::ranges::for_each(policy->getUciReply(mebibytesOf(engine.getHashTableSize())),
                                   [this](const std::string& reply) { send(reply); });
-        } else if (word == IS_READY) {
+        } else if (command == IS_READY) {
             send(READY_OK);
-        } else if (word == STOP) {
+        } else if (command == STOP) {
             stop = true;
+            stoppedGo = lastGo;
+            engine.wake();
         }
         // `ucinewgame` asks for nothing: each search starts from scratch.
-        return word != QUIT;
-    }
-    if (vec.size() >= 2) {
-        const std::string& command = vec[0];
-        if (command == POSITION_COMMAND) {
-            handlePosition(line, vec);
-        } else if (command == GO_COMMAND) {
-            handleGoSeparateThread(vec);
-        } else if (command == DEBUG_COMMAND) {
-            debug = vec[1] == ON || (debug && vec[1] != OFF);
-        } else if (command == SETOPTION_COMMAND) {
-            handleSetOption(vec);
-        }
+        return command != QUIT;
+    } else if (command == POSITION_COMMAND) {
+        handlePosition(line, vec);
+    } else if (command == DEBUG_COMMAND) {
+        debug = vec[1] == ON || (debug && vec[1] != OFF);
+    } else if (command == SETOPTION_COMMAND) {
+        handleSetOption(vec);
     }
     return true;
 }
@@ -194,9 +192,15 @@ void UciEngine::playMoves(const std::vector<std::string>& vec, std::size_t first
 // ---- go ----
 
 void UciEngine::handleGoSeparateThread(const std::vector<std::string>& vec) {
+    const Milliseconds start = clockMilliseconds();
+    std::optional<SearchLimits> limits = policy->readGo(vec, engine.getPosition(), start);
+    if (!limits) {
+        return;
+    }
+    ++lastGo;
     {
         const std::lock_guard lock(goMutex);
-        goQueue.push_back({vec, engine.getGame(), clockMilliseconds()});
+        goQueue.push_back({lastGo, std::move(*limits), engine.getGame()});
         if (isGoThreadRunning) {
             return;
         }
@@ -227,16 +231,15 @@ std::optional<UciEngine::GoLine> UciEngine::takeFromGoQueue() {
 }
 
 void UciEngine::handleGo(const GoLine& goLine) {
-    const TimeBudget budget =
-        handleGoCommandProps(goLine.vec, goLine.game.position.colorToMove, goLine.start);
-    infinite = budget.infinite;
-    const Variant variant = engine.search(goLine.game, budget);
+    presentGo = goLine.number;
+    infinite = goLine.limits.time.infinite;
+    engine.search(goLine.game, goLine.limits);
     closeReports(engine.getSearchNumber());
     if (quitting) {
         return;
     }
-    send(getClosingInfo(variant));
-    send(getBestMove(variant));
+    std::ranges::for_each(policy->getAnswerLines(engine.getLastReport(), goLine.game.position),
+                          [this](const std::string& line) { send(line); });
 }
 
 // From now on no report of this search, or of one before it, is sent.
@@ -248,7 +251,7 @@ void UciEngine::closeReports(int searchNumber) {
 void UciEngine::onInfo(const InfoStruct& info) {
     const std::lock_guard lock(infoMutex);
     if (info.threadId > answeredSearch) {
-        send(getInfo(info));
+        send(policy->getReportLine(info));
     }
 }
 
@@ -256,24 +259,16 @@ bool UciEngine::checkForStop() {
     if (isStandardOutputLost()) {
         endProcess();
     }
-    const bool localStop = stop.exchange(false);
-    return localStop || quitting || (inputEnded && infinite);
+    const bool isStopped = policy->keepsIdleStop() ? stop.exchange(false) : stoppedGo >= presentGo;
+    return isStopped || quitting || (inputEnded && infinite);
 }
 
 // ---- Options ----
 
-// An option's name and its value are one word each. An option without a value, as a
-// button would be, does not exist.
-void UciEngine::handleSetOption(const std::vector<std::string>& vec) {
-    if (vec.size() > 4 && vec[1] == NAME && vec[3] == VALUE) {
-        setOption(vec[2], vec[4]);
-    }
-}
-
 // The size shows at once; the table follows when the next search starts, as a search
 // may be using it now.
-void UciEngine::setOption(const std::string& name, const std::string& value) {
-    if (name == HASH) {
-        engine.setHashTableSize(entriesOf(getIntOption(name, value)));
+void UciEngine::handleSetOption(const std::vector<std::string>& vec) {
+    if (const std::optional<int> hash = policy->setOption(vec)) {
+        engine.setHashTableSize(entriesOf(*hash));
     }
 }

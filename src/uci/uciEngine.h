@@ -9,9 +9,12 @@
 #include "base/platform.h"
 #include "engine/engine.h"
 #include "search/infoStruct.h"
+#include "search/searchLimits.h"
+#include "uci/uciPolicy.h"
 
 #include <atomic>
 #include <deque>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -20,8 +23,10 @@
 
 class UciEngine final : public InfoListenerInterface, public StopListenerInterface {
 public:
-    // `config` is shared and must outlive the object.
+    // The standard front end, or that of a policy. `config` is shared and must outlive the
+    // object.
     explicit UciEngine(const EngineConfig& config);
+    UciEngine(const EngineConfig& config, std::unique_ptr<UciPolicy> _policy);
     // An engine with a small configuration of its own, which lives as long as the process.
     UciEngine();
     UciEngine(const UciEngine&) = delete;
@@ -42,7 +47,7 @@ public:
     // Sends the `info` line of a report, unless its search has been answered: its thread
     // may finish one more pass before it winds down.
     void onInfo(const InfoStruct& info) override;
-    // Whether the running search is to stop; a `stop` line is used up by it.
+    // Whether the running search is to stop; a `stop` line that was kept for it is used up.
     bool checkForStop() override;
 
     const Engine& getEngine() const { return engine; }
@@ -50,9 +55,9 @@ public:
 private:
     // One `go` line with all that it is about.
     struct GoLine {
-        std::vector<std::string> vec; // its words
-        Game game;                    // the game when it came
-        Milliseconds start;           // the time when it came
+        int number;          // of those that get an answer, from 1
+        SearchLimits limits; // what it asks for
+        Game game;           // the game when it came
     };
 
     void send(std::string_view str);
@@ -68,15 +73,18 @@ private:
     void closeReports(int searchNumber);
 
     void handleSetOption(const std::vector<std::string>& vec);
-    void setOption(const std::string& name, const std::string& value);
 
+    const std::unique_ptr<UciPolicy> policy;
     std::mutex infoMutex;                 // serialises onInfo(), guards answeredSearch
     int answeredSearch = 0;               // no report of it or of one before it is sent
     std::atomic<bool> stop = false;       // set by the loop, cleared by checkForStop()
+    std::atomic<int> stoppedGo = 0;       // the last `go` line before the last `stop`
     std::atomic<bool> inputEnded = false; // no further `stop` can come
     std::atomic<bool> quitting = false;   // searches end without an answer
     bool debug = false;                   // set by `debug on`; nothing else reads it
-    bool infinite = false;                // whether the present `go` has no limit
+    int lastGo = 0;                       // the number of the last `go` line, for the loop
+    int presentGo = 0;                    // that of the one that is worked on, for its thread
+    bool infinite = false;                // whether that one has no limit
     Engine engine;
 
     std::mutex goMutex;         // guards the queue and isGoThreadRunning

@@ -32,35 +32,38 @@ constexpr const char* NO_MOVE = "(none)";
 
 constexpr int CENTIPAWN = 10; // in the unit of a score
 
-// "pv" and the moves of the line in the order of play.
+std::string getScoreInfo(int evaluation) {
+    return std::string(UCI_SCORE_) + UCI_CP_ + std::to_string(evaluation / CENTIPAWN);
+}
+
+} // namespace
+
+std::vector<std::string> getGreeting(const std::string& nameExtra,
+                                     const std::vector<std::string>& options) {
+    std::vector<std::string> lines = {ID_NAME + nameExtra, ID_AUTHOR};
+    lines.insert(lines.end(), options.begin(), options.end());
+    lines.emplace_back(UCI_OK);
+    return lines;
+}
+
+std::string getSpinOption(std::string_view name, int min, int max, int defaultVal) {
+    std::ostringstream text;
+    text << OPTION_COMMAND << ' ' << NAME << ' ' << name << " type spin " << MIN_COMMAND << ' '
+         << min << ' ' << MAX_COMMAND << ' ' << max << ' ' << DEFAULT_COMMAND << ' ' << defaultVal
+         << ' ';
+    return text.str();
+}
+
+std::string getHashOption(int hashMebibytes) {
+    return getSpinOption(HASH, EngineConfig::HASH_MIN, EngineConfig::HASH_MAX, hashMebibytes);
+}
+
 std::string getPvInfo(const Variant& variant) {
     std::string text = UCI_PV;
     for (int i = 0; i < variant.varLength; ++i) {
         text += ' ' + LongAlgebraicMove(variant.get(i).move).toString();
     }
     return text;
-}
-
-std::string getScoreInfo(int evaluation) {
-    return std::string(UCI_SCORE_) + UCI_CP_ + std::to_string(evaluation / CENTIPAWN);
-}
-
-// The line of a spin option.
-std::string getOption(std::string_view name, std::string_view type, int min, int max,
-                      int defaultVal) {
-    std::ostringstream text;
-    text << OPTION_COMMAND << ' ' << NAME << ' ' << name << " type " << type << ' ' << MIN_COMMAND
-         << ' ' << min << ' ' << MAX_COMMAND << ' ' << max << ' ' << DEFAULT_COMMAND << ' '
-         << defaultVal << ' ';
-    return text.str();
-}
-
-} // namespace
-
-std::vector<std::string> getGreeting(int hashMebibytes) {
-    return {ID_NAME, ID_AUTHOR,
-            getOption(HASH, "spin", EngineConfig::HASH_MIN, EngineConfig::HASH_MAX, hashMebibytes),
-            UCI_OK};
 }
 
 std::string getInfo(const InfoStruct& info) {

@@ -8,8 +8,14 @@
 #include <string_view>
 #include <vector>
 
-// The reply to `uci`, with the present size of the table in mebibytes.
-std::vector<std::string> getGreeting(int hashMebibytes);
+// The reply to `uci`, with the lines of the options. `nameExtra` follows the engine's name.
+std::vector<std::string> getGreeting(const std::string& nameExtra,
+                                     const std::vector<std::string>& options);
+
+// The line of an option that is a number. That of the table has its present size in mebibytes
+// for its default.
+std::string getSpinOption(std::string_view name, int min, int max, int defaultVal);
+std::string getHashOption(int hashMebibytes);
 
 // The reply to `isready`.
 inline constexpr std::string_view READY_OK = "readyok";
@@ -17,10 +23,13 @@ inline constexpr std::string_view READY_OK = "readyok";
 // The report of a pass.
 std::string getInfo(const InfoStruct& info);
 
+// "pv" and the moves of a line in the order of play.
+std::string getPvInfo(const Variant& variant);
+
 // The line of moves that closes a search, and the answer: the first of these moves, or
 // "(none)" if there is none.
 std::string getClosingInfo(const Variant& variant);
 std::string getBestMove(const Variant& variant);
 
-// The name of the one option, as `setoption` has to write it.
+// The name of the option that is the size of the table, as `setoption` has to write it.
 inline constexpr std::string_view HASH = "Hash";

@@ -1,5 +1,7 @@
-// Running a tool's body inside the test, as its command line would.
+// Running a tool, as its command line would.
 #pragma once
+
+#include "support/uciProcess.h"
 
 #include <cstdio>
 #include <filesystem>
@@ -15,7 +17,23 @@ struct ToolRun {
     std::string errors;
 };
 
-// `body` is the tool's main function; the words come without the tool's own name.
+// For what a program does not do at once.
+inline constexpr UciProcess::Timeout PATIENCE{240000};
+
+// Runs a program to its end.
+inline ToolRun run(const std::string& path, const std::vector<std::string>& arguments) {
+    UciProcess process(path, arguments);
+    ToolRun run{-1, "", ""};
+    while (const auto line = process.readLine(PATIENCE)) {
+        run.output += *line + '\n';
+    }
+    const auto end = process.waitForEnd(PATIENCE);
+    run.status = end && end->exited ? end->status : -1;
+    run.errors = process.readErrors();
+    return run;
+}
+
+// Runs a tool's body inside the test. `body` is its main function; the words come without the tool's own name.
 inline ToolRun runBody(int (*body)(int, const char* const*),
                        const std::vector<std::string>& words) {
     std::vector<const char*> argv = {"tool"};

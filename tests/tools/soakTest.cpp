@@ -31,14 +31,16 @@ SoakReport playFiltered(const std::string& filter) {
                     .records = TestFolder().path});
 }
 
-TEST(Soak, HealthyEngine) {
-    const SoakReport report = runSoak({.engine = ENGINE, .plies = 40});
-    EXPECT_EQ(report.games, 1);
-    EXPECT_GT(report.plies, 0);
-    EXPECT_EQ(report.illegalMoves, std::vector<std::string>());
-    EXPECT_EQ(report.protocolFaults, std::vector<std::string>());
-    ASSERT_EQ(report.engines.size(), 1U);
-    EXPECT_GT(report.engines[0].first, 1000);
+TEST(Soak, HealthyEngines) {
+    for (const std::string& engine : {ENGINE, ENGINE + "-tester"}) {
+        const SoakReport report = runSoak({.engine = engine, .plies = 40});
+        EXPECT_EQ(report.games, 1);
+        EXPECT_GT(report.plies, 0);
+        EXPECT_EQ(report.illegalMoves, std::vector<std::string>());
+        EXPECT_EQ(report.protocolFaults, std::vector<std::string>());
+        ASSERT_EQ(report.engines.size(), 1U);
+        EXPECT_GT(report.engines[0].first, 1000);
+    }
 }
 
 TEST(Soak, GrowingMemoryIsAFault) {

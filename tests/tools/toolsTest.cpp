@@ -24,21 +24,8 @@
 
 namespace {
 
-constexpr UciProcess::Timeout PATIENCE{240000};
 const std::string BENCH = KESTRAN_BINARY_DIR "/kestran-bench";
 const std::string PERFT = KESTRAN_BINARY_DIR "/kestran-perft";
-
-ToolRun run(const std::string& path, const std::vector<std::string>& arguments) {
-    UciProcess process(path, arguments);
-    ToolRun run{-1, "", ""};
-    while (const auto line = process.readLine(PATIENCE)) {
-        run.output += *line + '\n';
-    }
-    const auto end = process.waitForEnd(PATIENCE);
-    run.status = end && end->exited ? end->status : -1;
-    run.errors = process.readErrors();
-    return run;
-}
 
 // The folder of the project.
 std::filesystem::path root() {
@@ -297,7 +284,7 @@ TEST(Tools, TellOfBadInputInOneLine) {
 }
 
 TEST(Tools, TellHowToUseThem) {
-    for (const std::string tool : {"bench", "book", "explain", "perft", "soak"}) {
+    for (const std::string tool : {"bench", "book", "explain", "perft", "soak", "tester"}) {
         const std::string path = KESTRAN_BINARY_DIR "/kestran-" + tool;
         const ToolRun help = run(path, {"--depth", "--help"});
         EXPECT_EQ(help.status, 0);

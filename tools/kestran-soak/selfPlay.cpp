@@ -152,8 +152,11 @@ void SelfPlay::greet() {
 }
 
 void SelfPlay::hearGreeting(const std::string& line) {
-    expectLine(line, GREETING.at(greeted));
-    if (++greeted == GREETING.size()) {
+    if (greeted == 0) {
+        dialect = &dialectOf(line);
+    }
+    expectLine(line, dialect->greeting.at(greeted));
+    if (++greeted == dialect->greeting.size()) {
         setUp();
     }
 }
@@ -196,14 +199,14 @@ void SelfPlay::hearAnswer(const std::string& line) {
         takeAnswer();
         return;
     }
-    readAnswer(answer, getShrinkingBoard());
+    readAnswer(answer, getShrinkingBoard(), *dialect);
     player->say("isready");
     enter(Phase::RESTING, PATIENCE);
 }
 
 void SelfPlay::takeAnswer() {
     const auto used = duration_cast<milliseconds>(player->getHeard() - asked).count();
-    const std::string move = readAnswer(answer, game->getBoard());
+    const std::string move = readAnswer(answer, game->getBoard(), *dialect);
     const std::int64_t waited = game->isTooLate(used) ? player->getWaitedMillis() : 0;
     const std::int64_t away = desk.getAway() - awayBefore;
     game->take(move, used, waited + away,

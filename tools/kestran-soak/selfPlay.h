@@ -2,6 +2,7 @@
 // process, until there is no game left. A new process takes the place of one that breaks.
 #pragma once
 
+#include "kestran-soak/answer.h"
 #include "kestran-soak/checkedGame.h"
 #include "kestran-soak/outputWatch.h"
 #include "kestran-soak/player.h"
@@ -108,6 +109,7 @@ private:
     std::unique_ptr<CheckedGame> game;     // null between two games
     bool isStopped = false;                // the game has been stopped
     std::size_t greeted = 0;               // lines
+    const Dialect* dialect = &KESTRAN;     // of the present engine
     std::vector<std::string> answer;       // so far
     Clock::time_point asked;               // when the `go` was sent
     std::int64_t awayBefore = 0;           // getAway() then

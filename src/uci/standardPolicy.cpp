@@ -1,0 +1,34 @@
+#include "uci/standardPolicy.h"
+
+#include "uci/goCommand.h"
+#include "uci/uciReports.h"
+
+std::vector<std::string> StandardPolicy::getUciReply(int hashMebibytes) {
+    return getGreeting("", {getHashOption(hashMebibytes)});
+}
+
+// An option's name and its value are one word each. An option without a value, as a
+// button would be, does not exist.
+std::optional<int> StandardPolicy::setOption(const std::vector<std::string>& words) {
+    if (words.size() > 4 && words[1] == "name" && words[2] == HASH && words[3] == "value") {
+        return getIntOption(words[2], words[4]);
+    }
+    return std::nullopt;
+}
+
+std::optional<SearchLimits> StandardPolicy::readGo(const std::vector<std::string>& words,
+                                                   const Position& position, Milliseconds start) {
+    if (words.size() < 2) {
+        return std::nullopt;
+    }
+    return SearchLimits{.time = handleGoCommandProps(words, position.colorToMove, start)};
+}
+
+std::string StandardPolicy::getReportLine(const InfoStruct& report) const {
+    return getInfo(report);
+}
+
+std::vector<std::string> StandardPolicy::getAnswerLines(const InfoStruct& report,
+                                                        const Position& /*position*/) const {
+    return {getClosingInfo(report.pv), getBestMove(report.pv)};
+}

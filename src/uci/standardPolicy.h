@@ -1,0 +1,17 @@
+// The front end of Kestran as chess programs have known it from the beginning.
+#pragma once
+
+#include "uci/uciPolicy.h"
+
+class StandardPolicy final : public UciPolicy {
+public:
+    std::vector<std::string> getUciReply(int hashMebibytes) override;
+    std::optional<int> setOption(const std::vector<std::string>& words) override;
+    std::optional<SearchLimits> readGo(const std::vector<std::string>& words,
+                                       const Position& position, Milliseconds start) override;
+    Waiting getWaiting() const override { return {}; }
+    bool keepsIdleStop() const override { return true; }
+    std::string getReportLine(const InfoStruct& report) const override;
+    std::vector<std::string> getAnswerLines(const InfoStruct& report,
+                                            const Position& position) const override;
+};

@@ -1,0 +1,221 @@
+// The front end for test programs: what it reads from a `go` line, and whole conversations with
+// the program.
+
+#include "base/cppIoUtils.h"
+#include "kestran-tester/testerPolicy.h"
+#include "notation/fen.h"
+#include "search/searchParameters.h"
+#include "support/uciProcess.h"
+#include "testing/boardSupport.h"
+#include "testing/toolSupport.h"
+
+#include <gtest/gtest.h>
+#include <regex>
+
+namespace {
+
+constexpr Milliseconds START = 12345;
+constexpr Milliseconds UNLIMITED = TimeBudget::UNLIMITED;
+constexpr const char* QUIET_FEN = "6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - 0 1";
+
+TEST(TesterPolicy, ReadsTheLimitsOfALine) {
+    struct Case {
+        std::string words;
+        Milliseconds total;
+        bool infinite = false;
+        int depth = MAX_PASSES;
+        std::int64_t nodes = SearchLimits::ANY_NODES;
+    };
+    TesterPolicy policy;
+    const Position position = positionOf(START_FEN);
+    for (const auto& [words, total, infinite, depth, nodes] : std::initializer_list<Case>{
+             // The overhead is taken from the clock, and no budget is more than the rest.
+             {"wtime 40010 btime 1", 1000},
+             {"wtime 40010 winc 500 btime 1 binc 1", 1500},
+             {"wtime 110 winc 500", 100},
+             {"wtime 1010 movestogo 1", 1000},
+             {"wtime 210", 10}, // no less than for a pass or two
+             {"wtime 15", 5},
+             {"wtime 3", 0},
+             {"wtime -50 winc 10", 0},
+             {"btime 60000", 0}, // a clock, but not the own one
+             {"movetime 300", 300},
+             {"movetime 300 wtime 110", 10},
+             {"movetime -7", 0},
+             // Limits that are no time.
+             {"", UNLIMITED, true},
+             {"infinite wtime 5000", UNLIMITED, true},
+             {"ponder", UNLIMITED, true},
+             {"depth 6", UNLIMITED, false, 6},
+             {"depth 99", UNLIMITED, false, MAX_PASSES},
+             {"depth 0", UNLIMITED, true},
+             {"depth x", UNLIMITED, true},
+             {"depth", UNLIMITED, true},
+             {"infinite depth 6", UNLIMITED, false, 6},
+             {"mate 3", UNLIMITED, false, 5},
+             {"mate 9999999999 depth 3", UNLIMITED, false, 3},
+             {"nodes 99999999999", UNLIMITED, false, MAX_PASSES, 99999999999},
+             {"wtime 40010 depth 4 nodes 7", 1000, false, 4, 7}}) {
+        const auto limits = policy.readGo(splitString("go " + words), position, START);
+        ASSERT_TRUE(limits) << words;
+        EXPECT_EQ(limits->time.start, START);
+        EXPECT_EQ(limits->time.total, total) << words;
+        EXPECT_EQ(limits->time.infinite, infinite) << words;
+        EXPECT_EQ(limits->depth, depth) << words;
+        EXPECT_EQ(limits->nodes, nodes) << words;
+        EXPECT_FALSE(limits->useBook) << words;
+    }
+    policy.setOption(splitString("setoption name move overhead value 1010"));
+    policy.setOption(splitString("setoption name OWNBOOK value True"));
+    const auto limits = policy.readGo(splitString("go wtime 41010"), position, START);
+    EXPECT_EQ(limits->time.total, 1000);
+    EXPECT_TRUE(limits->useBook);
+    EXPECT_EQ(policy.setOption(splitString("setoption name hash value 7")), 7);
+    EXPECT_EQ(policy.setOption(splitString("setoption name Hash")), std::nullopt);
+}
+
+// ---- The program ----
+
+const std::string TESTER = KESTRAN_BINARY_DIR "/kestran-tester";
+
+class Tester : public testing::Test {
+protected:
+    // The lines of the next answer; each that is no answer has the form of a report.
+    std::vector<std::string> hearAnswer() {
+        static const std::regex REPORT(
+            "info depth \\d+ seldepth \\d+ score (cp|mate) -?\\d+"
+            " nodes \\d+ nps \\d+ time \\d+( pv( [a-h1-8]{4}[qrbn]?)+)?");
+        std::vector<std::string> lines = process.readUntil("bestmove", PATIENCE);
+        for (std::size_t i = 0; i + 1 < lines.size(); ++i) {
+            EXPECT_TRUE(std::regex_match(lines[i], REPORT)) << lines[i];
+        }
+        EXPECT_GE(lines.size(), 2U);
+        lines.resize(std::max<std::size_t>(lines.size(), 2));
+        return lines;
+    }
+    std::vector<std::string> answerTo(const std::string& words, const std::string& fen) {
+        process.send("position fen " + fen);
+        process.send(words);
+        return hearAnswer();
+    }
+
+    UciProcess process{TESTER};
+};
+
+TEST_F(Tester, GreetsWithItsOptions) {
+    process.send("uci");
+    EXPECT_EQ(process.readUntil("uciok", PATIENCE),
+              (std::vector<std::string>{
+                  "id name KESTRAN CHESS " KESTRAN_VERSION " Tester", "id author Bremo Talvik",
+                  "option name Hash type spin min 0 max 512 default 192 ",
+                  "option name OwnBook type check default false",
+                  "option name Move Overhead type spin min 0 max 5000 default 10 ", "uciok"}));
+}
+
+// The last report before the answer, and the answer.
+TEST_F(Tester, ObeysEachLimit) {
+    struct Case {
+        std::string fen, words, report, answer;
+    };
+    const std::string MATE = "6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1";
+    const std::string MATED = "7k/6Q1/6K1/8/8/8/8/8 b - - 0 1";
+    const std::string STALE = "7k/5Q2/6K1/8/8/8/8/8 b - - 0 1";
+    const std::string ONE = "8/8/8/8/8/8/8/K1k5 w - - 0 1";
+    for (const auto& [fen, words, report, answer] : std::initializer_list<Case>{
+             {QUIET_FEN, "depth 4", "info depth 4 .* cp .*", ".*"},
+             {QUIET_FEN, "nodes 10000", "info depth 2 .* nodes [0-9]{1,4} .*", ".*"},
+             {QUIET_FEN, "nodes 1", "info depth 0 .* score cp -?[1-9].* nodes 0 .* pv \\S+", ".*"},
+             {QUIET_FEN, "searchmoves a2a3 h2h4 h7h8 depth 3", ".* pv (a2a3|h2h4) .*", "a2a3|h2h4"},
+             {QUIET_FEN, "searchmoves a2a4 movetime 50", ".* pv a2a4 .*", "a2a4"},
+             {QUIET_FEN, "mate 2", "info depth 3 .* cp .*", ".*"},
+             {QUIET_FEN, "wtime 3", ".* score cp .*", ".*"},
+             {START_FEN, "depth 2", "info depth 2 .*", ".*"},
+             {MATE, "mate 1", "info depth 1 .* score mate 1 .*", "a1a8"},
+             {MATE, "wtime 9000", "info depth 1 .* score mate 1 .*", "a1a8"},
+             // Black is mated by any answer.
+             {"7k/R7/6K1/8/8/8/8/8 b - - 0 1", "wtime 9000 btime 9000", ".* score mate -1 .*",
+              "h8g8"},
+             {MATED, "depth 5", ".* score mate 0 nodes 0 nps 0 time .*", "\\(none\\)"},
+             {MATED, "wtime 9000 btime 9000", ".* score mate 0 .*", "\\(none\\)"},
+             {STALE, "movetime 9000", ".* score cp 0 nodes 0 nps 0 time \\d+", "\\(none\\)"},
+             {ONE, "wtime 90000", "info depth 1 .* nodes [1-9].* pv a1a2 .*", "a1a2"},
+             {ONE, "depth 5", "info depth 5 .* pv a1a2 .*", "a1a2"}}) {
+        const std::vector<std::string> lines = answerTo("go " + words, fen);
+        EXPECT_TRUE(std::regex_match(lines[lines.size() - 2], std::regex(report)))
+            << words << ": " << lines[lines.size() - 2];
+        EXPECT_TRUE(std::regex_match(lines.back(), std::regex("bestmove (" + answer + ")")))
+            << words << ": " << lines.back();
+    }
+}
+
+TEST_F(Tester, StopEndsTheSearchThatIsUnderWayAndNoOther) {
+    for (const char* words : {"go", "go infinite", "go movetime 100000"}) {
+        process.send(words);
+        process.send("stop");
+        hearAnswer();
+        process.send("stop"); // idle
+    }
+    process.send("go");
+    for (const std::string& line : process.readUntil("bestmove", UciProcess::Timeout(200))) {
+        EXPECT_TRUE(line.starts_with("info ")) << line;
+    }
+    process.send("isready");
+    EXPECT_EQ(process.readUntil("readyok", PATIENCE).back(), "readyok");
+    process.send("stop");
+    hearAnswer();
+    process.send("stop");
+    const auto asked = std::chrono::steady_clock::now();
+    process.send("go movetime 300");
+    hearAnswer();
+    EXPECT_GE(std::chrono::steady_clock::now() - asked, std::chrono::milliseconds(290));
+}
+
+TEST_F(Tester, PlaysTheBookIfItIsTold) {
+    process.send("setoption name OwnBook value true");
+    EXPECT_EQ(answerTo("go movetime 5000", START_FEN).size(), 2U) << "answered at once";
+    EXPECT_GT(answerTo("go depth 3", START_FEN).size(), 3U) << "a search without time";
+}
+
+// The reports of a search that has just begun, up to a depth, as "depth nodes score line".
+std::vector<std::string> countsOf(const std::string& program, const std::regex& report,
+                                  const std::vector<int>& groups) {
+    UciProcess process(program);
+    process.send("position fen " + std::string(QUIET_FEN));
+    process.send("go infinite");
+    std::vector<std::string> counts;
+    while (counts.size() < 4) {
+        const auto line = process.readLine(PATIENCE);
+        std::smatch match;
+        if (!line || !std::regex_match(*line, match, report)) {
+            return {};
+        }
+        std::string& text = counts.emplace_back();
+        for (const int group : groups) {
+            text += match[static_cast<std::size_t>(group)].str() + '|';
+        }
+    }
+    return counts;
+}
+
+TEST(TesterSearch, IsThatOfTheEngine) {
+    const auto counts =
+        countsOf(TESTER, std::regex("info depth (\\d+) .* score cp (\\S+) nodes (\\d+) .* pv (.*)"),
+                 {1, 2, 3, 4});
+    EXPECT_EQ(counts, countsOf(KESTRAN_BINARY_DIR "/kestran",
+                               std::regex("info pv (.*) score cp (\\S+) depth (\\d+) .*"
+                                          " nodes (\\d+) .*"),
+                               {3, 2, 4, 1}));
+    EXPECT_EQ(counts.size(), 4U);
+}
+
+TEST(TesterBench, PrintsTheSignature) {
+    const ToolRun tester = run(TESTER, {"bench"});
+    const ToolRun bench = run(KESTRAN_BINARY_DIR "/kestran-bench", {});
+    std::smatch signature;
+    ASSERT_TRUE(std::regex_search(bench.output, signature, std::regex("Bench: (\\d+)")));
+    EXPECT_TRUE(
+        std::regex_match(tester.output, std::regex(signature[1].str() + " nodes \\d+ nps\n")))
+        << tester.output;
+}
+
+} // namespace

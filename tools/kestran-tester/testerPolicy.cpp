@@ -1,0 +1,186 @@
+#include "kestran-tester/testerPolicy.h"
+
+#include "base/cppIoUtils.h"
+#include "board/attacks.h"
+#include "board/makeMove.h"
+#include "board/moveGenerator.h"
+#include "notation/longAlgebraicMove.h"
+#include "search/evaluation.h"
+#include "search/score.h"
+#include "support/mateScore.h"
+#include "uci/goCommand.h"
+#include "uci/uciReports.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cstdlib>
+#include <sstream>
+
+namespace {
+
+constexpr std::string_view OWN_BOOK = "OwnBook";
+constexpr std::string_view MOVE_OVERHEAD = "Move Overhead";
+constexpr int MAX_OVERHEAD = 5000; // milliseconds
+// What a move gets in any case, if it is left: a pass or two.
+constexpr Milliseconds SHORTEST = 10;
+constexpr int CENTIPAWN = 10; // in the unit of a score
+
+std::string lowered(std::string text) {
+    std::ranges::transform(text, text.begin(),
+                           [](unsigned char letter) { return std::tolower(letter); });
+    return text;
+}
+
+// The words from `first` to `last`, with a blank before each, in small letters.
+using Word = std::vector<std::string>::const_iterator;
+std::string joined(Word first, Word last) {
+    std::string text;
+    for (; first != last; ++first) {
+        text.append(1, ' ').append(lowered(*first));
+    }
+    return text;
+}
+
+// The number behind the word `name`, 1 or more. Nothing if the word is not there, is the last
+// one, or has no such number behind it.
+std::optional<std::int64_t> numberBehind(const std::vector<std::string>& words,
+                                         std::string_view name) {
+    const auto place = std::ranges::find(words, name);
+    if (words.end() - place < 2) {
+        return std::nullopt;
+    }
+    const long long number = std::strtoll(place[1].c_str(), nullptr, 10);
+    return number > 0 ? std::optional(number) : std::nullopt;
+}
+
+// The legal moves among the words behind `searchmoves`, as far as they are moves.
+std::vector<Move> getSearchMoves(const std::vector<std::string>& words, const Position& position) {
+    MoveArray moves;
+    const int count = generateLegalMoves(position, moves);
+    std::vector<Move> result;
+    const auto place = std::ranges::find(words, "searchmoves");
+    for (auto word = place; word != words.end() && ++word != words.end();) {
+        const int index = LongAlgebraicMove(*word).getIndexOfMove(moves.first(count));
+        if (index >= 0) {
+            result.push_back(moves[index]);
+        }
+    }
+    return result;
+}
+
+std::string getScore(int evaluation) {
+    return isMate(evaluation) ? "mate " + std::to_string(movesToMate(evaluation))
+                              : "cp " + std::to_string(evaluation / CENTIPAWN);
+}
+
+// The score of a position without a search, for the side to move.
+int getStaticScore(const Position& position) {
+    MoveArray moves;
+    if (generateLegalMoves(position, moves) == 0) {
+        return isInCheckNoCaching(position) ? MATED_EVALUATION : DRAW_EVALUATION;
+    }
+    return -totalEval(position, DEFAULT_FIRST_ALFA, DEFAULT_FIRST_BETA);
+}
+
+} // namespace
+
+// ---- Commands ----
+
+std::vector<std::string> TesterPolicy::getUciReply(int hashMebibytes) {
+    return getGreeting(" Tester",
+                       {getHashOption(hashMebibytes),
+                        "option name " + std::string(OWN_BOOK) + " type check default false",
+                        getSpinOption(MOVE_OVERHEAD, 0, MAX_OVERHEAD, DEFAULT_OVERHEAD)});
+}
+
+std::optional<int> TesterPolicy::setOption(const std::vector<std::string>& words) {
+    const auto value = std::ranges::find(words, "value");
+    if (words[1] != "name" || words.end() - value < 2) {
+        return std::nullopt;
+    }
+    const std::string name = joined(words.begin() + 2, value);
+    const auto isNamed = [&name](std::string_view option) {
+        return name == ' ' + lowered(std::string(option));
+    };
+    if (isNamed(HASH)) {
+        return getIntOption(name, value[1]);
+    }
+    if (isNamed(OWN_BOOK)) {
+        ownBook = lowered(value[1]) == "true";
+    } else if (isNamed(MOVE_OVERHEAD)) {
+        moveOverhead = std::clamp(getIntOption(name, value[1]), 0, MAX_OVERHEAD);
+    }
+    return std::nullopt;
+}
+
+std::optional<SearchLimits> TesterPolicy::readGo(const std::vector<std::string>& words,
+                                                 const Position& position, Milliseconds start) {
+    const std::optional<std::int64_t> depth = numberBehind(words, "depth");
+    const std::optional<std::int64_t> nodes = numberBehind(words, "nodes");
+    const std::optional<std::int64_t> mate = numberBehind(words, "mate");
+
+    SearchLimits limits = {.time = {start, 0}, .useBook = ownBook};
+    const bool isLimited = depth || nodes || mate;
+    limits.time = getBudget(words, position.colorToMove, start, isLimited);
+    limits.nodes = nodes.value_or(SearchLimits::ANY_NODES);
+    if (depth) {
+        limits.depth = static_cast<int>(std::min<std::int64_t>(*depth, MAX_PASSES));
+    }
+    if (mate) { // which is the last ply of the last pass
+        const auto moves = static_cast<int>(std::min<std::int64_t>(*mate, MAX_PASSES));
+        limits.depth = std::min(limits.depth, 2 * moves - 1);
+    }
+    limits.rootMoves = getSearchMoves(words, position);
+    if (!limits.rootMoves.empty()) {
+        limits.useBook = false;
+    }
+    // So that there is a score where the clock alone would ask for none.
+    limits.onlyMoveDepth = isLimited ? MAX_PASSES : 1;
+    return limits;
+}
+
+// By itself a search is infinite. One with other limits than time ends by them.
+TimeBudget TesterPolicy::getBudget(const std::vector<std::string>& words, Color colorToMove,
+                                   Milliseconds start, bool isLimited) const {
+    constexpr Milliseconds NOT_GIVEN = GoWords::NOT_GIVEN;
+    const GoWords go = readGoWords(words);
+    const bool isOnClock = std::ranges::any_of(
+        std::array{"wtime", "btime", "winc", "binc", "movestogo"},
+        [&words](const char* name) { return std::ranges::find(words, name) != words.end(); });
+    if (go.infinite || (go.moveTimeLocal == NOT_GIVEN && !isOnClock)) {
+        return {start, TimeBudget::UNLIMITED, !isLimited};
+    }
+    Milliseconds total = TimeBudget::UNLIMITED - 1;
+    if (isOnClock) {
+        const Milliseconds left = std::max<Milliseconds>(go.time[colorToMove] - moveOverhead, 0);
+        const Milliseconds increment = std::max<Milliseconds>(go.increment[colorToMove], 0);
+        total = std::min(std::max(left / go.movesToGo + increment, SHORTEST), left);
+    }
+    if (go.moveTimeLocal != NOT_GIVEN) {
+        total = std::clamp<Milliseconds>(go.moveTimeLocal, 0, total);
+    }
+    return {start, total};
+}
+
+// ---- Searches ----
+
+std::string TesterPolicy::getReportLine(const InfoStruct& report) const {
+    std::ostringstream text;
+    text << "info depth " << report.depth << " seldepth " << report.selDepth << " score "
+         << getScore(report.pv.evaluation) << " nodes " << report.nodesSearched << " nps "
+         << report.nodesPerSec << " time " << report.time;
+    if (report.pv.varLength > 0) {
+        text << ' ' << getPvInfo(report.pv);
+    }
+    return text.str();
+}
+
+std::vector<std::string> TesterPolicy::getAnswerLines(const InfoStruct& report,
+                                                      const Position& position) const {
+    InfoStruct last = report;
+    if (report.depth == 0) {
+        last.pv.evaluation = getStaticScore(position);
+    }
+    return {getReportLine(last), getBestMove(report.pv)};
+}
