@@ -8,10 +8,8 @@ if(KESTRAN_DEBIAN)
     set(programs games)
 endif()
 get_property(tools GLOBAL PROPERTY KESTRAN_TOOLS)
-install(TARGETS kestran ${tools} RUNTIME DESTINATION "${programs}")
-if(WIN32)
-    install(TARGETS kestran-console RUNTIME DESTINATION "${programs}")
-endif()
+get_property(consoles GLOBAL PROPERTY KESTRAN_CONSOLES)
+install(TARGETS kestran ${tools} ${consoles} RUNTIME DESTINATION "${programs}")
 
 file(GLOB documents CONFIGURE_DEPENDS docs/*.md docs/*.png docs/*.svg)
 install(FILES README.md CHANGELOG.md DESTINATION "${CMAKE_INSTALL_DOCDIR}")
@@ -30,11 +28,13 @@ endforeach()
 # XBoard and PyChess look here for engines. The file names the engine by its whole path, which is
 # known when it is installed.
 set(plugins "${CMAKE_INSTALL_DATADIR}/games/plugins")
-install(CODE "
-    set(ENGINE \"\${CMAKE_INSTALL_PREFIX}/${programs}/kestran\")
-    configure_file(\"${CMAKE_SOURCE_DIR}/desktop/kestran.eng.in\"
-                   \"${CMAKE_BINARY_DIR}/kestran.eng\" @ONLY)")
-install(FILES "${CMAKE_BINARY_DIR}/kestran.eng" DESTINATION "${plugins}/uci")
+foreach(engine IN ITEMS kestran kestran-tester)
+    install(CODE "
+        set(ENGINE \"\${CMAKE_INSTALL_PREFIX}/${programs}/${engine}\")
+        configure_file(\"${CMAKE_SOURCE_DIR}/desktop/kestran.eng.in\"
+                       \"${CMAKE_BINARY_DIR}/${engine}.eng\" @ONLY)")
+    install(FILES "${CMAKE_BINARY_DIR}/${engine}.eng" DESTINATION "${plugins}/uci")
+endforeach()
 install(FILES desktop/kestran.png DESTINATION "${plugins}/logos")
 install(FILES desktop/kestran.svg
         DESTINATION "${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps")
