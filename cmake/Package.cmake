@@ -14,7 +14,8 @@ plays the opening from a built-in book and finds its other moves by a search.
 A second engine, kestran-tester, plays by the same search and speaks as the
 programs of today that test and analyse expect it.
 .
-Its tools tell why it does not play a line (kestran-explain), what its book
+Without a chess program it can be played in a terminal (kestran-play). Its tools
+tell why it does not play a line (kestran-explain), what its book
 knows of a position (kestran-book), how fast it is (kestran-bench), count
 sequences of moves (kestran-perft) and play long series of checked games
 (kestran-soak).")

@@ -284,7 +284,7 @@ TEST(Tools, TellOfBadInputInOneLine) {
 }
 
 TEST(Tools, TellHowToUseThem) {
-    for (const std::string tool : {"bench", "book", "explain", "perft", "soak", "tester"}) {
+    for (const std::string tool : {"bench", "book", "explain", "perft", "play", "soak", "tester"}) {
         const std::string path = KESTRAN_BINARY_DIR "/kestran-" + tool;
         const ToolRun help = run(path, {"--depth", "--help"});
         EXPECT_EQ(help.status, 0);
@@ -313,7 +313,7 @@ std::set<std::string> optionsIn(const std::string& text, const char* pattern) {
 
 // What a tool takes, what its help tells, and what its man page lists and shows as its synopsis.
 TEST(Tools, HaveTheSameOptionsInCodeHelpAndManual) {
-    for (const std::string tool : {"bench", "book", "explain", "perft", "soak"}) {
+    for (const std::string tool : {"bench", "book", "explain", "perft", "play", "soak"}) {
         std::string code;
         for (const auto& file :
              std::filesystem::directory_iterator(root() / "tools" / ("kestran-" + tool))) {

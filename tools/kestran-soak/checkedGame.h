@@ -1,7 +1,7 @@
 // One game of the soak by the rules of chess and of the clock. It knows no engine.
 #pragma once
 
-#include "kestran-soak/pgn.h"
+#include "kestran-soak/playedGame.h"
 #include "kestran-soak/soakOptions.h"
 #include "kestran-soak/timeControl.h"
 #include "support/naiveRules.h"

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "kestran-soak/checkedGame.h"
-#include "kestran-soak/pgn.h"
+#include "kestran-soak/playedGame.h"
 #include "kestran-soak/timeControl.h"
 
 #include <chrono>

@@ -1,4 +1,4 @@
-// Games in PGN, the notation that chess programs exchange games in.
+// A game that has been played, as far as others are to see it.
 #pragma once
 
 #include <string>
@@ -14,5 +14,5 @@ struct PlayedGame {
     std::string fault{};                      // that ended the game, empty for none
 };
 
-// The game with its tags, played on the day of the call, and an empty line behind it.
+// The game in PGN.
 std::string toPgn(const PlayedGame& game);

@@ -1,4 +1,4 @@
-#include "kestran-soak/pgn.h"
+#include "support/pgn.h"
 
 #include "base/cppIoUtils.h"
 #include "support/gameInput.h"
@@ -7,6 +7,7 @@
 #include <array>
 #include <chrono>
 #include <cstdio>
+#include <utility>
 
 namespace {
 
@@ -54,17 +55,19 @@ std::string wrapped(const std::string& text) {
 
 } // namespace
 
-std::string toPgn(const PlayedGame& game) {
+std::string toPgn(const PgnGame& game) {
     const Position start = readGame({game.fen}, "").position;
     const std::vector<Move> line = readMoves(start, game.moves, "the game");
     std::string text = lineToSan(start, line);
-    text += game.fault.empty() ? "" : ' ' + comment(game.fault);
+    text += game.comment.empty() ? "" : ' ' + comment(game.comment);
 
-    std::string tags = tag("Event", "Soak, seed " + std::to_string(game.seed)) + tag("Site", "?") +
-                       tag("Date", today()) + tag("Round", std::to_string(game.number)) +
-                       tag("White", "Kestran") + tag("Black", "Kestran") +
-                       tag("Result", game.result) + tag("Termination", game.termination) +
-                       tag("TimeControl", game.timeControl);
+    std::string tags = tag("Event", game.event) + tag("Site", "?") + tag("Date", today()) +
+                       tag("Round", game.round) + tag("White", game.white) +
+                       tag("Black", game.black) + tag("Result", game.result);
+    for (const auto& [name, value] :
+         {std::pair{"Termination", game.termination}, {"TimeControl", game.timeControl}}) {
+        tags += value.empty() ? "" : tag(name, value);
+    }
     if (!game.fen.empty()) {
         tags += tag("SetUp", "1") + tag("FEN", game.fen);
     }

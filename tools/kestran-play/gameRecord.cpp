@@ -1,0 +1,109 @@
+#include "kestran-play/gameRecord.h"
+
+#include "board/attacks.h"
+#include "board/makeMove.h"
+#include "board/setUp.h"
+#include "notation/fen.h"
+#include "notation/longAlgebraicMove.h"
+#include "search/searchParameters.h"
+#include "support/pgn.h"
+#include "support/san.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr const char* DRAW = "1/2-1/2";
+
+const char* nameOf(Color color) {
+    return color == WHITE ? "White" : "Black";
+}
+
+const char* winOf(Color color) {
+    return color == WHITE ? "1-0" : "0-1";
+}
+
+// Whether no mate is possible, whatever is played: bare kings, or one with a single knight or
+// bishop.
+bool isBare(const Position& position) {
+    const FieldSet minors = position.ofType[KNIGHT] | position.ofType[BISHOP];
+    const FieldSet others = position.getOccupied() & ~minors & ~position.ofType[KING];
+    return others == NO_FIELDS && countOf(minors) <= 1;
+}
+
+} // namespace
+
+GameRecord::GameRecord(const Game& start) : states{start} {
+    judge();
+}
+
+const Game& GameRecord::getGameBefore(int plies) const {
+    return states[states.size() - 1 - static_cast<std::size_t>(plies)];
+}
+
+void GameRecord::play(const Move& move) {
+    Game next = getGame();
+    DoMoveContext context;
+    doMove(next.position, move, context);
+    next.repetitionHashes.push_back(next.position.carried.hash);
+    states.push_back(std::move(next));
+    moves.push_back(move);
+    judge();
+}
+
+void GameRecord::takeBack(int plies) {
+    states.resize(states.size() - static_cast<std::size_t>(plies), states.front());
+    moves.resize(moves.size() - static_cast<std::size_t>(plies));
+    result.assign(1, '*');
+    end.clear();
+}
+
+void GameRecord::resign(Color color) {
+    finish(winOf(opposite(color)), std::string(nameOf(color)) + " resigns.");
+}
+
+std::string GameRecord::getMoveText() const {
+    return lineToSan(states.front().position, moves);
+}
+
+std::string GameRecord::getPgn(Color human) const {
+    PgnGame game = {.event = "Game at a terminal", .result = result, .comment = end};
+    game.white = human == WHITE ? "Human" : "Kestran";
+    game.black = human == WHITE ? "Kestran" : "Human";
+    for (const Move& move : moves) {
+        game.moves.append(LongAlgebraicMove(move).toString()).append(1, ' ');
+    }
+    Position usual;
+    initializeToStartPosition(usual);
+    const std::string start = getFen(states.front().position);
+    if (start != getFen(usual)) {
+        game.fen = start + " 1"; // it knows no number of moves
+    }
+    return toPgn(game);
+}
+
+// Ends the game if the rules do.
+void GameRecord::judge() {
+    const Position& position = getPosition();
+    const auto& keys = getGame().repetitionHashes;
+    MoveArray legal;
+    if (generateLegalMoves(position, legal) == 0) {
+        if (isInCheckNoCaching(position)) {
+            const Color winner = position.oppositeColorToMove();
+            finish(winOf(winner), std::string("Checkmate: ") + nameOf(winner) + " wins.");
+        } else {
+            finish(DRAW, "Stalemate: the game is drawn.");
+        }
+    } else if (std::ranges::count(keys, keys.back()) >= 3) {
+        finish(DRAW, "The position has come up three times: the game is drawn.");
+    } else if (position.carried.halfMoveClock >= MAX_HALF_MOVE_CLOCK) {
+        finish(DRAW, "Fifty moves without a capture or a pawn's move: the game is drawn.");
+    } else if (isBare(position)) {
+        finish(DRAW, "Nobody has the pieces to mate: the game is drawn.");
+    }
+}
+
+void GameRecord::finish(const std::string& _result, const std::string& sentence) {
+    result = _result;
+    end = sentence;
+}

@@ -1,0 +1,44 @@
+// The game at the terminal: every position of it, and how it has ended.
+#pragma once
+
+#include "board/game.h"
+
+#include <string>
+#include <vector>
+
+class GameRecord {
+public:
+    // The game may be over at its start.
+    explicit GameRecord(const Game& start);
+
+    const Game& getGame() const { return states.back(); }
+    const Position& getPosition() const { return getGame().position; }
+    // The game before the last `plies` moves. Requires that there are so many.
+    const Game& getGameBefore(int plies) const;
+    const std::vector<Move>& getMoves() const { return moves; }
+
+    // Plays a legal move. Requires that the game is not over.
+    void play(const Move& move);
+    // Takes moves back, and with them the end of the game. Requires that there are so many.
+    void takeBack(int plies);
+    // A side gives up.
+    void resign(Color color);
+
+    // One sentence that tells why the game is over, empty while it is not.
+    const std::string& getEnd() const { return end; }
+    bool isOver() const { return !end.empty(); }
+
+    // The moves in algebraic notation, such as "1. e4 e5"; empty if there are none.
+    std::string getMoveText() const;
+    // The game in PGN. `human` is the colour of the person.
+    std::string getPgn(Color human) const;
+
+private:
+    void judge();
+    void finish(const std::string& _result, const std::string& sentence);
+
+    std::vector<Game> states; // from the start on, the present one last
+    std::vector<Move> moves;
+    std::string result = "*"; // as in PGN
+    std::string end;
+};
