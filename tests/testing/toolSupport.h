@@ -33,7 +33,8 @@ inline ToolRun run(const std::string& path, const std::vector<std::string>& argu
     return run;
 }
 
-// Runs a tool's body inside the test. `body` is its main function; the words come without the tool's own name.
+// Runs a tool's body inside the test. `body` is its main function; the words come without the
+// tool's own name.
 inline ToolRun runBody(int (*body)(int, const char* const*),
                        const std::vector<std::string>& words) {
     std::vector<const char*> argv = {"tool"};

@@ -1,13 +1,13 @@
 #include "testing/uciTalk.h"
 
 #include "base/cppIoUtils.h"
+#include "support/textPattern.h"
 
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <iostream>
-#include <regex>
 #include <sstream>
 #include <thread>
 
@@ -39,10 +39,10 @@ constexpr long long MAX_CENTIPAWNS = 214748364;
 
 #define MOVE_PATTERN "[a-h][1-8][a-h][1-8][qrbn]?"
 // A report ends in a blank, a closing line does not.
-const std::regex INFO_LINE("info pv((?: " MOVE_PATTERN ")*)"
-                           "( score cp (-?\\d+) depth (\\d+) seldepth (\\d+) nodes (\\d+)"
-                           " time (\\d+) nps (\\d+) )?");
-const std::regex BEST_MOVE_LINE("bestmove (" MOVE_PATTERN "|\\(none\\))");
+const TextPattern INFO_LINE("info pv((?: " MOVE_PATTERN ")*)"
+                            "( score cp (-?\\d+) depth (\\d+) seldepth (\\d+) nodes (\\d+)"
+                            " time (\\d+) nps (\\d+) )?");
+const TextPattern BEST_MOVE_LINE("bestmove (" MOVE_PATTERN "|\\(none\\))");
 
 // The lines that ask for a search.
 int countGoes(const std::string& bytes) {
@@ -210,13 +210,13 @@ void UciTalk::takeInfo(const std::string& line) {
         isComplete = false;
     }
     EXPECT_EQ(answer.lines.size(), answer.reports) << "behind the closing line: " << line;
-    std::smatch parts;
-    ASSERT_TRUE(std::regex_match(line, parts, INFO_LINE)) << '"' << line << '"';
-    answer.lines.push_back(splitString(parts[1]));
-    if (!parts[2].matched) {
+    const auto parts = INFO_LINE.match(line);
+    ASSERT_TRUE(parts) << '"' << line << '"';
+    answer.lines.push_back(splitString(parts->at(1)));
+    if (parts->at(2).empty()) {
         return;
     }
-    const auto number = [&parts](std::size_t group) { return std::stoll(parts[group]); };
+    const auto number = [&parts](std::size_t group) { return std::stoll(parts->at(group)); };
     ++answer.reports;
     EXPECT_EQ(number(4), answer.reports) << "depths come one by one: " << line;
     EXPECT_LE(answer.reports, MAX_DEPTH) << line;
@@ -226,9 +226,9 @@ void UciTalk::takeInfo(const std::string& line) {
 }
 
 void UciTalk::takeBestMove(const std::string& line) {
-    std::smatch parts;
-    ASSERT_TRUE(std::regex_match(line, parts, BEST_MOVE_LINE)) << '"' << line << '"';
-    answer.bestMove = parts[1];
+    const auto parts = BEST_MOVE_LINE.match(line);
+    ASSERT_TRUE(parts) << '"' << line << '"';
+    answer.bestMove = parts->at(1);
     answer.age = getAge();
     isComplete = true;
     --awaited;
@@ -269,8 +269,8 @@ void UciTalk::expectAnswer(const std::string& pattern, int atLeast, int atMost) 
         line = hear(std::max(patience(atMost) - getAge(), Millis(0)));
     } while (line && line->starts_with("info "));
     ASSERT_TRUE(line && line->starts_with("bestmove ")) << line.value_or("(nothing)");
-    const std::regex move(pattern == "*" ? MOVE_PATTERN : pattern);
-    EXPECT_TRUE(std::regex_match(answer.bestMove, move)) << answer.bestMove << ": " << pattern;
+    const TextPattern move(pattern == "*" ? MOVE_PATTERN : pattern);
+    EXPECT_TRUE(move.matches(answer.bestMove)) << answer.bestMove << ": " << pattern;
     EXPECT_GE(answer.age.count(), atLeast);
 }
 

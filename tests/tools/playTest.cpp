@@ -3,11 +3,11 @@
 #include "kestran-play/table.h"
 #include "support/commandLine.h"
 #include "support/gameInput.h"
+#include "support/textPattern.h"
 #include "testing/boardSupport.h"
 #include "testing/toolSupport.h"
 
 #include <gtest/gtest.h>
-#include <regex>
 #include <sstream>
 
 namespace {
@@ -81,7 +81,7 @@ TEST_F(PlayTable, PlaysTakesBackAndChangesSides) {
     EXPECT_EQ(table.getPrompt(), "1. ");
     EXPECT_NE(say({"Kg2"}).find("Kestran plays 1... "), std::string::npos);
     EXPECT_EQ(table.getPrompt(), "2. ");
-    EXPECT_TRUE(std::regex_match(say({"moves"}), std::regex("1\\. Kg2 \\S+\n")));
+    EXPECT_TRUE(TextPattern("1\\. Kg2 \\S+\n").matches(say({"moves"})));
     EXPECT_NE(say({"back", "moves", "fen"}).find("\n\n6k1/pp3p1p/2p2np1/"), std::string::npos);
     EXPECT_NE(say({"switch"}).find("Kestran plays 1. "), std::string::npos);
     EXPECT_EQ(table.getPrompt(), "1... ");
@@ -96,8 +96,8 @@ TEST_F(PlayTable, PlaysTakesBackAndChangesSides) {
 }
 
 TEST_F(PlayTable, GivesHintsAndReasons) {
-    EXPECT_TRUE(std::regex_match(
-        say({"hint"}), std::regex("1\\. \\S+ .*, [+-]\\d\\.\\d{3} for White at depth 2\n")));
+    EXPECT_TRUE(TextPattern("1\\. \\S+ .*, [+-]\\d\\.\\d{3} for White at depth 2\n")
+                    .matches(say({"hint"})));
     say({"g1g2"});
     EXPECT_TRUE(say({"why"}).starts_with("The search followed the line to its end in pass "));
     EXPECT_NE(say({"why a6"}).find("instead of 1... a6 it chose 1... "), std::string::npos);
@@ -125,17 +125,15 @@ const std::string PLAY = KESTRAN_BINARY_DIR "/kestran-play";
 TEST(Play, AddsItsGamesToAFile) {
     const TestFolder folder;
     const std::string file = folder.path + "/games.pgn";
-    for (int games = 1; games <= 2; ++games) {
+    for (std::size_t games = 1; games <= 2; ++games) {
         UciProcess process(PLAY, {"6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1", "--pgn", file});
         process.send("a1a8");
         process.closeInput();
         EXPECT_EQ(process.waitForEnd(PATIENCE)->status, 0);
         std::ostringstream text;
         text << std::ifstream(file).rdbuf();
-        const std::string written = text.str();
-        const std::regex GAME("1\\. Ra8# \\{Checkmate: White wins\\.\\} 1-0");
-        EXPECT_EQ(std::distance(std::sregex_iterator(written.begin(), written.end(), GAME), {}),
-                  games);
+        const TextPattern GAME("1\\. Ra8# \\{Checkmate: White wins\\.\\} 1-0");
+        EXPECT_EQ(GAME.findAll(text.str()).size(), games);
     }
 }
 

@@ -3,6 +3,7 @@
 #include "kestran-soak/soak.h"
 #include "kestran-soak/checkedGame.h"
 #include "support/commandLine.h"
+#include "support/textPattern.h"
 #include "support/uciProcess.h"
 #include "testing/toolSupport.h"
 
@@ -10,7 +11,6 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
-#include <regex>
 #include <set>
 #include <sstream>
 #include <tuple>
@@ -84,7 +84,7 @@ TEST(Soak, IllegalMoveLeavesItsGameInAFile) {
          {"^Fault: game 3, ply 0: a1a1, load .*\n", "\nAgain: tools/soak 1 --seed 1 --first 3\n",
           "\nStart: \\S+ [wb] .* 1\n", "\nMoves:\n", "\nPosition: \\S+ [wb] \\S+ \\S+ \\d+\n",
           "\n +\\d+ > uci\n", "\n +\\d+ > position fen .*\n", "\n +\\d+ < bestmove a1a1\n"}) {
-        EXPECT_TRUE(std::regex_search(text.str(), std::regex(part))) << part << text.str();
+        EXPECT_TRUE(TextPattern(part).isIn(text.str())) << part << text.str();
     }
 }
 
@@ -97,7 +97,7 @@ TEST(Soak, GamesInPgn) {
                              .timeControl = "40/5",
                              .fault = "said {\"x\"}, which is a text that is longer than a line"};
     const std::string text = toPgn(game);
-    EXPECT_EQ(std::regex_replace(text, std::regex("20\\d\\d\\.\\d\\d\\.\\d\\d"), "today"),
+    EXPECT_EQ(TextPattern("20\\d\\d\\.\\d\\d\\.\\d\\d").replaceAll(text, "today"),
               "[Event \"Soak, seed 2\"]\n[Site \"?\"]\n[Date \"today\"]\n[Round \"7\"]\n"
               "[White \"Kestran\"]\n[Black \"Kestran\"]\n[Result \"*\"]\n"
               "[Termination \"abandoned\"]\n[TimeControl \"40/5\"]\n[SetUp \"1\"]\n"
@@ -190,7 +190,7 @@ std::string reportText(const SoakReport& report) {
     for (const PlayedGame& game : report.record) {
         text << toPgn(game);
     }
-    return std::regex_replace(text.str(), std::regex("\n(elapsed|nobody).*| seconds=.*"), "");
+    return TextPattern("\n(elapsed|nobody).*| seconds=.*").replaceAll(text.str(), "");
 }
 
 TEST(Soak, GoesOnAfterAStop) {

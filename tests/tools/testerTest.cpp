@@ -5,12 +5,12 @@
 #include "kestran-tester/testerPolicy.h"
 #include "notation/fen.h"
 #include "search/searchParameters.h"
+#include "support/textPattern.h"
 #include "support/uciProcess.h"
 #include "testing/boardSupport.h"
 #include "testing/toolSupport.h"
 
 #include <gtest/gtest.h>
-#include <regex>
 
 namespace {
 
@@ -82,12 +82,12 @@ class Tester : public testing::Test {
 protected:
     // The lines of the next answer; each that is no answer has the form of a report.
     std::vector<std::string> hearAnswer() {
-        static const std::regex REPORT(
+        static const TextPattern REPORT(
             "info depth \\d+ seldepth \\d+ score (cp|mate) -?\\d+"
             " nodes \\d+ nps \\d+ time \\d+( pv( [a-h1-8]{4}[qrbn]?)+)?");
         std::vector<std::string> lines = process.readUntil("bestmove", PATIENCE);
         for (std::size_t i = 0; i + 1 < lines.size(); ++i) {
-            EXPECT_TRUE(std::regex_match(lines[i], REPORT)) << lines[i];
+            EXPECT_TRUE(REPORT.matches(lines[i])) << lines[i];
         }
         EXPECT_GE(lines.size(), 2U);
         lines.resize(std::max<std::size_t>(lines.size(), 2));
@@ -141,9 +141,9 @@ TEST_F(Tester, ObeysEachLimit) {
              {ONE, "wtime 90000", "info depth 1 .* nodes [1-9].* pv a1a2 .*", "a1a2"},
              {ONE, "depth 5", "info depth 5 .* pv a1a2 .*", "a1a2"}}) {
         const std::vector<std::string> lines = answerTo("go " + words, fen);
-        EXPECT_TRUE(std::regex_match(lines[lines.size() - 2], std::regex(report)))
+        EXPECT_TRUE(TextPattern(report).matches(lines[lines.size() - 2]))
             << words << ": " << lines[lines.size() - 2];
-        EXPECT_TRUE(std::regex_match(lines.back(), std::regex("bestmove (" + answer + ")")))
+        EXPECT_TRUE(TextPattern("bestmove (" + answer + ")").matches(lines.back()))
             << words << ": " << lines.back();
     }
 }
@@ -177,33 +177,33 @@ TEST_F(Tester, PlaysTheBookIfItIsTold) {
 }
 
 // The reports of a search that has just begun, up to a depth, as "depth nodes score line".
-std::vector<std::string> countsOf(const std::string& program, const std::regex& report,
-                                  const std::vector<int>& groups) {
+std::vector<std::string> countsOf(const std::string& program, const TextPattern& report,
+                                  const std::vector<std::size_t>& groups) {
     UciProcess process(program);
     process.send("position fen " + std::string(QUIET_FEN));
     process.send("go infinite");
     std::vector<std::string> counts;
     while (counts.size() < 4) {
         const auto line = process.readLine(PATIENCE);
-        std::smatch match;
-        if (!line || !std::regex_match(*line, match, report)) {
+        const auto parts = line ? report.match(*line) : std::nullopt;
+        if (!parts) {
             return {};
         }
         std::string& text = counts.emplace_back();
-        for (const int group : groups) {
-            text += match[static_cast<std::size_t>(group)].str() + '|';
+        for (const std::size_t group : groups) {
+            text.append(parts->at(group)).append(1, '|');
         }
     }
     return counts;
 }
 
 TEST(TesterSearch, IsThatOfTheEngine) {
-    const auto counts =
-        countsOf(TESTER, std::regex("info depth (\\d+) .* score cp (\\S+) nodes (\\d+) .* pv (.*)"),
-                 {1, 2, 3, 4});
+    const auto counts = countsOf(
+        TESTER, TextPattern("info depth (\\d+) .* score cp (\\S+) nodes (\\d+) .* pv (.*)"),
+        {1, 2, 3, 4});
     EXPECT_EQ(counts, countsOf(KESTRAN_BINARY_DIR "/kestran",
-                               std::regex("info pv (.*) score cp (\\S+) depth (\\d+) .*"
-                                          " nodes (\\d+) .*"),
+                               TextPattern("info pv (.*) score cp (\\S+) depth (\\d+) .*"
+                                           " nodes (\\d+) .*"),
                                {3, 2, 4, 1}));
     EXPECT_EQ(counts.size(), 4U);
 }
@@ -211,10 +211,9 @@ TEST(TesterSearch, IsThatOfTheEngine) {
 TEST(TesterBench, PrintsTheSignature) {
     const ToolRun tester = run(TESTER, {"bench"});
     const ToolRun bench = run(KESTRAN_BINARY_DIR "/kestran-bench", {});
-    std::smatch signature;
-    ASSERT_TRUE(std::regex_search(bench.output, signature, std::regex("Bench: (\\d+)")));
-    EXPECT_TRUE(
-        std::regex_match(tester.output, std::regex(signature[1].str() + " nodes \\d+ nps\n")))
+    const auto signature = TextPattern("Bench: (\\d+)").findAll(bench.output);
+    ASSERT_EQ(signature.size(), 1U);
+    EXPECT_TRUE(TextPattern(signature[0].at(1) + " nodes \\d+ nps\n").matches(tester.output))
         << tester.output;
 }
 

@@ -5,6 +5,7 @@
 #include "kestran-bench/benchReport.h"
 #include "support/commandLine.h"
 #include "support/textFile.h"
+#include "support/textPattern.h"
 #include "support/uciProcess.h"
 #include "testing/boardSupport.h"
 #include "testing/toolSupport.h"
@@ -15,7 +16,6 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <optional>
-#include <regex>
 #include <set>
 #include <sstream>
 #include <string>
@@ -43,10 +43,9 @@ std::vector<std::string> linesOf(const std::string& text) {
 
 // The number that ends `line`, which must consist of `name` and that number.
 std::int64_t numberOf(const std::string& line, const std::string& name) {
-    std::smatch found;
-    const bool fits = std::regex_match(line, found, std::regex(name + "(\\d+)(?: ms)?"));
-    EXPECT_TRUE(fits) << line << " instead of " << name;
-    return fits ? std::stoll(found[1]) : -1;
+    const auto parts = TextPattern(name + "(\\d+)(?: ms)?").match(line);
+    EXPECT_TRUE(parts) << line << " instead of " << name;
+    return parts ? std::stoll(parts->at(1)) : -1;
 }
 
 TEST(Bench, PrintsALineForEachSearchAndTheSignatureLast) {
@@ -57,15 +56,15 @@ TEST(Bench, PrintsALineForEachSearchAndTheSignatureLast) {
     const std::vector<std::string> lines = linesOf(bench.output);
     ASSERT_EQ(lines.size(), positions.size() + 3);
 
-    const std::regex form(" *(\\d+)  depth  1  score +(-?\\d+|mate [-+]\\d+)  nodes +(\\d+)"
-                          "  time +\\d+ ms  best ([a-h][1-8][a-h][1-8][qrbn]?)");
+    const TextPattern form(" *(\\d+)  depth  1  score +(-?\\d+|mate [-+]\\d+)  nodes +(\\d+)"
+                           "  time +\\d+ ms  best ([a-h][1-8][a-h][1-8][qrbn]?)");
     std::int64_t nodes = 0;
     for (std::size_t i = 0; i < positions.size(); ++i) {
-        std::smatch found;
-        ASSERT_TRUE(std::regex_match(lines[i], found, form)) << lines[i];
-        EXPECT_EQ(found[1], std::to_string(i + 1));
+        const auto parts = form.match(lines[i]);
+        ASSERT_TRUE(parts) << lines[i];
+        EXPECT_EQ(parts->at(1), std::to_string(i + 1));
         const BenchResult alone = searchAfresh(positionOf(positions[i].fen), 1, 16);
-        EXPECT_EQ(std::stoll(found[3]), alone.nodes) << lines[i];
+        EXPECT_EQ(std::stoll(parts->at(3)), alone.nodes) << lines[i];
         nodes += alone.nodes;
     }
     numberOf(lines.end()[-3], "Time: ");
@@ -111,19 +110,23 @@ std::vector<std::string> countersIn(const std::string& report) {
 TEST(Bench, PrintsStatisticsThatCanBeReadBack) {
     const ToolRun bench = run(BENCH, {"--stats", "--depth=1", "--hash", "1"});
     EXPECT_EQ(bench.output.find("nan"), std::string::npos);
-    const std::regex behindPosition("\\n(?= *\\d+  depth )");
+    const TextPattern behindPosition(" *\\d+  depth .*");
+    std::vector<std::string> parts;
+    for (const std::string& line : linesOf(bench.output)) {
+        if (parts.empty() || behindPosition.matches(line)) {
+            parts.emplace_back();
+        }
+        parts.back() += line + '\n';
+    }
     std::int64_t legalMoves = 0;
-    std::size_t reports = 0;
-    for (std::sregex_token_iterator part(bench.output.begin(), bench.output.end(), behindPosition,
-                                         -1);
-         part != std::sregex_token_iterator(); ++part, ++reports) {
+    for (const std::string& part : parts) {
         const auto statistics = std::make_unique<TestStatistics>();
-        for (const std::string& line : linesOf(*part)) {
+        for (const std::string& line : linesOf(part)) {
             statistics->readLine(line);
         }
         std::stringstream report;
         statistics->printAll(report);
-        EXPECT_EQ(countersIn(report.str()), countersIn(*part));
+        EXPECT_EQ(countersIn(report.str()), countersIn(part));
         for (int pass = 0; pass <= statistics->getRunPointer(); ++pass) {
             for (int ply = 0; ply < MAX_PLIES; ++ply) {
                 legalMoves += statistics->get(pass, TestStatistics::ORDINAL_SEARCH, ply) +
@@ -131,7 +134,7 @@ TEST(Bench, PrintsStatisticsThatCanBeReadBack) {
             }
         }
     }
-    EXPECT_EQ(reports, getBenchPositions().size());
+    EXPECT_EQ(parts.size(), getBenchPositions().size());
     EXPECT_EQ(numberOf(linesOf(bench.output).back(), "Bench: "), legalMoves);
 }
 
@@ -303,10 +306,9 @@ std::string textOf(const std::filesystem::path& path) {
 
 // What the group of `pattern` matches anywhere in `text`, as options are written.
 std::set<std::string> optionsIn(const std::string& text, const char* pattern) {
-    const std::regex form(pattern);
     std::set<std::string> options;
-    for (std::sregex_iterator found(text.begin(), text.end(), form), last; found != last; ++found) {
-        options.insert(std::string("-").append(found->str(1)));
+    for (const TextPattern::Parts& parts : TextPattern(pattern).findAll(text)) {
+        options.insert(std::string("-").append(parts.at(1)));
     }
     return options;
 }

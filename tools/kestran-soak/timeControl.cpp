@@ -1,9 +1,9 @@
 #include "kestran-soak/timeControl.h"
 
 #include "support/commandLine.h"
+#include "support/textPattern.h"
 
 #include <algorithm>
-#include <regex>
 #include <utility>
 
 namespace {
@@ -24,16 +24,16 @@ std::int64_t toMillis(const std::string& text) {
 } // namespace
 
 TimeControl parseTimeControl(const std::string& text) {
-    static const std::regex FORM(R"((?:(\d+)/)?(\d+(?:\.\d{1,3})?)(?:\+(\d+(?:\.\d{1,3})?))?)");
-    std::smatch parts;
-    if (!std::regex_match(text, parts, FORM)) {
+    static const TextPattern FORM(R"((?:(\d+)/)?(\d+(?:\.\d{1,3})?)(?:\+(\d+(?:\.\d{1,3})?))?)");
+    const auto parts = FORM.match(text);
+    if (!parts) {
         throw UsageError("a time is like 1/0.001, 2+0.1 or 40/5, not \"" + text + '"');
     }
     TimeControl control;
     control.text = text;
-    control.moves = parts[1].matched ? parseNumber(parts[1], "MOVES", 1, MOST_MOVES) : 0;
-    control.clock = toMillis(parts[2]);
-    control.increment = parts[3].matched ? toMillis(parts[3]) : 0;
+    control.moves = parts->at(1).empty() ? 0 : parseNumber(parts->at(1), "MOVES", 1, MOST_MOVES);
+    control.clock = toMillis(parts->at(2));
+    control.increment = parts->at(3).empty() ? 0 : toMillis(parts->at(3));
     if (control.clock == 0) {
         throw UsageError("no time to begin with: \"" + text + '"');
     }

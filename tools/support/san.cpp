@@ -4,10 +4,10 @@
 #include "board/makeMove.h"
 #include "notation/letters.h"
 #include "notation/longAlgebraicMove.h"
+#include "support/textPattern.h"
 
 #include <algorithm>
 #include <optional>
-#include <regex>
 
 namespace {
 
@@ -69,23 +69,21 @@ struct MoveWords {
 };
 
 std::optional<MoveWords> readWords(const std::string& text) {
-    static const std::regex form(
+    static const TextPattern form(
         "([KQRBN]?)([a-h]?)([1-8]?)([x-]?)([a-h])([1-8])(?:=?([QRBNqrbn]))?[+#!?]*");
-    std::smatch match;
-    if (!std::regex_match(text, match, form)) {
+    const auto parts = form.match(text);
+    if (!parts) {
         return std::nullopt;
     }
-    const auto letter = [&](std::size_t i) {
-        return match[i].length() > 0 ? *match[i].first : ' ';
-    };
+    const auto letter = [&](std::size_t i) { return parts->at(i).empty() ? ' ' : parts->at(i)[0]; };
     MoveWords words = {};
-    if (match[2].length() > 0) {
+    if (letter(2) != ' ') {
         words.file = parse07File(letter(2));
     }
-    if (match[3].length() > 0) {
+    if (letter(3) != ' ') {
         words.row = parse07Row(letter(3));
     }
-    const bool isBare = words.file && words.row && match[1].length() == 0;
+    const bool isBare = words.file && words.row && letter(1) == ' ';
     const PieceType named = parsePiece(letter(1));
     words.piece = named == NO_PIECE && !isBare ? PAWN : named;
     words.isCapture = letter(4) == 'x';
@@ -138,17 +136,16 @@ std::string lineToSan(Position position, std::span<const Move> moves, int ply) {
 }
 
 std::vector<Move> findMoves(const Position& position, const std::string& text) {
-    static const std::regex castlingForm("([O0])-\\1(-\\1)?[+#!?]*");
-    std::smatch castling;
-    const bool isCastling = std::regex_match(text, castling, castlingForm);
+    static const TextPattern castlingForm("([O0])-\\1(-\\1)?[+#!?]*");
+    const auto castling = castlingForm.match(text);
     const Color us = position.colorToMove;
     const auto words = readWords(text);
     MoveArray legal;
     const int count = generateLegalMoves(position, legal);
     std::vector<Move> moves;
     for (const Move& move : legal.first(count)) {
-        if (isCastling
-                ? move.castle_ep_flag == castlingFlag(us, castling[2].matched)
+        if (castling
+                ? move.castle_ep_flag == castlingFlag(us, !castling->at(2).empty())
                 : (words && fits(*words, move)) || LongAlgebraicMove(move).toString() == text) {
             moves.push_back(move);
         }
