@@ -63,7 +63,9 @@ TEST_F(EngineGame, MayChangeWhileItIsSearched) {
     const Game searched = engine.getGame();
     reports.wanted = 4;
     Variant line;
-    std::thread search([&] { line = engine.search(searched, {.time = {clockMilliseconds(), -1, true}}); });
+    std::thread search([&] {
+        line = engine.search(searched, {.time = {clockMilliseconds(), -1, true}});
+    });
     for (int i = 0; i < 100; ++i) {
         EXPECT_EQ(engine.init(ONLY_MOVE), "");
         playMoves("a1b2");
