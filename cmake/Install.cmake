@@ -25,8 +25,8 @@ foreach(program IN ITEMS kestran ${tools})
     install(FILES docs/man/${program}.6 DESTINATION "${CMAKE_INSTALL_MANDIR}/man6")
 endforeach()
 
-# XBoard and PyChess look here for engines. The file names the engine by its whole path, which is
-# known when it is installed.
+# XBoard looks here for engines, and so do others. Each file names its engine by the whole path,
+# which is known when it is installed.
 set(plugins "${CMAKE_INSTALL_DATADIR}/games/plugins")
 foreach(engine IN ITEMS kestran kestran-tester)
     install(CODE "
