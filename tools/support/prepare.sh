@@ -60,7 +60,7 @@ requireBuildFolder() {
     fi
 }
 
-# Installs the packages that need() has found missing.
+# Installs the packages that need() has found missing. Takes away none that is in their way.
 installMissing() {
     ((${#missing[@]})) || return 0
     local asRoot=(env DEBIAN_FRONTEND=noninteractive)
@@ -74,7 +74,8 @@ installMissing() {
     echo "Installing ${missing[*]} ..." >&2
     # The lists of a fresh system are empty, those of an old one out of date.
     quietly "${asRoot[@]}" apt-get -q update
-    quietly "${asRoot[@]}" apt-get -q -y install --no-install-recommends "${missing[@]}"
+    quietly "${asRoot[@]}" apt-get -q -y --no-remove install --no-install-recommends \
+        "${missing[@]}"
     missing=()
 }
 
