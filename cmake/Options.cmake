@@ -16,6 +16,7 @@ option(KESTRAN_CHECK_POSITIONS "Check the whole position after every move; slow"
 option(KESTRAN_WERROR "Treat warnings as errors" OFF)
 option(KESTRAN_FUZZ "Build the fuzz targets; needs Clang" OFF)
 option(KESTRAN_DEBIAN "Install as Debian does: programs to games/; see Package.cmake" OFF)
+option(KESTRAN_HIDE_PATHS "Keep the path of the sources out of the programs, to hand them out" OFF)
 # portable: every 64-bit x86, or whatever the compiler takes by itself; x86-64-v3: processors
 # from 2013 on or so; native: the machine that builds, where the compiler knows it.
 set(KESTRAN_ARCH "portable" CACHE STRING "Processor to build for: portable, x86-64-v3, native")
@@ -75,6 +76,9 @@ if(NOT KESTRAN_ARCH STREQUAL "portable")
     elseif(NOT KESTRAN_ARCH STREQUAL "native")
         message(FATAL_ERROR "the compiler does not know the processor ${KESTRAN_ARCH}")
     endif()
+endif()
+if(KESTRAN_HIDE_PATHS)
+    add_compile_options("-ffile-prefix-map=${CMAKE_SOURCE_DIR}=.")
 endif()
 if(KESTRAN_LOG)
     add_compile_definitions(KESTRAN_LOG)
