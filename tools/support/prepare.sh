@@ -38,6 +38,7 @@ patiently() {
         while true; do
             sleep 15 &
             wait
+            kill -0 $$ 2> /dev/null || exit # the script was ended
             echo "... $words, $SECONDS s" >&2
         done
     ) &
