@@ -37,9 +37,10 @@ if(NOT CMAKE_POSITION_INDEPENDENT_CODE AND NOT KESTRAN_SANITIZE)
     add_compile_options(-fno-pie)
     add_link_options($<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:-no-pie>)
 endif()
-# Built for 32 bits, a list that GCC inlines looks to it as if it were read before it is filled.
+# Built for 32 bits, a list that GCC inlines looks to it as if it were read before it is filled, and
+# a text that is put behind another as if it lay in it.
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_SIZEOF_VOID_P EQUAL 4)
-    add_compile_options(-Wno-maybe-uninitialized)
+    add_compile_options(-Wno-maybe-uninitialized -Wno-restrict)
 endif()
 if(KESTRAN_PROFILE)
     if(NOT CMAKE_CXX_COMPILER_ID STREQUAL "GNU")

@@ -405,7 +405,7 @@ private:
     // not be empty.
     std::pair<Slot&, bool> read(const Position& position) {
         const std::uint64_t key = position.key();
-        Slot& slot = table[key % table.size()];
+        Slot& slot = table[static_cast<std::size_t>(key % table.size())];
         const bool isClash = slot.check != static_cast<int>(key >> 48);
         clashes += isClash ? 1 : 0;
         return {slot, isClash};

@@ -256,7 +256,7 @@ TEST(Soak, Clocks) {
         std::string said;
         for (const long millis : used) {
             said += (said.empty() ? "" : ", ") + clocks.getGoLine();
-            const long allowed = clocks.getAllowed();
+            const auto allowed = clocks.getAllowed();
             EXPECT_EQ(clocks.take(millis), millis - allowed) << text;
         }
         EXPECT_EQ(said, lines);

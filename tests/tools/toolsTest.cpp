@@ -402,7 +402,7 @@ TEST(CheckLayers, RefusesWhatPointsUpAndCircles) {
 
 // The scripts say what they are for, and what they do not take, before they build anything.
 TEST(Scripts, TellHowToUseThemAndRefuseNonsense) {
-    for (const char* script : {"fuzz", "soak", "check-bench", "mutants"}) {
+    for (const char* script : {"fuzz", "soak", "check-bench", "mutants", "release", "machines"}) {
         for (const char* option : {"-h", "--help"}) {
             const ToolRun help = run(root() / "tools" / script, {option});
             EXPECT_EQ(help.status, 0);
@@ -415,6 +415,9 @@ TEST(Scripts, TellHowToUseThemAndRefuseNonsense) {
     }
     expectRefusal(run(root() / "tools/fuzz", {"60", "noFuzz"}), "no target \"noFuzz\"");
     expectRefusal(run(root() / "tools/mutants", {"many"}), "invalid int value: 'many'");
+    expectRefusal(run(root() / "tools/release", {"--only"}), "--only takes one name");
+    expectRefusal(run(root() / "tools/release", {"--only", "linux"}), "no product \"linux\"");
+    expectRefusal(run(root() / "tools/machines", {"arm64", "pdp11"}), "no machine \"pdp11\"");
 }
 
 // A file that cannot be written leaves nothing behind, and what it was to replace as it was.

@@ -508,7 +508,7 @@ TEST(ResponseTest, ReadyOkIsQuickDuringASearch) {
 TEST(ResponseTest, IdlenessIsFree) {
     UciTalk talk;
     const auto timeOf = [&talk](const std::string& script) {
-        const long before = talk.getProcess().getProcessorMillis();
+        const auto before = talk.getProcess().getProcessorMillis();
         talk.hold(script);
         return talk.getProcess().getProcessorMillis() - before;
     };

@@ -83,7 +83,7 @@ TEST(Memory, GoesBackToTheSystem) {
         EXPECT_FALSE(process.readUntil("bestmove", PATIENCE).empty());
         return process.getResidentKib();
     };
-    const long before = residentWith(1);
+    const auto before = residentWith(1);
     for (int round = 0; round < 4; ++round) {
         residentWith(16);
         residentWith(1);
