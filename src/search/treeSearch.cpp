@@ -16,11 +16,17 @@ void statsIncrement(int type, int depth, int increment) {
     testStatistics.incrementStatistic(type, depth, increment);
 }
 
-// Keeps those of the first `count` moves that are among `kept`, in their order; returns how many.
-int keepMoves(MoveArray& moves, int count, const std::vector<Move>& kept) {
-    const auto isOther = [&kept](const Move& move) {
+// The pseudo-legal moves of a node; of the root only those that it may choose from, unless
+// `rootMoves` are empty. Returns how many.
+int generateMovesAt(int depth, const Position& position, const std::vector<Move>& rootMoves,
+                    MoveArray& moves) {
+    const int count = generateMoves(position, moves);
+    if (depth > 0 || rootMoves.empty()) {
+        return count;
+    }
+    const auto isOther = [&rootMoves](const Move& move) {
         return std::ranges::none_of(
-            kept, [&move](const Move& other) { return testMoveEquality(move, other); });
+            rootMoves, [&move](const Move& other) { return testMoveEquality(move, other); });
     };
     const auto end = std::remove_if(moves.begin(), moves.begin() + count, isOther);
     return static_cast<int>(end - moves.begin());
@@ -39,10 +45,7 @@ MoveEnding TreeSearch<Observer>::generateTreeRek(Position& position, Variant& ou
 
     MoveArray outMoves;
     MoveIndices moveOrderIndices;
-    int pseudoLegalMovesN = generateMoves(position, outMoves);
-    if (depth == 0 && !state.rootMoves.empty()) {
-        pseudoLegalMovesN = keepMoves(outMoves, pseudoLegalMovesN, state.rootMoves);
-    }
+    const int pseudoLegalMovesN = generateMovesAt(depth, position, state.rootMoves, outMoves);
     statsIncrement(TestStatistics::ORDINAL_SEARCH_ALL, depth, pseudoLegalMovesN);
     state.order.orderMoves(outMoves, moveOrderIndices, pseudoLegalMovesN, depth,
                            state.table.getBestMoveHint(position));

@@ -132,7 +132,7 @@ TEST(Play, AddsItsGamesToAFile) {
         EXPECT_EQ(process.waitForEnd(PATIENCE)->status, 0);
         std::ostringstream text;
         text << std::ifstream(file).rdbuf();
-        const TextPattern GAME("1\\. Ra8# \\{Checkmate: White wins\\.\\} 1-0");
+        const TextPattern GAME(R"(1\. Ra8# \{Checkmate: White wins\.\} 1-0)");
         EXPECT_EQ(GAME.findAll(text.str()).size(), games);
     }
 }

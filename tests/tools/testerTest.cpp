@@ -76,6 +76,7 @@ TEST(TesterPolicy, ReadsTheLimitsOfALine) {
 
 // ---- The program ----
 
+const std::string NAME = "id name KESTRAN CHESS " KESTRAN_VERSION " Tester";
 const std::string TESTER = KESTRAN_BINARY_DIR "/kestran-tester";
 
 class Tester : public testing::Test {
@@ -104,12 +105,12 @@ protected:
 
 TEST_F(Tester, GreetsWithItsOptions) {
     process.send("uci");
-    EXPECT_EQ(process.readUntil("uciok", PATIENCE),
-              (std::vector<std::string>{
-                  "id name KESTRAN CHESS " KESTRAN_VERSION " Tester", "id author Bremo Talvik",
-                  "option name Hash type spin min 0 max 512 default 192 ",
-                  "option name OwnBook type check default false",
-                  "option name Move Overhead type spin min 0 max 5000 default 10 ", "uciok"}));
+    EXPECT_EQ(
+        process.readUntil("uciok", PATIENCE),
+        (std::vector<std::string>{
+            NAME, "id author Bremo Talvik", "option name Hash type spin min 0 max 512 default 192 ",
+            "option name OwnBook type check default false",
+            "option name Move Overhead type spin min 0 max 5000 default 10 ", "uciok"}));
 }
 
 // The last report before the answer, and the answer.
@@ -199,7 +200,7 @@ std::vector<std::string> countsOf(const std::string& program, const TextPattern&
 
 TEST(TesterSearch, IsThatOfTheEngine) {
     const auto counts = countsOf(
-        TESTER, TextPattern("info depth (\\d+) .* score cp (\\S+) nodes (\\d+) .* pv (.*)"),
+        TESTER, TextPattern(R"(info depth (\d+) .* score cp (\S+) nodes (\d+) .* pv (.*))"),
         {1, 2, 3, 4});
     EXPECT_EQ(counts, countsOf(KESTRAN_BINARY_DIR "/kestran",
                                TextPattern("info pv (.*) score cp (\\S+) depth (\\d+) .*"

@@ -6,6 +6,7 @@
 
 namespace {
 
+const std::string NAME = "id name KESTRAN CHESS " KESTRAN_VERSION;
 const std::string CLOSING_START = "info pv";
 constexpr std::string_view LAST_START = "bestmove ";
 
@@ -84,21 +85,21 @@ std::vector<std::string> readLine(const std::string& line, const std::vector<std
 
 } // namespace
 
-const Dialect KESTRAN = {{"id name KESTRAN CHESS " KESTRAN_VERSION, "id author Bremo Talvik",
+const Dialect KESTRAN = {{NAME, "id author Bremo Talvik",
                           "option name Hash type spin min 0 max 512 default 192 ", "uciok"},
                          {CLOSING_START},
                          " score cp @ depth # seldepth # nodes # time # nps # ",
                          false};
 
-const Dialect KESTRAN_TESTER = {
-    {"id name KESTRAN CHESS " KESTRAN_VERSION " Tester", "id author Bremo Talvik",
-     "option name Hash type spin min 0 max 512 default 192 ",
-     "option name OwnBook type check default false",
-     "option name Move Overhead type spin min 0 max 5000 default 10 ", "uciok"},
-    {"info depth # seldepth # score cp @ nodes # nps # time # pv",
-     "info depth # seldepth # score mate @ nodes # nps # time # pv"},
-    "",
-    true};
+const Dialect KESTRAN_TESTER = {{NAME + " Tester", "id author Bremo Talvik",
+                                 "option name Hash type spin min 0 max 512 default 192 ",
+                                 "option name OwnBook type check default false",
+                                 "option name Move Overhead type spin min 0 max 5000 default 10 ",
+                                 "uciok"},
+                                {"info depth # seldepth # score cp @ nodes # nps # time # pv",
+                                 "info depth # seldepth # score mate @ nodes # nps # time # pv"},
+                                "",
+                                true};
 
 const Dialect& dialectOf(const std::string& line) {
     return line == KESTRAN_TESTER.greeting.front() ? KESTRAN_TESTER : KESTRAN;
