@@ -14,10 +14,10 @@ plays the opening from a built-in book and finds its other moves by a search.
 A second engine, kestran-tester, plays by the same search and speaks as the
 programs of today that test and analyse expect it.
 .
-Without a chess program it can be played in a terminal (kestran-play). Its tools
-tell why it does not play a line (kestran-explain), what its book
-knows of a position (kestran-book), how fast it is (kestran-bench), count
-sequences of moves (kestran-perft) and play long series of checked games
+Without a chess program it can be played in a terminal (kestran-play). Its
+tools tell why it does not play a line (kestran-explain), what its book knows
+of a position (kestran-book), how fast it is (kestran-bench), count sequences
+of moves (kestran-perft) and play long series of checked games
 (kestran-soak).")
 set(CPACK_DEBIAN_PACKAGE_SECTION games)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
