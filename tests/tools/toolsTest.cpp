@@ -138,6 +138,15 @@ TEST(Bench, PrintsStatisticsThatCanBeReadBack) {
     EXPECT_EQ(numberOf(linesOf(bench.output).back(), "Bench: "), legalMoves);
 }
 
+TEST(Bench, IsThatOfTheTester) {
+    const ToolRun tester = run(KESTRAN_BINARY_DIR "/kestran-tester", {"bench"});
+    const ToolRun bench = run(BENCH, {});
+    const auto signature = TextPattern("Bench: (\\d+)").findAll(bench.output);
+    ASSERT_EQ(signature.size(), 1U);
+    EXPECT_TRUE(TextPattern(signature[0].at(1) + " nodes \\d+ nps\n").matches(tester.output))
+        << tester.output;
+}
+
 // Mates for and against the side to move, one on the board, and a stalemate.
 TEST(Bench, SearchesThePositionsOfAFile) {
     const TextFile file("6k1/5ppp/8/8/8/8/8/R5K1 w - - bm Ra8; id \"a\\b\";\n"
