@@ -29,7 +29,7 @@ constexpr const char* COMMANDS = R"(  e4, Nf3, O-O, e2e4   a move
 Move pickMove(const Position& position, const std::string& text) {
     const std::vector<Move> moves = findMoves(position, text);
     if (moves.empty()) {
-        throw UsageError("\"" + text + "\" is no move here, and no command; \"help\" lists those");
+        throw UsageError("\"" + text + R"(" is no move here, and no command; "help" lists those)");
     }
     if (moves.size() > 1) {
         std::string choice;
@@ -168,7 +168,7 @@ void Table::resign() {
 
 void Table::requireGame() const {
     if (record.isOver()) {
-        throw UsageError("the game is over; \"back\", \"new\" and \"quit\" lead on");
+        throw UsageError(R"(the game is over; "back", "new" and "quit" lead on)");
     }
 }
 

@@ -57,7 +57,7 @@ int runTester(CommandLine& commandLine) {
         return 0;
     }
     if (!words.empty()) {
-        throw UsageError("the one word that it takes is \"bench\", and not \"" + words.back() +
+        throw UsageError(R"(the one word that it takes is "bench", and not ")" + words.back() +
                          "\"");
     }
     prepareProcess();
