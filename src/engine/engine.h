@@ -20,7 +20,7 @@
 struct Waiting {
     Milliseconds interval = 100; // it looks at the clock, and asks for a stop, so often
     Milliseconds margin = 50;    // how long before the end of its budget a search is ended
-    bool isWokenByEnd = false;   // whether it wakes at once when the search ends by itself
+    bool isWokenByEnd = false;   // whether it wakes at once when the search ends, and by wake()
 };
 
 // The game may be set up at any time, by one thread. Searches run one after another,

@@ -31,7 +31,7 @@ void Ida::generateTree(Position& position, Variant& variant) {
 void Ida::generateTree(Position& position, Variant& variant, int depth, bool infinite) {
     const Milliseconds clockStart = clockMilliseconds();
     generator.setIdaVariant(nullptr); // an older search's flag may still be up
-    prepareSearch(-1);
+    prepareSearch({.time = {clockStart, -1}});
     const int deepest = std::min(depth, MAX_PASSES);
     for (int actualDepth = 1; actualDepth <= deepest;) {
         const auto result = generateTreeIdaOneLoop(position, variant, actualDepth, infinite);
@@ -53,9 +53,7 @@ void Ida::generateTree(Position& position, const SearchLimits& limits, int threa
     PolyglotBook::resetRand();
     generator.setIdaVariant(idaVariant);
     const Milliseconds clockStart = clockMilliseconds();
-    prepareSearch(budget.total);
-    generator.setRootMoves(limits.rootMoves);
-    generator.setNodeLimit(limits.nodes);
+    prepareSearch(limits);
     if (idaVariant == nullptr) {
         logger.error("idaVariant is NULL");
         return;
@@ -165,11 +163,12 @@ void Ida::watchBy(SearchObserver& _observer) {
     generator.watchBy(_observer);
 }
 
-// Empties what the passes of one search share.
-void Ida::prepareSearch(Milliseconds milliseconds) {
+// Empties what the passes of one search share, and hands them its limits.
+void Ida::prepareSearch(const SearchLimits& limits) {
     generator.resetSearchedNodes();
-    generator.setRootMoves({});
-    generator.setTimer(milliseconds);
+    generator.setNodeLimit(limits.nodes);
+    generator.setRootMoves(limits.rootMoves);
+    generator.setTimer(limits.time.total);
     generator.clearTable();
     generator.clearKillersTable();
     generator.setDefaultFirstAlfaBeta();

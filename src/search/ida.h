@@ -58,7 +58,7 @@ public:
 
 private:
     IdaNS::GeneratingResult judgePass(const Variant& variant);
-    void prepareSearch(Milliseconds milliseconds);
+    void prepareSearch(const SearchLimits& limits);
     static void publish(const InfoStruct& info, IdaNS::GeneratingResult result,
                         IdaVariant* idaVariant);
     InfoStruct getReport(const Variant& variant, int actualDepth, Milliseconds clockStart,

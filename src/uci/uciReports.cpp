@@ -32,10 +32,6 @@ constexpr const char* NO_MOVE = "(none)";
 
 constexpr int CENTIPAWN = 10; // in the unit of a score
 
-std::string getScoreInfo(int evaluation) {
-    return std::string(UCI_SCORE_) + UCI_CP_ + std::to_string(evaluation / CENTIPAWN);
-}
-
 } // namespace
 
 std::vector<std::string> getGreeting(const std::string& nameExtra,
@@ -56,6 +52,10 @@ std::string getSpinOption(std::string_view name, int min, int max, int defaultVa
 
 std::string getHashOption(int hashMebibytes) {
     return getSpinOption(HASH, EngineConfig::HASH_MIN, EngineConfig::HASH_MAX, hashMebibytes);
+}
+
+std::string getScoreInfo(int evaluation) {
+    return std::string(UCI_SCORE_) + UCI_CP_ + std::to_string(evaluation / CENTIPAWN);
 }
 
 std::string getPvInfo(const Variant& variant) {

@@ -23,6 +23,9 @@ inline constexpr std::string_view READY_OK = "readyok";
 // The report of a pass.
 std::string getInfo(const InfoStruct& info);
 
+// "score cp" and a score in hundredths of a pawn, cut to a whole number.
+std::string getScoreInfo(int evaluation);
+
 // "pv" and the moves of a line in the order of play.
 std::string getPvInfo(const Variant& variant);
 

@@ -24,7 +24,6 @@ constexpr std::string_view MOVE_OVERHEAD = "Move Overhead";
 constexpr int MAX_OVERHEAD = 5000; // milliseconds
 // What a move gets in any case, if it is left: a pass or two.
 constexpr Milliseconds SHORTEST = 10;
-constexpr int CENTIPAWN = 10; // in the unit of a score
 
 std::string lowered(std::string text) {
     std::ranges::transform(text, text.begin(),
@@ -70,8 +69,8 @@ std::vector<Move> getSearchMoves(const std::vector<std::string>& words, const Po
 }
 
 std::string getScore(int evaluation) {
-    return isMate(evaluation) ? "mate " + std::to_string(movesToMate(evaluation))
-                              : "cp " + std::to_string(evaluation / CENTIPAWN);
+    return isMate(evaluation) ? "score mate " + std::to_string(movesToMate(evaluation))
+                              : getScoreInfo(evaluation);
 }
 
 // The score of a position without a search, for the side to move.
@@ -167,7 +166,7 @@ TimeBudget TesterPolicy::getBudget(const std::vector<std::string>& words, Color 
 
 std::string TesterPolicy::getReportLine(const InfoStruct& report) const {
     std::ostringstream text;
-    text << "info depth " << report.depth << " seldepth " << report.selDepth << " score "
+    text << "info depth " << report.depth << " seldepth " << report.selDepth << ' '
          << getScore(report.pv.evaluation) << " nodes " << report.nodesSearched << " nps "
          << report.nodesPerSec << " time " << report.time;
     if (report.pv.varLength > 0) {
