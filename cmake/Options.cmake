@@ -15,6 +15,7 @@ option(KESTRAN_LOG "Write the log to standard error; for reading along, not for 
 option(KESTRAN_CHECK_POSITIONS "Check the whole position after every move; slow" OFF)
 option(KESTRAN_WERROR "Treat warnings as errors" OFF)
 option(KESTRAN_FUZZ "Build the fuzz targets; needs Clang" OFF)
+option(KESTRAN_COVERAGE "Count what runs, for tools/coverage; needs Clang" OFF)
 option(KESTRAN_DEBIAN "Install as Debian does: programs to games/; see Package.cmake" OFF)
 option(KESTRAN_HIDE_PATHS "Keep the path of the sources out of the programs, to hand them out" OFF)
 # portable: every 64-bit x86, or whatever the compiler takes by itself; x86-64-v3: processors
@@ -100,7 +101,12 @@ if(KESTRAN_SANITIZE)
         add_compile_options(-Wno-maybe-uninitialized)
     endif()
 endif()
-if(KESTRAN_FUZZ)
+if(KESTRAN_COVERAGE)
+    # The counters lie where a program that is killed leaves them behind.
+    add_compile_options(-fprofile-instr-generate -fcoverage-mapping
+                        "SHELL:-mllvm -runtime-counter-relocation")
+    add_link_options(-fprofile-instr-generate)
+elseif(KESTRAN_FUZZ)
     add_compile_options(-fsanitize=fuzzer-no-link)
     add_link_options(-fsanitize=fuzzer-no-link)
 endif()

@@ -8,9 +8,5 @@ set(libraries /usr/i686-linux-gnu/lib)
 set(CMAKE_EXE_LINKER_FLAGS_INIT
     "-Wl,--dynamic-linker=${libraries}/ld-linux.so.2 -Wl,-rpath,${libraries}")
 
-# Programs of the system that builds, libraries of the one that is built for.
-set(CMAKE_FIND_ROOT_PATH /usr/i686-linux-gnu)
-set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
-set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
-set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+include("${CMAKE_CURRENT_LIST_DIR}/CrossCompiling.cmake")
+kestran_target_root(/usr/i686-linux-gnu)

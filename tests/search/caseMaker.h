@@ -1,21 +1,19 @@
 // Makes positions by a seed, and games from them.
 #pragma once
 
+#include "search/plainGame.h"
 #include "search/searchComparison.h"
+#include "testing/dice.h"
 
 #include <algorithm>
 #include <array>
-#include <initializer_list>
-#include <iterator>
-#include <map>
-#include <random>
 #include <string>
 #include <vector>
 
 // Games of all kinds, up to odd ones: each seed makes one, with settings of a search.
-class CaseMaker {
+class CaseMaker : private Dice {
 public:
-    explicit CaseMaker(unsigned seed) : random(seed) {}
+    using Dice::Dice;
 
     SearchCase make() {
         SearchCase example;
@@ -32,15 +30,6 @@ public:
     }
 
 private:
-    int below(int end) { return static_cast<int>(random() % static_cast<unsigned>(end)); }
-    bool chance(int percent) { return below(100) < percent; }
-    template <class T> T pick(std::initializer_list<T> values) {
-        return values.begin()[below(static_cast<int>(values.size()))];
-    }
-    template <class T> typename T::value_type pickFrom(const T& values) {
-        return values[at(below(static_cast<int>(values.size())))];
-    }
-
     // Puts a piece on an empty square of rows `lowest` to `highest`, if chance finds one.
     void drop(char letter, int lowest = 0, int highest = 7) {
         const bool isPawn = letter == 'P' || letter == 'p';
@@ -153,34 +142,17 @@ private:
         return text;
     }
 
-    // Random legal moves, which often go back and forth.
     std::vector<std::string> playOn(const std::string& fen) {
-        std::vector<std::string> texts;
-        plain::Position position(fen);
+        PlainGame game(fen);
         const int toAndFro = pick({0, 30, 80});
         const int most = fen == START_FEN ? 150 : 40;
         for (int plies = pick({0, 1, below(10), below(most)}); plies > 0; --plies) {
-            std::map<std::string, plain::Position> behind;
-            for (const plain::Move& move : position.moves()) {
-                if (const auto after = position.play(move)) {
-                    behind.insert({move.text(), *after});
-                }
-            }
-            if (behind.empty()) {
+            if (!game.playAny(*this, toAndFro)) {
                 break;
             }
-            auto choice = std::next(behind.begin(), below(static_cast<int>(behind.size())));
-            if (texts.size() >= 2 && chance(toAndFro)) {
-                const std::string& last = texts[texts.size() - 2];
-                const auto back = behind.find(last.substr(2, 2) + last.substr(0, 2));
-                choice = back != behind.end() ? back : choice;
-            }
-            texts.push_back(choice->first);
-            position = choice->second;
         }
-        return texts;
+        return game.getMoves();
     }
 
-    std::mt19937 random;
     std::array<char, 64> squares{}; // letters of FEN from a1 on, 0 for an empty square
 };
