@@ -52,6 +52,12 @@ TEST(TextHelpers, IndentSplitAndTurnSlashes) {
     EXPECT_EQ(env.slashSafeString("a\\b/c"), "a/b/c");
     env.system = EnvSystem::WINDOWS;
     EXPECT_EQ(env.slashSafeString("a\\b/c"), "a\\b\\c");
+    std::string path = "/a\\b/";
+    EXPECT_EQ(env.slashSafeCString(path.data()), path.data());
+    EXPECT_EQ(path, "\\a\\b\\");
+    Env::getInstance().system = EnvSystem::WINDOWS;
+    EXPECT_EQ(Env::getInstance().slashSafeString("/"), "\\");
+    Env::getInstance().system = Env().system;
 }
 
 TEST(NodesPerSecond, CountsNoTimeAsOneMillisecond) {
@@ -95,7 +101,8 @@ TEST_F(Statistics, ReadsBackItsReport) {
     const auto copy = std::make_unique<TestStatistics>();
     const std::string ofNoRun = "Legal moves quiscence search at ply 3 : 4\n";
     readLines(*copy, ofNoRun + report +
-                         "Run: 2000\nRun: -1\nLegal moves quiscence search at ply 40 : 7\n");
+                         "Run: 2000\nRun: -1\nRun: x\nLegal moves quiscence search at ply 40 : 7\n"
+                         "Legal moves quiscence search at ply 3 : x\n");
     EXPECT_EQ(copy->getRunPointer(), 1);
     for (int i = 0; i < 2 * N_TYPES * MAX_PLIES; ++i) {
         const int run = i % 2;
@@ -110,6 +117,9 @@ TEST_F(Statistics, SumsOfTextEndWithTheRange) {
     readLines(*statistics, "Run: 0\n" + counter + "4 : 9223372036854775807\n" + counter +
                                "5 : 9223372036854775807\n");
     EXPECT_NE(reportOf(*statistics).find("Sum of Ordinal search cutoffs: 9223372036854775807\n"),
+              std::string::npos);
+    readLines(*statistics, counter + "4 : -9223372036854775808\n" + counter + "5 : -1\n");
+    EXPECT_NE(reportOf(*statistics).find("Sum of Ordinal search cutoffs: -9223372036854775808\n"),
               std::string::npos);
 }
 

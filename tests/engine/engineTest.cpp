@@ -55,6 +55,7 @@ TEST_F(EngineGame, SearchOnTheCallersThreadFindsTheMove) {
     EXPECT_EQ(engine.init(MATE_IN_ONE), "");
     EXPECT_EQ(LongAlgebraicMove(engine.searchMove().value()).toString(), "a1a8");
     EXPECT_EQ(movesTextOf(engine.searchDepth(5)), " a1a8");
+    EXPECT_EQ(movesTextOf(engine.search()), " a1a8");
     EXPECT_EQ(engine.init(STALEMATE), "");
     EXPECT_FALSE(engine.searchMove().has_value());
 }

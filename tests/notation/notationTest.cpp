@@ -184,6 +184,13 @@ TEST(Letters, OfPiecesKnowOneCaseOfThePawn) {
     }
     EXPECT_EQ(parseUpperPiece('q'), NO_PIECE);
     EXPECT_EQ(fieldToString(A1, false), "A1");
+    EXPECT_EQ(printed([] { printField(H8, true); }), "h8");
+    for (char letter = ' '; letter < '~'; ++letter) {
+        EXPECT_EQ(isFile(letter), std::string("abcdefghABCDEFGH").find(letter) != std::string::npos)
+            << letter;
+        EXPECT_EQ(isRow(letter), std::string("12345678").find(letter) != std::string::npos)
+            << letter;
+    }
 }
 
 constexpr Move DOUBLE_STEP = {E2, E4, PAWN, NO_PIECE, ORDINARY_MOVE, NO_PIECE};
@@ -238,6 +245,9 @@ TEST(Variant, IsPrintedInTheOrderOfPlay) {
     const std::string text = "pE2-E4(o) 0-0-0(h) (pE2-E4(h)) Evaluation : -42\n";
     EXPECT_EQ(variantToString(line), text);
     EXPECT_EQ(printed([&] { printVariant(line); }), text);
+    EXPECT_EQ(printed([&] { printVariant(line.variantMoves.begin(), 2); }),
+              "0-0-0(h) (pE2-E4(h)) ");
+    EXPECT_EQ(printed([&] { printVariantMove(line.get(0)); }), "pE2-E4(o)");
 }
 
 TEST(Scores, OfMatesTellTheirLength) {

@@ -118,6 +118,9 @@ TEST(BookFile, NeedsNoLineEndAtItsEnd) {
     testing::internal::CaptureStderr();
     EXPECT_TRUE(PolyglotBook::getBookFromFile(path, false).get(start.carried.hash).empty());
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "Unable to open file");
+    testing::internal::CaptureStderr();
+    EXPECT_TRUE(PolyglotBook::getPcst().get(start.carried.hash).empty());
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Unable to open file");
 }
 
 } // namespace

@@ -156,6 +156,11 @@ TEST_F(Deepening, SlotObeysOnlyItsPresentSearch) {
     Variant late;
     late.clear(5);
     slot.setVariant(late, oldNumber);
+    InfoStruct lateReport;
+    lateReport.threadId = oldNumber;
+    lateReport.depth = 7;
+    slot.setReport(lateReport);
+    EXPECT_NE(slot.getReport().depth, 7);
     slot.signalReady(oldNumber);
     EXPECT_FALSE(slot.isReady());
     EXPECT_EQ(movesTextOf(slot.getVariant()), " h2h4");

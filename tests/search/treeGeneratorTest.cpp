@@ -53,6 +53,16 @@ protected:
 
 using Quiscence = Search;
 
+TEST_F(Search, AsksTheBookUnlessItIsInfinite) {
+    Position position = positionOf(START_FEN);
+    Variant variant;
+    generator.setActualMoveDepth(1);
+    generator.generateTree(position, variant);
+    ASSERT_EQ(variant.varLength, 1);
+    EXPECT_TRUE(variant.get(0).isOpening);
+    EXPECT_FALSE(searchPass(START_FEN, 1).get(0).isOpening);
+}
+
 TEST_F(Search, OrdersTheLongestMoveList) {
     MoveArray moves;
     moves.fill({E2, E4, PAWN, QUEEN, ORDINARY_MOVE, NO_PIECE}); // all of one drawer

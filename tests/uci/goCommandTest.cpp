@@ -1,6 +1,8 @@
 // The budget of a search for the words of a `go` line.
 #include "uci/goCommand.h"
 #include "base/cppIoUtils.h"
+#include "notation/fen.h"
+#include "uci/uciEngine.h"
 
 #include <gtest/gtest.h>
 
@@ -67,6 +69,14 @@ TEST(GoCommand, IsInfiniteWhateverElseItSays) {
                               "movetime 1 infinite", "infinite movetime 1"}) {
         EXPECT_TRUE(budgetOf(words, WHITE).infinite) << words;
     }
+}
+
+TEST(UciEngine, NeedsNoConfiguration) {
+    UciEngine uciEngine;
+    EXPECT_TRUE(uciEngine.handleLine("position startpos moves e2e4"));
+    EXPECT_EQ(getFen(uciEngine.getEngine().getPosition()),
+              "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0");
+    EXPECT_FALSE(uciEngine.handleLine("quit"));
 }
 
 } // namespace
