@@ -64,3 +64,8 @@ private:
 
 // The one object that the searches count into.
 extern TestStatistics testStatistics;
+
+// Counts in the one object.
+inline void statsIncrement(int type, int depth, int increment) {
+    testStatistics.incrementStatistic(type, depth, increment);
+}

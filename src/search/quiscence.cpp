@@ -10,13 +10,7 @@
 #include "search/quiscenceNode.h"
 #include "search/score.h"
 
-namespace {
-
-void statsIncrement(int type, int depth, int increment) {
-    testStatistics.incrementStatistic(type, depth, increment);
-}
-
-} // namespace
+namespace {} // namespace
 
 template <class Observer>
 MoveEnding Quiscence<Observer>::quiscenceSearchInner(Position& position, int alfa, int beta,

@@ -12,10 +12,6 @@
 
 namespace {
 
-void statsIncrement(int type, int depth, int increment) {
-    testStatistics.incrementStatistic(type, depth, increment);
-}
-
 // The pseudo-legal moves of a node; of the root only those that it may choose from, unless
 // `rootMoves` are empty. Returns how many.
 int generateMovesAt(int depth, const Position& position, const std::vector<Move>& rootMoves,

@@ -124,9 +124,9 @@ TEST_F(Quiscence, DepthOutsideItsRangeWorksAsTheNearestInside) {
 TEST_F(Quiscence, OpensARunOfTheCountersOnlyIfNoneIsOpen) {
     searchChecks(); // which has closed all runs
     EXPECT_EQ(testStatistics.getRunPointer(), 0);
-    Position start = positionOf(START_FEN);
+    Position position = positionOf(START_FEN);
     Variant variant;
-    generator.quiscenceSearch(start, -FULL, FULL, variant);
+    generator.quiscenceSearch(position, -FULL, FULL, variant);
     EXPECT_EQ(testStatistics.getRunPointer(), 0);
 }
 

@@ -14,7 +14,7 @@ constexpr double HEAD_LENGTH = 0.42;
 constexpr double HEAD_HALF = 0.24;
 constexpr double SHAFT_HALF = 0.08;
 constexpr double BADGE_RADIUS = 0.2;
-constexpr double TEXT_DROP = 0.11; // from the middle of a text to its base line
+constexpr double NUMBER_DROP = 0.11; // from the middle of a text to its base line
 
 Point centreOf(FieldIndex field) {
     return {fileOf(field) + 0.5, EDGE - 0.5 - rowOf(field)};
@@ -45,13 +45,13 @@ void drawArrow(HtmlWriter& html, const Move& move, bool isWhite, int number) {
     html.addEmpty("circle", {{"cx", coordinate(badge.x)},
                              {"cy", coordinate(badge.y)},
                              {"r", coordinate(BADGE_RADIUS)}});
-    html.add("text", {{"x", coordinate(badge.x)}, {"y", coordinate(badge.y + TEXT_DROP)}},
+    html.add("text", {{"x", coordinate(badge.x)}, {"y", coordinate(badge.y + NUMBER_DROP)}},
              std::to_string(number));
 }
 
 void drawEdge(HtmlWriter& html) {
     for (int i = 0; i < EDGE; ++i) {
-        const std::string middle = coordinate(i + 0.5 + TEXT_DROP);
+        const std::string middle = coordinate(i + 0.5 + NUMBER_DROP);
         html.add("text",
                  {{"class", "edge"}, {"x", coordinate(i + 0.5)}, {"y", coordinate(EDGE + 0.36)}},
                  std::string(1, fileNamesLower[at(i)]));

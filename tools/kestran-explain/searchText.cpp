@@ -21,8 +21,8 @@ std::string scoreText(int score) {
         return score == MATED_EVALUATION ? "mated" : '#' + std::to_string(movesToMate(score));
     }
     std::array<char, 32> buffer;
-    constexpr double PAWN_SCORE = pieceEvaluationValues[PAWN];
-    std::snprintf(buffer.data(), buffer.size(), "%+.3f", score / PAWN_SCORE);
+    constexpr double ONE_PAWN = pieceEvaluationValues[PAWN];
+    std::snprintf(buffer.data(), buffer.size(), "%+.3f", score / ONE_PAWN);
     return buffer.data();
 }
 

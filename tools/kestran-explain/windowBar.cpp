@@ -10,8 +10,8 @@
 namespace {
 
 // The picture, in its own units.
-constexpr double WIDTH = 200;
-constexpr double HEIGHT = 36;
+constexpr double PICTURE_WIDTH = 200;
+constexpr double PICTURE_HEIGHT = 36;
 constexpr double BAR_TOP = 13;
 constexpr double BAR_HEIGHT = 9;
 constexpr double MARK_HALF = 5.5;
@@ -20,7 +20,7 @@ constexpr double BOUND_BASE = 33;   // and of those below it
 constexpr double LETTER_HALF = 3.3; // half the width of a letter of a wide font
 // Where the bounds stand, unless they are infinite.
 constexpr double ALFA_PLACE = 50;
-constexpr double BETA_PLACE = WIDTH - ALFA_PLACE;
+constexpr double BETA_PLACE = PICTURE_WIDTH - ALFA_PLACE;
 // A distance that fills half of what is left beyond a bound, in thousandths of a pawn.
 constexpr double HALF_DISTANCE = 1000;
 
@@ -41,12 +41,12 @@ Places placesOf(const NodeMoveInfo& info) {
     const double beta = info.beta;
     const double score = info.principalVariant.evaluation;
     Places places = {isBeyondMates(info.alfa) ? 0 : ALFA_PLACE,
-                     isBeyondMates(info.beta) ? WIDTH : BETA_PLACE, 0};
+                     isBeyondMates(info.beta) ? PICTURE_WIDTH : BETA_PLACE, 0};
     const double width = places.beta - places.alfa;
     if (score <= alfa) {
         places.score = places.alfa * (1 - squash(alfa - score));
     } else if (score >= beta) {
-        places.score = places.beta + (WIDTH - places.beta) * squash(score - beta);
+        places.score = places.beta + (PICTURE_WIDTH - places.beta) * squash(score - beta);
     } else if (!isBeyondMates(info.alfa) && !isBeyondMates(info.beta)) {
         places.score = places.alfa + width * (score - alfa) / (beta - alfa);
     } else if (!isBeyondMates(info.alfa)) {
@@ -54,7 +54,7 @@ Places placesOf(const NodeMoveInfo& info) {
     } else if (!isBeyondMates(info.beta)) {
         places.score = places.beta - width * squash(beta - score);
     } else {
-        places.score = WIDTH / 2 * (1 + std::copysign(squash(std::abs(score)), score));
+        places.score = PICTURE_WIDTH / 2 * (1 + std::copysign(squash(std::abs(score)), score));
     }
     return places;
 }
@@ -76,7 +76,7 @@ void addText(HtmlWriter& html, const char* name, double x, double y, const std::
     const double half = LETTER_HALF * static_cast<double>(text.size() + 1);
     html.add("text",
              {{"class", name},
-              {"x", coordinate(std::clamp(x, half, WIDTH - half))},
+              {"x", coordinate(std::clamp(x, half, PICTURE_WIDTH - half))},
               {"y", coordinate(y)}},
              text);
 }
@@ -86,7 +86,7 @@ void addText(HtmlWriter& html, const char* name, double x, double y, const std::
 void drawWindow(HtmlWriter& html, const NodeMoveInfo& info) {
     const Places places = placesOf(info);
     const std::string window = "window " + scoreText(info.alfa) + " to " + scoreText(info.beta);
-    const std::string box = "0 0 " + coordinate(WIDTH) + ' ' + coordinate(HEIGHT);
+    const std::string box = "0 0 " + coordinate(PICTURE_WIDTH) + ' ' + coordinate(PICTURE_HEIGHT);
     const auto bar = html.open(
         "svg", {{"class", "window"},
                 {"viewBox", box},
@@ -99,12 +99,12 @@ void drawWindow(HtmlWriter& html, const NodeMoveInfo& info) {
                                {"width", coordinate(to - from)},
                                {"height", coordinate(BAR_HEIGHT)}});
     };
-    addBar("outside", 0, WIDTH);
+    addBar("outside", 0, PICTURE_WIDTH);
     addBar("inside-window", places.alfa, places.beta);
     addText(html, "bound", places.alfa, BOUND_BASE, scoreText(info.alfa));
     addText(html, "bound", places.beta, BOUND_BASE, scoreText(info.beta));
     if (!info.lmfCut) {
-        const double x = std::clamp(places.score, MARK_HALF, WIDTH - MARK_HALF);
+        const double x = std::clamp(places.score, MARK_HALF, PICTURE_WIDTH - MARK_HALF);
         html.addEmpty("path", {{"class", "score-mark"}, {"d", markPath(info, x)}});
         addText(html, "score", x, SCORE_BASE, scoreText(info));
     }

@@ -12,7 +12,7 @@ namespace {
     throw std::system_error(errno, std::generic_category());
 }
 
-int descriptorOf(std::intptr_t handle) {
+int fileOf(std::intptr_t handle) {
     return static_cast<int>(handle);
 }
 
@@ -23,25 +23,25 @@ LockedFile::LockedFile(const std::string& path)
     if (handle < 0) {
         fail();
     }
-    if (flock(descriptorOf(handle), LOCK_EX | LOCK_NB) != 0) {
-        close(descriptorOf(handle));
+    if (flock(fileOf(handle), LOCK_EX | LOCK_NB) != 0) {
+        close(fileOf(handle));
         throw std::system_error(std::make_error_code(std::errc::device_or_resource_busy));
     }
 }
 
 LockedFile::~LockedFile() {
-    close(descriptorOf(handle));
+    close(fileOf(handle));
 }
 
 void LockedFile::cutOff(std::size_t length) {
-    if (ftruncate(descriptorOf(handle), static_cast<off_t>(length)) != 0) {
+    if (ftruncate(fileOf(handle), static_cast<off_t>(length)) != 0) {
         fail();
     }
 }
 
 void LockedFile::append(const std::string& text) {
     errno = EIO; // unless the fault has another name
-    if (write(descriptorOf(handle), text.data(), text.size()) !=
+    if (write(fileOf(handle), text.data(), text.size()) !=
         static_cast<ssize_t>(text.size())) {
         fail();
     }
