@@ -41,8 +41,7 @@ void LockedFile::cutOff(std::size_t length) {
 
 void LockedFile::append(const std::string& text) {
     errno = EIO; // unless the fault has another name
-    if (write(fileOf(handle), text.data(), text.size()) !=
-        static_cast<ssize_t>(text.size())) {
+    if (write(fileOf(handle), text.data(), text.size()) != static_cast<ssize_t>(text.size())) {
         fail();
     }
 }
