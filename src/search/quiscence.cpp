@@ -10,8 +10,6 @@
 #include "search/quiscenceNode.h"
 #include "search/score.h"
 
-namespace {} // namespace
-
 template <class Observer>
 MoveEnding Quiscence<Observer>::quiscenceSearchInner(Position& position, int alfa, int beta,
                                                      Variant& variant) {

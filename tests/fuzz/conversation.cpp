@@ -59,9 +59,8 @@ void requireAnswers(const FrontEnd& frontEnd, const Conversation& conversation,
     std::istringstream stream(output);
     for (std::string line; std::getline(stream, line);) {
         answers += line.starts_with("bestmove ") ? 1 : 0;
-        require(line.starts_with("bestmove ") || frontEnd.isReport(line) ||
-                    line.starts_with("id ") || line.starts_with("option name ") ||
-                    line == "uciok" || line == "readyok",
+        require(line.starts_with("bestmove ") || frontEnd.isOwnLine(line) ||
+                    line.starts_with("id ") || line == "uciok" || line == "readyok",
                 "no line of the protocol: " + line);
     }
     require(conversation.isQuit ? answers <= conversation.goes : answers == conversation.goes,

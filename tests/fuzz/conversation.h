@@ -17,8 +17,8 @@ struct FrontEnd {
     bool (*isAnswered)(const std::vector<std::string>& words);
     bool (*isEndless)(const std::vector<std::string>& words);
     bool (*isTooLong)(const std::vector<std::string>& words);
-    // Whether a line tells what a search has found.
-    bool (*isReport)(const std::string& line);
+    // Whether a line has the form of its reports or of its options.
+    bool (*isOwnLine)(const std::string& line);
 };
 
 // Called by libFuzzer's own function; ends the process if there is a fault.

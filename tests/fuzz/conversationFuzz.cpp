@@ -14,7 +14,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
          .isEndless =
              [](const Words& words) { return std::ranges::find(words, "infinite") != words.end(); },
          .isTooLong = [](const Words&) { return false; },
-         .isReport = [](const std::string& line) { return line.starts_with("info pv"); }},
+         .isOwnLine =
+             [](const std::string& line) {
+                 return line.starts_with("info pv") || line.starts_with("option name Hash ");
+             }},
         textOf(data, size));
     return 0;
 }

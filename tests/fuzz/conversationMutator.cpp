@@ -45,9 +45,8 @@ PositionLine readPosition(const std::string& line) {
     const std::size_t place = std::min(line.find(words), line.size());
     PositionLine position;
     position.head = line.substr(0, place);
-    const std::string start = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1";
     position.fen = PlayingSearch::accept(
-        position.head.starts_with(FEN) ? position.head.substr(FEN.size()) : start);
+        position.head.starts_with(FEN) ? position.head.substr(FEN.size()) : CaseMaker::START_FEN);
     position.moves = split(line.substr(std::min(place + words.size() + 1, line.size())), ' ');
     return position;
 }
@@ -116,8 +115,7 @@ private:
 
     std::string makePosition() {
         const SearchCase example = cases.make();
-        const bool isStart =
-            example.fen.starts_with("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w");
+        const bool isStart = example.fen.starts_with(CaseMaker::START_FEN);
         return toLine({isStart ? STARTPOS : FEN + example.fen, example.fen, example.moves});
     }
 

@@ -39,10 +39,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
               .isAnswered = [](const Words&) { return true; },
               .isEndless = isEndless,
               .isTooLong = isTooLong,
-              .isReport =
+              .isOwnLine =
                   [](const std::string& line) {
-                      return line.starts_with("info depth ") &&
-                             line.find(" score ") != std::string::npos;
+                      return line.starts_with("option name ") ||
+                             (line.starts_with("info depth ") &&
+                              line.find(" score ") != std::string::npos);
                   }},
              textOf(data, size));
     return 0;

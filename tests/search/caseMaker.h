@@ -13,6 +13,9 @@
 // Games of all kinds, up to odd ones: each seed makes one, with settings of a search.
 class CaseMaker : private Dice {
 public:
+    static constexpr const char* START_FEN =
+        "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0";
+
     using Dice::Dice;
 
     SearchCase make() {
@@ -44,9 +47,6 @@ private:
             drop(pickFrom(letters));
         }
     }
-
-    static constexpr const char* START_FEN =
-        "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0";
 
     std::string makeFen() {
         if (chance(20)) {
