@@ -2,6 +2,7 @@
 
 #include "kestran-soak/soak.h"
 #include "kestran-soak/checkedGame.h"
+#include "kestran-soak/outputWatch.h"
 #include "support/commandLine.h"
 #include "support/textPattern.h"
 #include "support/uciProcess.h"
@@ -13,7 +14,9 @@
 #include <iterator>
 #include <set>
 #include <sstream>
+#include <sys/resource.h>
 #include <tuple>
+#include <unistd.h>
 
 namespace {
 
@@ -53,6 +56,18 @@ TEST(Soak, GrowingMemoryIsAFault) {
 
 TEST(Soak, EngineThatIsNotThere) {
     EXPECT_THROW(runSoak({.engine = ENGINE + "-not", .games = 3, .jobs = 2}), CannotStart);
+}
+
+TEST(Soak, TellsThatNoDescriptorIsLeft) {
+    rlimit limit{};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    const int next = dup(STDIN_FILENO);
+    close(next);
+    const rlimit small = {static_cast<rlim_t>(next), limit.rlim_max};
+    setrlimit(RLIMIT_NOFILE, &small);
+    EXPECT_THROW(OutputWatch(), CannotStart);
+    setrlimit(RLIMIT_NOFILE, &limit);
+    EXPECT_NO_THROW(OutputWatch());
 }
 
 TEST(Soak, StopsWhenItIsToldTo) {

@@ -57,7 +57,7 @@ TEST(Bench, PrintsALineForEachSearchAndTheSignatureLast) {
     ASSERT_EQ(lines.size(), positions.size() + 3);
 
     const TextPattern form(" *(\\d+)  depth  1  score +(-?\\d+|mate [-+]\\d+)  nodes +(\\d+)"
-                           "  time +\\d+ ms  best ([a-h][1-8][a-h][1-8][qrbn]?)");
+                           "  time [ \\d]{5}\\d ms  best ([a-h][1-8][a-h][1-8][qrbn]?)");
     std::int64_t nodes = 0;
     for (std::size_t i = 0; i < positions.size(); ++i) {
         const auto parts = form.match(lines[i]);
