@@ -224,7 +224,7 @@ private:
     int answers = 0;
 };
 
-// KESTRAN_RANDOM_COMMANDS=20000 takes some minutes; see docs/reliability.md.
+// KESTRAN_RANDOM_COMMANDS=42000 takes a quarter of an hour; see docs/reliability.md.
 TEST(Outside, GoAndStopInRandomOrder) {
     const char* wish = std::getenv("KESTRAN_RANDOM_COMMANDS");
     const int commands = wish == nullptr ? 150 : std::atoi(wish);
