@@ -42,15 +42,15 @@ TEST(Soak, HealthyEngines) {
         EXPECT_EQ(report.illegalMoves, std::vector<std::string>());
         EXPECT_EQ(report.protocolFaults, std::vector<std::string>());
         ASSERT_EQ(report.engines.size(), 1U);
-        EXPECT_GT(report.engines[0].first, 1000);
+        EXPECT_GT(report.engines[0].settled, 1000);
     }
 }
 
 TEST(Soak, GrowingMemoryIsAFault) {
     SoakReport report;
-    report.engines = {{.first = 9000, .last = 9500}};
+    report.engines = {{.settled = 9000, .last = 9500}};
     EXPECT_TRUE(report.isClean());
-    report.engines = {{.first = 9000, .last = 9500}, {.first = 9000, .last = 19000}};
+    report.engines = {{.settled = 9000, .last = 9500}, {.settled = 9000, .last = 19000}};
     EXPECT_FALSE(report.isClean());
 }
 
@@ -82,6 +82,33 @@ TEST(Soak, StopsWhenItIsToldTo) {
     EXPECT_TRUE(report.isClean());
     ASSERT_EQ(report.record.size(), 1U);
     EXPECT_EQ(report.record[0].termination, "unterminated");
+}
+
+TEST(Soak, PausesBeforeItsMoves) {
+    const auto playFor = [](int pause) {
+        const auto start = std::chrono::steady_clock::now();
+        const SoakReport report = runSoak({.engine = ENGINE,
+                                           .plies = 6,
+                                           .pause = pause,
+                                           .times = {parseTimeControl("1/0.001")},
+                                           .hashes = {1},
+                                           .grace = 5000});
+        EXPECT_TRUE(report.isClean());
+        return std::chrono::steady_clock::now() - start;
+    };
+    EXPECT_GT(playFor(1000), playFor(0) + std::chrono::milliseconds(1000));
+}
+
+TEST(Soak, EndInAPause) {
+    const auto start = std::chrono::steady_clock::now();
+    const SoakReport report = runSoak({.engine = "/bin/sh",
+                                       .arguments = filtered("sed -u '/bestmove/{n;q}'"),
+                                       .plies = 6,
+                                       .pause = 10000,
+                                       .records = TestFolder().path});
+    ASSERT_EQ(report.protocolFaults.size(), 1U);
+    EXPECT_NE(report.protocolFaults[0].find("its output has ended"), std::string::npos);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
 }
 
 TEST(Soak, IllegalMoveLeavesItsGameInAFile) {
@@ -129,10 +156,12 @@ TEST(Soak, HelpTellsTheDefaults) {
     std::string times;
     std::string hashes;
     for (const TimeControl& time : defaults.times) {
-        times += (times.empty() ? "" : ",") + time.text;
+        times += times.empty() ? "" : ",";
+        times += time.text;
     }
     for (const int hash : defaults.hashes) {
-        hashes += (hashes.empty() ? "" : ",") + std::to_string(hash);
+        hashes += hashes.empty() ? "" : ",";
+        hashes += std::to_string(hash);
     }
     UciProcess soak(ENGINE + "-soak", {"--help"});
     std::string help;

@@ -95,7 +95,7 @@ GameResult parseGame(const std::vector<std::string>& fields) {
 }
 
 std::string engineText(const EngineResult& result) {
-    return "engine\t" + std::to_string(result.first) + '\t' + std::to_string(result.last) + '\t' +
+    return "engine\t" + std::to_string(result.settled) + '\t' + std::to_string(result.last) + '\t' +
            result.fault;
 }
 

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <random>
 #include <stdexcept>
 
 namespace {
@@ -17,6 +18,8 @@ constexpr milliseconds PATIENCE{10000}; // with an engine that owes an answer
 constexpr milliseconds LAST_WORDS_TIME{100};
 // How often a process is asked whether it has ended.
 constexpr milliseconds END_POLL{5};
+// Games in which an engine may touch what it has for the first time.
+constexpr int SETTLING_GAMES = 10;
 
 const std::string SHRINKING_MOVES = "a2a3 a7a6 h2h3";
 
@@ -42,7 +45,8 @@ void expectLine(const std::string& line, const std::string& wanted) {
 
 SelfPlay::SelfPlay(const SoakOptions& soakOptions, SoakDesk& soakDesk, OutputWatch& outputWatch,
                    std::size_t _id)
-    : options(soakOptions), desk(soakDesk), watch(outputWatch), id(_id) {
+    : options(soakOptions), desk(soakDesk), watch(outputWatch), id(_id),
+      random(static_cast<std::minstd_rand::result_type>(_id + 1)) {
 }
 
 void SelfPlay::listen() {
@@ -93,10 +97,16 @@ void SelfPlay::wake() {
         return;
     case Phase::DONE:
         return;
+    case Phase::PAUSING:
+        if (player->isSilent()) {
+            break;
+        }
+        think();
+        return;
     default:
-        throw ProtocolFault(player->isSilent() ? "its output has ended"
-                                               : "it does not answer in time");
+        break;
     }
+    throw ProtocolFault(player->isSilent() ? "its output has ended" : "it does not answer in time");
 }
 
 void SelfPlay::hear(const std::string& line) {
@@ -106,7 +116,7 @@ void SelfPlay::hear(const std::string& line) {
         break;
     case Phase::SETTING:
         expectLine(line, "readyok");
-        think();
+        pause();
         break;
     case Phase::THINKING:
     case Phase::SHRINKING:
@@ -146,6 +156,7 @@ void SelfPlay::greet() {
     player = std::make_unique<Player>(options.engine, options.arguments);
     watch.add(player->getProcess(), id);
     memory = {};
+    gamesOfEngine = 0;
     greeted = 0;
     enter(Phase::GREETING, PATIENCE);
     player->say("uci");
@@ -179,6 +190,14 @@ void SelfPlay::proceed() {
     player->say(game->getPositionLine());
     player->say("isready"); // nothing else stands in the pipe, and the engine hears
     enter(Phase::SETTING, PATIENCE);
+}
+
+void SelfPlay::pause() {
+    if (options.pause == 0) {
+        think();
+        return;
+    }
+    enter(Phase::PAUSING, milliseconds(std::uniform_int_distribution(0, options.pause)(random)));
 }
 
 void SelfPlay::think() {
@@ -226,7 +245,9 @@ void SelfPlay::shrink() {
 void SelfPlay::endGame() {
     if (phase == Phase::RESTING) {
         memory.last = player->getProcess().getResidentKib();
-        memory.first = memory.first == 0 ? memory.last : memory.first;
+        if (++gamesOfEngine <= SETTLING_GAMES) {
+            memory.settled = std::max(memory.settled, memory.last);
+        }
     }
     GameResult result = game->getResult();
     const std::string faults = joinFaults(result.findings);

@@ -14,6 +14,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -61,6 +62,7 @@ private:
         IDLE,      // nothing: the first game
         GREETING,  // the answer to `uci`
         SETTING,   // `readyok` behind a position
+        PAUSING,   // nothing: the time for the next `go`
         THINKING,  // the answer to a `go` of the game
         SHRINKING, // the answer to a `go` that puts the smallest table in force
         RESTING,   // `readyok` behind that
@@ -83,6 +85,7 @@ private:
     void setUp();
     // The next move, or the end of the game.
     void proceed();
+    void pause(); // then think()
     void think();
     void takeAnswer();
     // Measures the memory.
@@ -115,4 +118,6 @@ private:
     std::int64_t awayBefore = 0;           // getAway() then
     std::string fault;                     // of the engine that is breaking
     EngineResult memory;
+    int gamesOfEngine = 0;   // that the present engine has played
+    std::minstd_rand random; // for the pauses
 };

@@ -29,6 +29,9 @@ the games so far.
   --jobs N          engines side by side, 1 by default. An engine that may think for its
                     whole time needs a processor of its own; at --time 1/0.001 it sleeps
                     most of its time, and hundreds go together
+  --pause MS        before each move a pause of random length up to MS milliseconds, none by
+                    default. Engines that have waited for a processor together go on
+                    waking together, unless each pauses for another time
   --time TIME,...   by which the games are played in turn, 1/0.12,2+0.1,40/5 by default.
                     In seconds: 1/0.001 is a thousandth for each move, 2+0.1 two and a
                     tenth for each move, 40/5 five for each forty moves
@@ -98,6 +101,7 @@ SoakOptions readOptions(CommandLine& commandLine) {
     options.state = commandLine.takeOption("--state").value_or("");
     options.first = takeNumber(commandLine, "--first", 0, 1000000).value_or(0);
     options.jobs = takeNumber(commandLine, "--jobs", 1, 1000).value_or(1);
+    options.pause = takeNumber(commandLine, "--pause", 0, 10000).value_or(0);
     const std::vector<std::string> rest = commandLine.takeRest();
     if (rest.size() != 1 || options.engine.empty()) {
         throw UsageError("how many games, of which --engine?");

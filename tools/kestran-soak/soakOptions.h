@@ -15,6 +15,9 @@ struct SoakOptions {
     int plies = 300;   // of the longest game
     unsigned seed = 1; // of the openings
     int jobs = 1;      // processes side by side
+    // Before each `go` a random time of up to so many milliseconds passes, so that engines that
+    // sleep most of their time do not wake at the same moment again and again.
+    int pause = 0;
     // The ways to measure time, which go round by the number of the game.
     std::vector<TimeControl> times = {parseTimeControl("1/0.12"), parseTimeControl("2+0.1"),
                                       parseTimeControl("40/5")};

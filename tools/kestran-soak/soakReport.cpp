@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr std::int64_t MEMORY_GROWTH = 4096; // KiB that a process may gain after its first game
+constexpr std::int64_t MEMORY_GROWTH = 4096; // KiB that a process may gain after its first games
 constexpr std::size_t MOST_SHOWN = 50;       // texts of a kind
 
 std::vector<std::string>& textsOf(SoakReport& report, Finding::Kind kind) {
@@ -52,13 +52,13 @@ void writeMemory(std::ostream& stream, const SoakReport& report) {
     std::int64_t least = 0;
     std::int64_t most = 0;
     for (const EngineResult& engine : report.engines) {
-        if (engine.first > 0) {
-            least = least == 0 ? engine.first : std::min(least, engine.first);
-            most = std::max(most, engine.first);
+        if (engine.settled > 0) {
+            least = least == 0 ? engine.settled : std::min(least, engine.settled);
+            most = std::max(most, engine.settled);
         }
     }
     stream << "memory           " << report.engines.size() << " processes, " << least << " to "
-           << most << " KiB after their first game, grown by at most " << report.getGrowth()
+           << most << " KiB after their first games, grown by at most " << report.getGrowth()
            << " KiB\n";
 }
 
@@ -107,7 +107,7 @@ std::size_t SoakReport::countFaults() const {
 std::int64_t SoakReport::getGrowth() const {
     std::int64_t most = 0;
     for (const EngineResult& engine : engines) {
-        most = std::max(most, engine.last - engine.first);
+        most = std::max(most, engine.last - engine.settled);
     }
     return most;
 }
