@@ -46,12 +46,39 @@ TEST(Soak, HealthyEngines) {
     }
 }
 
+// A shell before an engine that takes 10 MiB for itself in each game behind the first `games`.
+std::vector<std::string> growingBehind(int games, const std::string& pipe) {
+    return {"-c",
+            "mkfifo \"$1\"; \"$0\" < \"$1\" & exec 3> \"$1\"\n"
+            "while read -r line; do\n"
+            "    case $line in quit) break ;; ucinewgame) games=$((games + 1)) ;; esac\n"
+            "    if [ \"$line\" = ucinewgame ] && [ \"$games\" -gt " +
+                std::to_string(games) +
+                " ]; then\n"
+                "        kept=$kept$(head -c 10485760 /dev/zero | tr '\\0' x)\n"
+                "    fi\n"
+                "    echo \"$line\" >&3\n"
+                "done; exec 3>&-; wait",
+            ENGINE, pipe};
+}
+
 TEST(Soak, GrowingMemoryIsAFault) {
-    SoakReport report;
-    report.engines = {{.settled = 9000, .last = 9500}};
-    EXPECT_TRUE(report.isClean());
-    report.engines = {{.settled = 9000, .last = 9500}, {.settled = 9000, .last = 19000}};
-    EXPECT_FALSE(report.isClean());
+    // What grows, behind how many games: in the first ten, behind them, and not at all.
+    for (const auto& [games, behind, settles, grows] :
+         {std::tuple(2, 1, true, false), {11, 10, false, true}, {2, 2, false, false}}) {
+        const TestFolder folder;
+        const SoakReport report = runSoak({.engine = "/bin/sh",
+                                           .arguments = growingBehind(behind, folder.path + "/in"),
+                                           .games = games,
+                                           .plies = 1,
+                                           .times = {parseTimeControl("1/0.001")},
+                                           .grace = 5000});
+        EXPECT_EQ(report.countFaults(), 0U);
+        EXPECT_EQ(report.games, games);
+        EXPECT_EQ(report.getSettling() > 10000, settles) << report.getSettling();
+        EXPECT_EQ(report.getGrowth() > 10000, grows) << report.getGrowth();
+        EXPECT_EQ(report.isClean(), !settles && !grows);
+    }
 }
 
 TEST(Soak, EngineThatIsNotThere) {

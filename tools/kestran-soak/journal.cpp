@@ -18,7 +18,7 @@ namespace {
 
 constexpr int MOST = std::numeric_limits<int>::max();
 constexpr std::size_t GAME_FIELDS = 11; // before the findings
-constexpr std::size_t ENGINE_FIELDS = 4;
+constexpr std::size_t ENGINE_FIELDS = 5;
 
 // By kind of finding; its text follows.
 constexpr std::array<const char*, 4> KIND_NAMES = {"time:", "illegal:", "protocol:", "overrun:"};
@@ -95,15 +95,15 @@ GameResult parseGame(const std::vector<std::string>& fields) {
 }
 
 std::string engineText(const EngineResult& result) {
-    return "engine\t" + std::to_string(result.settled) + '\t' + std::to_string(result.last) + '\t' +
-           result.fault;
+    return "engine\t" + std::to_string(result.first) + '\t' + std::to_string(result.settled) +
+           '\t' + std::to_string(result.last) + '\t' + result.fault;
 }
 
 EngineResult parseEngine(const std::vector<std::string>& fields) {
     if (fields.size() != ENGINE_FIELDS) {
         throw std::out_of_range("no process");
     }
-    return {toNumber(fields[1]), toNumber(fields[2]), fields[3]};
+    return {toNumber(fields[1]), toNumber(fields[2]), toNumber(fields[3]), fields[4]};
 }
 
 [[noreturn]] void refuse(const std::string& path, const std::string& reason) {
@@ -115,7 +115,7 @@ EngineResult parseEngine(const std::vector<std::string>& fields) {
 Journal::Journal(std::string _path, const std::string& engine, const std::string& games,
                  SoakReport& report)
     : path(std::move(_path)) {
-    const std::string heading = "kestran-soak 1\t" + engine + '\t' + games;
+    const std::string heading = "kestran-soak 2\t" + engine + '\t' + games;
     try {
         file.emplace(path);
     } catch (const std::system_error& fault) {

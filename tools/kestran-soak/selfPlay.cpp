@@ -245,7 +245,10 @@ void SelfPlay::shrink() {
 void SelfPlay::endGame() {
     if (phase == Phase::RESTING) {
         memory.last = player->getProcess().getResidentKib();
-        if (++gamesOfEngine <= SETTLING_GAMES) {
+        if (++gamesOfEngine == 1) {
+            memory.first = memory.last;
+        }
+        if (gamesOfEngine <= SETTLING_GAMES) {
             memory.settled = std::max(memory.settled, memory.last);
         }
     }

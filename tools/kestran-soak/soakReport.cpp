@@ -6,8 +6,10 @@
 
 namespace {
 
-constexpr std::int64_t MEMORY_GROWTH = 4096; // KiB that a process may gain after its first games
-constexpr std::size_t MOST_SHOWN = 50;       // texts of a kind
+// KiB that a process may gain in its first games, and after them.
+constexpr std::int64_t MEMORY_SETTLING = 8192;
+constexpr std::int64_t MEMORY_GROWTH = 4096;
+constexpr std::size_t MOST_SHOWN = 50; // texts of a kind
 
 std::vector<std::string>& textsOf(SoakReport& report, Finding::Kind kind) {
     switch (kind) {
@@ -58,8 +60,8 @@ void writeMemory(std::ostream& stream, const SoakReport& report) {
         }
     }
     stream << "memory           " << report.engines.size() << " processes, " << least << " to "
-           << most << " KiB after their first games, grown by at most " << report.getGrowth()
-           << " KiB\n";
+           << most << " KiB after their first games, grown by at most " << report.getSettling()
+           << " KiB in them, " << report.getGrowth() << " KiB after them\n";
 }
 
 void writeSummary(std::ostream& stream, const SoakReport& report, std::int64_t seconds,
@@ -71,8 +73,9 @@ void writeSummary(std::ostream& stream, const SoakReport& report, std::int64_t s
            << " illegalMoves=" << report.illegalMoves.size()
            << " protocolFaults=" << report.protocolFaults.size()
            << " overruns=" << report.overruns.size() << " starved=" << report.starved
-           << " growthKib=" << report.getGrowth() << " clean=" << (report.isClean() ? "yes" : "no")
-           << " seconds=" << seconds << " perMinute=" << rate << '\n';
+           << " settlingKib=" << report.getSettling() << " growthKib=" << report.getGrowth()
+           << " clean=" << (report.isClean() ? "yes" : "no") << " seconds=" << seconds
+           << " perMinute=" << rate << '\n';
 }
 
 } // namespace
@@ -104,6 +107,14 @@ std::size_t SoakReport::countFaults() const {
     return timeLosses.size() + illegalMoves.size() + protocolFaults.size();
 }
 
+std::int64_t SoakReport::getSettling() const {
+    std::int64_t most = 0;
+    for (const EngineResult& engine : engines) {
+        most = std::max(most, engine.settled - engine.first);
+    }
+    return most;
+}
+
 std::int64_t SoakReport::getGrowth() const {
     std::int64_t most = 0;
     for (const EngineResult& engine : engines) {
@@ -113,7 +124,7 @@ std::int64_t SoakReport::getGrowth() const {
 }
 
 bool SoakReport::isClean() const {
-    return countFaults() == 0 && getGrowth() <= MEMORY_GROWTH;
+    return countFaults() == 0 && getSettling() <= MEMORY_SETTLING && getGrowth() <= MEMORY_GROWTH;
 }
 
 void writeReport(std::ostream& stream, const SoakReport& report, std::chrono::seconds elapsed) {

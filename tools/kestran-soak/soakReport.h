@@ -14,9 +14,10 @@
 
 // What a process has left when it ended.
 struct EngineResult {
-    // Resident KiB, the most after one of its first games, in which it touches what it has for
-    // the first time, and after its last. Each time with the smallest table, so that what the
-    // table touches plays no part. 0 without a game.
+    // Resident KiB: after its first game; the most after one of its first games, in which it
+    // touches what it has for the first time; after its last. Each time with the smallest table,
+    // so that what the table touches plays no part. 0 without a game.
+    std::int64_t first = 0;
     std::int64_t settled = 0;
     std::int64_t last = 0;
     std::string fault{}; // against the protocol, outside its games; empty for none
@@ -47,7 +48,8 @@ struct SoakReport {
     void add(const GameResult& result);
     void add(const EngineResult& result);
     std::size_t countFaults() const; // without the growth of memory
-    // The most that a process has gained after its first games, in KiB.
+    // The most that a process has gained in its first games, and after them, in KiB.
+    std::int64_t getSettling() const;
     std::int64_t getGrowth() const;
     bool isClean() const;
 };
