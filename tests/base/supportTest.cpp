@@ -55,6 +55,9 @@ TEST(TextHelpers, IndentSplitAndTurnSlashes) {
     std::string path = "/a\\b/";
     EXPECT_EQ(env.slashSafeCString(path.data()), path.data());
     EXPECT_EQ(path, "\\a\\b\\");
+    testing::internal::CaptureStdout();
+    env.print();
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "Environment :\nSystem :1\n");
     Env::getInstance().system = EnvSystem::WINDOWS;
     EXPECT_EQ(Env::getInstance().slashSafeString("/"), "\\");
     Env::getInstance().system = Env().system;
@@ -98,7 +101,17 @@ TEST_F(Statistics, ReadsBackItsReport) {
     }
     EXPECT_EQ(report.find("Ordinal search cutoffs at ply"), std::string::npos);
 
+    testing::internal::CaptureStdout();
+    statistics->printLastStatistics();
+    const std::string last = testing::internal::GetCapturedStdout();
+    const std::string counters = "\nLegal moves quiscence search at ply 4 : 4\n";
+    EXPECT_TRUE(last.starts_with("Run: 1\n")) << last;
+    EXPECT_NE(last.find(counters), std::string::npos) << last;
+
     const auto copy = std::make_unique<TestStatistics>();
+    testing::internal::CaptureStdout();
+    copy->printLastStatistics(); // of no run
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
     const std::string ofNoRun = "Legal moves quiscence search at ply 3 : 4\n";
     readLines(*copy, ofNoRun + report +
                          "Run: 2000\nRun: -1\nRun: x\nLegal moves quiscence search at ply 40 : 7\n"

@@ -53,6 +53,8 @@ TEST(FindInconsistency, TellsEachBrokenInvariant) {
     const std::pair<const char*, Breaking> cases[] = {
         {"border and board", [](Position& p) { p.board[H1 + 1].color = EMPTY; }},
         {"border and board", [](Position& p) { p.board[E4].color = BORDER; }},
+        {"border and board", [](Position& p) { p.board[E4].color = static_cast<Color>(-1); }},
+        {"border and board", [](Position& p) { p.board[A1 - 1].color = static_cast<Color>(4); }},
         {"colour's range", [](Position& p) { p.board[A1].pieceIndexInList = 25; }},
         {"colour's range", [](Position& p) { p.board[A1].color = BLACK; }},
         {"another piece", [](Position& p) { p.board[A1].pieceType = QUEEN; }},
@@ -61,6 +63,7 @@ TEST(FindInconsistency, TellsEachBrokenInvariant) {
         {"another piece", [](Position& p) { p.pieces[9].boardPosition = E4; }},
         {"point back", [](Position& p) { p.board[A1].color = EMPTY; }},
         {"point back", [](Position& p) { p.pieces[15] = p.pieces[9]; }},
+        {"point back", [](Position& p) { p.pieces[15] = p.pieces[17]; }},
         {"off the board",
          [](Position& p) {
              p.pieces[15] = {QUEEN, A1 - 1};

@@ -164,6 +164,9 @@ TEST(Explain, ReportsWhatRaisedAlfaOrWasRemarkedUpon) {
                           "              second\n"
                           " pass 1 not finished \n"),
               std::string::npos);
+    testing::internal::CaptureStdout();
+    watched.explain.explainAll(true);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), report);
     EXPECT_EQ(watched.report(false), report.erase(place, low.size()));
 }
 

@@ -94,6 +94,7 @@ TEST(BookLine, IsReadUntilAMoveIsNotPossible) {
                                      {"e2e4-e7e5", 2, 2},
                                      {"e2e5 e7e5 g1f3", 0, 0},
                                      {"e2e4 xxxx g1f3", 1, 1},
+                                     {"e2e4 e7e9 g1f3", 1, 1},
                                      {opening + "e1g1 g8f6", 8, 6},
                                      {opening + "e1h1 g8f6", 8, 8}}) {
         EXPECT_EQ(getLineFromString(line, false).size(), moves) << line;

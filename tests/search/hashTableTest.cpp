@@ -84,6 +84,9 @@ TEST(RepetitionTable, CountsEachKeyOfASharedBucket) {
     EXPECT_EQ(bucket.decreaseRepetitions(first), 65535);
     EXPECT_EQ(bucket.getNumberOfRepetitions(first), 0);
     EXPECT_EQ(bucket.decreaseRepetitions(second), 1);
+    EXPECT_EQ(bucket.decreaseRepetitions(second + 1024), 65535); // greater than all there
+    table.resize(1024);                                          // as it is already
+    EXPECT_EQ(bucket.getNumberOfRepetitions(second), 1);
     table.getEntry(6).clear();
     EXPECT_EQ(bucket.getNumberOfRepetitions(second), 1);
     bucket.clear();

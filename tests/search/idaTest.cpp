@@ -54,11 +54,13 @@ TEST_F(Deepening, RunsTwentyPassesAtMost) {
     ida.generateTree(drawn, variant);
     EXPECT_EQ(reports.lines, std::vector<std::string>(20));
 
-    // Empty lines leave the published move alone.
+    // Empty lines leave the published move alone, and without a slot there is no search.
     ida.generateTree(drawn, INFINITE, openSlot(), &slot);
     EXPECT_EQ(reports.lines.size(), 40U);
     EXPECT_TRUE(slot.isReady());
     EXPECT_EQ(movesTextOf(slot.getVariant()), " h2h4");
+    ida.generateTree(drawn, INFINITE, openSlot(), nullptr);
+    EXPECT_EQ(reports.lines.size(), 40U);
 }
 
 TEST_F(Deepening, ReportsOnlyADepthThatCanBeReached) {

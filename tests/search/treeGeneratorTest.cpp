@@ -63,6 +63,29 @@ TEST_F(Search, AsksTheBookUnlessItIsInfinite) {
     EXPECT_FALSE(searchPass(START_FEN, 1).get(0).isOpening);
 }
 
+TEST_F(Search, CompletesALineByWhatTheTableHolds) {
+    Position pinned = positionOf("4r2k/8/8/8/8/8/4R3/4K3 w - - 0 1");
+    const auto lengthWith = [&](const Move& move) {
+        generator.getState().table.addTableEntry(pinned, &move, 1, 0, -FULL, FULL);
+        Variant line;
+        generator.completeVariant(pinned, line, 3);
+        return line.varLength;
+    };
+    EXPECT_EQ(lengthWith(moveOf(pinned, "e2e8")), 1);
+    EXPECT_EQ(lengthWith({E2, D2, ROOK, NO_PIECE, ORDINARY_MOVE, NO_PIECE}), 0); // of another key
+    EXPECT_EQ(lengthWith({E2, A2, KNIGHT, NO_PIECE, ORDINARY_MOVE, NO_PIECE}), 0);
+}
+
+TEST_F(Search, NeedsNoTable) {
+    const Variant line = searchPass(START_FEN, 2);
+    EXPECT_EQ(generator.applyChanges(0), 0);
+    Variant withoutTable = searchPass(START_FEN, 2);
+    EXPECT_EQ(withoutTable.evaluation, line.evaluation);
+    EXPECT_EQ(movesTextOf(withoutTable), movesTextOf(line));
+    generator.completeVariant(positionOf(START_FEN), withoutTable, MAX_VARIANT_MOVES);
+    EXPECT_EQ(movesTextOf(withoutTable), movesTextOf(line));
+}
+
 TEST_F(Search, OrdersTheLongestMoveList) {
     MoveArray moves;
     moves.fill({E2, E4, PAWN, QUEEN, ORDINARY_MOVE, NO_PIECE}); // all of one drawer
