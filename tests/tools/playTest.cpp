@@ -7,6 +7,7 @@
 #include "testing/boardSupport.h"
 #include "testing/toolSupport.h"
 
+#include <chrono>
 #include <gtest/gtest.h>
 #include <sstream>
 
@@ -121,6 +122,15 @@ TEST_F(PlayTable, RefusesWhatMakesNoSense) {
 // ---- The program ----
 
 const std::string PLAY = KESTRAN_BINARY_DIR "/kestran-play";
+
+TEST(Play, ThinksForTheTimeThatItIsGiven) {
+    const std::string quiet = "6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - 0 1";
+    UciProcess process(PLAY, {quiet, "--side", "black", "--time", "0.5"});
+    const auto start = std::chrono::steady_clock::now();
+    process.closeInput();
+    EXPECT_EQ(process.waitForEnd(PATIENCE)->status, 0);
+    EXPECT_GT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(100));
+}
 
 TEST(Play, AddsItsGamesToAFile) {
     const TestFolder folder;

@@ -121,6 +121,7 @@ TEST_F(Tester, ObeysEachLimit) {
     const std::string MATE = "6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1";
     const std::string MATED = "7k/6Q1/6K1/8/8/8/8/8 b - - 0 1";
     const std::string STALE = "7k/5Q2/6K1/8/8/8/8/8 b - - 0 1";
+    const std::string CORNER = "7k/8/8/8/8/8/8/K7 w - - 0 1";
     const std::string ONE = "8/8/8/8/8/8/8/K1k5 w - - 0 1";
     for (const auto& [fen, words, report, answer] : std::initializer_list<Case>{
              {QUIET_FEN, "depth 4", "info depth 4 .* cp .*", ".*"},
@@ -139,6 +140,9 @@ TEST_F(Tester, ObeysEachLimit) {
              {MATED, "depth 5", ".* score mate 0 nodes 0 nps 0 time .*", "\\(none\\)"},
              {MATED, "wtime 9000 btime 9000", ".* score mate 0 .*", "\\(none\\)"},
              {STALE, "movetime 9000", ".* score cp 0 nodes 0 nps 0 time \\d+", "\\(none\\)"},
+             {CORNER, "searchmoves a1b1 depth 1", ".* pv a1b1 .*", "a1b1"},
+             {CORNER, "searchmoves a1a2 depth 1", ".* pv a1a2 .*", "a1a2"},
+             {CORNER, "searchmoves a1b2 depth 1", ".* pv a1b2 .*", "a1b2"},
              {ONE, "wtime 90000", "info depth 1 .* nodes [1-9].* pv a1a2 .*", "a1a2"},
              {ONE, "depth 5", "info depth 5 .* pv a1a2 .*", "a1a2"}}) {
         const std::vector<std::string> lines = answerTo("go " + words, fen);

@@ -3,6 +3,7 @@
 #include "base/cppIoUtils.h"
 #include "notation/fen.h"
 #include "uci/uciEngine.h"
+#include "uci/uciReports.h"
 
 #include <gtest/gtest.h>
 
@@ -68,6 +69,13 @@ TEST(GoCommand, IsInfiniteWhateverElseItSays) {
     for (const char* words : {"infinite", "wtime 1000 infinite", "infinite wtime 1000",
                               "movetime 1 infinite", "infinite movetime 1"}) {
         EXPECT_TRUE(budgetOf(words, WHITE).infinite) << words;
+    }
+}
+
+TEST(UciReports, ScoreIsInHundredthsOfAPawn) {
+    for (const auto& [evaluation, text] :
+         {std::pair(1019, "score cp 101"), {-1019, "score cp -101"}, {-9, "score cp 0"}}) {
+        EXPECT_EQ(getScoreInfo(evaluation), text);
     }
 }
 
