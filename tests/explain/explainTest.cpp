@@ -270,7 +270,7 @@ TEST(ExplainTool, TellsWhyMovesEndAndWhereTheLineWasLeft) {
         EXPECT_LT(text.find(shown), sentence) << shown << '\n' << text;
         EXPECT_NE(text.find(answer, sentence), std::string::npos) << answer << '\n' << text;
     }
-    EXPECT_EQ(count, 14);
+    EXPECT_EQ(count, 15);
 }
 
 TEST(ExplainTool, RefusesWhatMakesNoSense) {

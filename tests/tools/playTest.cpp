@@ -55,6 +55,8 @@ TEST(BoardView, DrawsFromEitherSide) {
     const auto colours = [&](const Move* last) {
         return drawBoard(position, last, {.withColours = true});
     };
+    const std::string lightRow = "(\\S+48;5;180m...\\S+48;5;137m...){4}\\S+\n";
+    EXPECT_TRUE(TextPattern("  8 " + lightRow).isIn(colours(nullptr)));
     EXPECT_EQ(colours(nullptr).find("48;5;186m"), std::string::npos);
     EXPECT_NE(colours(&move).find("\033[1;38;5;231;48;5;186m P \033[0m"), std::string::npos);
 }

@@ -38,6 +38,7 @@ TEST(Soak, HealthyEngines) {
     for (const std::string& engine : {ENGINE, ENGINE + "-tester"}) {
         const SoakReport report = runSoak({.engine = engine, .plies = 40});
         EXPECT_EQ(report.games, 1);
+        EXPECT_EQ(report.resumed, 0);
         EXPECT_GT(report.plies, 0);
         EXPECT_EQ(report.illegalMoves, std::vector<std::string>());
         EXPECT_EQ(report.protocolFaults, std::vector<std::string>());
