@@ -61,7 +61,6 @@ int runTester(CommandLine& commandLine) {
                          "\"");
     }
     prepareProcess();
-    prepareMemory();
     const std::unique_ptr<EngineConfig> config = EngineConfig::getProdConfig();
     std::make_unique<UciEngine>(*config, std::make_unique<TesterPolicy>())->start();
     return 0;
