@@ -324,6 +324,11 @@ TEST(ExplainTool, FindsALineOfItsOwnAndKeepsTheReportShort) {
         runBody(explainMain, {"--line=a4", "--depth=20", "--time=0.5", "--hash=1"});
     EXPECT_EQ(timed.status, 0);
     EXPECT_NE(timed.output.find("pass no. 1:"), std::string::npos);
+    // Without either it is five plies.
+    const std::string usual =
+        runBody(explainMain, {"7k/p7/P7/8/8/8/8/K7 w - - 0 1", "--line=a1a2", "--hash=1"}).output;
+    EXPECT_NE(usual.find("pass no. 4:"), std::string::npos);
+    EXPECT_EQ(usual.find("pass no. 5:"), std::string::npos);
 }
 
 TEST(WatchedLine, BoundsOfTheWindowLieOutsideIt) {
