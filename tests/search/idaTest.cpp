@@ -63,6 +63,29 @@ TEST_F(Deepening, RunsTwentyPassesAtMost) {
     EXPECT_EQ(reports.lines.size(), 40U);
 }
 
+// But for the moves that a cleared table still hints at.
+TEST_F(Deepening, BeginsWithoutTheScoresAndKillersOfTheSearchBefore) {
+    SearchState& state = generator.getState();
+    const auto killers = [&state] {
+        int count = 0;
+        for (int place = 0; place < 2 * MoveOrder::KILLER_PLIES; ++place) {
+            count += state.order.getActualKiller(place) != 0 ? 1 : 0;
+        }
+        return count;
+    };
+    const auto isStartKnown = [&] {
+        return state.table.getHashTable().getEntry(start.carried.hash).state != FREE;
+    };
+    Variant variant;
+    ida.generateTree(start, variant, 3, true);
+    EXPECT_TRUE(isStartKnown());
+    EXPECT_GT(killers(), 0);
+    Position drawn = positionOf("7k/8/6K1/8/8/8/8/R7 w - - 100 90"); // of no move
+    ida.generateTree(drawn, variant, 1, true);
+    EXPECT_FALSE(isStartKnown());
+    EXPECT_EQ(killers(), 0);
+}
+
 TEST_F(Deepening, ReportsOnlyADepthThatCanBeReached) {
     for (const auto& [setting, selDepth] :
          {std::pair{10, 11}, {60, 31}, {std::numeric_limits<int>::max(), 31}}) {
