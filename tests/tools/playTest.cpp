@@ -8,8 +8,12 @@
 #include "testing/toolSupport.h"
 
 #include <chrono>
+#include <cstdlib>
 #include <gtest/gtest.h>
+#include <pty.h>
 #include <sstream>
+#include <tuple>
+#include <unistd.h>
 
 namespace {
 
@@ -59,6 +63,37 @@ TEST(BoardView, DrawsFromEitherSide) {
     EXPECT_TRUE(TextPattern("  8 " + lightRow).isIn(colours(nullptr)));
     EXPECT_EQ(colours(nullptr).find("48;5;186m"), std::string::npos);
     EXPECT_NE(colours(&move).find("\033[1;38;5;231;48;5;186m P \033[0m"), std::string::npos);
+}
+
+TEST(BoardView, HasSymbolsWhereTheTerminalHas) {
+    const std::vector<std::tuple<std::string, std::string, bool>> cases = {
+        // LC_ALL, LANG, whether there are symbols
+        {"", "de_DE.UTF-8", true},
+        {"en_US.utf8", "C", true},
+        {"C", "de_DE.UTF-8", false},
+        {"", "C", false},
+    };
+    int terminal = -1;
+    int output = -1;
+    if (openpty(&terminal, &output, nullptr, nullptr, nullptr) != 0) {
+        GTEST_SKIP() << "there is no pseudo-terminal";
+    }
+    const int kept = dup(STDOUT_FILENO);
+    std::vector<bool> found;
+    dup2(output, STDOUT_FILENO);
+    unsetenv("LC_CTYPE");
+    for (const auto& [all, language, hasSymbols] : cases) {
+        setenv("LC_ALL", all.c_str(), 1);
+        setenv("LANG", language.c_str(), 1);
+        found.push_back(getUsualStyle().withSymbols);
+    }
+    dup2(kept, STDOUT_FILENO);
+    for (const int descriptor : {kept, output, terminal}) {
+        close(descriptor);
+    }
+    for (std::size_t i = 0; i < cases.size(); ++i) {
+        EXPECT_EQ(found[i], std::get<2>(cases[i])) << i;
+    }
 }
 
 // The engine searches two plies, out of its book.
