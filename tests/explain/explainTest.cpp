@@ -69,6 +69,7 @@ public:
 
 TEST(Explain, RecordsNothingBeforeItHasALine) {
     Explain explain;
+    EXPECT_FALSE(explain.preciselyInVariant());
     const Position start = positionOf(START_FEN);
     const Move move = moveOf(start, "e2e4");
     explain.doMove(move);
