@@ -50,6 +50,16 @@ void writeLateness(std::ostream& stream, const std::map<std::string, Lateness>& 
     }
 }
 
+// The most that a process has gained from one of its figures to another, in KiB; at least 0.
+std::int64_t mostGained(const std::vector<EngineResult>& engines, std::int64_t EngineResult::*from,
+                        std::int64_t EngineResult::*to) {
+    std::int64_t most = 0;
+    for (const EngineResult& engine : engines) {
+        most = std::max(most, engine.*to - engine.*from);
+    }
+    return most;
+}
+
 void writeMemory(std::ostream& stream, const SoakReport& report) {
     std::int64_t least = 0;
     std::int64_t most = 0;
@@ -108,19 +118,11 @@ std::size_t SoakReport::countFaults() const {
 }
 
 std::int64_t SoakReport::getSettling() const {
-    std::int64_t most = 0;
-    for (const EngineResult& engine : engines) {
-        most = std::max(most, engine.settled - engine.first);
-    }
-    return most;
+    return mostGained(engines, &EngineResult::first, &EngineResult::settled);
 }
 
 std::int64_t SoakReport::getGrowth() const {
-    std::int64_t most = 0;
-    for (const EngineResult& engine : engines) {
-        most = std::max(most, engine.last - engine.settled);
-    }
-    return most;
+    return mostGained(engines, &EngineResult::settled, &EngineResult::last);
 }
 
 bool SoakReport::isClean() const {
