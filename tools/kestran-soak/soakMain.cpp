@@ -28,7 +28,7 @@ the games so far.
 
   --jobs N          engines side by side, 1 by default. An engine that may think for its
                     whole time needs a processor of its own; at --time 1/0.001 it sleeps
-                    most of its time, and some 35 go together on each processor, or
+                    most of its time, and some 30 go together on each processor, or
                     hundreds if they may be late
   --pause MS        before each move a pause of random length up to MS milliseconds, none by
                     default. Engines that have waited for a processor together go on
