@@ -10,6 +10,7 @@
 #include <iostream>
 #include <sstream>
 #include <thread>
+#include <unistd.h>
 
 #if defined(__has_feature)
 #define KESTRAN_HAS_FEATURE(name) __has_feature(name)
@@ -78,7 +79,8 @@ Millis patience(int millis) {
 }
 
 UciTalk::UciTalk(const std::vector<std::string>& arguments)
-    : process(enginePath(), arguments), lastSaid(Clock::now()) {
+    : process(enginePath(), arguments), lastSaid(Clock::now()), engineWaits(process.getPid()),
+      ownWaits(getpid()) {
 }
 
 UciTalk::~UciTalk() {
@@ -126,7 +128,7 @@ bool UciTalk::actOnEngine(const std::string& verb, const std::string& rest) {
         }
     } else if (verb == "eof" || verb == "lose" || verb == "term") {
         transcript += "> (" + verb + ")\n";
-        lastSaid = Clock::now();
+        beginAge();
         if (verb == "eof") {
             process.closeInput();
         } else if (verb == "lose") {
@@ -182,14 +184,24 @@ void UciTalk::sayRaw(const std::string& bytes) {
     constexpr std::size_t LONGEST = 200;
     transcript += "> " + bytes.substr(0, LONGEST) + (bytes.size() > LONGEST ? "...\n" : "|\n");
     awaited += countGoes(bytes);
-    lastSaid = Clock::now();
+    beginAge();
     process.sendRaw(bytes);
 }
 
 // ---- What comes ----
 
+void UciTalk::beginAge() {
+    engineWaits.restart();
+    ownWaits.restart();
+    lastSaid = Clock::now();
+}
+
 Millis UciTalk::getAge() const {
     return std::chrono::duration_cast<Millis>(Clock::now() - lastSaid);
+}
+
+Millis UciTalk::getWaited() const {
+    return Millis(engineWaits.getMillis() + ownWaits.getMillis());
 }
 
 // The next line, held against its form and its place.
@@ -201,6 +213,17 @@ std::optional<std::string> UciTalk::hear(Millis timeout) {
         EXPECT_GT(awaited, 0) << "belongs to no go: " << *line;
         isInfo ? takeInfo(*line) : takeBestMove(*line);
     }
+    return line;
+}
+
+// The next line in that time from our last words on; a busy machine has longer.
+std::optional<std::string> UciTalk::hearBefore(Millis age) {
+    std::optional<std::string> line;
+    Millis left{};
+    do {
+        left = age + getWaited() - getAge();
+        line = hear(std::max(left, Millis(0)));
+    } while (!line && left > Millis(0));
     return line;
 }
 
@@ -266,7 +289,7 @@ void UciTalk::expectReports(int count) {
 void UciTalk::expectAnswer(const std::string& pattern, int atLeast, int atMost) {
     std::optional<std::string> line;
     do {
-        line = hear(std::max(patience(atMost) - getAge(), Millis(0)));
+        line = hearBefore(patience(atMost));
     } while (line && line->starts_with("info "));
     ASSERT_TRUE(line && line->starts_with("bestmove ")) << line.value_or("(nothing)");
     const TextPattern move(pattern == "*" ? MOVE_PATTERN : pattern);
@@ -290,7 +313,10 @@ void UciTalk::expectComplaints() {
 
 void UciTalk::expectEnd(int atMost) {
     hasEnded = true;
-    const std::optional<UciProcess::End> end = process.waitForEnd(patience(atMost));
+    std::optional<UciProcess::End> end = process.waitForEnd(patience(atMost));
+    if (!end) {
+        end = process.waitForEnd(getWaited());
+    }
     ASSERT_TRUE(end) << "the engine does not end";
     EXPECT_TRUE(end->exited) << "ended by signal " << end->status;
     EXPECT_EQ(end->status, 0);

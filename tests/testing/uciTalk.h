@@ -5,6 +5,7 @@
 #pragma once
 
 #include "support/naiveRules.h"
+#include "support/processorWaits.h"
 #include "support/uciProcess.h"
 
 #include <chrono>
@@ -42,7 +43,8 @@ public:
     //   lose          read no more          term        send SIGTERM
     //   halt N        stop the process for that time, as a machine that is suspended does
     //   signals N     N times the signals that interrupt it without a consequence
-    // What must come, with numbers in milliseconds, upper bounds through patience():
+    // What must come, with numbers in milliseconds, upper bounds through patience() and longer by
+    // getWaited() for an answer and an end:
     //   = TEXT        exactly this line next
     //   greet N       the reply to `uci` with this size of the table
     //   ready         `isready` is answered, with nothing but reports before it
@@ -68,16 +70,20 @@ public:
 
     // Of the last answer, also of one that has only begun.
     const UciAnswer& getAnswer() const { return answer; }
-    // From our last words until now.
+    // From our last words until now, and how long in that time the engine, or we, have waited for
+    // a processor, the threads together.
     Millis getAge() const;
+    Millis getWaited() const;
     const UciProcess& getProcess() const { return process; }
 
 private:
     void act(const std::string& verb, const std::string& rest);
     bool actOnEngine(const std::string& verb, const std::string& rest);
     bool expectLine(const std::string& verb, const std::string& rest);
+    void beginAge();
     void sayRaw(const std::string& bytes);
     std::optional<std::string> hear(Millis timeout);
+    std::optional<std::string> hearBefore(Millis age);
     void takeInfo(const std::string& line);
     void takeBestMove(const std::string& line);
     void expectNext(const std::string& line);
@@ -89,6 +95,8 @@ private:
     UciProcess process;
     std::string transcript;
     std::chrono::steady_clock::time_point lastSaid;
+    ProcessorWaits engineWaits; // since our last words
+    ProcessorWaits ownWaits;
     int awaited = 0;        // `go` lines that have no answer yet
     int complaints = 0;     // lines that standard error must hold
     bool isComplete = true; // the last answer; otherwise one has begun

@@ -4,17 +4,21 @@
 #include "kestran-soak/checkedGame.h"
 #include "kestran-soak/outputWatch.h"
 #include "support/commandLine.h"
+#include "support/processorWaits.h"
 #include "support/textPattern.h"
 #include "support/uciProcess.h"
 #include "testing/toolSupport.h"
 
 #include <chrono>
+#include <csignal>
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
+#include <sched.h>
 #include <set>
 #include <sstream>
 #include <sys/resource.h>
+#include <thread>
 #include <tuple>
 #include <unistd.h>
 
@@ -365,6 +369,34 @@ TEST(Soak, LateIsOnlyWhoHadAProcessor) {
         EXPECT_EQ(report.starved, starved) << used;
         EXPECT_EQ(game.isOver(), losses > 0) << used;
     }
+}
+
+// Three that want one processor wait for two thirds of the time, one that sleeps does not.
+TEST(Soak, WaitsForAProcessorAreCounted) {
+    if (!std::ifstream("/proc/self/schedstat")) {
+        GTEST_SKIP() << "the system does not tell";
+    }
+    const std::string processor = std::to_string(sched_getcpu());
+    const std::vector<std::string> work = {"-c", processor, "/bin/sh", "-c",
+                                           "echo; while :; do :; done"};
+    UciProcess busy("/usr/bin/taskset", work);
+    UciProcess second("/usr/bin/taskset", work);
+    UciProcess third("/usr/bin/taskset", work);
+    UciProcess asleep("/bin/sleep", {"60"});
+    for (UciProcess* process : {&busy, &second, &third}) {
+        ASSERT_TRUE(process->readLine(PATIENCE));
+    }
+    ProcessorWaits busyWaits(busy.getPid());
+    const ProcessorWaits asleepWaits(asleep.getPid());
+    std::this_thread::sleep_for(std::chrono::milliseconds(500));
+    const std::int64_t waited = busyWaits.getMillis();
+    EXPECT_GE(waited, 250);
+    EXPECT_LT(asleepWaits.getMillis(), waited / 2);
+    busyWaits.restart();
+    EXPECT_LT(busyWaits.getMillis(), waited / 2);
+    busy.sendSignal(SIGKILL);
+    ASSERT_TRUE(busy.waitForEnd(PATIENCE));
+    EXPECT_EQ(busyWaits.getMillis(), 0);
 }
 
 // Two moves of each side, of which the second takes the first one back.

@@ -456,14 +456,15 @@ TEST(StartTest, ArgumentsAreIgnored) {
 
 // ---- Bounds of time ----
 
-// The middle one of an odd number of measurements, none of which may exceed `most`.
+// The middle one of an odd number of measurements, of which at most one may exceed `most`: a
+// virtual machine stands still now and then.
 long medianOf(int count, int most, const std::function<long()>& measure) {
     std::vector<long> values;
     for (int i = 0; i < count; ++i) {
         values.push_back(measure());
-        EXPECT_LE(values.back(), patience(most).count());
     }
     std::sort(values.begin(), values.end());
+    EXPECT_LE(values[values.size() - 2], patience(most).count());
     return values[values.size() / 2];
 }
 
@@ -498,7 +499,7 @@ TEST(ResponseTest, ReadyOkIsQuickDuringASearch) {
     talk.hold(withPositions("> position fen $busy | > go infinite | think 300"));
     const long median = medianOf(21, 100, [&talk] {
         talk.hold("think 20 | ready");
-        return talk.getAge().count();
+        return (talk.getAge() - talk.getWaited()).count();
     });
     EXPECT_LE(median, patience(20).count());
     talk.hold("> stop | answer");

@@ -29,15 +29,6 @@ std::optional<std::string> Player::takeLine() {
     return line;
 }
 
-std::int64_t Player::getWaitedMillis() const {
-    std::int64_t waited = 0;
-    for (const auto& [thread, wait] : process.getProcessorWaits()) {
-        const auto before = waits.find(thread);
-        waited += wait - (before == waits.end() ? 0 : before->second);
-    }
-    return waited / 1000000;
-}
-
 std::optional<UciProcess::End> Player::getEnd() {
     return process.waitForEnd(UciProcess::Timeout(0));
 }

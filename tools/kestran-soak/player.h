@@ -2,11 +2,11 @@
 // here waits for the engine.
 #pragma once
 
+#include "support/processorWaits.h"
 #include "support/uciProcess.h"
 
 #include <chrono>
 #include <cstdint>
-#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -38,8 +38,8 @@ public:
     const UciProcess& getProcess() const { return process; }
     // From now on count how long the engine waits for a processor; milliseconds of that, of
     // all its threads together.
-    void beginWaits() { waits = process.getProcessorWaits(); }
-    std::int64_t getWaitedMillis() const;
+    void beginWaits() { waits.restart(); }
+    std::int64_t getWaitedMillis() const { return waits.getMillis(); }
     // How the process has ended, or nothing if it still runs.
     std::optional<UciProcess::End> getEnd();
     // All that it has written to standard error.
@@ -51,8 +51,8 @@ private:
     void note(Clock::time_point when, char direction, const std::string& line);
 
     UciProcess process;
+    ProcessorWaits waits{process.getPid()};
     Clock::time_point started = Clock::now();
     Clock::time_point heard = started;
     std::string conversation;
-    std::map<int, std::int64_t> waits; // of the threads at beginWaits()
 };

@@ -4,7 +4,6 @@
 #include <array>
 #include <chrono>
 #include <cstdint>
-#include <map>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -80,9 +79,6 @@ public:
     // process that has ended.
     std::int64_t getResidentKib() const;
     std::int64_t getProcessorMillis() const;
-    // How long each thread that lives has waited for a processor so far, in nanoseconds, by
-    // its number. Empty where the system does not tell.
-    std::map<int, std::int64_t> getProcessorWaits() const;
 
 private:
     // ---- What each system does in its own way ----

@@ -6,12 +6,10 @@
 #include <cstring>
 #include <ctime>
 #include <fcntl.h>
-#include <filesystem>
 #include <fstream>
 #include <poll.h>
 #include <spawn.h>
 #include <sys/wait.h>
-#include <system_error>
 #include <unistd.h>
 #include <utility>
 
@@ -192,22 +190,6 @@ std::int64_t UciProcess::getProcessorMillis() const {
         return 0;
     }
     return static_cast<std::int64_t>(used.tv_sec) * 1000 + used.tv_nsec / 1000000;
-}
-
-std::map<int, std::int64_t> UciProcess::getProcessorWaits() const {
-    std::map<int, std::int64_t> waits;
-    std::error_code fault;
-    const std::string tasks = "/proc/" + std::to_string(getPid()) + "/task";
-    for (std::filesystem::directory_iterator task(tasks, fault), last; !fault && task != last;
-         task.increment(fault)) {
-        std::ifstream statistics(task->path() / "schedstat");
-        std::int64_t run = 0;
-        std::int64_t waited = 0;
-        if (statistics >> run >> waited) {
-            waits[std::stoi(task->path().filename().string())] = waited;
-        }
-    }
-    return waits;
 }
 
 bool UciProcess::pump(Timeout timeout, bool wantRoom) {

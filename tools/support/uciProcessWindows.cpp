@@ -177,10 +177,6 @@ std::int64_t UciProcess::getProcessorMillis() const {
     return toMillis(system) + toMillis(user);
 }
 
-std::map<int, std::int64_t> UciProcess::getProcessorWaits() const {
-    return {}; // the system does not tell
-}
-
 bool UciProcess::pump(Timeout timeout, bool wantRoom) {
     const Clock::time_point deadline = Clock::now() + timeout;
     const std::size_t before = pending.size() + errorText.size();
