@@ -274,22 +274,24 @@ std::string reportText(const SoakReport& report) {
 
 TEST(Soak, GoesOnAfterAStop) {
     const TestFolder folder;
-    int answers = 0;
+    int played = 0;
+    int asked = 0; // since two have been played: before the third game, and in it
     SoakOptions options = {.engine = "/bin/sh",
                            .arguments = filtered("sed -u 's/^bestmove d7d5/& /'"),
                            .games = 9,
                            .plies = 4,
-                           .jobs = 3,
                            .times = {parseTimeControl("1/0.001"), parseTimeControl("2+0.1")},
                            .records = folder.path,
                            .state = folder.path + "/state"};
-    options.isStopWanted = [&answers] { return ++answers > 25; };
-    const SoakReport stopped = runSoak(options);
-    EXPECT_GT(stopped.stopped, 0);
-    EXPECT_LT(stopped.games, options.games);
+    options.isStopWanted = [&played, &asked] { return played >= 2 && ++asked > 1; };
+    const SoakReport stopped =
+        runSoak(options, [&played](const SoakReport& report) { played = report.games; });
+    EXPECT_EQ(stopped.games, 3);
+    EXPECT_EQ(stopped.stopped, 1);
 
     std::ofstream(options.state, std::ios::app) << "game\t0\t1"; // as a crash would leave it
     options.isStopWanted = {};
+    options.jobs = 3;
     const SoakReport whole = runSoak(options);
     EXPECT_GT(whole.resumed, 0);
     EXPECT_EQ(whole.resumed, stopped.games - stopped.stopped);
