@@ -27,8 +27,8 @@ protected:
     }
 
     EngineConfig config = makeConfig();
+    Reports reports; // must outlive the searches
     Engine engine{config};
-    Reports reports;
 };
 
 const std::string MIDDLE_GAME =
