@@ -458,11 +458,9 @@ TEST(StartTest, ArgumentsAreIgnored) {
 
 // The middle one of an odd number of measurements, of which at most one may exceed `most`: a
 // virtual machine stands still now and then.
-long medianOf(int count, int most, const std::function<long()>& measure) {
-    std::vector<long> values;
-    for (int i = 0; i < count; ++i) {
-        values.push_back(measure());
-    }
+long medianOf(std::size_t count, int most, const std::function<long()>& measure) {
+    std::vector<long> values(count);
+    std::generate(values.begin(), values.end(), measure);
     std::sort(values.begin(), values.end());
     EXPECT_LE(values[values.size() - 2], patience(most).count());
     return values[values.size() / 2];
