@@ -77,12 +77,12 @@ void measureTable(benchmark::State& state, TranspositionTable& table, Access acc
     Position position;
     initializeToStartPosition(position);
     for (const std::uint64_t key : keys) {
-        position.carried.hash = key;
+        position.incremental.hash = key;
         table.addTableEntry(position, nullptr, 1, 0, -1, 1);
     }
     std::size_t next = 0;
     for (auto _ : state) {
-        position.carried.hash = keys[next];
+        position.incremental.hash = keys[next];
         next = (next + 1) % keys.size();
         access(position);
     }

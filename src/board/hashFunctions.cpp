@@ -15,7 +15,7 @@ std::uint64_t getPiecesHash(const Position& position) {
 std::uint64_t getCastlesHash(const Position& position) {
     std::uint64_t hash = 0;
     for (int right = 0; right < CASTLES; ++right) {
-        if (position.carried.castles[right]) {
+        if (position.incremental.castles[right]) {
             hash ^= getCastleHash(right);
         }
     }

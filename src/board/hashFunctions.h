@@ -39,7 +39,7 @@ inline std::uint64_t getPieceHash(const Piece& piece, Color color) {
     return getPieceHash(piece.pieceType, piece.boardPosition, color);
 }
 
-// The term of the castling right `convenientIndex`, 0 to 3 as in Carried::castles.
+// The term of the castling right `convenientIndex`, 0 to 3 as in IncrementalState::castles.
 constexpr std::uint64_t getCastleHash(int convenientIndex) {
     constexpr int CASTLE_OFFSET = 768;
     constexpr ByRight<int> PLACES = {1, 0, 3, 2}; // here the king side comes first
@@ -60,7 +60,7 @@ inline constexpr std::uint64_t WHITE_TO_MOVE_HASH = ZobristRandomArray[780];
 std::uint64_t getPiecesHash(const Position& position);
 std::uint64_t getCastlesHash(const Position& position);
 inline std::uint64_t getEpHash(const Position& position) {
-    const FieldIndex epField = position.carried.epField;
+    const FieldIndex epField = position.incremental.epField;
     if (epField == NO_FIELD) {
         return 0;
     }

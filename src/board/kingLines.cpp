@@ -54,8 +54,8 @@ FieldSet KingLines::getSafeFields(FieldSet fields) const {
 
 bool KingLines::allowsEnPassant(FieldIndex from) const {
     const Color own = position.colorToMove;
-    const FieldSet victim = setOf(position.carried.epField);
-    const FieldSet target = setOf(position.carried.epField + pawnOnePieceAheadOffset[own]);
+    const FieldSet victim = setOf(position.incremental.epField);
+    const FieldSet target = setOf(position.incremental.epField + pawnOnePieceAheadOffset[own]);
     const FieldSet occupied = (position.getOccupied() & ~setOf(from) & ~victim) | target;
     return !isAttacked(position, king, position.ofColor[opposite(own)] & ~victim, occupied);
 }

@@ -22,68 +22,71 @@ void checkInvariants([[maybe_unused]] const Position& position) {
 }
 
 // Turns the piece on a field, with its entry, into one of another kind.
-void changePiece(Position& position, Carried& carried, FieldIndex field, PieceType type) {
+void changePiece(Position& position, IncrementalState& incremental, FieldIndex field,
+                 PieceType type) {
     const Color color = position.board[field].color;
-    const std::int8_t entry = removePiece(position, carried, field);
-    putPiece(position, carried, field, color, type, entry);
+    const std::int8_t entry = removePiece(position, incremental, field);
+    putPiece(position, incremental, field, color, type, entry);
 }
 
 // ---- The pieces of a move, forward and back; the mover is to move ----
 
-void doPieces(Position& position, Carried& carried, const Move& move, DoMoveContext& context) {
+void doPieces(Position& position, IncrementalState& incremental, const Move& move,
+              DoMoveContext& context) {
     if (move.isCastle()) {
         const CastlingFields& fields = move.getCastlingFields();
-        movePiece(position, carried, fields.kingFrom, fields.kingTo);
-        movePiece(position, carried, fields.rookFrom, fields.rookTo);
+        movePiece(position, incremental, fields.kingFrom, fields.kingTo);
+        movePiece(position, incremental, fields.rookFrom, fields.rookTo);
         return;
     }
     if (move.pieceCaptured != NO_PIECE) {
-        context.tempPieceCapturedIndex = removePiece(position, carried, move.getCapturedField());
+        context.tempPieceCapturedIndex =
+            removePiece(position, incremental, move.getCapturedField());
     }
-    movePiece(position, carried, move.from, move.to);
+    movePiece(position, incremental, move.from, move.to);
     if (move.promotionPieceType != NO_PIECE) {
-        changePiece(position, carried, move.to, move.promotionPieceType);
+        changePiece(position, incremental, move.to, move.promotionPieceType);
     }
 }
 
-void undoPieces(Position& position, Carried& carried, const Move& move,
+void undoPieces(Position& position, IncrementalState& incremental, const Move& move,
                 const DoMoveContext& context) {
     if (move.isCastle()) {
         const CastlingFields& fields = move.getCastlingFields();
-        movePiece(position, carried, fields.kingTo, fields.kingFrom);
-        movePiece(position, carried, fields.rookTo, fields.rookFrom);
+        movePiece(position, incremental, fields.kingTo, fields.kingFrom);
+        movePiece(position, incremental, fields.rookTo, fields.rookFrom);
         return;
     }
     if (move.promotionPieceType != NO_PIECE) {
-        changePiece(position, carried, move.to, PAWN);
+        changePiece(position, incremental, move.to, PAWN);
     }
-    movePiece(position, carried, move.to, move.from);
+    movePiece(position, incremental, move.to, move.from);
     if (move.pieceCaptured != NO_PIECE) {
-        putPiece(position, carried, move.getCapturedField(), position.oppositeColorToMove(),
+        putPiece(position, incremental, move.getCapturedField(), position.oppositeColorToMove(),
                  move.pieceCaptured, context.tempPieceCapturedIndex);
     }
 }
 
 // ---- What else a move changes ----
 
-void loseCastle(Carried& carried, int right) {
-    if (carried.castles[right]) {
-        carried.castles[right] = false;
-        carried.hash ^= getCastleHash(right);
+void loseCastle(IncrementalState& incremental, int right) {
+    if (incremental.castles[right]) {
+        incremental.castles[right] = false;
+        incremental.hash ^= getCastleHash(right);
     }
 }
 
 // A king that moves loses both rights of its colour; a rook that leaves its corner or is
 // taken there loses one.
-void loseCastles(Carried& carried, const Move& move, Color mover) {
+void loseCastles(IncrementalState& incremental, const Move& move, Color mover) {
     constexpr FieldSet HOMES =
         setOf(A1) | setOf(E1) | setOf(H1) | setOf(A8) | setOf(E8) | setOf(H8);
     if (!move.isCastle() && ((setOf(move.from) | setOf(move.to)) & HOMES) == NO_FIELDS) {
         return;
     }
     if (move.isCastle() || move.pieceMoved == KING) {
-        loseCastle(carried, 2 * mover);
-        loseCastle(carried, 2 * mover + 1);
+        loseCastle(incremental, 2 * mover);
+        loseCastle(incremental, 2 * mover + 1);
     }
     if (move.isCastle()) {
         return;
@@ -92,7 +95,7 @@ void loseCastles(Carried& carried, const Move& move, Color mover) {
         for (const int right : {2 * color, 2 * color + 1}) {
             const FieldIndex corner = castlingFields[right].rookFrom;
             if (move.from == corner || move.to == corner) {
-                loseCastle(carried, right);
+                loseCastle(incremental, right);
                 break;
             }
         }
@@ -133,24 +136,24 @@ bool doMove(Position& position, const Move& move, DoMoveContext& context) {
 }
 
 void playMove(Position& position, const Move& move, DoMoveContext& context) {
-    Carried& carried = position.carried;
-    context.carried = carried;
+    IncrementalState& incremental = position.incremental;
+    context.incremental = incremental;
     const std::uint64_t oldEpHash = getEpHash(position);
-    doPieces(position, carried, move, context);
-    loseCastles(carried, move, position.colorToMove);
-    carried.epField = epFieldAfter(move);
-    carried.halfMoveClock = isIrreversible(move) ? 0 : carried.halfMoveClock + 1;
-    carried.moveEvaluation += getMoveEvaluation(move);
+    doPieces(position, incremental, move, context);
+    loseCastles(incremental, move, position.colorToMove);
+    incremental.epField = epFieldAfter(move);
+    incremental.halfMoveClock = isIrreversible(move) ? 0 : incremental.halfMoveClock + 1;
+    incremental.moveEvaluation += getMoveEvaluation(move);
     toggleColorToMove(position);
-    carried.hash ^= oldEpHash ^ getEpHash(position) ^ WHITE_TO_MOVE_HASH;
+    incremental.hash ^= oldEpHash ^ getEpHash(position) ^ WHITE_TO_MOVE_HASH;
     checkInvariants(position);
 }
 
 void undoMove(Position& position, const Move& move, const DoMoveContext& context) {
     toggleColorToMove(position);
-    Carried unread = {};
+    IncrementalState unread = {};
     undoPieces(position, unread, move, context);
-    position.carried = context.carried;
+    position.incremental = context.incremental;
     checkInvariants(position);
 }
 

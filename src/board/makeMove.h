@@ -7,7 +7,7 @@
 // The undo record of one move, owned by the caller. doMove() saves into it what the move
 // itself does not tell, undoMove() puts it back.
 struct DoMoveContext {
-    Carried carried;                    // as it was before the move
+    IncrementalState incremental;       // as it was before the move
     std::int8_t tempPieceCapturedIndex; // list entry of the captured piece, if there is one
 };
 

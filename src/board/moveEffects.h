@@ -15,7 +15,7 @@ inline int getMaterialGain(const Move& move) {
 
 // The worth of all pieces of both sides behind a move.
 inline int getTotalMaterialAfter(const Position& position, const Move& move) {
-    const ByColor<int>& material = position.carried.material;
+    const ByColor<int>& material = position.incremental.material;
     return material[WHITE] + material[BLACK] + getMaterialGain(move) -
            2 * pieceEvaluationValues[move.pieceCaptured];
 }
@@ -23,7 +23,7 @@ inline int getTotalMaterialAfter(const Position& position, const Move& move) {
 // The sum of the pieces behind a pseudo-legal move.
 inline PieceSum getSumAfter(const Position& position, const Move& move) {
     const auto& own = pieceSums[position.colorToMove];
-    PieceSum sum = position.carried.sum;
+    PieceSum sum = position.incremental.sum;
     if (move.isCastle()) {
         const CastlingFields& fields = move.getCastlingFields();
         sum += own[KING][fields.kingTo];
@@ -49,7 +49,7 @@ inline bool isReversible(const Position& position, const Move& move) {
     if (move.isCastle() || move.pieceMoved == PAWN || move.pieceCaptured != NO_PIECE) {
         return false;
     }
-    const ByRight<bool>& castles = position.carried.castles;
+    const ByRight<bool>& castles = position.incremental.castles;
     for (const int right : {2 * position.colorToMove, 2 * position.colorToMove + 1}) {
         if (castles[right] &&
             (move.pieceMoved == KING || move.from == castlingFields[right].rookFrom)) {
@@ -62,6 +62,6 @@ inline bool isReversible(const Position& position, const Move& move) {
 // The key behind a reversible move.
 inline std::uint64_t getKeyAfter(const Position& position, const Move& move) {
     const auto& own = pieceHashes[position.colorToMove][move.pieceMoved];
-    return position.carried.hash ^ own[move.from] ^ own[move.to] ^ getEpHash(position) ^
+    return position.incremental.hash ^ own[move.from] ^ own[move.to] ^ getEpHash(position) ^
            WHITE_TO_MOVE_HASH;
 }

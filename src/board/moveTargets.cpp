@@ -61,7 +61,7 @@ MoveTargets::MoveTargets(const Position& _position) : position(_position) {
     }
     addPawns();
     const int right = 2 * color;
-    const ByRight<bool>& castles = position.carried.castles;
+    const ByRight<bool>& castles = position.incremental.castles;
     const auto canCastleBy = [&](int i) {
         return castles[i] && (castlingPaths[i] & occupied) == NO_FIELDS &&
                isCastlingSafe(position, i);
@@ -93,8 +93,8 @@ void MoveTargets::addPawns() {
             3 * (countOf(promotingSteps) + countOf(left & promoting) + countOf(right & promoting));
     }
     FieldSet capturing = left | right;
-    if (position.carried.epField != NO_FIELD) {
-        const FieldSet victim = setOf(position.carried.epField);
+    if (position.incremental.epField != NO_FIELD) {
+        const FieldSet victim = setOf(position.incremental.epField);
         const FieldSet beside = (leftOf(victim) | rightOf(victim)) & ownPawns;
         count += countOf(beside);
         capturing |= beside;
@@ -110,6 +110,7 @@ Move makeCastling(const Position& position, bool queenSide) {
 }
 
 Move makeEnPassant(const Position& position, FieldIndex from) {
-    const FieldIndex to = position.carried.epField + pawnOnePieceAheadOffset[position.colorToMove];
+    const FieldIndex to =
+        position.incremental.epField + pawnOnePieceAheadOffset[position.colorToMove];
     return {from, to, PAWN, PAWN, EN_PASSANT, NO_PIECE};
 }

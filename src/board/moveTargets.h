@@ -47,7 +47,7 @@ public:
     bool canCastle(bool queenSide) const { return queenSide ? castlesLong : castlesShort; }
     // Whether a pawn on `from` may take en passant.
     bool canTakeEnPassant(FieldIndex from) const {
-        const FieldIndex epField = position.carried.epField;
+        const FieldIndex epField = position.incremental.epField;
         return epField + 1 == from || epField - 1 == from;
     }
 

@@ -10,11 +10,11 @@
 #include "board/position.h"
 
 // Puts a piece on a field and into a free entry of the list. Requires an empty field.
-inline void putPiece(Position& position, Carried& carried, FieldIndex field, Color color,
-                     PieceType type, std::int8_t entry) {
-    carried.material[color] += pieceEvaluationValues[type];
-    carried.sum += pieceSums[color][type][field];
-    carried.hash ^= getPieceHash(type, field, color);
+inline void putPiece(Position& position, IncrementalState& incremental, FieldIndex field,
+                     Color color, PieceType type, std::int8_t entry) {
+    incremental.material[color] += pieceEvaluationValues[type];
+    incremental.sum += pieceSums[color][type][field];
+    incremental.hash ^= getPieceHash(type, field, color);
     position.board[field] = {color, type, entry};
     position.pieces[entry] = {type, field};
     position.entries |= entrySetOf(entry);
@@ -24,11 +24,12 @@ inline void putPiece(Position& position, Carried& carried, FieldIndex field, Col
 }
 
 // Takes the piece off a field; returns the entry of the list that it leaves free.
-inline std::int8_t removePiece(Position& position, Carried& carried, FieldIndex field) {
+inline std::int8_t removePiece(Position& position, IncrementalState& incremental,
+                               FieldIndex field) {
     const auto [color, type, entry] = position.board[field];
-    carried.material[color] -= pieceEvaluationValues[type];
-    carried.sum -= pieceSums[color][type][field];
-    carried.hash ^= getPieceHash(type, field, color);
+    incremental.material[color] -= pieceEvaluationValues[type];
+    incremental.sum -= pieceSums[color][type][field];
+    incremental.hash ^= getPieceHash(type, field, color);
     position.board[field].color = EMPTY;
     position.pieces[entry].pieceType = NO_PIECE;
     position.entries &= ~entrySetOf(entry);
@@ -39,12 +40,13 @@ inline std::int8_t removePiece(Position& position, Carried& carried, FieldIndex 
 }
 
 // Moves the piece on `from` to the empty field `to`; it keeps its entry.
-inline void movePiece(Position& position, Carried& carried, FieldIndex from, FieldIndex to) {
+inline void movePiece(Position& position, IncrementalState& incremental, FieldIndex from,
+                      FieldIndex to) {
     const Field moved = position.board[from];
     const auto [color, type, entry] = moved;
-    carried.sum += pieceSums[color][type][to];
-    carried.sum -= pieceSums[color][type][from];
-    carried.hash ^= getPieceHash(type, from, color) ^ getPieceHash(type, to, color);
+    incremental.sum += pieceSums[color][type][to];
+    incremental.sum -= pieceSums[color][type][from];
+    incremental.hash ^= getPieceHash(type, from, color) ^ getPieceHash(type, to, color);
     position.board[from].color = EMPTY;
     position.board[to] = moved;
     position.pieces[entry].boardPosition = to;

@@ -36,7 +36,7 @@ enum CheckState : std::int8_t { CHECK_UNKNOWN = 0, IS_CHECK = 1, IS_NOT_CHECK = 
 
 // What a move changes beside the pieces. doMove() saves it whole, undoMove() puts it back
 // whole.
-struct Carried {
+struct IncrementalState {
     // Of the position itself.
     FieldIndex epField; // the pawn that has just made a double step, or NO_FIELD
     // Rights to castle: 0 White queen side, 1 White king side, 2 Black queen side,
@@ -54,11 +54,11 @@ struct Carried {
 // Built by initializeToStartPosition() or setFenNotation(), changed by doMove() and
 // undoMove() alone, which leave the pieces to the primitives of pieces.h.
 struct Position {
-    // The position itself, together with the first members of `carried`.
+    // The position itself, together with the first members of `incremental`.
     ByEntry<Piece> pieces; // entries 0 to 15 White's, 16 to 31 Black's
     Color colorToMove;     // the side to move
     ByField<Field> board;  // the mailbox
-    Carried carried;
+    IncrementalState incremental;
 
     // Derived: the entries of the list that hold a piece, and those that hold a pawn:
     // entriesWhere().

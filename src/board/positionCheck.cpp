@@ -60,7 +60,7 @@ std::string findInList(const Position& position) {
 
 std::string findInDerivedValues(const Position& position) {
     for (const Color color : COLORS) {
-        if (position.carried.material[color] != materialForColor(position, color)) {
+        if (position.incremental.material[color] != materialForColor(position, color)) {
             return "material is off for colour " + std::to_string(color);
         }
     }
@@ -79,10 +79,10 @@ std::string findInDerivedValues(const Position& position) {
         position.pawnEntries != entriesWhere(position, true)) {
         return "the set of entries is off";
     }
-    if (position.carried.sum != sumOfPieces(position)) {
+    if (position.incremental.sum != sumOfPieces(position)) {
         return "the sum of the pieces is off";
     }
-    if (position.carried.hash != getPositionZobristHash(position)) {
+    if (position.incremental.hash != getPositionZobristHash(position)) {
         return "the key is off";
     }
     const FieldIndex king = position.pieces[KingIndex[position.colorToMove]].boardPosition;

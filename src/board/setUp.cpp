@@ -21,12 +21,12 @@ void resetPosition(Position& position) {
         piece.pieceType = NO_PIECE;
     }
     position.colorToMove = WHITE;
-    position.carried.epField = NO_FIELD;
-    position.carried.castles = {};
-    position.carried.halfMoveClock = 0;
-    position.carried.moveEvaluation = 0;
-    position.carried.material = {};
-    position.carried.sum = {};
+    position.incremental.epField = NO_FIELD;
+    position.incremental.castles = {};
+    position.incremental.halfMoveClock = 0;
+    position.incremental.moveEvaluation = 0;
+    position.incremental.material = {};
+    position.incremental.sum = {};
     position.ofColor = {};
     position.ofType = {};
     position.entries = 0;
@@ -70,7 +70,7 @@ void reflectBoardToPieces(Position& position) {
 
 void countMaterial(Position& position) {
     for (const Color color : COLORS) {
-        position.carried.material[color] = materialForColor(position, color);
+        position.incremental.material[color] = materialForColor(position, color);
     }
 }
 
@@ -86,14 +86,14 @@ void deriveAll(Position& position) {
     }
     position.entries = entriesWhere(position, false);
     position.pawnEntries = entriesWhere(position, true);
-    position.carried.sum = sumOfPieces(position);
-    position.carried.hash = getPositionZobristHash(position);
+    position.incremental.sum = sumOfPieces(position);
+    position.incremental.hash = getPositionZobristHash(position);
 }
 
 void initializeToStartPosition(Position& position) {
     resetPosition(position);
     setPiecesForStartPosition(position);
-    position.carried.castles.fill(true);
+    position.incremental.castles.fill(true);
     position.check = IS_NOT_CHECK;
     deriveAll(position);
 }

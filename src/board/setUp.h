@@ -44,5 +44,5 @@ PieceSum sumOfPieces(const Position& position);
 
 // Worth of all pieces, kings counting 0, in thousandths of a pawn.
 inline int totalMaterial(const Position& position) {
-    return position.carried.material[WHITE] + position.carried.material[BLACK];
+    return position.incremental.material[WHITE] + position.incremental.material[BLACK];
 }

@@ -54,7 +54,7 @@ std::string Engine::init(const std::string& fen) {
 
 void Engine::init(const Position& _position) {
     game.position = _position;
-    game.repetitionHashes.assign(1, _position.carried.hash);
+    game.repetitionHashes.assign(1, _position.incremental.hash);
 }
 
 void Engine::doMoveLongAlgebraic(const std::string& move) {
@@ -69,7 +69,7 @@ void Engine::doMoveLongAlgebraic(const std::string& move) {
 void Engine::doMoveEngine(const Move& move) {
     DoMoveContext context;
     if (doMove(game.position, move, context)) {
-        game.repetitionHashes.push_back(game.position.carried.hash);
+        game.repetitionHashes.push_back(game.position.incremental.hash);
     }
 }
 

@@ -68,7 +68,7 @@ void readCastling(const std::string& token, Position& position) {
         }
         for (const auto& [letter, right] : castlingLetters) {
             if (c == letter) {
-                position.carried.castles[right] = true;
+                position.incremental.castles[right] = true;
             }
         }
     }
@@ -81,13 +81,13 @@ void readEnPassant(const std::string& token, Position& position) {
     }
     const FieldIndex behind = parseField(token[0], token[1]);
     if (behind != NOT_FOUND) {
-        position.carried.epField = behind + barva_OffsetPoleDozadu[position.colorToMove];
+        position.incremental.epField = behind + barva_OffsetPoleDozadu[position.colorToMove];
     }
 }
 
 void readClock(const std::string& token, Position& position) {
     if (!token.starts_with('-')) {
-        position.carried.halfMoveClock = static_cast<int>(
+        position.incremental.halfMoveClock = static_cast<int>(
             std::clamp(std::strtol(token.c_str(), nullptr, 10), 0L, MAX_FEN_CLOCK));
     }
 }
@@ -194,14 +194,14 @@ void dropUnfoundedCastles(Position& position) {
         const Color color = right < 2 ? WHITE : BLACK;
         if (!holds(position, fields.kingFrom, color, KING) ||
             !holds(position, fields.rookFrom, color, ROOK)) {
-            position.carried.castles[right] = false;
+            position.incremental.castles[right] = false;
         }
     }
 }
 
 // Drops the en passant field if its pawn cannot have come there by a double step just now.
 void dropUnfoundedEpField(Position& position) {
-    FieldIndex& epField = position.carried.epField;
+    FieldIndex& epField = position.incremental.epField;
     const Color mover = position.oppositeColorToMove();
     if (epField == NO_FIELD || !holds(position, epField, mover, PAWN)) {
         epField = NO_FIELD;
@@ -247,7 +247,7 @@ std::string rankToFen(const Position& position, int row) {
 std::string castlingToFen(const Position& position) {
     std::string text;
     for (const auto& [letter, right] : castlingLetters) {
-        if (position.carried.castles[right]) {
+        if (position.incremental.castles[right]) {
             text += letter;
         }
     }
@@ -255,7 +255,7 @@ std::string castlingToFen(const Position& position) {
 }
 
 std::string enPassantToFen(const Position& position) {
-    const FieldIndex epField = position.carried.epField;
+    const FieldIndex epField = position.incremental.epField;
     if (epField == NO_FIELD) {
         return "-";
     }
@@ -318,5 +318,5 @@ std::string getFen(const Position& position) {
     }
     fen += position.colorToMove == WHITE ? " w " : " b ";
     fen += castlingToFen(position) + " " + enPassantToFen(position) + " ";
-    return fen + std::to_string(position.carried.halfMoveClock);
+    return fen + std::to_string(position.incremental.halfMoveClock);
 }

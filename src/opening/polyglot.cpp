@@ -80,7 +80,7 @@ std::vector<PolyglotEntry> PolyglotBook::get(std::uint64_t hash) const {
 
 Move PolyglotBook::getMove(const Position& position) const {
     constexpr Move NO_MOVE = {NO_BOOK_MOVE, NO_FIELD, NO_PIECE, NO_PIECE, ORDINARY_MOVE, NO_PIECE};
-    const std::vector<PolyglotEntry> entries = get(position.carried.hash);
+    const std::vector<PolyglotEntry> entries = get(position.incremental.hash);
     if (entries.empty()) {
         return NO_MOVE;
     }
@@ -114,7 +114,7 @@ std::vector<HashEntryPair> getLineFromString(const std::string& str, bool usePol
         if (index < 0) {
             break;
         }
-        result.push_back({position.carried.hash, entry});
+        result.push_back({position.incremental.hash, entry});
         DoMoveContext context;
         doMove(position, moves[index], context);
     }

@@ -10,7 +10,7 @@ constexpr int LAZY_MARGIN = 500; // beyond it material alone decides
 
 int positionalEval(const Position& position, int /*materialBalance*/) {
     const bool isEndGame = totalMaterial(position) <= END_GAME_MAX_MATERIAL;
-    const int eval = positionalEvalOf(position.carried.sum, isEndGame);
+    const int eval = positionalEvalOf(position.incremental.sum, isEndGame);
     return position.colorToMove == WHITE ? -eval : eval;
 }
 

@@ -13,7 +13,7 @@ inline constexpr int END_GAME_MAX_MATERIAL = 26200;
 
 // The balance of material.
 inline int basicPositionEvaluationByMaterial(const Position& position) {
-    const ByColor<int>& material = position.carried.material;
+    const ByColor<int>& material = position.incremental.material;
     return material[position.oppositeColorToMove()] - material[position.colorToMove];
 }
 

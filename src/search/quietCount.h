@@ -14,13 +14,13 @@ class QuietCount {
 public:
     QuietCount(QuiscenceNode& _node, SearchState& _state, bool isWatched)
         : node(_node), state(_state) {
-        const Carried& carried = node.position.carried;
+        const IncrementalState& incremental = node.position.incremental;
         const bool isStatic = !node.isInCheckOriginally || node.isDeepestPly;
         const bool canBeDraw =
-            node.alfa < DRAW_EVALUATION && state.path.canRepeat(carried.halfMoveClock + 1);
+            node.alfa < DRAW_EVALUATION && state.path.canRepeat(incremental.halfMoveClock + 1);
         if (isStatic && !canBeDraw && !isWatched) {
             const int material = totalMaterial(node.position);
-            score = node.getStaticScore(carried.sum, material, node.material);
+            score = node.getStaticScore(incremental.sum, material, node.material);
             gains = &getGreatestGains(node.position.colorToMove, material <= END_GAME_MAX_MATERIAL);
         }
     }
@@ -40,7 +40,7 @@ public:
         }
         const auto& sums = pieceSums[position.colorToMove][piece.type];
         const int material = totalMaterial(position);
-        PieceSum others = position.carried.sum;
+        PieceSum others = position.incremental.sum;
         others -= sums[piece.from];
         FieldSet negligible = fields;
         forEachField(fields, [&](FieldIndex to) {

@@ -36,7 +36,7 @@ MoveEnding Quiscence<Observer>::quiscenceSearchInner(Position& position, int alf
 template <class Observer>
 MoveEnding Quiscence<Observer>::quiscenceSearchRek(Position& position, Variant& variant, int alfa,
                                                    int beta, int depth) {
-    if (position.carried.halfMoveClock >= MAX_HALF_MOVE_CLOCK) {
+    if (position.incremental.halfMoveClock >= MAX_HALF_MOVE_CLOCK) {
         variant.clear(DRAW_EVALUATION);
         return MoveEnding::CLOCK;
     }
@@ -181,7 +181,7 @@ auto Quiscence<Observer>::tryMove(QuiscenceNode& node, const Move& move) -> Next
 template <class Observer>
 MoveEnding Quiscence<Observer>::scoreQuiscenceMove(QuiscenceNode& node, const Move& move) {
     const Position& position = node.position;
-    const int clock = position.carried.halfMoveClock + 1;
+    const int clock = position.incremental.halfMoveClock + 1;
     if (state.path.canRepeat(clock) && isReversible(position, move) &&
         state.path.isRepetition(getKeyAfter(position, move), clock)) {
         node.localVariant.evaluation = DRAW_EVALUATION;
@@ -209,7 +209,7 @@ template <class Observer>
 MoveEnding Quiscence<Observer>::searchMove(QuiscenceNode& node, const Move& move) {
     DoMoveContext context;
     playMove(node.position, move, context);
-    state.path.push(node.position.carried.hash);
+    state.path.push(node.position.incremental.hash);
     const MoveEnding ending =
         quiscenceSearchRek(node.position, node.localVariant, closerToCheckMate(-node.beta),
                            closerToCheckMate(-node.alfa), node.depth + 1);

@@ -18,9 +18,9 @@ struct SearchState {
     // Put the position after a move on the path, and take the last one off it. The first tells
     // whether the position stood before, in the game or on the path.
     bool moveDoneInner(const Position& newPosition) {
-        const Carried& carried = newPosition.carried;
-        const bool isRepetition = path.isRepetition(carried.hash, carried.halfMoveClock);
-        path.push(carried.hash);
+        const IncrementalState& incremental = newPosition.incremental;
+        const bool isRepetition = path.isRepetition(incremental.hash, incremental.halfMoveClock);
+        path.push(incremental.hash);
         return isRepetition;
     }
     void moveUndoneInner() { path.pop(); }

@@ -25,11 +25,11 @@ void TranspositionTable::addTableEntry(const Position& position, const Move* fir
     if (hashTable.isEmpty()) {
         return;
     }
-    GenericEntry& entry = hashTable.getEntry(position.carried.hash);
+    GenericEntry& entry = hashTable.getEntry(position.incremental.hash);
     entry.state = stateOf(evaluation, alfa, beta);
     entry.maxVariantDepth = static_cast<std::int8_t>(maxVariantDepth);
     entry.evaluation = evaluation;
-    entry.checkHashProduction = hashTable.getCheckValue(position.carried.hash);
+    entry.checkHashProduction = hashTable.getCheckValue(position.incremental.hash);
     if (firstVariantMove != nullptr) {
         entry.moveRepresentation = PolyglotEntry::getIntRepresentation(*firstVariantMove);
     }
@@ -41,7 +41,7 @@ bool TranspositionTable::useTableEntry(const Position& position, int maxVariantD
         return false;
     }
     bool clash = false;
-    const GenericEntry& entry = hashTable.getEntry(position.carried.hash, clash);
+    const GenericEntry& entry = hashTable.getEntry(position.incremental.hash, clash);
     if (clash || entry.state != NOFAIL || entry.maxVariantDepth < maxVariantDepth) {
         return false;
     }
@@ -55,7 +55,7 @@ bool TranspositionTable::lmf(const Position& position, int alfa, int originalAlf
         return false;
     }
     bool clash = false;
-    const GenericEntry& entry = hashTable.getEntry(position.carried.hash, clash);
+    const GenericEntry& entry = hashTable.getEntry(position.incremental.hash, clash);
     return !clash && isUpperLimit(entry.state) && alfa != originalAlfa &&
            entry.maxVariantDepth + 1 >= maxVariantDepth && entry.evaluation + LMF_MARGIN < alfa;
 }
@@ -64,12 +64,12 @@ std::int16_t TranspositionTable::getBestMoveHint(const Position& position) {
     if (hashTable.isEmpty()) {
         return 0;
     }
-    const GenericEntry& entry = hashTable.getEntry(position.carried.hash);
+    const GenericEntry& entry = hashTable.getEntry(position.incremental.hash);
     return isUpperLimit(entry.state) ? entry.moveRepresentation : std::int16_t{0};
 }
 
 std::int16_t TranspositionTable::getAnyMove(const Position& position) {
-    return hashTable.getEntry(position.carried.hash).moveRepresentation;
+    return hashTable.getEntry(position.incremental.hash).moveRepresentation;
 }
 
 int TranspositionTable::resize(int size) {

@@ -34,7 +34,7 @@ template <class Observer>
 MoveEnding TreeSearch<Observer>::generateTreeRek(Position& position, Variant& outputVar, int alfa,
                                                  int beta, int depth) {
     // The clock comes before everything else: even a mate is a draw by then.
-    if (position.carried.halfMoveClock >= MAX_HALF_MOVE_CLOCK) {
+    if (position.incremental.halfMoveClock >= MAX_HALF_MOVE_CLOCK) {
         outputVar.clear(DRAW_EVALUATION);
         return MoveEnding::CLOCK;
     }

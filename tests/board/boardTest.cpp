@@ -20,7 +20,7 @@ TEST(StartPosition, IsSetUpInTheOrderOfTheList) {
 TEST(ReflectBoard, LeavesOutWhatTheListCannotHold) {
     const Position position = positionOf("4k3/8/8/8/8/QQQQQQQQ/QQQQQQQQ/K7 w - - 0 1");
     EXPECT_EQ(position.pieces[KingIndex[BLACK]].pieceType, KING);
-    EXPECT_EQ(position.carried.material[WHITE], 15 * 9500);
+    EXPECT_EQ(position.incremental.material[WHITE], 15 * 9500);
     for (const Color none : {EMPTY, BORDER}) { // any colour but White's is Black's
         EXPECT_EQ(materialForColor(positionOf(START_FEN), none), 39700);
     }
@@ -73,13 +73,14 @@ TEST(FindInconsistency, TellsEachBrokenInvariant) {
              std::swap(p.pieces[0], p.pieces[1]);
              std::swap(p.board[E1].pieceIndexInList, p.board[A2].pieceIndexInList);
          }},
-        {"material", [](Position& p) { p.carried.material[WHITE] += 1000; }},
-        {"key", [](Position& p) { p.carried.hash ^= 1; }},
+        {"material", [](Position& p) { p.incremental.material[WHITE] += 1000; }},
+        {"key", [](Position& p) { p.incremental.hash ^= 1; }},
         {"for colour 1", [](Position& p) { p.ofColor[BLACK] ^= setOf(E4); }},
         {"for kind 2", [](Position& p) { p.ofType[ROOK] ^= setOf(A1); }},
         {"set of entries", [](Position& p) { p.entries ^= 1; }},
         {"set of entries", [](Position& p) { p.pawnEntries ^= entrySetOf(17); }},
-        {"sum of the pieces", [](Position& p) { p.carried.sum += pieceSums[BLACK][KNIGHT][F6]; }},
+        {"sum of the pieces",
+         [](Position& p) { p.incremental.sum += pieceSums[BLACK][KNIGHT][F6]; }},
         {"remembered check", [](Position& p) { p.check = IS_CHECK; }},
     };
     // White has no queen, so that its last entry is free.
@@ -101,7 +102,7 @@ TEST(FindInconsistency, TellsEachBrokenInvariant) {
 TEST(RequireConsistent, EndsTheProcess) {
     Position position = positionOf(START_FEN);
     requireConsistent(position);
-    position.carried.hash ^= 1;
+    position.incremental.hash ^= 1;
     EXPECT_DEATH(requireConsistent(position), "the key is off");
 }
 
@@ -121,8 +122,8 @@ TEST(Key, IsThePublishedOne) {
     };
     for (const auto& [moves, key] : cases) {
         const Position position = positionAfterMoves(moves);
-        EXPECT_EQ(position.carried.hash, key) << moves;
-        EXPECT_EQ(positionOf(getFen(position)).carried.hash, key) << moves;
+        EXPECT_EQ(position.incremental.hash, key) << moves;
+        EXPECT_EQ(positionOf(getFen(position)).incremental.hash, key) << moves;
     }
 }
 

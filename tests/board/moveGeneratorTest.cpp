@@ -53,15 +53,15 @@ void expectLikeTwin(Position& position, const NaiveBoard& twin) {
     EXPECT_EQ(isInMate(position), twin.isInCheck() && twin.getLegalMoves().empty()) << fen;
     const std::string identity = twin.getIdentity();
     EXPECT_TRUE(fen.starts_with(identity.substr(0, identity.rfind(' ')))) << fen << identity;
-    EXPECT_EQ(position.carried.halfMoveClock, twin.getHalfMoveClock()) << fen;
+    EXPECT_EQ(position.incremental.halfMoveClock, twin.getHalfMoveClock()) << fen;
 }
 
 using KeysByIdentity = std::map<std::string, std::uint64_t>;
 
 void walkWithTwin(Position position, const NaiveBoard& twin, int depth, KeysByIdentity& keys) {
     expectLikeTwin(position, twin);
-    const auto [entry, isNew] = keys.try_emplace(twin.getIdentity(), position.carried.hash);
-    EXPECT_EQ(entry->second, position.carried.hash) << entry->first;
+    const auto [entry, isNew] = keys.try_emplace(twin.getIdentity(), position.incremental.hash);
+    EXPECT_EQ(entry->second, position.incremental.hash) << entry->first;
     for (const std::string& move : depth > 0 ? twin.getLegalMoves() : std::vector<std::string>()) {
         Position next = position;
         NaiveBoard nextTwin = twin;
@@ -98,7 +98,8 @@ TEST(Symmetry, MirroredPositionsHaveMirroredMoves) {
         std::ranges::transform(expected, expected.begin(), mirrorMove);
         EXPECT_EQ(sorted(textsOf(pseudoLegalMovesOf(mirror))), sorted(expected)) << line.fen;
         EXPECT_EQ(isInCheck(mirror), isInCheck(position)) << line.fen;
-        EXPECT_EQ(mirror.carried.material[BLACK], position.carried.material[WHITE]) << line.fen;
+        EXPECT_EQ(mirror.incremental.material[BLACK], position.incremental.material[WHITE])
+            << line.fen;
     }
 }
 
@@ -142,10 +143,10 @@ TEST(GenerationOrder, FollowsListAndOffsets) {
 TEST(DoMove, CountsCastlingsForTheirColour) {
     Position position = positionOf("r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 5 1");
     play(position, "e1g1");
-    EXPECT_EQ(position.carried.moveEvaluation, 10);
-    EXPECT_EQ(position.carried.halfMoveClock, 6);
+    EXPECT_EQ(position.incremental.moveEvaluation, 10);
+    EXPECT_EQ(position.incremental.halfMoveClock, 6);
     play(position, "e8c8");
-    EXPECT_EQ(position.carried.moveEvaluation, 0);
+    EXPECT_EQ(position.incremental.moveEvaluation, 0);
 }
 
 } // namespace

@@ -42,13 +42,13 @@ TEST_F(EngineGame, KeepsTheKeysOfItsPositionsAndSkipsOtherWords) {
     const std::vector<std::uint64_t>& keys = engine.getGame().repetitionHashes;
     ASSERT_EQ(keys.size(), 5U);
     EXPECT_EQ(keys[0], keys[4]);
-    EXPECT_EQ(keys[4], engine.getPosition().carried.hash);
+    EXPECT_EQ(keys[4], engine.getPosition().incremental.hash);
     EXPECT_NE(engine.init("8/8/8/8/8/8/8/8 w - - 0 1"), "");
     EXPECT_EQ(keys.size(), 5U);
     engine.init();
     playMoves("e2e4");
-    EXPECT_EQ(keys, (std::vector{positionOf(START_FEN).carried.hash,
-                                 positionAfterMoves("e2e4").carried.hash}));
+    EXPECT_EQ(keys, (std::vector{positionOf(START_FEN).incremental.hash,
+                                 positionAfterMoves("e2e4").incremental.hash}));
 }
 
 TEST_F(EngineGame, SearchOnTheCallersThreadFindsTheMove) {

@@ -33,11 +33,12 @@ void walk(Position position, int plies) {
         requireSound(position);
         undoMove(position, moves[i], context);
         requireSound(position);
-        require(getFen(position) == getFen(before) && position.carried.hash == before.carried.hash,
+        require(getFen(position) == getFen(before) &&
+                    position.incremental.hash == before.incremental.hash,
                 "undone is not as before: " + getFen(before));
     }
     if (count > 0 && plies > 0) {
-        const auto drawn = position.carried.hash % static_cast<std::uint64_t>(count);
+        const auto drawn = position.incremental.hash % static_cast<std::uint64_t>(count);
         walk(positionAfter(position, moves[static_cast<int>(drawn)]), plies - 1);
     }
 }
@@ -77,7 +78,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     requireSound(accepted);
     require(engine.init(fen).empty(), "our own text is rejected: " + fen);
     require(getFen(engine.getPosition()) == fen &&
-                engine.getPosition().carried.hash == accepted.carried.hash,
+                engine.getPosition().incremental.hash == accepted.incremental.hash,
             "not read back as written: " + fen);
     requireSameMoves(accepted);
     walk(accepted, 4);

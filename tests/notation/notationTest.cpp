@@ -45,15 +45,15 @@ TEST(Fen, IsReadToTheLetter) {
         EXPECT_EQ(getFen(position), fen) << text;
         EXPECT_EQ(findDifference(position, positionOf(fen)), "") << text; // also off the board
     }
-    EXPECT_EQ(positionOf("8/8/8/8/4P3/8/8/K1k5 b - e3 0").carried.epField, E4);
-    EXPECT_EQ(positionOf("8/8/8/3p4/8/8/8/K1k5 w - d6 0").carried.epField, D5);
+    EXPECT_EQ(positionOf("8/8/8/8/4P3/8/8/K1k5 b - e3 0").incremental.epField, E4);
+    EXPECT_EQ(positionOf("8/8/8/3p4/8/8/8/K1k5 w - d6 0").incremental.epField, D5);
 }
 
 TEST(Fen, ClockLeavesRoomToCountOn) {
     for (const char* clock : {"2147483647", "99999999999999999999"}) {
         Position position = positionOf("8/8/8/8/8/8/8/K1k5 w - - " + std::string(clock));
-        EXPECT_GT(position.carried.halfMoveClock, 100'000);
-        EXPECT_LT(position.carried.halfMoveClock, std::numeric_limits<int>::max() - 100'000);
+        EXPECT_GT(position.incremental.halfMoveClock, 100'000);
+        EXPECT_LT(position.incremental.halfMoveClock, std::numeric_limits<int>::max() - 100'000);
     }
 }
 

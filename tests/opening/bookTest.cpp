@@ -50,13 +50,13 @@ TEST(StandardBook, HoldsEveryMoveOfItsLines) {
     }
     EXPECT_EQ(entries, 3080U);
     EXPECT_EQ(digest, 17190160648234158528U);
-    EXPECT_EQ(PolyglotBook::getStandard().get(start.carried.hash).size(), 346U);
+    EXPECT_EQ(PolyglotBook::getStandard().get(start.incremental.hash).size(), 346U);
 }
 
 TEST(StandardBook, DrawsMovesAsOftenAsTheyStand) {
     const PolyglotBook book = PolyglotBook::getStandard();
     std::map<std::string, double> counts;
-    for (const PolyglotEntry& entry : book.get(start.carried.hash)) {
+    for (const PolyglotEntry& entry : book.get(start.incremental.hash)) {
         ++counts[fieldToString(entry.getFrom(), true) + fieldToString(entry.getTo(), true)];
     }
     EXPECT_EQ(counts, (std::map<std::string, double>{
@@ -75,7 +75,7 @@ TEST(StandardBook, DrawsMovesAsOftenAsTheyStand) {
 TEST(Book, HasNoMoveForAnEntryThatIsNotPossible) {
     PolyglotBook book;
     EXPECT_EQ(book.getMove(start).from, PolyglotBook::NO_BOOK_MOVE);
-    book.put(start.carried.hash, PolyglotEntry(std::int16_t{263}, 0, 0));
+    book.put(start.incremental.hash, PolyglotEntry(std::int16_t{263}, 0, 0));
     EXPECT_EQ(book.getMove(start).from, PolyglotBook::NO_BOOK_MOVE);
 }
 
@@ -102,7 +102,7 @@ TEST(BookLine, IsReadUntilAMoveIsNotPossible) {
     }
     const std::vector<HashEntryPair> pairs = getLineFromString(opening + "e1g1 g8f6", false);
     EXPECT_EQ(pairs[6].polyglotEntry.getMoveInt(), 263);
-    EXPECT_EQ(pairs[7].hash, positionAfterMoves(opening + "e1g1").carried.hash);
+    EXPECT_EQ(pairs[7].hash, positionAfterMoves(opening + "e1g1").incremental.hash);
 }
 
 TEST(BookFile, NeedsNoLineEndAtItsEnd) {
@@ -111,16 +111,16 @@ TEST(BookFile, NeedsNoLineEndAtItsEnd) {
     for (const char* ending : {"", "\n", "  \n\n"}) {
         std::ofstream(path) << "d2d4 d7d5\ne2e4 e7e5" << ending;
         const PolyglotBook book = PolyglotBook::getBookFromFile(path, false);
-        EXPECT_EQ(book.get(start.carried.hash).size(), 2U);
-        EXPECT_EQ(book.get(positionAfterMoves("e2e4").carried.hash).size(), 1U);
+        EXPECT_EQ(book.get(start.incremental.hash).size(), 2U);
+        EXPECT_EQ(book.get(positionAfterMoves("e2e4").incremental.hash).size(), 1U);
     }
     std::remove(path.c_str());
 
     testing::internal::CaptureStderr();
-    EXPECT_TRUE(PolyglotBook::getBookFromFile(path, false).get(start.carried.hash).empty());
+    EXPECT_TRUE(PolyglotBook::getBookFromFile(path, false).get(start.incremental.hash).empty());
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "Unable to open file");
     testing::internal::CaptureStderr();
-    EXPECT_TRUE(PolyglotBook::getPcst().get(start.carried.hash).empty());
+    EXPECT_TRUE(PolyglotBook::getPcst().get(start.incremental.hash).empty());
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "Unable to open file");
 }
 

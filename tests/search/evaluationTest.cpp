@@ -15,8 +15,8 @@ constexpr int END_GAME_MATERIAL = 26200;
 int scoreOfPiece(PieceType type, Color color, FieldIndex field, int allMaterial) {
     Position position;
     resetPosition(position);
-    position.carried.sum = PieceSum(color, type, field);
-    position.carried.material[color] = allMaterial;
+    position.incremental.sum = PieceSum(color, type, field);
+    position.incremental.material[color] = allMaterial;
     position.colorToMove = opposite(color);
     return positionalEval(position, 0);
 }

@@ -13,7 +13,7 @@ constexpr int SIZE = 1000; // no power of two
 Position inSlot7(std::uint64_t check) {
     Position position = positionOf(START_FEN);
     const std::uint64_t base = check << 48;
-    position.carried.hash = base - base % SIZE + SIZE + 7;
+    position.incremental.hash = base - base % SIZE + SIZE + 7;
     return position;
 }
 

@@ -74,7 +74,7 @@ TEST_F(Deepening, BeginsWithoutTheScoresAndKillersOfTheSearchBefore) {
         return count;
     };
     const auto isStartKnown = [&] {
-        return state.table.getHashTable().getEntry(start.carried.hash).state != FREE;
+        return state.table.getHashTable().getEntry(start.incremental.hash).state != FREE;
     };
     Variant variant;
     ida.generateTree(start, variant, 3, true);

@@ -78,16 +78,17 @@ private:
 
     void compare(const Position& position, const plain::Position& twin, int castlings) {
         comparePieces(position, twin);
-        const Carried& carried = position.carried;
+        const IncrementalState& incremental = position.incremental;
         note(position, position.colorToMove == twin.side, "side to move");
-        note(position, carried.epField == (twin.passed == 0 ? int{NO_FIELD} : twin.passed),
+        note(position, incremental.epField == (twin.passed == 0 ? int{NO_FIELD} : twin.passed),
              "en passant field");
         for (int right = 0; right < CASTLES; ++right) {
-            note(position, carried.castles[right] == twin.castles[at(right)], "right to castle");
+            note(position, incremental.castles[right] == twin.castles[at(right)],
+                 "right to castle");
         }
-        note(position, carried.halfMoveClock == twin.clock, "clock");
-        note(position, carried.moveEvaluation == 10 * castlings, "castlings counted");
-        note(position, carried.hash == twin.key(), "key");
+        note(position, incremental.halfMoveClock == twin.clock, "clock");
+        note(position, incremental.moveEvaluation == 10 * castlings, "castlings counted");
+        note(position, incremental.hash == twin.key(), "key");
         note(position, basicPositionEvaluationByMaterial(position) == twin.material(), "material");
         note(position, positionalEval(position, 0) == twin.positional(), "score");
         note(position, isInCheck(position) == twin.isInCheck(), "check");
@@ -129,7 +130,8 @@ private:
             const auto kind = static_cast<PieceType>(type);
             note(position, position.ofType[kind] == ofType[kind], "sets of kinds");
         }
-        note(position, position.carried.material.elements == material.elements, "worth of pieces");
+        note(position, position.incremental.material.elements == material.elements,
+             "worth of pieces");
     }
 
     void note(const Position& position, bool isAlike, const std::string& what) {

@@ -30,7 +30,7 @@ public:
         }
         clashesBefore = table().getNumberOfInnerClashes();
         setFenNotation(root, fen);
-        keys = {root.carried.hash};
+        keys = {root.incremental.hash};
     }
 
     // Plays a move of the game, if it is legal. Returns whether it was.
@@ -42,7 +42,7 @@ public:
             return false;
         }
         root = positionAfter(root, moves[index]);
-        keys.push_back(root.carried.hash);
+        keys.push_back(root.incremental.hash);
         return true;
     }
 

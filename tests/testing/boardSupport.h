@@ -101,12 +101,12 @@ inline std::string findDifference(const Position& a, const Position& b) {
     if (a.check != b.check && a.check != CHECK_UNKNOWN && b.check != CHECK_UNKNOWN) {
         return "check cache";
     }
-    const auto carried = [](const Position& p) {
-        const Carried& c = p.carried;
+    const auto incremental = [](const Position& p) {
+        const IncrementalState& c = p.incremental;
         return std::tie(p.colorToMove, c.epField, c.castles.elements, c.material.elements,
                         c.moveEvaluation, c.halfMoveClock, c.hash);
     };
-    return carried(a) == carried(b) ? "" : "carried value";
+    return incremental(a) == incremental(b) ? "" : "incremental value";
 }
 
 // Positions and the numbers of their move sequences by depth, from depth 1 on.

@@ -49,7 +49,7 @@ std::optional<Worth> searchAlone(const Inquiry& inquiry, int pass, int ply) {
     Game path = inquiry.game;
     path.position = line.getPosition(ply + 1);
     for (int i = 1; i <= ply + 1; ++i) {
-        path.repetitionHashes.push_back(line.getPosition(i).carried.hash);
+        path.repetitionHashes.push_back(line.getPosition(i).incremental.hash);
     }
     Variant variant;
     const int depth = line.getPass(pass).depth - 1 - ply;

@@ -45,7 +45,7 @@ void GameRecord::play(const Move& move) {
     Game next = getGame();
     DoMoveContext context;
     doMove(next.position, move, context);
-    next.repetitionHashes.push_back(next.position.carried.hash);
+    next.repetitionHashes.push_back(next.position.incremental.hash);
     states.push_back(std::move(next));
     moves.push_back(move);
     judge();
@@ -96,7 +96,7 @@ void GameRecord::judge() {
         }
     } else if (std::ranges::count(keys, keys.back()) >= 3) {
         finish(DRAW, "The position has come up three times: the game is drawn.");
-    } else if (position.carried.halfMoveClock >= MAX_HALF_MOVE_CLOCK) {
+    } else if (position.incremental.halfMoveClock >= MAX_HALF_MOVE_CLOCK) {
         finish(DRAW, "Fifty moves without a capture or a pawn's move: the game is drawn.");
     } else if (isBare(position)) {
         finish(DRAW, "Nobody has the pieces to mate: the game is drawn.");

@@ -6,7 +6,7 @@
 #include <functional>
 
 std::vector<BookChoice> getBookChoices(const PolyglotBook& book, const Position& position) {
-    std::vector<PolyglotEntry> entries = book.get(position.carried.hash);
+    std::vector<PolyglotEntry> entries = book.get(position.incremental.hash);
     std::vector<BookChoice> choices;
     while (!entries.empty()) {
         const PolyglotEntry first = entries.front();

@@ -77,10 +77,10 @@ std::vector<Move> readMoves(Position position, const std::string& text, const st
 
 Game readGame(const std::vector<std::string>& words, const std::string& moves) {
     Game game = {readPosition(words), {}};
-    game.repetitionHashes.push_back(game.position.carried.hash);
+    game.repetitionHashes.push_back(game.position.incremental.hash);
     for (const Move& move : readMoves(game.position, moves, "the game")) {
         game.position = positionAfter(game.position, move);
-        game.repetitionHashes.push_back(game.position.carried.hash);
+        game.repetitionHashes.push_back(game.position.incremental.hash);
     }
     return game;
 }
