@@ -1,8 +1,8 @@
 #include "board/makeMove.h"
 
 #include "board/attacks.h"
+#include "board/checkersAndPins.h"
 #include "board/hashFunctions.h"
-#include "board/kingLines.h"
 #include "board/moveGenerator.h"
 #include "board/pieces.h"
 
@@ -128,7 +128,7 @@ void toggleColorToMove(Position& position) {
 } // namespace
 
 bool doMove(Position& position, const Move& move, DoMoveContext& context) {
-    if (!isLegal(KingLines(position), move)) {
+    if (!isLegal(CheckersAndPins(position), move)) {
         return false;
     }
     playMove(position, move, context);
@@ -159,7 +159,7 @@ void undoMove(Position& position, const Move& move, const DoMoveContext& context
 
 int generateLegalMoves(const Position& position, MoveArray& outputMoves) {
     const int generated = generateMoves(position, outputMoves);
-    const KingLines lines(position);
+    const CheckersAndPins lines(position);
     int legal = 0;
     for (int i = 0; i < generated; ++i) {
         if (isLegal(lines, outputMoves[i])) {

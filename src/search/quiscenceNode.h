@@ -3,7 +3,7 @@
 #pragma once
 
 #include "board/checkFields.h"
-#include "board/kingLines.h"
+#include "board/checkersAndPins.h"
 #include "board/moveTargets.h"
 #include "search/evaluation.h"
 #include "search/variant.h"
@@ -47,7 +47,7 @@ struct QuiscenceNode {
     const int beta;
     const int depth;                        // plies below the entry
     const MoveTargets targets;              // all moves
-    const KingLines lines;                  // which of them are legal
+    const CheckersAndPins lines;            // which of them are legal
     const bool isInCheckOriginally;         // before the moves
     const bool isDeepestPly;                // nothing is searched further
     const int material;                     // balance for the side to move

@@ -2,7 +2,7 @@
 
 #include "base/loggingService.h"
 #include "base/statistics.h"
-#include "board/kingLines.h"
+#include "board/checkersAndPins.h"
 #include "board/makeMove.h"
 #include "board/moveGenerator.h"
 #include "search/score.h"
@@ -47,7 +47,7 @@ MoveEnding TreeSearch<Observer>::generateTreeRek(Position& position, Variant& ou
                            state.table.getBestMoveHint(position));
 
     const int originalAlfa = alfa;
-    const KingLines lines(position);
+    const CheckersAndPins lines(position);
     int numberOfLegalMoves = 0;
     Variant variantLocal;
     DoMoveContext context;

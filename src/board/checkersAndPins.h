@@ -5,9 +5,9 @@
 #include "board/attackSets.h"
 #include "board/position.h"
 
-class KingLines {
+class CheckersAndPins {
 public:
-    explicit KingLines(const Position& position);
+    explicit CheckersAndPins(const Position& position);
 
     bool isInCheck() const { return checkers != NO_FIELDS; }
 
@@ -39,4 +39,4 @@ private:
 
 // Whether a pseudo-legal move of the position that `lines` was made of leaves the mover's king
 // unattacked.
-bool isLegal(const KingLines& lines, const Move& move);
+bool isLegal(const CheckersAndPins& lines, const Move& move);

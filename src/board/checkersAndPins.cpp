@@ -1,8 +1,8 @@
-#include "board/kingLines.h"
+#include "board/checkersAndPins.h"
 
 #include "board/attacks.h"
 
-KingLines::KingLines(const Position& _position)
+CheckersAndPins::CheckersAndPins(const Position& _position)
     : position(_position), king(_position.pieces[KingIndex[_position.colorToMove]].boardPosition) {
     const Color enemy = position.oppositeColorToMove();
     const FieldSet occupied = position.getOccupied();
@@ -25,7 +25,7 @@ KingLines::KingLines(const Position& _position)
     }
 }
 
-FieldSet KingLines::getSafeFields(FieldSet fields) const {
+FieldSet CheckersAndPins::getSafeFields(FieldSet fields) const {
     if (fields == NO_FIELDS) {
         return NO_FIELDS;
     }
@@ -52,7 +52,7 @@ FieldSet KingLines::getSafeFields(FieldSet fields) const {
     return fields & ~attacked;
 }
 
-bool KingLines::allowsEnPassant(FieldIndex from) const {
+bool CheckersAndPins::allowsEnPassant(FieldIndex from) const {
     const Color own = position.colorToMove;
     const FieldSet victim = setOf(position.incremental.epField);
     const FieldSet target = setOf(position.incremental.epField + pawnOnePieceAheadOffset[own]);
@@ -60,7 +60,7 @@ bool KingLines::allowsEnPassant(FieldIndex from) const {
     return !isAttacked(position, king, position.ofColor[opposite(own)] & ~victim, occupied);
 }
 
-bool isLegal(const KingLines& lines, const Move& move) {
+bool isLegal(const CheckersAndPins& lines, const Move& move) {
     if (move.isCastle()) {
         return true; // the generator has made sure of it
     }
