@@ -33,7 +33,7 @@ public:
             return NO_FIELDS;
         }
         if (!node.isDeepestPly) {
-            fields &= ~node.checkFields->getFields(piece.type, piece.from);
+            fields &= ~node.checkInfo->getFields(piece.type, piece.from);
         }
         if (score + (*gains)[piece.type][piece.from] <= node.alfa) {
             return fields;
@@ -71,7 +71,7 @@ public:
         const FieldSet singleSteps = node.targets.getSingleSteps();
         const FieldSet doubleSteps = node.targets.getDoubleSteps();
         if (score + GREATEST_PAWN_GAIN > node.alfa || (pawns & node.lines.getPinned()) != 0 ||
-            ((singleSteps & promotionRanks) | (pawns & getUncoverers())) != 0 ||
+            ((singleSteps & promotionRanks) | (pawns & getDiscoverers())) != 0 ||
             doPawnsCheck(singleSteps | doubleSteps) || !node.targets.arePawnsTogether()) {
             return false;
         }
@@ -84,12 +84,12 @@ private:
     // As a score: beyond every alfa, a mate's too, by more than any move loses.
     static constexpr std::int64_t NOTHING_COUNTS = 2 * std::int64_t{DEFAULT_FIRST_BETA};
 
-    FieldSet getUncoverers() const {
-        return node.isDeepestPly ? NO_FIELDS : node.checkFields->getUncoverers();
+    FieldSet getDiscoverers() const {
+        return node.isDeepestPly ? NO_FIELDS : node.checkInfo->getDiscoverers();
     }
     // Whether a pawn on one of the fields attacks the king, where that counts.
     bool doPawnsCheck(FieldSet fields) const {
-        return !node.isDeepestPly && (fields & node.checkFields->getFields(PAWN, NO_FIELD)) != 0;
+        return !node.isDeepestPly && (fields & node.checkInfo->getFields(PAWN, NO_FIELD)) != 0;
     }
 
     QuiscenceNode& node;

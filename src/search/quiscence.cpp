@@ -196,7 +196,7 @@ MoveEnding Quiscence<Observer>::scoreQuiscenceMove(QuiscenceNode& node, const Mo
             return isQuiet ? MoveEnding::QUIET : MoveEnding::DEEPEST_PLY;
         }
         const std::int64_t reach = std::int64_t{state.config.quiscenceDeltaWindow} + material;
-        if (reach < node.alfa && !node.checkFields->givesCheck(move)) {
+        if (reach < node.alfa && !node.checkInfo->givesCheck(move)) {
             node.localVariant.evaluation = material;
             return MoveEnding::OUT_OF_REACH;
         }

@@ -2,7 +2,7 @@
 // legal, which give check, and what the position behind one is worth.
 #pragma once
 
-#include "board/checkFields.h"
+#include "board/checkInfo.h"
 #include "board/checkersAndPins.h"
 #include "board/moveTargets.h"
 #include "search/evaluation.h"
@@ -17,7 +17,7 @@ struct QuiscenceNode {
           targets(_position), lines(_position), isInCheckOriginally(lines.isInCheck()),
           isDeepestPly(_isDeepestPly), material(-basicPositionEvaluationByMaterial(_position)) {
         if (!isInCheckOriginally && (!isDeepestPly || isWatched)) {
-            checkFields.emplace(position);
+            checkInfo.emplace(position);
         }
     }
 
@@ -26,7 +26,7 @@ struct QuiscenceNode {
     // the answer is yes.
     bool isMoveInteresting(const Move& move) const {
         return move.pieceCaptured != NO_PIECE || move.promotionPieceType != NO_PIECE ||
-               !checkFields || checkFields->givesCheck(move);
+               !checkInfo || checkInfo->givesCheck(move);
     }
 
     // The static score of the position behind a move, for the side to move here.
@@ -45,13 +45,13 @@ struct QuiscenceNode {
     Variant& variant; // gets the line
     int alfa;         // the best score so far
     const int beta;
-    const int depth;                        // plies below the entry
-    const MoveTargets targets;              // all moves
-    const CheckersAndPins lines;            // which of them are legal
-    const bool isInCheckOriginally;         // before the moves
-    const bool isDeepestPly;                // nothing is searched further
-    const int material;                     // balance for the side to move
-    std::optional<CheckFields> checkFields; // which moves give check, where that is asked
-    int numberOfLegalMoves = 0;             // that have been tried or counted
-    Variant localVariant;                   // score of the move tried last, and line behind it
+    const int depth;                    // plies below the entry
+    const MoveTargets targets;          // all moves
+    const CheckersAndPins lines;        // which of them are legal
+    const bool isInCheckOriginally;     // before the moves
+    const bool isDeepestPly;            // nothing is searched further
+    const int material;                 // balance for the side to move
+    std::optional<CheckInfo> checkInfo; // which moves give check, where that is asked
+    int numberOfLegalMoves = 0;         // that have been tried or counted
+    Variant localVariant;               // score of the move tried last, and line behind it
 };

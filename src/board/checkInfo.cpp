@@ -1,8 +1,8 @@
-#include "board/checkFields.h"
+#include "board/checkInfo.h"
 
 #include "board/attacks.h"
 
-CheckFields::CheckFields(const Position& _position)
+CheckInfo::CheckInfo(const Position& _position)
     : position(_position),
       enemyKing(position.pieces[KingIndex[position.oppositeColorToMove()]].boardPosition) {
     const Color own = position.colorToMove;
@@ -21,14 +21,14 @@ CheckFields::CheckFields(const Position& _position)
                  [&](FieldIndex slider) {
                      const FieldSet obstacles = betweenOf(enemyKing, slider) & occupied;
                      if ((obstacles & (obstacles - 1)) == NO_FIELDS) {
-                         uncoverers |= obstacles & position.ofColor[own];
+                         discoverers |= obstacles & position.ofColor[own];
                      }
                  });
 }
 
 // For castling, en passant and promotion, where more than one field is left or the piece that
 // arrives is another one: looks at the sliders as they stand behind the move.
-bool CheckFields::givesCheckOtherwise(const Move& move) const {
+bool CheckInfo::givesCheckOtherwise(const Move& move) const {
     const Color own = position.colorToMove;
     FieldSet occupied = position.getOccupied();
     FieldSet straight = position.getPieces(own, ROOK) | position.getPieces(own, QUEEN);

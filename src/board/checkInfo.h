@@ -4,9 +4,9 @@
 #include "board/attackSets.h"
 #include "board/position.h"
 
-class CheckFields {
+class CheckInfo {
 public:
-    explicit CheckFields(const Position& position);
+    explicit CheckInfo(const Position& position);
 
     // Whether a legal move gives check.
     bool givesCheck(const Move& move) const {
@@ -19,17 +19,17 @@ public:
     // The fields on which a move from `from` gives check, by a piece of that kind as it
     // arrives. Promotions, castlings and en passant are not decided by that.
     FieldSet getFields(PieceType type, FieldIndex from) const {
-        return contains(uncoverers, from) ? fields[type] | ~lineOf(enemyKing, from) : fields[type];
+        return contains(discoverers, from) ? fields[type] | ~lineOf(enemyKing, from) : fields[type];
     }
 
     // Own men that stop an own slider on its way to the enemy king.
-    FieldSet getUncoverers() const { return uncoverers; }
+    FieldSet getDiscoverers() const { return discoverers; }
 
 private:
     bool givesCheckOtherwise(const Move& move) const;
 
     const Position& position;
     FieldIndex enemyKing;
-    ByType<FieldSet> fields;         // from which a kind attacks the enemy king
-    FieldSet uncoverers = NO_FIELDS; // men that stop an own slider on its way to it
+    ByType<FieldSet> fields;          // from which a kind attacks the enemy king
+    FieldSet discoverers = NO_FIELDS; // men that stop an own slider on its way to it
 };
