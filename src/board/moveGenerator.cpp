@@ -1,10 +1,10 @@
 #include "board/moveGenerator.h"
 
-#include "board/moveTargets.h"
+#include "board/pseudoLegalMoves.h"
 
 int generateMoves(const Position& position, MoveArray& outputMoves) {
     const Color color = position.colorToMove;
-    const MoveTargets targets(position);
+    const PseudoLegalMoves targets(position);
     int count = 0;
     const auto append = [&](const Move& move) {
         outputMoves[count++] = move;

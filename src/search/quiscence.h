@@ -4,8 +4,8 @@
 // is fail-hard alpha-beta; `alfa` and `beta` are the node's window.
 #pragma once
 
-#include "board/moveTargets.h"
 #include "board/position.h"
+#include "board/pseudoLegalMoves.h"
 #include "search/moveEnding.h"
 #include "search/searchObserver.h"
 #include "search/searchState.h"

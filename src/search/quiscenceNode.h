@@ -4,7 +4,7 @@
 
 #include "board/checkInfo.h"
 #include "board/checkersAndPins.h"
-#include "board/moveTargets.h"
+#include "board/pseudoLegalMoves.h"
 #include "search/evaluation.h"
 #include "search/variant.h"
 
@@ -46,7 +46,7 @@ struct QuiscenceNode {
     int alfa;         // the best score so far
     const int beta;
     const int depth;                    // plies below the entry
-    const MoveTargets targets;          // all moves
+    const PseudoLegalMoves targets;     // all moves
     const CheckersAndPins lines;        // which of them are legal
     const bool isInCheckOriginally;     // before the moves
     const bool isDeepestPly;            // nothing is searched further

@@ -17,10 +17,10 @@ struct PieceTargets {
 enum class PawnMoves { ALL, CAPTURES, STEPS };
 
 // All pseudo-legal moves of a position, piece by piece.
-class MoveTargets {
+class PseudoLegalMoves {
 public:
     // `_position` must outlive the object and stay as it is while it is asked.
-    explicit MoveTargets(const Position& _position);
+    explicit PseudoLegalMoves(const Position& _position);
 
     // The number of moves, each promotion counted for itself, castling and en passant
     // included.
@@ -92,7 +92,7 @@ constexpr bool isBeforePromotion(FieldIndex field, Color color) {
     return isWithin(field, barva_pesciPremenaMin[color], barva_pesciPremenaMax[color]);
 }
 
-namespace moveTargets {
+namespace targetWalk {
 
 // The steps of a pawn in the order of its moves: ahead, two ahead, the captures.
 inline constexpr ByColor<std::array<int, 4>> pawnSteps = {std::array<int, 4>{10, 20, 9, 11},
@@ -122,7 +122,7 @@ bool forEachOnRays(const PieceTargets& piece, FieldSet fields, const std::array<
     return true;
 }
 
-} // namespace moveTargets
+} // namespace targetWalk
 
 // Calls `visit` for each field of `fields`, a part of the piece's targets, in the order of
 // moves: by direction, then by distance. Stops, and returns false, as soon as `visit` does.
@@ -133,17 +133,17 @@ bool forEachTarget(const PieceTargets& piece, FieldSet fields, Color color, Visi
     }
     switch (piece.type) {
     case PAWN:
-        return moveTargets::forEachStep(piece.from, fields, moveTargets::pawnSteps[color], visit);
+        return targetWalk::forEachStep(piece.from, fields, targetWalk::pawnSteps[color], visit);
     case ROOK:
-        return moveTargets::forEachOnRays(piece, fields, vezOffset, visit);
+        return targetWalk::forEachOnRays(piece, fields, vezOffset, visit);
     case KNIGHT:
-        return moveTargets::forEachStep(piece.from, fields, knightMovesOffsets, visit);
+        return targetWalk::forEachStep(piece.from, fields, knightMovesOffsets, visit);
     case BISHOP:
-        return moveTargets::forEachOnRays(piece, fields, bishopOffset, visit);
+        return targetWalk::forEachOnRays(piece, fields, bishopOffset, visit);
     case QUEEN:
-        return moveTargets::forEachOnRays(piece, fields, kralOffset, visit);
+        return targetWalk::forEachOnRays(piece, fields, kralOffset, visit);
     case KING:
-        return moveTargets::forEachStep(piece.from, fields, kralOffset, visit);
+        return targetWalk::forEachStep(piece.from, fields, kralOffset, visit);
     default:
         return true;
     }

@@ -1,4 +1,4 @@
-#include "board/moveTargets.h"
+#include "board/pseudoLegalMoves.h"
 
 #include "board/attacks.h"
 
@@ -45,14 +45,14 @@ bool isCastlingSafe(const Position& position, int right) {
 
 } // namespace
 
-MoveTargets::MoveTargets(const Position& _position) : position(_position) {
+PseudoLegalMoves::PseudoLegalMoves(const Position& _position) : position(_position) {
     const Color color = position.colorToMove;
     const FieldSet occupied = position.getOccupied();
     const FieldSet own = position.ofColor[color];
     const FieldSet enemies = occupied ^ own;
-    EntrySet officers = position.entries & ~position.pawnEntries & ENTRIES_OF[color];
-    for (; officers != 0; officers &= officers - 1) {
-        const int entry = std::countr_zero(officers);
+    EntrySet pieces = position.entries & ~position.pawnEntries & ENTRIES_OF[color];
+    for (; pieces != 0; pieces &= pieces - 1) {
+        const int entry = std::countr_zero(pieces);
         const auto& [type, from] = position.pieces[entry];
         const FieldSet reached = attacksOf(type, from, occupied) & ~own;
         targets[entry] = reached;
@@ -72,7 +72,7 @@ MoveTargets::MoveTargets(const Position& _position) : position(_position) {
 }
 
 // Counts the moves of all pawns at once.
-void MoveTargets::addPawns() {
+void PseudoLegalMoves::addPawns() {
     const Color color = position.colorToMove;
     const FieldSet ownPawns = position.getPieces(color, PAWN);
     const FieldSet occupied = position.getOccupied();
