@@ -2,9 +2,9 @@
 
 #include "base/loggingService.h"
 #include "base/statistics.h"
+#include "board/afterMove.h"
 #include "board/attacks.h"
 #include "board/makeMove.h"
-#include "board/moveEffects.h"
 #include "search/evaluation.h"
 #include "search/quietCount.h"
 #include "search/quiscenceNode.h"
