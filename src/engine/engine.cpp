@@ -26,7 +26,7 @@ Variant getInitialVariant(const Position& position, const std::vector<Move>& roo
 
 } // namespace
 
-Engine::Engine(const EngineConfig& _config, const Waiting& _waiting)
+Engine::Engine(const EngineConfig& _config, const WaitPolicy& _waiting)
     : ida(_config), config(_config), waiting(_waiting), wantedTableSize(_config.hashTableSize) {
     init();
 }

@@ -17,7 +17,7 @@
 #include <string>
 
 // How the thread that asked for a timed search waits for its end.
-struct Waiting {
+struct WaitPolicy {
     Milliseconds interval = 100; // it looks at the clock, and asks for a stop, so often
     Milliseconds margin = 50;    // how long before the end of its budget a search is ended
     bool isWokenByEnd = false;   // whether it wakes at once when the search ends, and by wake()
@@ -32,7 +32,7 @@ public:
     static constexpr int INFINITE_MAGIC_DEPTH = 100000;
 
     // `_config` is shared and must outlive the object. The game is the start position.
-    explicit Engine(const EngineConfig& _config, const Waiting& _waiting = {});
+    explicit Engine(const EngineConfig& _config, const WaitPolicy& _waiting = {});
     Engine(const Engine&) = delete;
     Engine& operator=(const Engine&) = delete;
     // Ends a search thread that still runs, and waits for it.
@@ -105,7 +105,7 @@ private:
     Ida ida;
     Game game;
     const EngineConfig& config;
-    const Waiting waiting;
+    const WaitPolicy waiting;
     std::atomic<int> wantedTableSize;
     IdaVariant idaVariant; // shared with the search thread
     int searchNumber = 0;  // the last number drawn from idaVariant

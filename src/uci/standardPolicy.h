@@ -9,7 +9,7 @@ public:
     std::optional<int> setOption(const std::vector<std::string>& words) override;
     std::optional<SearchLimits> readGo(const std::vector<std::string>& words,
                                        const Position& position, Milliseconds start) override;
-    Waiting getWaiting() const override { return {}; }
+    WaitPolicy getWaitPolicy() const override { return {}; }
     bool keepsIdleStop() const override { return true; }
     std::string getReportLine(const InfoStruct& report) const override;
     std::vector<std::string> getAnswerLines(const InfoStruct& report,

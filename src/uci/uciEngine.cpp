@@ -72,7 +72,7 @@ UciEngine::UciEngine(const EngineConfig& config)
 }
 
 UciEngine::UciEngine(const EngineConfig& config, std::unique_ptr<UciPolicy> _policy)
-    : policy(std::move(_policy)), engine(config, policy->getWaiting()) {
+    : policy(std::move(_policy)), engine(config, policy->getWaitPolicy()) {
     engine.setInfoListener(this);
     engine.setStopListener(this);
 }

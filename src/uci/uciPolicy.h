@@ -34,7 +34,7 @@ public:
 
     // ---- Searches ----
 
-    virtual Waiting getWaiting() const = 0;
+    virtual WaitPolicy getWaitPolicy() const = 0;
     // Whether a `stop` that comes while no search is under way ends the next one.
     virtual bool keepsIdleStop() const = 0;
     // The line of a report.

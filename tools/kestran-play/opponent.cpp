@@ -20,8 +20,8 @@ constexpr double PART_TO_WATCH = 0.7; // the rest is for what a single move is w
 
 Opponent::Opponent(const Strength& _strength)
     : strength(_strength), config(EngineConfig::getProdConfig()),
-      engine(std::make_unique<Engine>(*config,
-                                      Waiting{.interval = 10, .margin = 0, .isWokenByEnd = true})) {
+      engine(std::make_unique<Engine>(
+          *config, WaitPolicy{.interval = 10, .margin = 0, .isWokenByEnd = true})) {
 }
 
 Thought Opponent::think(const Game& game) {

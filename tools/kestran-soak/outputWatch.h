@@ -1,4 +1,4 @@
-// Waiting for the output of hundreds of processes at once.
+// WaitPolicy for the output of hundreds of processes at once.
 #pragma once
 
 #include "support/uciProcess.h"

@@ -13,7 +13,7 @@ public:
     std::optional<int> setOption(const std::vector<std::string>& words) override;
     std::optional<SearchLimits> readGo(const std::vector<std::string>& words,
                                        const Position& position, Milliseconds start) override;
-    Waiting getWaiting() const override {
+    WaitPolicy getWaitPolicy() const override {
         return {.interval = 1, .margin = 5, .isWokenByEnd = true};
     }
     bool keepsIdleStop() const override { return false; }
