@@ -1,9 +1,9 @@
 // The search: the order of moves, the transposition table, and a search as a whole.
 
-#include "base/engineParameters.h"
 #include "board/moveGenerator.h"
 #include "board/setUp.h"
 #include "samplePositions.h"
+#include "search/engineParameters.h"
 #include "search/ida.h"
 #include "search/moveOrder.h"
 #include "search/transpositionTable.h"

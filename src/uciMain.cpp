@@ -1,8 +1,8 @@
 // The engine's process: one UciEngine on standard input and output.
 
-#include "base/engineParameters.h"
 #include "base/loggingService.h"
 #include "base/platform.h"
+#include "search/engineParameters.h"
 #include "uci/uciEngine.h"
 
 #include <ios>

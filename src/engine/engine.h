@@ -2,14 +2,14 @@
 // the timed search on it.
 #pragma once
 
-#include "base/engineParameters.h"
 #include "base/platform.h"
-#include "base/timeBudget.h"
 #include "board/game.h"
+#include "search/engineParameters.h"
 #include "search/ida.h"
 #include "search/idaVariant.h"
 #include "search/infoStruct.h"
 #include "search/searchLimits.h"
+#include "search/timeBudget.h"
 #include "search/variant.h"
 
 #include <atomic>

@@ -2,13 +2,13 @@
 // window around the score of the last good one, and decides when to stop.
 #pragma once
 
-#include "base/engineParameters.h"
 #include "base/platform.h"
-#include "base/timeBudget.h"
+#include "search/engineParameters.h"
 #include "search/generatorInterface.h"
 #include "search/infoStruct.h"
 #include "search/searchLimits.h"
 #include "search/searchObserver.h"
+#include "search/timeBudget.h"
 #include "search/treeGenerator.h"
 
 #include <optional>

@@ -1,7 +1,6 @@
 #include "search/quiscence.h"
 
 #include "base/loggingService.h"
-#include "base/statistics.h"
 #include "board/afterMove.h"
 #include "board/attacks.h"
 #include "board/makeMove.h"
@@ -9,6 +8,7 @@
 #include "search/quietCount.h"
 #include "search/quiscenceNode.h"
 #include "search/score.h"
+#include "search/statistics.h"
 
 template <class Observer>
 MoveEnding Quiscence<Observer>::quiscenceSearchInner(Position& position, int alfa, int beta,

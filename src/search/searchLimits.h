@@ -1,9 +1,9 @@
 // All that a timed search is asked for. By itself a budget of time, and nothing else.
 #pragma once
 
-#include "base/timeBudget.h"
 #include "board/move.h"
 #include "search/searchParameters.h"
+#include "search/timeBudget.h"
 
 #include <cstdint>
 #include <limits>

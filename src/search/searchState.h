@@ -1,8 +1,8 @@
 // What all nodes of a search share. While a search runs, it belongs to its thread.
 #pragma once
 
-#include "base/engineParameters.h"
 #include "board/position.h"
+#include "search/engineParameters.h"
 #include "search/keyPath.h"
 #include "search/moveOrder.h"
 #include "search/nodeCounter.h"

@@ -1,10 +1,10 @@
 #include "search/treeGenerator.h"
 
 #include "base/loggingService.h"
-#include "base/statistics.h"
 #include "board/makeMove.h"
 #include "board/moveGenerator.h"
 #include "search/score.h"
+#include "search/statistics.h"
 
 #include <algorithm>
 

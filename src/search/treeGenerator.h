@@ -2,9 +2,9 @@
 // given depth.
 #pragma once
 
-#include "base/engineParameters.h"
 #include "base/platform.h"
 #include "opening/polyglot.h"
+#include "search/engineParameters.h"
 #include "search/generatorInterface.h"
 #include "search/searchState.h"
 #include "search/treeSearch.h"

@@ -1,11 +1,11 @@
 #include "search/treeSearch.h"
 
 #include "base/loggingService.h"
-#include "base/statistics.h"
 #include "board/checkersAndPins.h"
 #include "board/makeMove.h"
 #include "board/moveGenerator.h"
 #include "search/score.h"
+#include "search/statistics.h"
 
 #include <algorithm>
 #include <vector>

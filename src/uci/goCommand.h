@@ -1,8 +1,8 @@
 // What a `go` line says about time.
 #pragma once
 
-#include "base/timeBudget.h"
 #include "board/piece.h"
+#include "search/timeBudget.h"
 
 #include <string>
 #include <vector>

@@ -5,9 +5,9 @@
 // thread lives from a `go` that finds the queue idle to the last `bestmove`.
 #pragma once
 
-#include "base/engineParameters.h"
 #include "base/platform.h"
 #include "engine/engine.h"
+#include "search/engineParameters.h"
 #include "search/infoStruct.h"
 #include "search/searchLimits.h"
 #include "uci/uciPolicy.h"

@@ -1,7 +1,7 @@
 #include "uci/uciReports.h"
 
-#include "base/engineParameters.h"
 #include "notation/longAlgebraicMove.h"
+#include "search/engineParameters.h"
 
 #include <sstream>
 

@@ -1,8 +1,8 @@
 // Parameters, counters and text helpers.
 #include "base/cppIoUtils.h"
-#include "base/engineParameters.h"
-#include "base/statistics.h"
+#include "search/engineParameters.h"
 #include "search/infoStruct.h"
+#include "search/statistics.h"
 
 #include <gtest/gtest.h>
 

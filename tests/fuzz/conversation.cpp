@@ -1,8 +1,8 @@
 #include "fuzz/conversation.h"
 
-#include "base/engineParameters.h"
 #include "base/platform.h"
 #include "fuzz/fuzz.h"
+#include "search/engineParameters.h"
 #include "search/idaVariant.h"
 #include "uci/uciEngine.h"
 

@@ -3,12 +3,12 @@
 #include "board/makeMove.h"
 #include "fuzz/fuzz.h"
 
-#include "base/engineParameters.h"
 #include "board/moveGenerator.h"
 #include "board/positionCheck.h"
 #include "engine/engine.h"
 #include "notation/fen.h"
 #include "notation/longAlgebraicMove.h"
+#include "search/engineParameters.h"
 #include "support/naiveRules.h"
 
 #include <algorithm>

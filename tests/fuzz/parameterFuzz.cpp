@@ -2,8 +2,8 @@
 
 #include "fuzz/fuzz.h"
 
-#include "base/engineParameters.h"
-#include "base/statistics.h"
+#include "search/engineParameters.h"
+#include "search/statistics.h"
 
 #include <sstream>
 

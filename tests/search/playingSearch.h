@@ -2,14 +2,14 @@
 // two asks of the engine stands here.
 #pragma once
 
-#include "base/engineParameters.h"
-#include "base/statistics.h"
 #include "board/makeMove.h"
 #include "notation/fen.h"
 #include "notation/longAlgebraicMove.h"
+#include "search/engineParameters.h"
 #include "search/ida.h"
 #include "search/idaVariant.h"
 #include "search/plainSearch.h"
+#include "search/statistics.h"
 
 class PlayingSearch {
 public:

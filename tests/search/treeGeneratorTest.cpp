@@ -1,8 +1,8 @@
 #include "search/treeGenerator.h"
 
 #include "base/cppIoUtils.h"
-#include "base/statistics.h"
 #include "search/idaVariant.h"
+#include "search/statistics.h"
 #include "testing/searchSupport.h"
 
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // What the tests of the search share.
 #pragma once
 
-#include "base/engineParameters.h"
+#include "search/engineParameters.h"
 #include "search/infoStruct.h"
 #include "search/score.h"
 #include "search/variant.h"

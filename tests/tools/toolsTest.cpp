@@ -1,8 +1,8 @@
 // The tools that measure: what they print, and what they say to bad input.
 
-#include "base/statistics.h"
 #include "kestran-bench/bench.h"
 #include "kestran-bench/benchReport.h"
+#include "search/statistics.h"
 #include "support/commandLine.h"
 #include "support/textFile.h"
 #include "support/textPattern.h"

@@ -1,6 +1,6 @@
 // What the engine does at the end of its means: no memory for the table, and no thread.
 
-#include "base/engineParameters.h"
+#include "search/engineParameters.h"
 #include "support/uciProcess.h"
 #include "uci/uciEngine.h"
 

@@ -1,11 +1,11 @@
 #include "kestran-bench/bench.h"
 
-#include "base/engineParameters.h"
-#include "base/statistics.h"
 #include "kestran-bench/benchReport.h"
 #include "notation/fen.h"
+#include "search/engineParameters.h"
 #include "search/hashTable.h"
 #include "search/ida.h"
+#include "search/statistics.h"
 #include "support/commandLine.h"
 #include "support/epd.h"
 

@@ -1,10 +1,10 @@
 // kestran-explain: why did the search not follow this line?
 #pragma once
 
-#include "base/engineParameters.h"
 #include "board/game.h"
 #include "explain/treeGeneratorDebug.h"
 #include "kestran-explain/passSearch.h"
+#include "search/engineParameters.h"
 
 #include <vector>
 

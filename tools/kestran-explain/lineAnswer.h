@@ -1,10 +1,10 @@
 // The answer, in words, to the question why the search did not follow a line.
 #pragma once
 
-#include "base/engineParameters.h"
 #include "board/game.h"
 #include "kestran-explain/searchLimit.h"
 #include "kestran-explain/watchedLine.h"
+#include "search/engineParameters.h"
 
 #include <string>
 

@@ -2,8 +2,8 @@
 // them came to.
 #pragma once
 
-#include "base/engineParameters.h"
 #include "board/game.h"
+#include "search/engineParameters.h"
 #include "search/ida.h"
 
 #include <cstdint>

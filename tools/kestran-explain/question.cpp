@@ -1,7 +1,7 @@
 #include "kestran-explain/question.h"
 
-#include "base/engineParameters.h"
 #include "explain/treeGeneratorDebug.h"
+#include "search/engineParameters.h"
 #include "search/hashTable.h"
 #include "search/searchParameters.h"
 #include "support/gameInput.h"

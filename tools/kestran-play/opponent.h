@@ -1,8 +1,8 @@
 // The engine as a partner: its moves, its advice, and why it plays as it does.
 #pragma once
 
-#include "base/engineParameters.h"
 #include "engine/engine.h"
+#include "search/engineParameters.h"
 
 #include <memory>
 #include <optional>

@@ -1,10 +1,10 @@
 #include "kestran-tester/tester.h"
 
-#include "base/engineParameters.h"
 #include "base/platform.h"
 #include "kestran-bench/bench.h"
 #include "kestran-tester/testerPolicy.h"
 #include "notation/fen.h"
+#include "search/engineParameters.h"
 #include "search/infoStruct.h"
 #include "support/commandLine.h"
 #include "uci/uciEngine.h"

@@ -1,4 +1,4 @@
-#include "base/parameterMacros.h"
+#include "search/parameterMacros.h"
 
 #include <sstream>
 

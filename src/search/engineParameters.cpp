@@ -1,7 +1,7 @@
-#include "base/engineParameters.h"
+#include "search/engineParameters.h"
 
 #include "base/loggingService.h"
-#include "base/parameterMacros.h"
+#include "search/parameterMacros.h"
 
 #include <algorithm>
 #include <limits>

@@ -1,4 +1,4 @@
-#include "base/statistics.h"
+#include "search/statistics.h"
 
 #include <algorithm>
 #include <iomanip>
