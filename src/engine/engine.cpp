@@ -186,5 +186,5 @@ bool Engine::isTimeUp(const TimeBudget& budget) {
 
 // Begins the path of the search with the positions of the game.
 void Engine::applyRepetitions(const Game& searchedGame) {
-    ida.getTreeGenerator().getState().path.begin(searchedGame.repetitionHashes);
+    ida.getTreeGenerator().getState().repetitionTable.begin(searchedGame.repetitionHashes);
 }

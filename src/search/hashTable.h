@@ -1,6 +1,6 @@
 // A table that is addressed by the position key: the storage of the transposition table, whose
 // policy stands in transpositionTable.h. With the other entry it counts repetitions exactly;
-// the search tells them by the keys of its path, see keyPath.h.
+// the search tells them by the keys of its path, see repetitionTable.h.
 #pragma once
 
 #include <concepts>

@@ -20,11 +20,11 @@ public:
 
     // Count a move of the tree or of quiescence, and poll the stop flag when it is due.
     // True: the pass is to be abandoned, and isAbandoned() says so to every frame above.
-    bool countTreeMove() {
+    bool countTreeMoveAndPoll() {
         ++searchedTreeNodes;
-        return countMove();
+        return countMoveAndPoll();
     }
-    bool countMove() {
+    bool countMoveAndPoll() {
         ++searchedAllNodes;
         ++searchedAllNodesAfterTimeControl;
         return searchedAllNodesAfterTimeControl > TIME_CHECK_AFTER_NODES && poll();

@@ -16,8 +16,8 @@ public:
         : node(_node), state(_state) {
         const IncrementalState& incremental = node.position.incremental;
         const bool isStatic = !node.isInCheckOriginally || node.isDeepestPly;
-        const bool canBeDraw =
-            node.alfa < DRAW_EVALUATION && state.path.canRepeat(incremental.halfMoveClock + 1);
+        const bool canBeDraw = node.alfa < DRAW_EVALUATION &&
+                               state.repetitionTable.canRepeat(incremental.halfMoveClock + 1);
         if (isStatic && !canBeDraw && !isWatched) {
             const int material = totalMaterial(node.position);
             score = node.getStaticScore(incremental.sum, material, node.material);

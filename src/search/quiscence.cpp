@@ -151,8 +151,7 @@ auto Quiscence<Observer>::tryQuietMovesOf(QuiscenceNode& node, EntrySet entries,
 template <class Observer>
 auto Quiscence<Observer>::tryMove(QuiscenceNode& node, const Move& move) -> Next {
     observer.doMove(move);
-    // An abandoned pass leaves its moves on the board, here and in every frame above.
-    if (state.nodes.countMove()) {
+    if (state.nodes.countMoveAndPoll()) {
         logger.debug("Time up as checked in quiscence generator at depth ", node.depth);
         return Next::ABANDON;
     }
@@ -182,8 +181,8 @@ template <class Observer>
 MoveEnding Quiscence<Observer>::scoreQuiscenceMove(QuiscenceNode& node, const Move& move) {
     const Position& position = node.position;
     const int clock = position.incremental.halfMoveClock + 1;
-    if (state.path.canRepeat(clock) && isReversible(position, move) &&
-        state.path.isRepetition(getKeyAfter(position, move), clock)) {
+    if (state.repetitionTable.canRepeat(clock) && isReversible(position, move) &&
+        state.repetitionTable.isRepetition(getKeyAfter(position, move), clock)) {
         node.localVariant.evaluation = DRAW_EVALUATION;
         return MoveEnding::REPETITION;
     }
@@ -209,14 +208,11 @@ template <class Observer>
 MoveEnding Quiscence<Observer>::searchMove(QuiscenceNode& node, const Move& move) {
     DoMoveContext context;
     playMove(node.position, move, context);
-    state.path.push(node.position.incremental.hash);
+    state.repetitionTable.increaseRepetitions(node.position.incremental.hash);
     const MoveEnding ending =
         quiscenceSearchRek(node.position, node.localVariant, closerToCheckMate(-node.beta),
                            closerToCheckMate(-node.alfa), node.depth + 1);
-    if (state.nodes.isAbandoned()) {
-        return ending;
-    }
-    state.path.pop();
+    state.repetitionTable.decreaseRepetitions();
     undoMove(node.position, move, context);
     node.localVariant.evaluation = furtherFromCheckMate(-node.localVariant.evaluation);
     return ending;

@@ -21,10 +21,10 @@ enum GeneratingResult : int {
 } // namespace IdaNS
 
 // Is told of everything that a search does. Every doMove() is followed by exactly one
-// of the two explain calls for a move, or by the end of an abandoned search.
+// of the two explain calls for a move, unless the pass is abandoned.
 class SearchObserver {
 public:
-    // The search has made `move`.
+    // The search is about to try `move`.
     virtual void doMove(const Move& move) = 0;
     // The tree search has finished the move made last and taken it back. `alfa` and
     // `beta` are the node's window when it was tried, `localVariant` the score and the

@@ -3,9 +3,9 @@
 
 #include "board/position.h"
 #include "search/engineParameters.h"
-#include "search/keyPath.h"
 #include "search/moveOrder.h"
 #include "search/nodeCounter.h"
+#include "search/repetitionTable.h"
 #include "search/transpositionTable.h"
 
 #include <algorithm>
@@ -15,16 +15,6 @@ struct SearchState {
     explicit SearchState(const EngineConfig& _config)
         : config(_config), table(_config.hashTableSize) {}
 
-    // Put the position after a move on the path, and take the last one off it. The first tells
-    // whether the position stood before, in the game or on the path.
-    bool moveDoneInner(const Position& newPosition) {
-        const IncrementalState& incremental = newPosition.incremental;
-        const bool isRepetition = path.isRepetition(incremental.hash, incremental.halfMoveClock);
-        path.push(incremental.hash);
-        return isRepetition;
-    }
-    void moveUndoneInner() { path.pop(); }
-
     // Plies of quiescence, as far as there is room for them; 0 switches it off, and a
     // negative setting works as 1.
     int getQuiscenceMaxDepth() const {
@@ -33,7 +23,7 @@ struct SearchState {
 
     const EngineConfig& config;
     TranspositionTable table;
-    KeyPath path; // positions of the game and from the root on
+    RepetitionTable repetitionTable;
     MoveOrder order;
     NodeCounter nodes;
     int actualMoveDepth = 1; // depth of the pass in plies, 1 to MAX_PASSES

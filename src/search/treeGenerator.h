@@ -27,7 +27,7 @@ public:
     // firstBeta. The line in `variant` is replaced if the score lies inside the window,
     // emptied if it is at or above firstBeta, and otherwise stays; `evaluation` is always
     // set. Unless `skipOpening`, a book move is the whole answer. If the pass is abandoned,
-    // isAbandoned() is true and `position` stands anywhere inside the tree.
+    // isAbandoned() is true.
     void generateTree(Position& position, Variant& variant, bool skipOpening);
     void generateTree(Position& position, Variant& variant) override;
 

@@ -56,11 +56,8 @@ MoveEnding TreeSearch<Observer>::generateTreeRek(Position& position, Variant& ou
         if (!isLegal(lines, m)) {
             continue;
         }
-        playMove(position, m, context);
         observer.doMove(m);
-
-        // An abandoned pass leaves its moves on the board, here and in every frame above.
-        if (state.nodes.countTreeMove()) {
+        if (state.nodes.countTreeMoveAndPoll()) {
             logger.debug("Time up as checked in tree generator at depth ", depth);
             outputVar.clear(beta);
             return MoveEnding::SEARCHED;
@@ -69,14 +66,14 @@ MoveEnding TreeSearch<Observer>::generateTreeRek(Position& position, Variant& ou
         ++numberOfLegalMoves;
 
         variantLocal.clear(0);
+        playMove(position, m, context);
         const MoveEnding ending =
             scoreMove(position, variantLocal, alfa, originalAlfa, beta, depth);
+        undoMove(position, m, context);
         if (state.nodes.isAbandoned()) {
             outputVar.clear(beta);
             return MoveEnding::SEARCHED;
         }
-        state.moveUndoneInner();
-        undoMove(position, m, context);
         observer.explainTreeGenMove(alfa, beta, variantLocal, m, ending);
         if (isLmfCut(ending)) {
             continue;
@@ -112,8 +109,9 @@ MoveEnding TreeSearch<Observer>::generateTreeRek(Position& position, Variant& ou
 template <class Observer>
 MoveEnding TreeSearch<Observer>::scoreMove(Position& position, Variant& variantLocal, int alfa,
                                            int originalAlfa, int beta, int depth) {
-    // The position stood on the board or on the path before: once is enough.
-    if (state.moveDoneInner(position)) {
+    // One earlier occurrence, in the game or on the path, is enough.
+    if (state.repetitionTable.isRepetition(position.incremental.hash,
+                                           position.incremental.halfMoveClock)) {
         variantLocal.evaluation = DRAW_EVALUATION;
         return MoveEnding::REPETITION;
     }
@@ -137,19 +135,19 @@ MoveEnding TreeSearch<Observer>::searchMove(Position& position, Variant& variant
                                             int beta, int depth, int maxVariantDepth) {
     const int childAlfa = closerToCheckMate(-beta);
     const int childBeta = closerToCheckMate(-alfa);
-    MoveEnding ending = MoveEnding::SEARCHED;
-    if (maxVariantDepth != 0) {
-        ending = generateTreeRek(position, variantLocal, childAlfa, childBeta, depth + 1);
-        if (state.nodes.isAbandoned()) {
+    state.repetitionTable.increaseRepetitions(position.incremental.hash);
+    const MoveEnding ending =
+        maxVariantDepth != 0
+            ? generateTreeRek(position, variantLocal, childAlfa, childBeta, depth + 1)
+            : quiscenceSearchInner(position, childAlfa, childBeta, variantLocal);
+    state.repetitionTable.decreaseRepetitions();
+    if (state.nodes.isAbandoned()) {
+        if (maxVariantDepth != 0) {
             logger.trace("Quitting in tree generator at depth ", depth);
-            return ending;
-        }
-    } else {
-        ending = quiscenceSearchInner(position, childAlfa, childBeta, variantLocal);
-        if (state.nodes.isAbandoned()) {
+        } else {
             logger.debug("Quitting in tree generator at depth ", depth);
-            return ending;
         }
+        return ending;
     }
     variantLocal.evaluation = furtherFromCheckMate(-variantLocal.evaluation);
     if (state.config.useTable) {

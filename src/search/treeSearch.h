@@ -21,8 +21,7 @@ public:
 
     // One node, `depth` plies below the root, with all below it. A move that raises `alfa`
     // and stays below `beta` makes the line; otherwise it stays as it was given. Tells what
-    // became of the move into `position`. If the pass is abandoned, nothing of this means
-    // anything, and `position` stands anywhere inside the tree.
+    // became of the move into `position`. If the pass is abandoned, none of this is meaningful.
     virtual MoveEnding generateTreeRek(Position& position, Variant& outputVar, int alfa, int beta,
                                        int depth) = 0;
     // The quiescence search of a position, as the tree calls it.

@@ -75,7 +75,7 @@ TEST(Fingerprint, EveryPassIsAsItWas) {
         Engine game(config);
         setUpGame(game, block.game);
         Ida ida(config);
-        ida.getTreeGenerator().getState().path.begin(game.getGame().repetitionHashes);
+        ida.getTreeGenerator().getState().repetitionTable.begin(game.getGame().repetitionHashes);
         Position position = game.getPosition();
         Variant variant;
         for (const std::string& pass : block.passes) {

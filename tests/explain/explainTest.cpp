@@ -210,7 +210,7 @@ TEST(WatchedSearch, CountsScoresAndPlaysAsTheEngineDoes) {
         const auto ida = makeSearch(*config);
         Reports played;
         ida->setInfoListener(&played);
-        ida->getTreeGenerator().getState().path.begin(game.repetitionHashes);
+        ida->getTreeGenerator().getState().repetitionTable.begin(game.repetitionHashes);
         Position position = game.position;
         Variant variant;
         ida->generateTree(position, variant, depth, true);

@@ -54,7 +54,7 @@ public:
         generator().clearTable();
         generator().clearKillersTable();
         generator().setDefaultFirstAlfaBeta();
-        generator().getState().path.begin(keys);
+        generator().getState().repetitionTable.begin(keys);
         line = Variant();
     }
 

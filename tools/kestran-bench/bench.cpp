@@ -203,7 +203,7 @@ BenchResult searchAfresh(Position position, int depth, int hashMebibytes) {
                          " MiB");
     }
     // The game begins here, so the position has been on the board once.
-    state.path.begin({&position.incremental.hash, 1});
+    state.repetitionTable.begin({&position.incremental.hash, 1});
 
     takeMemory(state.table);
 

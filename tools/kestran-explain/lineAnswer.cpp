@@ -63,7 +63,7 @@ std::optional<Worth> searchAlone(const Inquiry& inquiry, int pass, int ply) {
         }
         variant = passes.back().line;
     } else {
-        ida->getTreeGenerator().getState().path.begin(path.repetitionHashes);
+        ida->getTreeGenerator().getState().repetitionTable.begin(path.repetitionHashes);
         ida->getTreeGenerator().quiscenceSearch(path.position, DEFAULT_FIRST_ALFA,
                                                 DEFAULT_FIRST_BETA, variant);
     }

@@ -18,7 +18,7 @@ std::unique_ptr<Ida> makeSearch(const EngineConfig& config) {
 std::vector<PassReport> searchPasses(Ida& ida, const Game& game, int depth, IdaVariant* slot,
                                      const std::function<void(const PassReport&)>& onPass) {
     SearchState& state = ida.getTreeGenerator().getState();
-    state.path.begin(game.repetitionHashes);
+    state.repetitionTable.begin(game.repetitionHashes);
     state.nodes.setIdaVariant(slot);
     std::vector<PassReport> passes;
     Position position = game.position;
