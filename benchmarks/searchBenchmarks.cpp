@@ -116,11 +116,12 @@ void measureSearch(benchmark::State& state) {
     for (auto _ : state) {
         state.PauseTiming(); // to build an engine takes as long as a short search
         auto ida = std::make_unique<Ida>(config);
-        Position position = getSamplePositions().front();
-        Variant line;
+        SearchRequest request;
+        request.limits.depth = 3;
+        request.limits.useBook = false;
+        request.game.position = getSamplePositions().front();
         state.ResumeTiming();
-        ida->generateTree(position, line, 3, true);
-        nodes += ida->getTreeGenerator().getState().nodes.getSearchedAllNodes();
+        nodes += ida->generateTree(request).report->nodesSearched;
         state.PauseTiming();
         ida.reset();
         state.ResumeTiming();

@@ -29,9 +29,6 @@ enum PieceType : std::int8_t {
 template <class Element> using ByColor = Indexed<Color, Element, 2>;
 template <class Element> using ByType = Indexed<PieceType, Element, 7>;
 
-// Worth of a piece, in thousandths of a pawn.
-inline constexpr ByType<int> pieceEvaluationValues = {0, 1000, 5000, 3000, 3100, 9500, 0};
-
 inline constexpr int PIECES_PER_SIDE = 16; // entries of the list a colour
 inline constexpr int LIST_ENTRIES = 2 * PIECES_PER_SIDE;
 

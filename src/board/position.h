@@ -5,9 +5,9 @@
 // of moves, the sets answer questions about many fields at once.
 #pragma once
 
+#include "board/evaluationTerms.h"
 #include "board/fieldSet.h"
 #include "board/move.h"
-#include "board/pieceSums.h"
 
 #include <cstdint>
 

@@ -26,18 +26,19 @@ public:
     // included.
     int getCount() const { return count; }
 
-    // Calls `visit` with each piece of some entries of the list, in their order, until it
-    // returns false. No entry may be free.
+    // Calls `visit` with each piece of some entries of the list, in their order. Stops, and
+    // returns false, as soon as `visit` does. No entry may be free.
     template <PawnMoves pawnMoves = PawnMoves::ALL, class Visit>
-    void forEachPiece(EntrySet entries, Visit visit) const {
+    bool forEachPiece(EntrySet entries, Visit visit) const {
         for (; entries != 0; entries &= entries - 1) {
             const int entry = std::countr_zero(entries);
             const auto& [type, from] = position.pieces[entry];
             if (!visit(PieceTargets{
                     type, from, type == PAWN ? getPawnTargets<pawnMoves>(from) : targets[entry]})) {
-                return;
+                return false;
             }
         }
+        return true;
     }
 
     // The entries of the pieces that may capture, en passant included.

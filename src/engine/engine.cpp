@@ -9,8 +9,8 @@
 
 namespace {
 
-// A line of the first move of `rootMoves`, or the first legal one if they are empty; without
-// moves if there is none. `isOnly` tells whether exactly one is legal.
+// A line of one move: the first of `rootMoves`, or the first legal one if they are empty; without
+// a legal move an empty line. `isOnly` becomes whether exactly one move is legal.
 Variant getInitialVariant(const Position& position, const std::vector<Move>& rootMoves,
                           bool& isOnly) {
     MoveArray moves;
@@ -26,13 +26,14 @@ Variant getInitialVariant(const Position& position, const std::vector<Move>& roo
 
 } // namespace
 
-Engine::Engine(const EngineConfig& _config, const WaitPolicy& _waiting)
-    : ida(_config), config(_config), waiting(_waiting), wantedTableSize(_config.hashTableSize) {
+Engine::Engine(const EngineConfig& _config, const WaitPolicy& _waitPolicy)
+    : ida(_config), config(_config), waitPolicy(_waitPolicy),
+      wantedTableSize(_config.hashTableSize) {
     init();
 }
 
 Engine::~Engine() {
-    idaVariant.signalReady(searchNumber);
+    idaVariant.signalReady(lastThreadId);
 }
 
 // ---- The game ----
@@ -77,7 +78,7 @@ void Engine::doMoveEngine(const Move& move) {
 
 void Engine::applyChanges() {
     int wanted = wantedTableSize;
-    // Unless another size has been asked for meanwhile, tell that there was no memory.
+    // Unless another size has been set meanwhile, show that there was no memory.
     if (ida.applyChanges(wanted) != wanted) {
         wantedTableSize.compare_exchange_strong(wanted, 0);
     }
@@ -85,89 +86,82 @@ void Engine::applyChanges() {
 
 // ---- The search ----
 
-Variant Engine::search(Milliseconds milliseconds, bool infinite) {
-    return search(game, {.time = {clockMilliseconds(), milliseconds, infinite}});
-}
-
-Variant Engine::search(const Game& searchedGame, SearchLimits limits) {
-    const TimeBudget& budget = limits.time;
+SearchResult Engine::search(const SearchRequest& request) {
+    const TimeBudget& budget = request.limits.time;
+    const Position& position = request.game.position;
     logger.info("Engine.search - milliseconds:", budget.total);
-    logger.info([&] { return "Position fen: " + getFen(searchedGame.position); });
+    logger.info([&] { return "Position fen: " + getFen(position); });
     if (joinThread()) {
         logger.info("Old thread joined");
     }
 
     // From here on there is a move to play, whatever the search does.
-    searchNumber = idaVariant.getNextThreadId();
+    const int threadId = lastThreadId = idaVariant.getNextThreadId();
     bool isOnly = false;
-    idaVariant.setVariant(getInitialVariant(searchedGame.position, limits.rootMoves, isOnly),
-                          searchNumber);
+    idaVariant.setVariant(getInitialVariant(position, request.limits.rootMoves, isOnly), threadId);
     logger.info("Initial variant set");
+    SearchRequest limited = request;
     if (isOnly && !budget.infinite) {
-        limits.depth = std::min(limits.depth, limits.onlyMoveDepth);
+        limited.limits.depth = std::min(limited.limits.depth, limited.limits.onlyMoveDepth);
     }
-    if (limits.depth == 0) {
+    if (limited.limits.depth == 0) {
         logger.info("only possible move, stopped calculating");
-        return takeReport();
+        return stopAndTakeResult(request, threadId);
     }
 
-    // The tables belong to this thread until the new one exists.
-    applyChanges();
-    applyRepetitions(searchedGame);
-    searchedPosition = searchedGame.position;
-    const auto runSearch = [this, limits, number = searchNumber] {
-        ida.generateTree(searchedPosition, limits, number, &idaVariant);
+    applyChanges(); // the table belongs to this thread until the new one exists
+    const auto runSearch = [this, limited = std::move(limited), threadId] {
+        ida.generateTree(limited, threadId, idaVariant);
     };
     if (!searchThread.start(runSearch)) {
         logger.error("Thread cannot be created");
-        lastReport = {};
-        return {};
+        return {request.number, {}, {}};
     }
     waitForEnd(budget);
-    return takeReport();
+    return stopAndTakeResult(request, threadId);
 }
 
-// Ends the search, and keeps and returns what it has published last.
-const Variant& Engine::takeReport() {
-    idaVariant.signalReady(searchNumber);
-    lastReport = idaVariant.getReport();
-    return lastReport.pv;
+// Ends the search, and returns what it has published last.
+SearchResult Engine::stopAndTakeResult(const SearchRequest& request, int threadId) {
+    idaVariant.signalReady(threadId);
+    SearchResult result = idaVariant.getResult();
+    result.number = request.number;
+    return result;
 }
 
-Variant Engine::search() {
+SearchResult Engine::search() {
     logger.info("Engine.search()");
-    return searchHere(config.treeMaxDepth, false);
+    return searchHere(config.treeMaxDepth, true);
 }
 
-Variant Engine::searchDepth(int depth) {
+SearchResult Engine::searchDepth(int depth, bool useBook) {
     logger.info("Engine.search depth() = ", depth);
-    return searchHere(depth, depth == INFINITE_MAGIC_DEPTH);
+    return searchHere(depth, useBook && depth != INFINITE_MAGIC_DEPTH);
 }
 
 std::optional<Move> Engine::searchMove() {
     logger.info("Engine.searchMove()");
-    const Variant variant = searchHere(config.treeMaxDepth, false);
-    return variant.varLength > 0 ? std::optional(variant.get(0).move) : std::nullopt;
+    const Variant line = searchHere(config.treeMaxDepth, true).line;
+    return line.varLength > 0 ? std::optional(line.get(0).move) : std::nullopt;
 }
 
-// Searches the present game to a depth, on the calling thread.
-Variant Engine::searchHere(int depth, bool infinite) {
+// Searches the current game to a depth, on the calling thread.
+SearchResult Engine::searchHere(int depth, bool useBook) {
     joinThread();
     applyChanges();
-    applyRepetitions(game);
-    Position positionCopy = game.position;
-    Variant variant;
-    ida.generateTree(positionCopy, variant, depth, infinite);
-    return variant;
+    SearchLimits limits;
+    limits.depth = depth;
+    limits.useBook = useBook;
+    return ida.generateTree({0, limits, game});
 }
 
 // Sleeps until the search is to end: by a stop request, by time, or by itself.
 void Engine::waitForEnd(const TimeBudget& budget) {
     for (;;) {
-        if (waiting.isWokenByEnd) {
-            idaVariant.waitToBeWoken(waiting.interval);
+        if (waitPolicy.isWokenByEnd) {
+            idaVariant.waitToBeWoken(waitPolicy.interval);
         } else {
-            sleepMilliseconds(waiting.interval);
+            sleepMilliseconds(waitPolicy.interval);
         }
         const bool isStopped = stopListener != nullptr && stopListener->checkForStop();
         if (isStopped || isTimeUp(budget)) {
@@ -180,11 +174,6 @@ bool Engine::isTimeUp(const TimeBudget& budget) {
     if (budget.infinite) {
         return false;
     }
-    return clockMilliseconds() - budget.start >= budget.total - waiting.margin ||
+    return clockMilliseconds() - budget.start >= budget.total - waitPolicy.margin ||
            idaVariant.isReady();
-}
-
-// Begins the path of the search with the positions of the game.
-void Engine::applyRepetitions(const Game& searchedGame) {
-    ida.getTreeGenerator().getState().repetitionTable.begin(searchedGame.repetitionHashes);
 }

@@ -9,9 +9,8 @@ constexpr int LAZY_MARGIN = 500; // beyond it material alone decides
 } // namespace
 
 int positionalEval(const Position& position, int /*materialBalance*/) {
-    const bool isEndGame = totalMaterial(position) <= END_GAME_MAX_MATERIAL;
-    const int eval = positionalEvalOf(position.incremental.sum, isEndGame);
-    return position.colorToMove == WHITE ? -eval : eval;
+    return staticScore(position.incremental.sum, 0, totalMaterial(position),
+                       position.oppositeColorToMove());
 }
 
 int totalEval(const Position& position, int alpha, int beta) {

@@ -2,71 +2,70 @@
 
 #include "base/loggingService.h"
 
-#include <algorithm>
+#include <cstdlib>
 #include <limits>
 
 namespace {
 
 constexpr int MEBIBYTE_SHIFT = 20;
 
-// Keys that a bucket has room for from the start.
-constexpr std::size_t INITIAL_ROOM = 4;
-
 } // namespace
 
 int entriesOf(int mebibytes) {
-    const std::int64_t bytes = std::int64_t{mebibytes} << MEBIBYTE_SHIFT;
-    const std::int64_t entries = bytes / GenericEntry::LOGGED_SIZE;
+    const std::int64_t entries = (std::int64_t{mebibytes} << MEBIBYTE_SHIFT) / ENTRY_SIZE;
     const bool isPossible = 0 <= entries && entries <= std::numeric_limits<int>::max();
     return isPossible ? static_cast<int>(entries) : 0;
 }
 
 int mebibytesOf(int entries) {
-    const std::int64_t bytes = std::int64_t{entries} * GenericEntry::LOGGED_SIZE;
-    return static_cast<int>(bytes >> MEBIBYTE_SHIFT);
+    return static_cast<int>((std::int64_t{entries} * ENTRY_SIZE) >> MEBIBYTE_SHIFT);
 }
 
-RepetitionEntry::RepetitionEntry() {
-    repetitionMap.reserve(INITIAL_ROOM);
-}
-
-std::uint16_t RepetitionEntry::getNumberOfRepetitions(std::uint64_t hash) const {
-    const auto place = std::ranges::find(repetitionMap, hash, &Count::hash);
-    return place != repetitionMap.end() ? place->repetitions : std::uint16_t{0};
-}
-
-std::uint16_t RepetitionEntry::increaseRepetitions(std::uint64_t hash) {
-    auto place = find(hash);
-    if (place == repetitionMap.end() || place->hash != hash) {
-        place = repetitionMap.insert(place, {hash, 0});
+void HashTable::allocate(int _size) {
+    logger.info("Trying to allocate hash table with size ", _size);
+    logger.info("Size of an entry", ENTRY_SIZE);
+    logger.info("Whole size", std::int64_t{_size} * ENTRY_SIZE);
+    size = 0;
+    table = nullptr;
+    if (_size <= 0) {
+        return;
     }
-    return ++place->repetitions;
-}
-
-std::uint16_t RepetitionEntry::decreaseRepetitions(std::uint64_t hash) {
-    const auto place = find(hash);
-    if (place == repetitionMap.end() || place->hash != hash) {
-        return NOT_COUNTED;
+    // The system provides zeroed pages as they are first touched, so a large table costs nothing
+    // before it is used.
+    table = static_cast<GenericEntry*>(
+        std::calloc(static_cast<std::size_t>(_size), sizeof(GenericEntry)));
+    if (table != nullptr) {
+        size = _size;
     }
-    const std::uint16_t left = --place->repetitions;
-    if (left == 0) {
-        repetitionMap.erase(place);
+    logger.trace(table == nullptr ? "hash table allocated(?). New returns null: true"
+                                  : "hash table allocated(?). New returns null: false");
+}
+
+void HashTable::deallocate() {
+    std::free(table);
+}
+
+void HashTable::resize(int _newSize) {
+    if (_newSize != size) {
+        deallocate();
+        allocate(_newSize);
     }
-    return left;
 }
 
-// The place of `hash` in the order of keys, whether or not it is there.
-RepetitionEntry::Map::iterator RepetitionEntry::find(std::uint64_t hash) {
-    return std::ranges::lower_bound(repetitionMap, hash, {}, &Count::hash);
+void HashTable::empty() {
+    if (++generation != 0) {
+        return;
+    }
+    for (int i = 0; i < size; ++i) { // the generation has wrapped around
+        table[i].state = FREE;
+        table[i].generation = 0;
+    }
 }
 
-void logWantedTable(int size, int entrySize) {
-    logger.info("Trying to allocate hash table with size ", size);
-    logger.info("Size of an entry", entrySize);
-    logger.info("Whole size", static_cast<long>(size) * entrySize);
-}
-
-void logAllocatedTable(bool isNull) {
-    logger.trace(isNull ? "hash table allocated(?). New returns null: true"
-                        : "hash table allocated(?). New returns null: false");
+void HashTable::touchPages() {
+    constexpr int ENTRIES_OF_A_PAGE = 64; // or more
+    empty();
+    for (int i = 0; i < size; i += ENTRIES_OF_A_PAGE) {
+        getEntry(i); // writes the new generation
+    }
 }

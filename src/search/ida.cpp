@@ -2,15 +2,11 @@
 
 #include "base/loggingService.h"
 #include "search/idaVariant.h"
-#include "search/infoStruct.h"
 #include "search/score.h"
 
 #include <algorithm>
 
 namespace {
-
-// The number of a search that nobody waits for.
-constexpr int NO_THREAD = 0;
 
 // A bound of the window, kept inside the full one.
 int windowBound(std::int64_t score) {
@@ -18,124 +14,145 @@ int windowBound(std::int64_t score) {
         std::clamp<std::int64_t>(score, DEFAULT_FIRST_ALFA, DEFAULT_FIRST_BETA));
 }
 
-bool isGood(IdaNS::GeneratingResult result) {
-    return result == IdaNS::OK || result == IdaNS::OK_FINISH;
+// The result of a finished pass and the window of the next one.
+struct Verdict {
+    IdaNS::GeneratingResult result;
+    RootWindow next;
+};
+
+// A failed pass says only on which side of the window the score lies. That side is opened, and
+// the other one is closed to just past the bound that failed.
+Verdict judge(const Variant& variant, const RootWindow& window) {
+    const int score = variant.evaluation;
+    if (isBottomMateLimit(score) || isUpperMateLimit(score)) {
+        logger.debug("upper / bottom mate limit reached, returning evaluation");
+        return {IdaNS::OK_FINISH, window};
+    }
+    if (score <= window.firstAlpha) {
+        logger.debug("fail low");
+        return {IdaNS::FAILLOW, {.firstBeta = window.firstAlpha + 1}};
+    }
+    if (score >= window.firstBeta) {
+        logger.debug("fail high");
+        return {IdaNS::FAILHIGH, {.firstAlpha = window.firstBeta - 1}};
+    }
+    if (variant.varLength > 0 && variant.get(0).isOpening) {
+        logger.info("found opening move");
+        return {IdaNS::OK_FINISH, window};
+    }
+    logger.debug("normal deepening");
+    return {IdaNS::OK,
+            {windowBound(std::int64_t{score} - ASPIRATION_WINDOW_HALF),
+             windowBound(std::int64_t{score} + ASPIRATION_WINDOW_HALF)}};
+}
+
+InfoStruct reportOf(const SearchPass& pass, const SearchState& state, Milliseconds clockStart,
+                    int number) {
+    const Milliseconds elapsed = clockMilliseconds() - clockStart;
+    return {.nodesSearched = pass.nodes,
+            .nodesPerSec = nodesPerSecond(pass.nodes, elapsed),
+            .depth = pass.depth,
+            .selDepth = state.getQuiscenceMaxDepth() + pass.depth,
+            .pv = pass.line,
+            .time = elapsed,
+            .number = number};
 }
 
 } // namespace
 
-void Ida::generateTree(Position& position, Variant& variant) {
-    generateTree(position, variant, config.treeMaxDepth);
-}
-
-void Ida::generateTree(Position& position, Variant& variant, int depth, bool infinite) {
-    const Milliseconds clockStart = clockMilliseconds();
-    generator.setIdaVariant(nullptr); // an older search's flag may still be up
-    prepareSearch({.time = {clockStart, -1}});
-    const int deepest = std::min(depth, MAX_PASSES);
+void Ida::deepen(const SearchRequest& request, IdaVariant* idaVariant, const PassCallback& onPass) {
+    prepareSearch(request, idaVariant);
+    const SearchLimits& limits = request.limits;
+    const bool skipOpening = limits.time.isUnlimited() || !limits.useBook;
+    const int deepest = std::min(limits.depth, MAX_PASSES);
+    Position position = request.game.position;
+    Variant variant;
+    RootWindow window;
     for (int actualDepth = 1; actualDepth <= deepest;) {
-        const auto result = generateTreeIdaOneLoop(position, variant, actualDepth, infinite);
-        if (!result || !isGood(*result)) {
-            continue; // the same depth again, in the new window
-        }
-        report(getReport(variant, actualDepth, clockStart, NO_THREAD));
-        if (result == IdaNS::OK_FINISH) {
+        const SearchPass pass =
+            generateTreeIdaOneLoop(position, variant, actualDepth, window, skipOpening);
+        if (!onPass(pass) || !pass.result || pass.result == IdaNS::OK_FINISH) {
             return;
         }
-        ++actualDepth;
+        window = pass.next;
+        actualDepth += pass.isGood() ? 1 : 0; // a failed pass is repeated
     }
 }
 
-void Ida::generateTree(Position& position, const SearchLimits& limits, int threadId,
-                       IdaVariant* idaVariant) {
-    const TimeBudget& budget = limits.time;
-    const bool infinite = budget.isUnlimited();
+void Ida::generateTree(const SearchRequest& request, int threadId, IdaVariant& idaVariant) {
     PolyglotBook::resetRand();
-    generator.setIdaVariant(idaVariant);
+    const TimeBudget& budget = request.limits.time;
+    const bool infinite = budget.isUnlimited();
     const Milliseconds clockStart = clockMilliseconds();
-    prepareSearch(limits);
-    if (idaVariant == nullptr) {
-        logger.error("idaVariant is NULL");
-        return;
-    }
-
     double lastDuration = -1.0;
     Milliseconds lastCheck = clockStart;
-    Variant variant;
-    for (int actualDepth = 1; actualDepth <= limits.depth;) {
-        const auto result =
-            generateTreeIdaOneLoop(position, variant, actualDepth, infinite || !limits.useBook);
-        if (result && isGood(*result)) {
-            const InfoStruct info = getReport(variant, actualDepth, clockStart, threadId);
-            publish(info, *result, idaVariant);
-            if (result == IdaNS::OK || infinite) {
+    deepen(request, &idaVariant, [&](const SearchPass& pass) {
+        if (pass.isGood()) {
+            const InfoStruct info = reportOf(pass, generator.state, clockStart, request.number);
+            idaVariant.setReport(info, threadId);
+            if (pass.result == IdaNS::OK_FINISH) {
+                idaVariant.signalReady(threadId);
+            }
+            if (pass.result == IdaNS::OK || infinite) {
                 report(info);
             }
-            ++actualDepth;
         }
-        const bool isOver = infinite ? result == IdaNS::OK_FINISH
-                                     : timeUp(budget.total, lastDuration, lastCheck, clockStart,
-                                              result.value_or(IdaNS::FAILHIGH), idaVariant);
-        if (isOver || !result) {
-            break;
-        }
-    }
-    idaVariant->signalReady(threadId);
+        return infinite || !timeUp(budget.total, lastDuration, lastCheck, clockStart,
+                                   pass.result.value_or(IdaNS::FAILHIGH), idaVariant);
+    });
+    idaVariant.signalReady(threadId);
 }
 
-std::optional<IdaNS::GeneratingResult> Ida::generateTreeIdaOneLoop(Position& position,
-                                                                   Variant& variant,
-                                                                   int actualDepth,
-                                                                   bool skipOpening) {
-    generator.setActualMoveDepth(actualDepth);
-    generator.generateTree(position, variant, skipOpening);
-    // What an abandoned pass leaves is no result, whatever its score looks like.
-    if (generator.isAbandoned()) {
-        return std::nullopt;
-    }
-    const IdaNS::GeneratingResult result = judgePass(variant);
-    if (observer != nullptr) {
-        observer->explainEndTreePass(result);
-    }
+SearchResult Ida::generateTree(const SearchRequest& request) {
+    const Milliseconds clockStart = clockMilliseconds();
+    SearchResult result = {request.number, {}, {}};
+    deepen(request, nullptr, [&](const SearchPass& pass) {
+        if (pass.isGood()) {
+            result.line = pass.line;
+            result.report = reportOf(pass, generator.state, clockStart, request.number);
+            report(*result.report);
+        }
+        return true;
+    });
     return result;
 }
 
-// The outcome of a pass that ended with `variant`; sets the window of the next pass.
-IdaNS::GeneratingResult Ida::judgePass(const Variant& variant) {
-    if (isBottomMateLimit(variant.evaluation) || isUpperMateLimit(variant.evaluation)) {
-        logger.debug("upper / bottom mate limit reached, returning evaluation");
-        return IdaNS::OK_FINISH;
+SearchPass Ida::generateTreeIdaOneLoop(Position& position, Variant& variant, int actualDepth,
+                                       const RootWindow& window, bool skipOpening) {
+    generator.generateTree(position, variant, actualDepth, window, skipOpening);
+    SearchPass pass = {.depth = actualDepth,
+                       .window = window,
+                       .result = std::nullopt,
+                       .next = window,
+                       .nodes = generator.state.nodes.getSearchedAllNodes(),
+                       .line = variant};
+    // The score of an abandoned pass is meaningless, even if it looks like a mate.
+    if (generator.state.nodes.isAbandoned()) {
+        return pass;
     }
-    // A failed pass tells only on which side the score lies. That side is opened, and the
-    // other one is closed to just past the bound that failed.
-    if (variant.evaluation <= generator.firstAlpha) {
-        const int oldActualAlphaLimit = generator.firstAlpha;
-        generator.setDefaultFirstAlfaBeta();
-        generator.firstBeta = oldActualAlphaLimit + 1;
-        logger.debug("fail low");
-        return IdaNS::FAILLOW;
+    const auto [result, next] = judge(variant, window);
+    pass.result = result;
+    pass.next = next;
+    if (observer != nullptr) {
+        observer->explainEndTreePass(result);
     }
-    if (variant.evaluation >= generator.firstBeta) {
-        const int oldActualBetaLimit = generator.firstBeta;
-        generator.setDefaultFirstAlfaBeta();
-        generator.firstAlpha = oldActualBetaLimit - 1;
-        logger.debug("fail high");
-        return IdaNS::FAILHIGH;
-    }
-    if (variant.varLength > 0 && variant.get(0).isOpening) {
-        logger.info("found opening move");
-        return IdaNS::OK_FINISH;
-    }
-    setNewLine(variant);
-    generator.firstAlpha = windowBound(std::int64_t{variant.evaluation} - ASPIRATION_WINDOW_HALF);
-    generator.firstBeta = windowBound(std::int64_t{variant.evaluation} + ASPIRATION_WINDOW_HALF);
-    logger.debug("normal deepening");
-    return IdaNS::OK;
+    return pass;
+}
+
+void Ida::prepareSearch(const SearchRequest& request, IdaVariant* idaVariant) {
+    SearchState& state = generator.state;
+    state.nodes.resetSearchedNodes();
+    state.nodes.setNodeLimit(request.limits.nodes);
+    state.nodes.setIdaVariant(idaVariant);
+    state.rootMoves = request.limits.rootMoves;
+    state.repetitionTable.begin(request.game.repetitionHashes);
+    state.table.clearTable();
+    state.order.clearKillersTable();
 }
 
 bool Ida::timeUp(Milliseconds totalMilliseconds, double& lastDuration, Milliseconds& lastCheck,
-                 Milliseconds clockStart, IdaNS::GeneratingResult result, IdaVariant* idaVariant) {
-    if (idaVariant->isReady()) {
+                 Milliseconds clockStart, IdaNS::GeneratingResult result, IdaVariant& idaVariant) {
+    if (idaVariant.isReady()) {
         logger.info("Ida variant ready from ida");
         return true;
     }
@@ -145,7 +162,7 @@ bool Ida::timeUp(Milliseconds totalMilliseconds, double& lastDuration, Milliseco
     if (actualMilliseconds >= total + SAFE_BEFORE_TIMEOUT) {
         return true;
     }
-    if (!isGood(result)) {
+    if (result != IdaNS::OK && result != IdaNS::OK_FINISH) {
         return false;
     }
     const bool isFirstGoodPass = lastDuration < 0;
@@ -163,48 +180,8 @@ void Ida::watchBy(SearchObserver& _observer) {
     generator.watchBy(_observer);
 }
 
-// Empties what the passes of one search share, and hands them its limits.
-void Ida::prepareSearch(const SearchLimits& limits) {
-    generator.resetSearchedNodes();
-    generator.setNodeLimit(limits.nodes);
-    generator.setRootMoves(limits.rootMoves);
-    generator.setTimer(limits.time.total);
-    generator.clearTable();
-    generator.clearKillersTable();
-    generator.setDefaultFirstAlfaBeta();
-}
-
-// Publishes the line of a good pass, and says so if no deeper pass follows.
-void Ida::publish(const InfoStruct& info, IdaNS::GeneratingResult result, IdaVariant* idaVariant) {
-    idaVariant->setReport(info);
-    if (result == IdaNS::OK_FINISH) {
-        idaVariant->signalReady(info.threadId);
-    }
-}
-
-// All that is told of a good pass that has just ended.
-InfoStruct Ida::getReport(const Variant& variant, int actualDepth, Milliseconds clockStart,
-                          int threadId) {
-    const Milliseconds elapsed = clockMilliseconds() - clockStart;
-    const std::int64_t nodes = generator.getState().nodes.getSearchedAllNodes();
-    return {.nodesSearched = nodes,
-            .nodesPerSec = nodesPerSecond(nodes, elapsed),
-            .depth = actualDepth,
-            .selDepth = generator.getState().getQuiscenceMaxDepth() + actualDepth,
-            .pv = variant,
-            .time = elapsed,
-            .threadId = threadId};
-}
-
 void Ida::report(const InfoStruct& info) {
     if (infoListener != nullptr) {
         infoListener->onInfo(info);
     }
-}
-
-void Ida::setNewLine(const Variant& variant) {
-    generator.mainLineToCheck.clear();
-    std::copy_if(variant.variantMoves.begin(), variant.variantMoves.begin() + variant.varLength,
-                 std::back_inserter(generator.mainLineToCheck),
-                 [](const VariantMove& move) { return !move.isQuiscence; });
 }

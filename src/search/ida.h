@@ -2,72 +2,85 @@
 // window around the score of the last good one, and decides when to stop.
 #pragma once
 
-#include "base/platform.h"
 #include "search/engineParameters.h"
-#include "search/generatorInterface.h"
 #include "search/infoStruct.h"
-#include "search/searchLimits.h"
+#include "search/rootWindow.h"
 #include "search/searchObserver.h"
-#include "search/timeBudget.h"
+#include "search/searchRequest.h"
 #include "search/treeGenerator.h"
 
+#include <functional>
 #include <optional>
 
 class IdaVariant;
 
-class Ida final : public GeneratorInterface {
-public:
-    // `_config` is shared and must outlive the object.
-    explicit Ida(const EngineConfig& _config) : generator(_config), config(_config) {}
+// One pass of a search, after its end.
+struct SearchPass {
+    int depth;                                     // plies
+    RootWindow window;                             // the window that it ran with
+    std::optional<IdaNS::GeneratingResult> result; // nothing if the pass was abandoned
+    RootWindow next;                               // the window of the next pass
+    std::int64_t nodes;                            // moves played since the search began
+    // Score for the side to move and, after a good pass, the line. After a failed pass the score
+    // is the bound that failed, and the line is meaningless.
+    const Variant& line;
 
-    // The depth search, on the calling thread, to `depth` plies but no deeper than
-    // MAX_PASSES; without a depth, to the configured one. `variant` gets the line. An
-    // infinite search does not ask the book. Every good pass is reported.
-    void generateTree(Position& position, Variant& variant) override;
-    void generateTree(Position& position, Variant& variant, int depth, bool infinite = false);
+    // Whether the score lies inside the window.
+    bool isGood() const { return result == IdaNS::OK || result == IdaNS::OK_FINISH; }
+};
+
+class Ida final {
+public:
+    // Called after each pass, also an abandoned one. False ends the search.
+    using PassCallback = std::function<bool(const SearchPass&)>;
+
+    // `_config` is shared and must outlive the object.
+    explicit Ida(const EngineConfig& _config) : generator(_config) {}
+
+    // ---- Searches, each from scratch on the calling thread ----
+
+    // The deepening loop: runs passes until `onPass` returns false, the depth of the request or
+    // MAX_PASSES is reached, a pass finds a mate or a book move, or a pass is abandoned because
+    // of the node limit or the ready flag of `idaVariant` (null for none, not owned). An unlimited
+    // search does not ask the book.
+    void deepen(const SearchRequest& request, IdaVariant* idaVariant, const PassCallback& onPass);
 
     // The timed search: deepens as long as another pass is worth its time, publishes
-    // and reports each good pass, and raises the ready flag when it has finished. It
-    // ends early when that flag goes up. `threadId` is the search's number. The
-    // position may stand anywhere inside the tree afterwards.
-    void generateTree(Position& position, const SearchLimits& limits, int threadId,
-                      IdaVariant* idaVariant);
-    void generateTree(Position& position, const TimeBudget& budget, int threadId,
-                      IdaVariant* idaVariant) {
-        generateTree(position, SearchLimits{.time = budget}, threadId, idaVariant);
-    }
+    // and reports each good pass, and raises the ready flag at its end. It ends early when that
+    // flag goes up. `threadId` is the number that `idaVariant` gave to this search.
+    void generateTree(const SearchRequest& request, int threadId, IdaVariant& idaVariant);
 
-    // One pass; sets the window of the next one. Nothing if the pass was abandoned: it has
-    // no outcome, and the window stays.
-    std::optional<IdaNS::GeneratingResult>
-    generateTreeIdaOneLoop(Position& position, Variant& variant, int actualDepth, bool skipOpening);
+    // The depth search: deepens to the depth of the request and reports each good pass.
+    SearchResult generateTree(const SearchRequest& request);
+
+    // One pass, `actualDepth` plies deep. prepareSearch() must come before the first pass.
+    SearchPass generateTreeIdaOneLoop(Position& position, Variant& variant, int actualDepth,
+                                      const RootWindow& window, bool skipOpening);
+
+    // Resets what the passes of a search share, and takes over the limits and the game.
+    void prepareSearch(const SearchRequest& request, IdaVariant* idaVariant);
 
     // Whether the timed search must end after a pass with this result. `lastDuration`
     // is the time from one good pass to the next, below 0 before the first, and
-    // `lastCheck` the clock at the last good one: both are kept here.
-    bool timeUp(Milliseconds totalMilliseconds, double& lastDuration, Milliseconds& lastCheck,
-                Milliseconds clockStart, IdaNS::GeneratingResult result, IdaVariant* idaVariant);
+    // `lastCheck` the clock at the last good one: both are updated here.
+    static bool timeUp(Milliseconds totalMilliseconds, double& lastDuration,
+                       Milliseconds& lastCheck, Milliseconds clockStart,
+                       IdaNS::GeneratingResult result, IdaVariant& idaVariant);
 
-    // From now on `_observer` is told of every move and every pass. It must outlive the
-    // searches.
+    // ---- Set-up; no search may run ----
+
+    // Reports every move and every pass to `_observer`, which must outlive the searches.
     void watchBy(SearchObserver& _observer);
     void setInfoListener(InfoListenerInterface* listener) { infoListener = listener; }
-    // See TreeGenerator::applyChanges().
-    int applyChanges(int hashTableSize) { return generator.applyChanges(hashTableSize); }
+    // Resizes the hash table to so many entries, losing all of them; does nothing if the size is
+    // the same. Returns the new size, which is 0 if out of memory.
+    int applyChanges(int hashTableSize) { return generator.state.table.resize(hashTableSize); }
     TreeGenerator& getTreeGenerator() { return generator; }
 
 private:
-    IdaNS::GeneratingResult judgePass(const Variant& variant);
-    void prepareSearch(const SearchLimits& limits);
-    static void publish(const InfoStruct& info, IdaNS::GeneratingResult result,
-                        IdaVariant* idaVariant);
-    InfoStruct getReport(const Variant& variant, int actualDepth, Milliseconds clockStart,
-                         int threadId);
     void report(const InfoStruct& info);
-    void setNewLine(const Variant& variant);
 
     TreeGenerator generator;
-    const EngineConfig& config;
     InfoListenerInterface* infoListener = nullptr; // not owned
     SearchObserver* observer = nullptr;            // not owned
 };

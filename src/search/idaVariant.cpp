@@ -2,26 +2,7 @@
 
 #include "base/loggingService.h"
 
-#include <algorithm>
 #include <chrono>
-
-namespace {
-
-// A copy without the unset moves after the line.
-Variant clone(const Variant& source) {
-    Variant copy;
-    copy.varLength = source.varLength;
-    copy.evaluation = source.evaluation;
-    std::copy_n(source.variantMoves.begin(), source.varLength, copy.variantMoves.begin());
-    return copy;
-}
-
-InfoStruct clone(const InfoStruct& source) {
-    return {source.nodesSearched, source.nodesPerSec, source.depth,   source.selDepth,
-            clone(source.pv),     source.time,        source.threadId};
-}
-
-} // namespace
 
 int IdaVariant::getNextThreadId() {
     const std::lock_guard lock(pMutex);
@@ -34,19 +15,20 @@ void IdaVariant::setVariant(const Variant& variantPar, int _threadId) {
     logger.debug([&] { return variantToString(variantPar); });
     const std::lock_guard lock(pMutex);
     if (fakeThreadId == _threadId) {
-        report = {};
-        report.pv = clone(variantPar);
+        published.line = variantPar;
+        published.report.reset();
     }
 }
 
-void IdaVariant::setReport(const InfoStruct& info) {
+void IdaVariant::setReport(const InfoStruct& info, int _threadId) {
     logger.debug([&] { return variantToString(info.pv); });
     const std::lock_guard lock(pMutex);
-    if (fakeThreadId == info.threadId) {
-        Variant line = clone(info.pv.varLength > 0 ? info.pv : report.pv);
-        line.evaluation = info.pv.evaluation;
-        report = clone(info);
-        report.pv = line;
+    if (fakeThreadId == _threadId) {
+        if (info.pv.varLength > 0) {
+            published.line = info.pv;
+        }
+        published.line.evaluation = info.pv.evaluation;
+        published.report = info;
     }
 }
 
@@ -64,14 +46,9 @@ bool IdaVariant::isReady() {
     return ready;
 }
 
-Variant IdaVariant::getVariant() {
+SearchResult IdaVariant::getResult() {
     const std::lock_guard lock(pMutex);
-    return clone(report.pv);
-}
-
-InfoStruct IdaVariant::getReport() {
-    const std::lock_guard lock(pMutex);
-    return clone(report);
+    return published;
 }
 
 void IdaVariant::wake() {

@@ -2,7 +2,7 @@
 // published last, and the flag that ends the search.
 #pragma once
 
-#include "search/infoStruct.h"
+#include "search/searchRequest.h"
 
 #include <condition_variable>
 #include <mutex>
@@ -11,24 +11,22 @@
 // number, so whatever it calls has no effect on the new one. Safe from any thread.
 class IdaVariant {
 public:
-    // Opens a search, for which nobody has been woken yet: lowers the ready flag and returns the
-    // new search's number.
+    // Opens a search: lowers the ready flag, forgets wake-ups and returns the search's number.
     int getNextThreadId();
-    // Publishes a line, if the number is that of the present search.
+    // Publishes a line without a report, if the number is that of the current search.
     void setVariant(const Variant& variantPar, int _threadId);
-    // Publishes the line of a pass with all that is told of it, if its number is that of the
-    // present search. A line without moves, as of a drawn root, leaves the moves that are there.
-    void setReport(const InfoStruct& info);
-    // Raises the ready flag and wakes who waits, if the number is that of the present search.
+    // Publishes the report of a pass with its line, if the number is that of the current search.
+    // An empty line, as of a drawn root, replaces the score but not the moves.
+    void setReport(const InfoStruct& info, int _threadId);
+    // Raises the ready flag and wakes the waiting thread, if the number is that of the current
+    // search.
     void signalReady(int _fakeThreadId);
     // Whether the search is to end, or has ended.
     bool isReady();
-    // A copy of the line published last, and of the report that it came with: all zero but the
-    // line if there was none.
-    Variant getVariant();
-    InfoStruct getReport();
+    // The line and the report published last. The request's number is left at 0.
+    SearchResult getResult();
 
-    // Wakes who waits for the present search, now or next.
+    // Wakes the thread that waits for the current search, or does so later.
     void wake();
     // Waits to be woken, but no longer than `duration`.
     void waitToBeWoken(Milliseconds duration);
@@ -39,5 +37,5 @@ private:
     bool isWoken = false;
     bool ready = false;
     int fakeThreadId = 0; // number of the search that owns the slot
-    InfoStruct report{};
+    SearchResult published;
 };

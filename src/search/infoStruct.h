@@ -15,7 +15,7 @@ struct InfoStruct {
     int selDepth;               // the most plies that quiescence can reach: a bound
     Variant pv;                 // the line found, with its score
     Milliseconds time;          // since the search began
-    int threadId;               // the search's number; see IdaVariant
+    int number;                 // of the request that is searched
 };
 
 // The rate of a search, cut to a whole number. An elapsed time of 0 counts as 1

@@ -5,20 +5,35 @@
 #include "board/attacks.h"
 #include "board/makeMove.h"
 #include "search/evaluation.h"
-#include "search/quietCount.h"
+#include "search/quietSkipper.h"
 #include "search/quiscenceNode.h"
 #include "search/score.h"
-#include "search/statistics.h"
+
+namespace {
+
+// Whether the search goes deeper after a move: it captures, promotes or gives check.
+bool isMoveInteresting(const Move& move, const CheckInfo& checkInfo) {
+    return move.pieceCaptured != NO_PIECE || move.promotionPieceType != NO_PIECE ||
+           checkInfo.givesCheck(move);
+}
+
+// The static score after a move, for the side that makes it. `material` is its balance then.
+int staticScoreAfter(const Position& position, const Move& move, int material) {
+    return staticScore(getSumAfter(position, move), material, getTotalMaterialAfter(position, move),
+                       position.colorToMove);
+}
+
+} // namespace
 
 template <class Observer>
 MoveEnding Quiscence<Observer>::quiscenceSearchInner(Position& position, int alfa, int beta,
                                                      Variant& variant) {
     if (state.getQuiscenceMaxDepth() == 0) {
-        // The bounds go in as they are, although they belong to the other side.
+        // The bounds go in unturned, although they belong to the other side.
         variant.evaluation = -totalEval(position, alfa, beta);
         return MoveEnding::NO_QUISCENCE;
     }
-    // Standing pat. This is the only exit of the search with a score beyond beta.
+    // Standing pat: the only exit with a score beyond beta.
     if (state.config._new_feature_quiscence_optimization && !isInCheck(position)) {
         const int material = basicPositionEvaluationByMaterial(position);
         const int betterAlfa = -material - positionalEval(position, material);
@@ -42,16 +57,15 @@ MoveEnding Quiscence<Observer>::quiscenceSearchRek(Position& position, Variant& 
     }
 
     const bool isDeepestPly = depth >= state.getQuiscenceMaxDepth() - 1;
-    QuiscenceNode node(position, variant, alfa, beta, depth, isDeepestPly, Observer::IS_WATCHING);
-    statsIncrement(TestStatistics::Q_SEARCH_ALL, depth, node.targets.getCount());
-    Next next = node.targets.getCapturers() != 0 ? tryCaptures(node) : Next::MOVE;
-    if (next == Next::MOVE) {
-        next = tryQuietMoves(node);
+    QuiscenceNode node(position, variant, alfa, beta, depth, isDeepestPly);
+    if constexpr (Observer::IS_COUNTING) {
+        observer.count(TestStatistics::Q_SEARCH_ALL, depth, node.moves.getCount());
     }
-    statsIncrement(TestStatistics::Q_SEARCH, depth, node.numberOfLegalMoves);
+    const bool isOver = !tryCaptures(node) || !tryQuietMoves(node);
+    observer.count(TestStatistics::Q_SEARCH, depth, node.numberOfLegalMoves);
 
-    if (next != Next::MOVE) {
-        statsIncrement(TestStatistics::Q_CUTTOFS, depth, next == Next::CUT_OFF ? 1 : 0);
+    if (isOver) {
+        observer.count(TestStatistics::Q_CUTTOFS, depth, state.nodes.isAbandoned() ? 0 : 1);
         variant.clear(beta);
         return MoveEnding::SEARCHED;
     }
@@ -63,8 +77,11 @@ MoveEnding Quiscence<Observer>::quiscenceSearchRek(Position& position, Variant& 
     return MoveEnding::SEARCHED;
 }
 
-// The legal ones, best attack first; see orderMoves().
-template <class Observer> auto Quiscence<Observer>::tryCaptures(QuiscenceNode& node) -> Next {
+// Tries the legal captures, best attack first; see orderMoves().
+template <class Observer> bool Quiscence<Observer>::tryCaptures(QuiscenceNode& node) {
+    if (node.moves.getCapturers() == 0) {
+        return true;
+    }
     const Position& position = node.position;
     const FieldSet enemies = position.ofColor[position.oppositeColorToMove()];
     MoveArray captures;
@@ -79,13 +96,13 @@ template <class Observer> auto Quiscence<Observer>::tryCaptures(QuiscenceNode& n
         forEachTarget(piece, fields, color, [&](FieldIndex to) {
             return forEachMoveTo(piece, to, position.board[to].pieceType, color, append);
         });
-        if (piece.type == PAWN && node.targets.canTakeEnPassant(piece.from) &&
-            node.lines.allowsEnPassant(piece.from)) {
+        if (piece.type == PAWN && node.moves.canTakeEnPassant(piece.from) &&
+            node.pins.allowsEnPassant(piece.from)) {
             append(makeEnPassant(position, piece.from));
         }
         return true;
     };
-    node.targets.forEachPiece<PawnMoves::CAPTURES>(node.targets.getCapturers(), listCaptures);
+    node.moves.forEachPiece<PawnMoves::CAPTURES>(node.moves.getCapturers(), listCaptures);
 
     MoveIndices moveOrderIndices;
     moveOrderIndices[0] = 0;
@@ -93,90 +110,86 @@ template <class Observer> auto Quiscence<Observer>::tryCaptures(QuiscenceNode& n
         orderMoves(captures, moveOrderIndices, count);
     }
     for (int i = 0; i < count; ++i) {
-        if (const Next next = tryMove(node, captures[moveOrderIndices[i]]); next != Next::MOVE) {
-            return next;
+        if (!tryMove(node, captures[moveOrderIndices[i]])) {
+            return false;
         }
     }
-    return Next::MOVE;
+    return true;
 }
 
-// All that captures nothing, in the order of the generator.
-template <class Observer> auto Quiscence<Observer>::tryQuietMoves(QuiscenceNode& node) -> Next {
+// Tries the legal moves that capture nothing, in the order of the generator.
+template <class Observer> bool Quiscence<Observer>::tryQuietMoves(QuiscenceNode& node) {
     const Color color = node.position.colorToMove;
-    const QuietCount quietCount(node, state, Observer::IS_WATCHING);
-    const EntrySet pieces = node.position.entries & ENTRIES_OF[color];
+    QuietSkipper skipper(node, state, Observer::IS_WATCHING);
     const EntrySet king = entrySetOf(KingIndex[color]);
-    Next next = tryQuietMovesOf(node, king, quietCount);
+    if (!tryQuietMovesOf(node, king, skipper)) {
+        return false;
+    }
     for (const bool queenSide : {true, false}) {
-        if (next == Next::MOVE && node.targets.canCastle(queenSide)) {
-            next = tryMove(node, makeCastling(node.position, queenSide));
+        if (node.moves.canCastle(queenSide) &&
+            !tryMove(node, makeCastling(node.position, queenSide))) {
+            return false;
         }
     }
     const bool canOthersMove =
-        (node.lines.getAllowedFields(NO_FIELD) & ~node.position.getOccupied()) != NO_FIELDS;
-    if (next == Next::MOVE && canOthersMove) {
-        const EntrySet counted = quietCount.countPawns() ? node.position.pawnEntries : 0;
-        next = tryQuietMovesOf(node, pieces & ~king & ~counted, quietCount);
+        (node.pins.getAllowedFields(NO_FIELD) & ~node.position.getOccupied()) != NO_FIELDS;
+    if (!canOthersMove) {
+        return true;
     }
-    return next;
+    const EntrySet skipped = skipper.trySkipPawns() ? node.position.pawnEntries : 0;
+    const EntrySet pieces = node.position.entries & ENTRIES_OF[color];
+    return tryQuietMovesOf(node, pieces & ~king & ~skipped, skipper);
 }
 
-// Those of the pieces in some entries of the list.
+// The same for the pieces in some entries of the list.
 template <class Observer>
-auto Quiscence<Observer>::tryQuietMovesOf(QuiscenceNode& node, EntrySet entries,
-                                          const QuietCount& quietCount) -> Next {
-    const Position& position = node.position;
-    const FieldSet free = ~position.getOccupied();
-    Next next = Next::MOVE;
-    const auto tryIt = [&](const Move& move) {
-        next = tryMove(node, move);
-        return next == Next::MOVE;
-    };
-    node.targets.forEachPiece<PawnMoves::STEPS>(entries, [&](const PieceTargets& piece) {
+bool Quiscence<Observer>::tryQuietMovesOf(QuiscenceNode& node, EntrySet entries,
+                                          QuietSkipper& skipper) {
+    const Color color = node.position.colorToMove;
+    const FieldSet free = ~node.position.getOccupied();
+    const auto tryIt = [&](const Move& move) { return tryMove(node, move); };
+    return node.moves.forEachPiece<PawnMoves::STEPS>(entries, [&](const PieceTargets& piece) {
         const FieldSet fields = node.getLegalFields(piece, piece.targets & free);
-        const FieldSet negligible = quietCount.getNegligible(piece, fields);
-        if (negligible == fields && quietCount.count(countOf(fields))) {
-            return true; // on to the next piece
+        const FieldSet skippable = skipper.getSkippable(piece, fields);
+        if (skippable == fields && skipper.trySkip(countOf(fields))) {
+            return true;
         }
-        forEachTarget(piece, fields, position.colorToMove, [&](FieldIndex to) {
-            return (contains(negligible, to) && quietCount.count(1)) ||
-                   forEachMoveTo(piece, to, NO_PIECE, position.colorToMove, tryIt);
+        return forEachTarget(piece, fields, color, [&](FieldIndex to) {
+            return (contains(skippable, to) && skipper.trySkip(1)) ||
+                   forEachMoveTo(piece, to, NO_PIECE, color, tryIt);
         });
-        return next == Next::MOVE;
     });
-    return next;
 }
 
 // Tries a legal move.
-template <class Observer>
-auto Quiscence<Observer>::tryMove(QuiscenceNode& node, const Move& move) -> Next {
+template <class Observer> bool Quiscence<Observer>::tryMove(QuiscenceNode& node, const Move& move) {
     observer.doMove(move);
     if (state.nodes.countMoveAndPoll()) {
         logger.debug("Time up as checked in quiscence generator at depth ", node.depth);
-        return Next::ABANDON;
+        return false;
     }
     ++node.numberOfLegalMoves;
     node.localVariant.clear(0);
     const MoveEnding ending = scoreQuiscenceMove(node, move);
     if (state.nodes.isAbandoned()) {
         logger.trace("Quitting in quiscence generator at depth ", node.depth);
-        return Next::ABANDON;
+        return false;
     }
     observer.explainQuiscenceMove(node.alfa, node.beta, node.localVariant, move, ending);
 
     const int score = node.localVariant.evaluation;
     if (score >= node.beta) {
-        return Next::CUT_OFF;
+        return false;
     }
     if (score > node.alfa) {
         node.alfa = score;
         node.variant.extend(node.localVariant, {move, true, false, false});
     }
-    return Next::MOVE;
+    return true;
 }
 
-// Scores a legal move for the side that makes it, and tells how. If the move is searched
-// further, `localVariant` gets the line behind it as well.
+// Scores a legal move for the side that makes it: `localVariant` gets the score and, if the move
+// is searched, the line after it.
 template <class Observer>
 MoveEnding Quiscence<Observer>::scoreQuiscenceMove(QuiscenceNode& node, const Move& move) {
     const Position& position = node.position;
@@ -186,13 +199,15 @@ MoveEnding Quiscence<Observer>::scoreQuiscenceMove(QuiscenceNode& node, const Mo
         node.localVariant.evaluation = DRAW_EVALUATION;
         return MoveEnding::REPETITION;
     }
-    if (!node.isInCheckOriginally || node.isDeepestPly) {
-        const int material = node.material + getMaterialGain(move);
-        const bool isQuiet = !node.isMoveInteresting(move);
-        if (isQuiet || node.isDeepestPly) {
-            node.localVariant.evaluation = node.getStaticScore(
-                getSumAfter(position, move), getTotalMaterialAfter(position, move), material);
-            return isQuiet ? MoveEnding::QUIET : MoveEnding::DEEPEST_PLY;
+    const int material = node.material + getMaterialGain(move);
+    if (node.isDeepestPly) {
+        node.localVariant.evaluation = staticScoreAfter(position, move, material);
+        return endingAtDeepestPly(node, move);
+    }
+    if (!node.isInCheckOriginally) {
+        if (!isMoveInteresting(move, *node.checkInfo)) {
+            node.localVariant.evaluation = staticScoreAfter(position, move, material);
+            return MoveEnding::QUIET;
         }
         const std::int64_t reach = std::int64_t{state.config.quiscenceDeltaWindow} + material;
         if (reach < node.alfa && !node.checkInfo->givesCheck(move)) {
@@ -203,7 +218,15 @@ MoveEnding Quiscence<Observer>::scoreQuiscenceMove(QuiscenceNode& node, const Mo
     return searchMove(node, move);
 }
 
-// The same for a move that is searched further.
+// At the deepest ply quiet and other moves get the same score; only reports tell them apart.
+template <class Observer>
+MoveEnding Quiscence<Observer>::endingAtDeepestPly(const QuiscenceNode& node, const Move& move) {
+    const bool isQuiet = Observer::IS_WATCHING && !node.isInCheckOriginally &&
+                         !isMoveInteresting(move, CheckInfo(node.position));
+    return isQuiet ? MoveEnding::QUIET : MoveEnding::DEEPEST_PLY;
+}
+
+// Scores a legal move by a search.
 template <class Observer>
 MoveEnding Quiscence<Observer>::searchMove(QuiscenceNode& node, const Move& move) {
     DoMoveContext context;
@@ -219,4 +242,5 @@ MoveEnding Quiscence<Observer>::searchMove(QuiscenceNode& node, const Move& move
 }
 
 template class Quiscence<NoObserver>;
+template class Quiscence<CountedBy>;
 template class Quiscence<ObservedBy>;

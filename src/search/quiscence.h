@@ -12,16 +12,16 @@
 #include "search/variant.h"
 
 struct QuiscenceNode;
-class QuietCount;
+class QuietSkipper;
 
-// `Observer` is told of every move; see searchObserver.h.
+// For `Observer` see searchObserver.h.
 template <class Observer> class Quiscence {
 public:
     // `_state` must outlive the object.
     Quiscence(SearchState& _state, Observer _observer) : state(_state), observer(_observer) {}
 
-    // The search as the tree calls it: leaves score and line in `variant`, and tells what
-    // became of the move into `position`. In an abandoned search neither means anything.
+    // The search as the tree calls it: leaves score and line in `variant` and returns how the
+    // move into `position` ended. In an abandoned pass neither is meaningful.
     MoveEnding quiscenceSearchInner(Position& position, int alfa, int beta, Variant& variant);
 
     // One node, `depth` plies below the entry. A move that raises `alfa` and stays below
@@ -30,16 +30,15 @@ public:
                                   int depth);
 
 private:
-    // What follows when a move has been tried.
-    enum class Next { MOVE, CUT_OFF, ABANDON };
-
-    Next tryCaptures(QuiscenceNode& node);
-    Next tryQuietMoves(QuiscenceNode& node);
-    Next tryQuietMovesOf(QuiscenceNode& node, EntrySet entries, const QuietCount& quietCount);
-    Next tryMove(QuiscenceNode& node, const Move& move);
-    // Parts of tryMove(): a move that is tried gets one frame of the machine, not three.
+    // False if the node is over: a move reached beta, or the pass is abandoned.
+    bool tryCaptures(QuiscenceNode& node);
+    bool tryQuietMoves(QuiscenceNode& node);
+    bool tryQuietMovesOf(QuiscenceNode& node, EntrySet entries, QuietSkipper& skipper);
+    bool tryMove(QuiscenceNode& node, const Move& move);
+    // Parts of tryMove(), inlined so that a move takes one stack frame instead of three.
     [[gnu::always_inline]] inline MoveEnding scoreQuiscenceMove(QuiscenceNode& node,
                                                                 const Move& move);
+    static MoveEnding endingAtDeepestPly(const QuiscenceNode& node, const Move& move);
     [[gnu::always_inline]] inline MoveEnding searchMove(QuiscenceNode& node, const Move& move);
 
     SearchState& state;
@@ -47,4 +46,5 @@ private:
 };
 
 extern template class Quiscence<NoObserver>;
+extern template class Quiscence<CountedBy>;
 extern template class Quiscence<ObservedBy>;

@@ -12,7 +12,7 @@
 struct SearchLimits {
     static constexpr std::int64_t ANY_NODES = std::numeric_limits<std::int64_t>::max();
 
-    TimeBudget time;
+    TimeBudget time = {};
     // No pass goes deeper.
     int depth = MAX_PASSES;
     // The same where one move alone is legal, unless the search is infinite; 0: it is the answer

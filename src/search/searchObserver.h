@@ -1,9 +1,9 @@
-// The seam through which a search can be watched, move by move. Only the recursive routines
-// have it as a template parameter: the engine that plays is built with NoObserver, of which
-// the compiler leaves nothing.
+// The interface through which a search reports every move. The recursive routines take an
+// observer as a template parameter, so the search that plays pays nothing for it.
 #pragma once
 
 #include "search/moveEnding.h"
+#include "search/statistics.h"
 
 struct Move;
 struct Variant;
@@ -20,15 +20,15 @@ enum GeneratingResult : int {
 
 } // namespace IdaNS
 
-// Is told of everything that a search does. Every doMove() is followed by exactly one
+// Receives everything that a search does. Every doMove() is followed by exactly one
 // of the two explain calls for a move, unless the pass is abandoned.
 class SearchObserver {
 public:
     // The search is about to try `move`.
     virtual void doMove(const Move& move) = 0;
-    // The tree search has finished the move made last and taken it back. `alfa` and
-    // `beta` are the node's window when it was tried, `localVariant` the score and the
-    // line after it; `ending` tells how it was scored.
+    // The tree search has finished the last move and taken it back. `alfa` and `beta` are the
+    // node's window when it was tried, `localVariant` the score, for the side that made it, and
+    // the line after it; `ending` is how it was scored.
     virtual void explainTreeGenMove(int alfa, int beta, const Variant& localVariant,
                                     const Move& move, MoveEnding ending) = 0;
     // The same for the quiescence search.
@@ -41,20 +41,37 @@ protected:
     ~SearchObserver() = default;
 };
 
-// Nobody watches.
+// The observers that the recursive routines have as a template parameter.
+
+// The search that plays: the compiler leaves nothing of this.
 struct NoObserver {
-    static constexpr bool IS_WATCHING = false;
+    static constexpr bool IS_WATCHING = false; // whether moves are reported
+    static constexpr bool IS_COUNTING = false; // whether count() has an effect
 
     void doMove(const Move& /*move*/) const {}
     void explainTreeGenMove(int /*alfa*/, int /*beta*/, const Variant& /*localVariant*/,
                             const Move& /*move*/, MoveEnding /*ending*/) const {}
     void explainQuiscenceMove(int /*alfa*/, int /*beta*/, const Variant& /*localVariant*/,
                               const Move& /*move*/, MoveEnding /*ending*/) const {}
+    // Adds to a counter of `type` at `ply`; see TestStatistics.
+    void count(int /*type*/, int /*ply*/, int /*increment*/) const {}
 };
 
-// Hands everything on to the one who watches, who is not owned.
+// The same search, counted in `statistics`, which is not owned.
+struct CountedBy : NoObserver {
+    static constexpr bool IS_COUNTING = true;
+
+    void count(int type, int ply, int increment) const {
+        statistics->incrementStatistic(type, ply, increment);
+    }
+
+    TestStatistics* statistics;
+};
+
+// Reports to `observer`, which is not owned.
 struct ObservedBy {
     static constexpr bool IS_WATCHING = true;
+    static constexpr bool IS_COUNTING = false;
 
     void doMove(const Move& move) const { observer->doMove(move); }
     void explainTreeGenMove(int alfa, int beta, const Variant& localVariant, const Move& move,
@@ -65,6 +82,7 @@ struct ObservedBy {
                               MoveEnding ending) const {
         observer->explainQuiscenceMove(alfa, beta, localVariant, move, ending);
     }
+    void count(int /*type*/, int /*ply*/, int /*increment*/) const {}
 
     SearchObserver* observer;
 };

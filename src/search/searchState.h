@@ -1,7 +1,6 @@
 // What all nodes of a search share. While a search runs, it belongs to its thread.
 #pragma once
 
-#include "board/position.h"
 #include "search/engineParameters.h"
 #include "search/moveOrder.h"
 #include "search/nodeCounter.h"
@@ -26,7 +25,6 @@ struct SearchState {
     RepetitionTable repetitionTable;
     MoveOrder order;
     NodeCounter nodes;
-    int actualMoveDepth = 1; // depth of the pass in plies, 1 to MAX_PASSES
-    // The moves that the root may choose from, all if empty.
-    std::vector<Move> rootMoves;
+    int actualMoveDepth = 1;     // depth of the pass in plies, 1 to MAX_PASSES
+    std::vector<Move> rootMoves; // the moves that the root may choose from; all if empty
 };

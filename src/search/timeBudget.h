@@ -9,9 +9,9 @@ struct TimeBudget {
     // for whoever waits for the search.
     static constexpr Milliseconds UNLIMITED = 2147483647;
 
-    Milliseconds start;    // the clock when the time began to run
-    Milliseconds total;    // the span from then on, -1 if none was given
-    bool infinite = false; // the search ends only when it is stopped; `total` means nothing
+    Milliseconds start = 0;  // the clock when the time began to run
+    Milliseconds total = -1; // the span from then on, -1 if none was given
+    bool infinite = false;   // the search ends only when it is stopped; `total` means nothing
 
     // Whether the search is to go on until it is stopped or has nothing more to find.
     bool isUnlimited() const { return infinite || total >= UNLIMITED; }

@@ -4,38 +4,30 @@
 #include "board/makeMove.h"
 #include "board/moveGenerator.h"
 #include "search/score.h"
-#include "search/statistics.h"
 
 #include <algorithm>
-
-namespace {
-
-void STATISTICS_NEW_RUN() {
-    testStatistics.newRun();
-}
-
-} // namespace
 
 TreeGenerator::TreeGenerator(const EngineConfig& _config)
     : state(_config), search(std::make_unique<TreeSearch<NoObserver>>(state, NoObserver())),
       book(PolyglotBook::getStandard()) {
-    setActualMoveDepth(_config.treeMaxDepth);
-    setDefaultFirstAlfaBeta();
 }
 
 void TreeGenerator::watchBy(SearchObserver& observer) {
+    statistics = nullptr;
     search = std::make_unique<TreeSearch<ObservedBy>>(state, ObservedBy{&observer});
 }
 
-// ---- One pass ----
-
-void TreeGenerator::generateTree(Position& position, Variant& variant) {
-    generateTree(position, variant, false);
+void TreeGenerator::countIn(TestStatistics& _statistics) {
+    statistics = &_statistics;
+    search = std::make_unique<TreeSearch<CountedBy>>(state, CountedBy{{}, statistics});
 }
 
-void TreeGenerator::generateTree(Position& position, Variant& variant, bool skipOpening) {
+void TreeGenerator::generateTree(Position& position, Variant& variant, int depth,
+                                 const RootWindow& window, bool skipOpening) {
     logger.trace("Tree generator start", "treeTag");
-    STATISTICS_NEW_RUN();
+    if (statistics != nullptr) {
+        statistics->newRun();
+    }
     if (!skipOpening) {
         const Move openingMove = book.getMove(position);
         if (openingMove.from != PolyglotBook::NO_BOOK_MOVE) {
@@ -44,15 +36,16 @@ void TreeGenerator::generateTree(Position& position, Variant& variant, bool skip
             return;
         }
     }
-    search->generateTreeRek(position, variant, firstAlpha, firstBeta, 0);
-    if (isAbandoned()) {
+    state.actualMoveDepth = std::clamp(depth, 1, MAX_PASSES);
+    search->generateTreeRek(position, variant, window.firstAlpha, window.firstBeta, 0);
+    if (state.nodes.isAbandoned()) {
         return;
     }
     // This entry hands the best move to the root of the next pass. After a fail low
     // the line, and so the move, is still that of the pass before.
     if (state.config.useTable) {
         state.table.addTableEntry(position, variant.getFirstMove(), state.actualMoveDepth,
-                                  variant.evaluation, firstAlpha, firstBeta);
+                                  variant.evaluation, window.firstAlpha, window.firstBeta);
     }
     if (variant.varLength > 0 && variant.variantMoves[0].isHash) {
         completeVariant(position, variant, state.actualMoveDepth);
@@ -93,26 +86,10 @@ void TreeGenerator::completeVariant(const Position& position, Variant& variant,
 }
 
 void TreeGenerator::quiscenceSearch(Position& position, int alfa, int beta, Variant& variant) {
-    clearTable();
+    state.table.clearTable();
     // If no pass of the tree came before, no run of the counters is open.
-    if (testStatistics.getRunPointer() < 0) {
-        STATISTICS_NEW_RUN();
+    if (statistics != nullptr && statistics->getRunPointer() < 0) {
+        statistics->newRun();
     }
     search->quiscenceSearchInner(position, alfa, beta, variant);
-}
-
-// ---- The pass to come ----
-
-void TreeGenerator::setActualMoveDepth(int depth) {
-    state.actualMoveDepth = std::clamp(depth, 1, MAX_PASSES);
-}
-
-void TreeGenerator::setDefaultFirstAlfaBeta() {
-    firstAlpha = DEFAULT_FIRST_ALFA;
-    firstBeta = DEFAULT_FIRST_BETA;
-}
-
-void TreeGenerator::setTimer(Milliseconds milliseconds) {
-    timerMilliseconds = milliseconds;
-    startClock = clockMilliseconds();
 }

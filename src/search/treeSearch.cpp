@@ -1,19 +1,18 @@
 #include "search/treeSearch.h"
 
 #include "base/loggingService.h"
-#include "board/checkersAndPins.h"
 #include "board/makeMove.h"
 #include "board/moveGenerator.h"
 #include "search/score.h"
-#include "search/statistics.h"
+#include "search/treeNode.h"
 
 #include <algorithm>
 #include <vector>
 
 namespace {
 
-// The pseudo-legal moves of a node; of the root only those that it may choose from, unless
-// `rootMoves` are empty. Returns how many.
+// Writes the pseudo-legal moves of a node and returns their number. At the root only those in
+// `rootMoves` count, unless that is empty.
 int generateMovesAt(int depth, const Position& position, const std::vector<Move>& rootMoves,
                     MoveArray& moves) {
     const int count = generateMoves(position, moves);
@@ -33,129 +32,137 @@ int generateMovesAt(int depth, const Position& position, const std::vector<Move>
 template <class Observer>
 MoveEnding TreeSearch<Observer>::generateTreeRek(Position& position, Variant& outputVar, int alfa,
                                                  int beta, int depth) {
-    // The clock comes before everything else: even a mate is a draw by then.
+    // The clock comes before everything else: at its limit even a mate is a draw.
     if (position.incremental.halfMoveClock >= MAX_HALF_MOVE_CLOCK) {
         outputVar.clear(DRAW_EVALUATION);
         return MoveEnding::CLOCK;
     }
 
-    MoveArray outMoves;
-    MoveIndices moveOrderIndices;
-    const int pseudoLegalMovesN = generateMovesAt(depth, position, state.rootMoves, outMoves);
-    statsIncrement(TestStatistics::ORDINAL_SEARCH_ALL, depth, pseudoLegalMovesN);
-    state.order.orderMoves(outMoves, moveOrderIndices, pseudoLegalMovesN, depth,
-                           state.table.getBestMoveHint(position));
-
-    const int originalAlfa = alfa;
-    const CheckersAndPins lines(position);
-    int numberOfLegalMoves = 0;
-    Variant variantLocal;
-    DoMoveContext context;
-    for (int i = 0; i < pseudoLegalMovesN; ++i) {
-        const Move& m = outMoves[moveOrderIndices[i]];
-        if (!isLegal(lines, m)) {
-            continue;
-        }
-        observer.doMove(m);
-        if (state.nodes.countTreeMoveAndPoll()) {
-            logger.debug("Time up as checked in tree generator at depth ", depth);
-            outputVar.clear(beta);
-            return MoveEnding::SEARCHED;
-        }
-        statsIncrement(TestStatistics::ORDINAL_SEARCH, depth, 1);
-        ++numberOfLegalMoves;
-
-        variantLocal.clear(0);
-        playMove(position, m, context);
-        const MoveEnding ending =
-            scoreMove(position, variantLocal, alfa, originalAlfa, beta, depth);
-        undoMove(position, m, context);
-        if (state.nodes.isAbandoned()) {
-            outputVar.clear(beta);
-            return MoveEnding::SEARCHED;
-        }
-        observer.explainTreeGenMove(alfa, beta, variantLocal, m, ending);
-        if (isLmfCut(ending)) {
-            continue;
-        }
-
-        if (variantLocal.evaluation >= beta) {
-            if (m.pieceCaptured == NO_PIECE) {
-                state.order.updateKiller(m, depth);
-            }
-            statsIncrement(TestStatistics::ORDINAL_SEARCH_CUTTOFS, depth, 1);
-            outputVar.clear(beta);
-            return MoveEnding::SEARCHED;
-        }
-        if (variantLocal.evaluation > alfa) {
-            alfa = variantLocal.evaluation;
-            if (!outputVar.extend(variantLocal, {m, false, isFromTable(ending), false})) {
-                logger.error("Hard constraint MAX_VARIANT_MOVES hit!");
-            }
-        }
+    TreeNode node(position, outputVar, alfa, beta, depth, state.actualMoveDepth - 1 - depth);
+    if (!tryMoves(node)) {
+        outputVar.clear(beta);
+        return MoveEnding::SEARCHED;
     }
-
-    if (numberOfLegalMoves == 0) {
-        const bool isMate = lines.isInCheck();
+    if (node.numberOfLegalMoves == 0) {
+        const bool isMate = node.pins.isInCheck();
         outputVar.evaluation = isMate ? MATED_EVALUATION : DRAW_EVALUATION;
         return isMate ? MoveEnding::CHECKMATE : MoveEnding::STALEMATE;
     }
-    outputVar.evaluation = alfa;
+    outputVar.evaluation = node.alfa;
     return MoveEnding::SEARCHED;
 }
 
-// Scores the move that has just led to `position`, from the viewpoint of the side that
-// made it, and tells how: `variantLocal` gets the score and the line after the move.
-template <class Observer>
-MoveEnding TreeSearch<Observer>::scoreMove(Position& position, Variant& variantLocal, int alfa,
-                                           int originalAlfa, int beta, int depth) {
+template <class Observer> bool TreeSearch<Observer>::tryMoves(TreeNode& node) {
+    MoveArray outMoves;
+    MoveIndices moveOrderIndices;
+    const int pseudoLegalMovesN =
+        generateMovesAt(node.depth, node.position, state.rootMoves, outMoves);
+    observer.count(TestStatistics::ORDINAL_SEARCH_ALL, node.depth, pseudoLegalMovesN);
+    state.order.orderMoves(outMoves, moveOrderIndices, pseudoLegalMovesN, node.depth,
+                           state.table.getBestMoveHint(node.position));
+    for (int i = 0; i < pseudoLegalMovesN; ++i) {
+        const Move& move = outMoves[moveOrderIndices[i]];
+        if (isLegal(node.pins, move) && !tryMove(node, move)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// Tries a legal move.
+template <class Observer> bool TreeSearch<Observer>::tryMove(TreeNode& node, const Move& move) {
+    observer.doMove(move);
+    if (state.nodes.countTreeMoveAndPoll()) {
+        logger.debug("Time up as checked in tree generator at depth ", node.depth);
+        return false;
+    }
+    observer.count(TestStatistics::ORDINAL_SEARCH, node.depth, 1);
+    ++node.numberOfLegalMoves;
+
+    node.localVariant.clear(0);
+    DoMoveContext context;
+    playMove(node.position, move, context);
+    const MoveEnding ending = scoreMove(node);
+    undoMove(node.position, move, context);
+    if (state.nodes.isAbandoned()) {
+        return false;
+    }
+    observer.explainTreeGenMove(node.alfa, node.beta, node.localVariant, move, ending);
+    return isLmfCut(ending) || takeScore(node, move, ending);
+}
+
+// Scores the move that has just been played, for the side that made it: `localVariant` gets the
+// score and the line after the move.
+template <class Observer> MoveEnding TreeSearch<Observer>::scoreMove(TreeNode& node) {
+    const Position& position = node.position;
+    Variant& variantLocal = node.localVariant;
     // One earlier occurrence, in the game or on the path, is enough.
     if (state.repetitionTable.isRepetition(position.incremental.hash,
                                            position.incremental.halfMoveClock)) {
         variantLocal.evaluation = DRAW_EVALUATION;
         return MoveEnding::REPETITION;
     }
-    const int maxVariantDepth = state.actualMoveDepth - 1 - depth;
     if (state.config.useTable) {
         const bool useTableEntryBool =
-            state.table.useTableEntry(position, maxVariantDepth, variantLocal.evaluation);
-        if (state.table.lmf(position, alfa, originalAlfa, maxVariantDepth)) {
+            state.table.useTableEntry(position, node.maxVariantDepth, variantLocal.evaluation);
+        if (state.table.lmf(position, node.alfa, node.originalAlfa, node.maxVariantDepth)) {
             return useTableEntryBool ? MoveEnding::TABLE_LMF_CUT : MoveEnding::LMF_CUT;
         }
         if (useTableEntryBool) {
             return MoveEnding::TABLE;
         }
     }
-    return searchMove(position, variantLocal, alfa, beta, depth, maxVariantDepth);
+    return searchMove(node);
 }
 
-// The same for a move that has to be searched, `maxVariantDepth` plies and then quiescence.
-template <class Observer>
-MoveEnding TreeSearch<Observer>::searchMove(Position& position, Variant& variantLocal, int alfa,
-                                            int beta, int depth, int maxVariantDepth) {
-    const int childAlfa = closerToCheckMate(-beta);
-    const int childBeta = closerToCheckMate(-alfa);
+// The same by a search, `maxVariantDepth` plies and then quiescence.
+template <class Observer> MoveEnding TreeSearch<Observer>::searchMove(TreeNode& node) {
+    Position& position = node.position;
+    Variant& variantLocal = node.localVariant;
+    const int childAlfa = closerToCheckMate(-node.beta);
+    const int childBeta = closerToCheckMate(-node.alfa);
+    const bool isLeaf = node.maxVariantDepth == 0;
     state.repetitionTable.increaseRepetitions(position.incremental.hash);
     const MoveEnding ending =
-        maxVariantDepth != 0
-            ? generateTreeRek(position, variantLocal, childAlfa, childBeta, depth + 1)
-            : quiscenceSearchInner(position, childAlfa, childBeta, variantLocal);
+        isLeaf ? quiscenceSearchInner(position, childAlfa, childBeta, variantLocal)
+               : generateTreeRek(position, variantLocal, childAlfa, childBeta, node.depth + 1);
     state.repetitionTable.decreaseRepetitions();
     if (state.nodes.isAbandoned()) {
-        if (maxVariantDepth != 0) {
-            logger.trace("Quitting in tree generator at depth ", depth);
+        if (isLeaf) {
+            logger.debug("Quitting in tree generator at depth ", node.depth);
         } else {
-            logger.debug("Quitting in tree generator at depth ", depth);
+            logger.trace("Quitting in tree generator at depth ", node.depth);
         }
         return ending;
     }
     variantLocal.evaluation = furtherFromCheckMate(-variantLocal.evaluation);
     if (state.config.useTable) {
-        state.table.addTableEntry(position, variantLocal.getFirstMove(), maxVariantDepth,
-                                  variantLocal.evaluation, alfa, beta);
+        state.table.addTableEntry(position, variantLocal.getFirstMove(), node.maxVariantDepth,
+                                  variantLocal.evaluation, node.alfa, node.beta);
     }
     return ending;
 }
 
+// Compares the score in `localVariant` with the window. False if it reaches beta.
+template <class Observer>
+bool TreeSearch<Observer>::takeScore(TreeNode& node, const Move& move, MoveEnding ending) {
+    const int score = node.localVariant.evaluation;
+    if (score >= node.beta) {
+        if (move.pieceCaptured == NO_PIECE) {
+            state.order.updateKiller(move, node.depth);
+        }
+        observer.count(TestStatistics::ORDINAL_SEARCH_CUTTOFS, node.depth, 1);
+        return false;
+    }
+    if (score > node.alfa) {
+        node.alfa = score;
+        if (!node.variant.extend(node.localVariant, {move, false, isFromTable(ending), false})) {
+            logger.error("Hard constraint MAX_VARIANT_MOVES hit!");
+        }
+    }
+    return true;
+}
+
 template class TreeSearch<NoObserver>;
+template class TreeSearch<CountedBy>;
 template class TreeSearch<ObservedBy>;

@@ -11,7 +11,9 @@
 #include "search/searchState.h"
 #include "search/variant.h"
 
-// A search of nodes, watched or not.
+struct TreeNode;
+
+// A search of nodes with any observer.
 class NodeSearch {
 public:
     NodeSearch() = default;
@@ -19,9 +21,10 @@ public:
     NodeSearch& operator=(const NodeSearch&) = delete;
     virtual ~NodeSearch() = default;
 
-    // One node, `depth` plies below the root, with all below it. A move that raises `alfa`
-    // and stays below `beta` makes the line; otherwise it stays as it was given. Tells what
-    // became of the move into `position`. If the pass is abandoned, none of this is meaningful.
+    // One node, `depth` plies below the root, with all below it. The score goes to `outputVar`.
+    // A move that raises `alfa` and stays below `beta` makes the line; without one the line stays
+    // as it was given, and a score at `beta` empties it. Returns how the move into `position`
+    // ended. If the pass is abandoned, none of this is meaningful.
     virtual MoveEnding generateTreeRek(Position& position, Variant& outputVar, int alfa, int beta,
                                        int depth) = 0;
     // The quiescence search of a position, as the tree calls it.
@@ -29,7 +32,7 @@ public:
                                             Variant& variant) = 0;
 };
 
-// `Observer` is told of every move; see searchObserver.h.
+// For `Observer` see searchObserver.h.
 template <class Observer> class TreeSearch final : public NodeSearch {
 public:
     // `_state` must outlive the object.
@@ -44,10 +47,12 @@ public:
     }
 
 private:
-    MoveEnding scoreMove(Position& position, Variant& variantLocal, int alfa, int originalAlfa,
-                         int beta, int depth);
-    MoveEnding searchMove(Position& position, Variant& variantLocal, int alfa, int beta, int depth,
-                          int maxVariantDepth);
+    // False if the node is over: a move reached beta, or the pass is abandoned.
+    bool tryMoves(TreeNode& node);
+    bool tryMove(TreeNode& node, const Move& move);
+    MoveEnding scoreMove(TreeNode& node);
+    MoveEnding searchMove(TreeNode& node);
+    bool takeScore(TreeNode& node, const Move& move, MoveEnding ending);
 
     SearchState& state;
     Quiscence<Observer> quiscence;
@@ -55,4 +60,5 @@ private:
 };
 
 extern template class TreeSearch<NoObserver>;
+extern template class TreeSearch<CountedBy>;
 extern template class TreeSearch<ObservedBy>;

@@ -28,7 +28,7 @@ std::string StandardPolicy::getReportLine(const InfoStruct& report) const {
     return getInfo(report);
 }
 
-std::vector<std::string> StandardPolicy::getAnswerLines(const InfoStruct& report,
+std::vector<std::string> StandardPolicy::getAnswerLines(const SearchResult& result,
                                                         const Position& /*position*/) const {
-    return {getClosingInfo(report.pv), getBestMove(report.pv)};
+    return {getClosingInfo(result.line), getBestMove(result.line)};
 }

@@ -12,6 +12,6 @@ public:
     WaitPolicy getWaitPolicy() const override { return {}; }
     bool keepsIdleStop() const override { return true; }
     std::string getReportLine(const InfoStruct& report) const override;
-    std::vector<std::string> getAnswerLines(const InfoStruct& report,
+    std::vector<std::string> getAnswerLines(const SearchResult& result,
                                             const Position& position) const override;
 };

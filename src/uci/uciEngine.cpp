@@ -23,21 +23,7 @@ constexpr std::string_view STARTPOS = "startpos";
 constexpr std::string_view FEN = "fen";
 constexpr std::string_view MOVES = "moves";
 constexpr std::string_view GO_COMMAND = "go";
-constexpr std::string_view DEBUG_COMMAND = "debug";
-constexpr std::string_view ON = "on";
-constexpr std::string_view OFF = "off";
 constexpr std::string_view SETOPTION_COMMAND = "setoption";
-
-// The small configuration of an engine that is given none.
-const EngineConfig& getSmallConfig() {
-    static const EngineConfig config = [] {
-        EngineConfig small;
-        small.quiscenceMaxDepth = 4;
-        small.log();
-        return small;
-    }();
-    return config;
-}
 
 bool isLimitingChar(char c) {
     constexpr char LF = 10;
@@ -75,9 +61,6 @@ UciEngine::UciEngine(const EngineConfig& config, std::unique_ptr<UciPolicy> _pol
     : policy(std::move(_policy)), engine(config, policy->getWaitPolicy()) {
     engine.setInfoListener(this);
     engine.setStopListener(this);
-}
-
-UciEngine::UciEngine() : UciEngine(getSmallConfig()) {
 }
 
 UciEngine::~UciEngine() {
@@ -119,12 +102,10 @@ bool UciEngine::handleLine(const std::string& line) {
             stoppedGo = lastGo;
             engine.wake();
         }
-        // `ucinewgame` asks for nothing: each search starts from scratch.
+        // `ucinewgame` needs no action: each search starts from scratch.
         return command != QUIT;
     } else if (command == POSITION_COMMAND) {
         handlePosition(line, vec);
-    } else if (command == DEBUG_COMMAND) {
-        debug = vec[1] == ON || (debug && vec[1] != OFF);
     } else if (command == SETOPTION_COMMAND) {
         handleSetOption(vec);
     }
@@ -213,44 +194,44 @@ void UciEngine::handleGoSeparateThread(const std::vector<std::string>& vec) {
 }
 
 void UciEngine::workOffGoQueue() {
-    while (const std::optional<GoLine> goLine = takeFromGoQueue()) {
-        handleGo(*goLine);
+    while (const std::optional<SearchRequest> request = takeFromGoQueue()) {
+        handleGo(*request);
     }
 }
 
 // The next `go`. If there is none, the go thread counts as ended.
-std::optional<UciEngine::GoLine> UciEngine::takeFromGoQueue() {
+std::optional<SearchRequest> UciEngine::takeFromGoQueue() {
     const std::lock_guard lock(goMutex);
     if (goQueue.empty() || quitting) {
         isGoThreadRunning = false;
         return std::nullopt;
     }
-    GoLine goLine = std::move(goQueue.front());
+    SearchRequest request = std::move(goQueue.front());
     goQueue.pop_front();
-    return goLine;
+    return request;
 }
 
-void UciEngine::handleGo(const GoLine& goLine) {
-    presentGo = goLine.number;
-    infinite = goLine.limits.time.infinite;
-    engine.search(goLine.game, goLine.limits);
-    closeReports(engine.getSearchNumber());
+void UciEngine::handleGo(const SearchRequest& request) {
+    currentGo = request.number;
+    infinite = request.limits.time.infinite;
+    const SearchResult result = engine.search(request);
+    closeReports(request.number);
     if (quitting) {
         return;
     }
-    std::ranges::for_each(policy->getAnswerLines(engine.getLastReport(), goLine.game.position),
+    std::ranges::for_each(policy->getAnswerLines(result, request.game.position),
                           [this](const std::string& line) { send(line); });
 }
 
-// From now on no report of this search, or of one before it, is sent.
-void UciEngine::closeReports(int searchNumber) {
+// From now on no report of this `go`, or of an earlier one, is sent.
+void UciEngine::closeReports(int number) {
     const std::lock_guard lock(infoMutex);
-    answeredSearch = searchNumber;
+    answeredGo = number;
 }
 
 void UciEngine::onInfo(const InfoStruct& info) {
     const std::lock_guard lock(infoMutex);
-    if (info.threadId > answeredSearch) {
+    if (info.number > answeredGo) {
         send(policy->getReportLine(info));
     }
 }
@@ -259,7 +240,7 @@ bool UciEngine::checkForStop() {
     if (isStandardOutputLost()) {
         endProcess();
     }
-    const bool isStopped = policy->keepsIdleStop() ? stop.exchange(false) : stoppedGo >= presentGo;
+    const bool isStopped = policy->keepsIdleStop() ? stop.exchange(false) : stoppedGo >= currentGo;
     return isStopped || quitting || (inputEnded && infinite);
 }
 

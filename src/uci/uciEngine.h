@@ -27,8 +27,6 @@ public:
     // object.
     explicit UciEngine(const EngineConfig& config);
     UciEngine(const EngineConfig& config, std::unique_ptr<UciPolicy> _policy);
-    // An engine with a small configuration of its own, which lives as long as the process.
-    UciEngine();
     UciEngine(const UciEngine&) = delete;
     UciEngine& operator=(const UciEngine&) = delete;
     // Ends the searches without a word and waits for their threads.
@@ -53,13 +51,6 @@ public:
     const Engine& getEngine() const { return engine; }
 
 private:
-    // One `go` line with all that it is about.
-    struct GoLine {
-        int number;          // of those that get an answer, from 1
-        SearchLimits limits; // what it asks for
-        Game game;           // the game when it came
-    };
-
     void send(std::string_view str);
     bool readLine(std::string& line);
 
@@ -68,27 +59,26 @@ private:
 
     void handleGoSeparateThread(const std::vector<std::string>& vec);
     void workOffGoQueue();
-    std::optional<GoLine> takeFromGoQueue();
-    void handleGo(const GoLine& goLine);
-    void closeReports(int searchNumber);
+    std::optional<SearchRequest> takeFromGoQueue();
+    void handleGo(const SearchRequest& request);
+    void closeReports(int number);
 
     void handleSetOption(const std::vector<std::string>& vec);
 
     const std::unique_ptr<UciPolicy> policy;
-    std::mutex infoMutex;                 // serialises onInfo(), guards answeredSearch
-    int answeredSearch = 0;               // no report of it or of one before it is sent
+    std::mutex infoMutex;                 // serialises onInfo(), guards answeredGo
+    int answeredGo = 0;                   // no report of it or of an earlier one is sent
     std::atomic<bool> stop = false;       // set by the loop, cleared by checkForStop()
     std::atomic<int> stoppedGo = 0;       // the last `go` line before the last `stop`
     std::atomic<bool> inputEnded = false; // no further `stop` can come
     std::atomic<bool> quitting = false;   // searches end without an answer
-    bool debug = false;                   // set by `debug on`; nothing else reads it
     int lastGo = 0;                       // the number of the last `go` line, for the loop
-    int presentGo = 0;                    // that of the one that is worked on, for its thread
+    int currentGo = 0;                    // that of the one being searched, for the go thread
     bool infinite = false;                // whether that one has no limit
     Engine engine;
 
-    std::mutex goMutex;         // guards the queue and isGoThreadRunning
-    std::deque<GoLine> goQueue; // `go` lines that wait, in order
+    std::mutex goMutex;                // guards the queue and isGoThreadRunning
+    std::deque<SearchRequest> goQueue; // in order; numbered from 1
     bool isGoThreadRunning = false;
     Thread goThread;
 };

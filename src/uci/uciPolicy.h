@@ -39,9 +39,8 @@ public:
     virtual bool keepsIdleStop() const = 0;
     // The line of a report.
     virtual std::string getReportLine(const InfoStruct& report) const = 0;
-    // The lines that close the search of `position`, the answer last. `report` is that of
-    // Engine::getLastReport().
-    virtual std::vector<std::string> getAnswerLines(const InfoStruct& report,
+    // The lines that close the search of `position`, the answer last.
+    virtual std::vector<std::string> getAnswerLines(const SearchResult& result,
                                                     const Position& position) const = 0;
 };
 

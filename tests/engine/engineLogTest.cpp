@@ -1,7 +1,6 @@
 // What the engine writes to its log. Built only where the log is switched on.
 #include "base/loggingService.h"
-#include "engine/engine.h"
-#include "testing/searchSupport.h"
+#include "testing/engineSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -38,22 +37,22 @@ const std::string MATE_IN_ONE = "7k/8/6K1/8/8/8/8/R7 w - - 0";
 
 TEST_F(EngineLog, TimedSearchTellsItsTaskFirstAndThenWhetherItJoined) {
     EXPECT_EQ(engine.init(MATE_IN_ONE), "");
-    engine.search(7, false); // leaves its thread to the next one
-    EXPECT_EQ(messagesOf([&] { engine.search(5, false); }),
+    searchFor(engine, 7, false); // leaves its thread to the next one
+    EXPECT_EQ(messagesOf([&] { searchFor(engine, 5, false); }),
               (Messages{"Engine.search - milliseconds:5", "Position fen: " + MATE_IN_ONE,
                         "Old thread joined", "Ida variant ready from ida"}));
-    EXPECT_EQ(messagesOf([&] { engine.search(5, false); }),
+    EXPECT_EQ(messagesOf([&] { searchFor(engine, 5, false); }),
               (Messages{"Engine.search - milliseconds:5", "Position fen: " + MATE_IN_ONE,
                         "Ida variant ready from ida"}));
 }
 
 TEST_F(EngineLog, SearchesOnTheCallersThreadTellTheirNamesAlone) {
     EXPECT_EQ(engine.init(MATE_IN_ONE), "");
-    engine.search(5, false);
+    searchFor(engine, 5, false);
     EXPECT_EQ(messagesOf([&] { engine.search(); }), Messages{"Engine.search()"});
-    engine.search(5, false);
+    searchFor(engine, 5, false);
     EXPECT_EQ(messagesOf([&] { engine.searchMove(); }), Messages{"Engine.searchMove()"});
-    engine.search(5, false);
+    searchFor(engine, 5, false);
     EXPECT_EQ(messagesOf([&] { engine.searchDepth(1); }), Messages{"Engine.search depth() = 1"});
 }
 
@@ -69,8 +68,10 @@ TEST_F(EngineLog, TimedSearchTellsThatItsFlagIsUp) {
         if (isStopped) {
             slot.signalReady(number);
         }
-        Position position = positionOf(fen);
-        return messagesOf([&] { ida.generateTree(position, budget, number, &slot); });
+        SearchLimits limits;
+        limits.time = budget;
+        return messagesOf(
+            [&] { ida.generateTree(requestFor(positionOf(fen), limits), number, slot); });
     };
     const TimeBudget timed = {clockMilliseconds(), 100000};
     const TimeBudget infinite = {clockMilliseconds(), -1, true};

@@ -1,6 +1,5 @@
-#include "engine/engine.h"
 
-#include "testing/searchSupport.h"
+#include "testing/engineSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -54,19 +53,19 @@ TEST_F(EngineGame, KeepsTheKeysOfItsPositionsAndSkipsOtherWords) {
 TEST_F(EngineGame, SearchOnTheCallersThreadFindsTheMove) {
     EXPECT_EQ(engine.init(MATE_IN_ONE), "");
     EXPECT_EQ(LongAlgebraicMove(engine.searchMove().value()).toString(), "a1a8");
-    EXPECT_EQ(movesTextOf(engine.searchDepth(5)), " a1a8");
-    EXPECT_EQ(movesTextOf(engine.search()), " a1a8");
+    EXPECT_EQ(movesTextOf(engine.searchDepth(5).line), " a1a8");
+    EXPECT_EQ(movesTextOf(engine.search().line), " a1a8");
     EXPECT_EQ(engine.init(STALEMATE), "");
     EXPECT_FALSE(engine.searchMove().has_value());
 }
 
 TEST_F(EngineGame, MayChangeWhileItIsSearched) {
-    const Game searched = engine.getGame();
+    SearchLimits limits;
+    limits.time.infinite = true;
+    const SearchRequest request = requestFor(engine.getGame(), limits);
     reports.wanted = 4;
     Variant line;
-    std::thread search([&] {
-        line = engine.search(searched, {.time = {clockMilliseconds(), -1, true}});
-    });
+    std::thread search([&] { line = engine.search(request).line; });
     for (int i = 0; i < 100; ++i) {
         EXPECT_EQ(engine.init(ONLY_MOVE), "");
         playMoves("a1b2");
@@ -79,13 +78,13 @@ TEST_F(EngineGame, MayChangeWhileItIsSearched) {
 
     // The next search has the size that was asked for last.
     engine.init();
-    EXPECT_EQ(engine.search(0, true).varLength > 0, true);
-    EXPECT_EQ(engine.getTreeGenerator().getState().table.getHashTable().getSize(), 1099);
+    EXPECT_GT(searchFor(engine, 0, true).line.varLength, 0);
+    EXPECT_EQ(engine.getTreeGenerator().state.table.getSize(), 1099);
 }
 
-// A stopped search leaves its path, its killers and its window behind, each of which would change
-// the next one.
-TEST_F(EngineGame, SearchIsTheSameBehindAStoppedOne) {
+// A stopped search leaves killers, counters and a path of its own, each of which would change the
+// next one.
+TEST_F(EngineGame, SearchIsTheSameAfterAStoppedOne) {
     config.hashTableSize = 0; // as a cleared table still gives hints
     Engine fresh(config);
     fresh.setInfoListener(&reports);
@@ -95,7 +94,7 @@ TEST_F(EngineGame, SearchIsTheSameBehindAStoppedOne) {
     for (std::string& text : searches) {
         const std::size_t before = reports.infos.size();
         reports.wanted = before + 4;
-        fresh.search(0, true);
+        searchFor(fresh, 0, true);
         fresh.joinThread();
         for (const InfoStruct& info : std::span(reports.infos).subspan(before, 4)) {
             text += std::to_string(info.pv.evaluation) + ' ' + std::to_string(info.nodesSearched) +
@@ -120,7 +119,7 @@ TEST(Slot, IsSharedByTwoThreads) {
     });
     int torn = 0;
     while (!slot.isReady()) {
-        const Variant line = slot.getVariant();
+        const Variant line = slot.getResult().line;
         torn += line.evaluation != line.varLength ? 1 : 0;
     }
     writer.join();
@@ -132,7 +131,7 @@ TEST_F(EngineGame, EndsItsThreadWithItself) {
     {
         const auto other = std::make_unique<Engine>(config);
         EXPECT_EQ(other->init(MIDDLE_GAME), "");
-        EXPECT_GE(other->search(100, false).varLength, 1);
+        EXPECT_GE(searchFor(*other, 100, false).line.varLength, 1);
     }
     EXPECT_LT(clockMilliseconds() - begin, SOON);
 }

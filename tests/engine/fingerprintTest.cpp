@@ -1,6 +1,5 @@
 // Searches that are known line by line: whoever changes what the search does sees it here.
-#include "engine/engine.h"
-#include "testing/searchSupport.h"
+#include "testing/engineSupport.h"
 
 #include <gtest/gtest.h>
 
@@ -42,19 +41,14 @@ void setUpGame(Engine& engine, const std::string& game) {
     }
 }
 
-// Runs a pass and tells it in the words of the data.
-std::string runPass(Ida& ida, Position& position, Variant& variant, int depth) {
-    TreeGenerator& generator = ida.getTreeGenerator();
-    std::ostringstream text;
-    const int alpha = generator.firstAlpha;
-    const int beta = generator.firstBeta;
+// A pass in the words of the data.
+std::string textOf(const SearchPass& pass, const NodeCounter& nodes) {
     const char* const results[] = {"FAILLOW", "FAILHIGH", "OK", "OK_FINISH"};
-    const char* result =
-        results[ida.generateTreeIdaOneLoop(position, variant, depth, true).value()];
-    text << "pass " << depth << " result " << result << " alpha " << alpha << " beta " << beta
-         << " eval " << variant.evaluation << " nodes "
-         << generator.getState().nodes.getSearchedAllNodes() << " treenodes "
-         << generator.getState().nodes.getSearchedTreeNodes() << " pv" << movesTextOf(variant);
+    std::ostringstream text;
+    text << "pass " << pass.depth << " result " << results[pass.result.value()] << " alpha "
+         << pass.window.firstAlpha << " beta " << pass.window.firstBeta << " eval "
+         << pass.line.evaluation << " nodes " << pass.nodes << " treenodes "
+         << nodes.getSearchedTreeNodes() << " pv" << movesTextOf(pass.line);
     return text.str();
 }
 
@@ -75,14 +69,13 @@ TEST(Fingerprint, EveryPassIsAsItWas) {
         Engine game(config);
         setUpGame(game, block.game);
         Ida ida(config);
-        ida.getTreeGenerator().getState().repetitionTable.begin(game.getGame().repetitionHashes);
-        Position position = game.getPosition();
-        Variant variant;
-        for (const std::string& pass : block.passes) {
-            ASSERT_EQ(runPass(ida, position, variant, std::stoi(pass.substr(5))), pass);
+        auto expected = block.passes.begin();
+        ida.deepen(requestFor(game.getGame(), NO_BOOK), nullptr, [&](const SearchPass& pass) {
+            EXPECT_EQ(textOf(pass, ida.getTreeGenerator().state.nodes), *expected);
             ++passes;
-        }
-        EXPECT_EQ(findDifference(position, game.getPosition()), "");
+            return ++expected != block.passes.end() && !HasFailure();
+        });
+        EXPECT_EQ(expected, block.passes.end());
     }
     EXPECT_EQ(passes, 110U);
 }
@@ -98,7 +91,7 @@ TEST(Fingerprint, TimedSearchReportsItsPassesAndPublishesOneOfThem) {
         engine.setInfoListener(&reports);
         engine.setStopListener(&reports);
         setUpGame(engine, block.game);
-        const Variant published = engine.search(0, true);
+        const Variant published = searchFor(engine, 0, true).line;
         engine.joinThread();
         // The search went on until it was stopped.
         ASSERT_GE(reports.infos.size(), block.infos.size());

@@ -210,10 +210,7 @@ TEST(WatchedSearch, CountsScoresAndPlaysAsTheEngineDoes) {
         const auto ida = makeSearch(*config);
         Reports played;
         ida->setInfoListener(&played);
-        ida->getTreeGenerator().getState().repetitionTable.begin(game.repetitionHashes);
-        Position position = game.position;
-        Variant variant;
-        ida->generateTree(position, variant, depth, true);
+        const Variant variant = ida->generateTree(requestFor(game, limitsOf(depth))).line;
 
         // Watch the line of play, so that as much as can be is recorded.
         std::vector<Move> line = movesOf(variant);

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 namespace {
 
 constexpr int SIZE = 1000; // no power of two
@@ -20,7 +22,7 @@ Position inSlot7(std::uint64_t check) {
 class Transpositions : public testing::Test {
 protected:
     TranspositionTable transpositions{SIZE};
-    HashTable<GenericEntry>& table = transpositions.getHashTable();
+    HashTable& table = transpositions.getHashTable();
     const Position position = inSlot7(5);
     const Move move = moveOf(positionOf(START_FEN), "e2e4");
 };
@@ -38,9 +40,7 @@ TEST_F(Transpositions, ClearingFreesEverySlot) {
     for (const int clearings : {1, 2, 65536, 65537}) {
         transpositions.addTableEntry(position, &move, 3, 150, 100, 200);
         for (int i = 8; i < SIZE; ++i) {
-            GenericEntry entry;
-            entry.state = NOFAIL;
-            table.getEntry(i) = entry;
+            table.getEntry(i).state = NOFAIL;
         }
         EXPECT_EQ(countUsed(), SIZE - 7);
         for (int i = 0; i < clearings; ++i) {
@@ -70,27 +70,14 @@ TEST_F(Transpositions, ResizingLosesEntriesAndTheSameSizeKeepsThem) {
     EXPECT_EQ(table.getEntry(7).state, FREE);
 }
 
-TEST(RepetitionTable, CountsEachKeyOfASharedBucket) {
-    HashTable<RepetitionEntry> table(1024);
-    const unsigned long long first = 5; // a key of any unsigned 64-bit type
-    const unsigned long second = 5 + 1024;
-    RepetitionEntry& bucket = table.getEntry(first);
-    ASSERT_EQ(&bucket, &table.getEntry(second));
-    EXPECT_EQ(bucket.increaseRepetitions(second), 1);
-    EXPECT_EQ(bucket.increaseRepetitions(first), 1);
-    EXPECT_EQ(bucket.increaseRepetitions(second), 2);
-    EXPECT_EQ(bucket.getNumberOfRepetitions(first), 1);
-    EXPECT_EQ(bucket.decreaseRepetitions(first), 0);
-    EXPECT_EQ(bucket.decreaseRepetitions(first), 65535);
-    EXPECT_EQ(bucket.getNumberOfRepetitions(first), 0);
-    EXPECT_EQ(bucket.decreaseRepetitions(second), 1);
-    EXPECT_EQ(bucket.decreaseRepetitions(second + 1024), 65535); // greater than all there
-    table.resize(1024);                                          // as it is already
-    EXPECT_EQ(bucket.getNumberOfRepetitions(second), 1);
-    table.getEntry(6).clear();
-    EXPECT_EQ(bucket.getNumberOfRepetitions(second), 1);
-    bucket.clear();
-    EXPECT_EQ(bucket.getNumberOfRepetitions(second), 0);
+TEST(TableSize, IsCountedInWholeEntries) {
+    EXPECT_EQ(entriesOf(192), 16777216);
+    EXPECT_EQ(mebibytesOf(16777216), 192);
+    EXPECT_EQ(entriesOf(1), 87381);
+    EXPECT_EQ(mebibytesOf(87381), 0);
+    EXPECT_EQ(entriesOf(-1), 0);
+    EXPECT_EQ(entriesOf(std::numeric_limits<int>::max()), 0);
+    EXPECT_EQ(mebibytesOf(std::numeric_limits<int>::max()), 24575);
 }
 
 } // namespace

@@ -22,13 +22,27 @@ private:
     IdaVariant& slot;
 };
 
-constexpr TimeBudget INFINITE = {0, -1, true};
-
 class Deepening : public testing::Test {
 protected:
     Deepening() {
         ida.setInfoListener(&reports);
         initial.extend(Variant(), {moveOf(start, "h2h4"), false, false, false});
+    }
+
+    // The search to a depth, without the book.
+    SearchResult searchTo(int depth, const Position& position) {
+        return ida.generateTree(requestFor(position, limitsOf(depth)));
+    }
+
+    // The infinite search of a position, whose flag is up from the start if `isStopped`.
+    void searchInfinitely(const Position& position, bool isStopped) {
+        const int number = openSlot();
+        if (isStopped) {
+            slot.signalReady(number);
+        }
+        SearchLimits limits;
+        limits.time.infinite = true;
+        ida.generateTree(requestFor(position, limits), number, slot);
     }
 
     // Opens a search in the slot, with `initial` published.
@@ -48,24 +62,20 @@ protected:
 };
 
 TEST_F(Deepening, RunsTwentyPassesAtMost) {
-    Position drawn = positionOf("7k/8/6K1/8/8/8/8/R7 w - - 100 90");
-    Variant variant;
-    config.treeMaxDepth = 22;
-    ida.generateTree(drawn, variant);
+    const Position drawn = positionOf("7k/8/6K1/8/8/8/8/R7 w - - 100 90");
+    searchTo(22, drawn);
     EXPECT_EQ(reports.lines, std::vector<std::string>(20));
 
-    // Empty lines leave the published move alone, and without a slot there is no search.
-    ida.generateTree(drawn, INFINITE, openSlot(), &slot);
+    // Empty lines leave the published move alone.
+    searchInfinitely(drawn, false);
     EXPECT_EQ(reports.lines.size(), 40U);
     EXPECT_TRUE(slot.isReady());
-    EXPECT_EQ(movesTextOf(slot.getVariant()), " h2h4");
-    ida.generateTree(drawn, INFINITE, openSlot(), nullptr);
-    EXPECT_EQ(reports.lines.size(), 40U);
+    EXPECT_EQ(movesTextOf(slot.getResult().line), " h2h4");
 }
 
 // But for the moves that a cleared table still hints at.
 TEST_F(Deepening, BeginsWithoutTheScoresAndKillersOfTheSearchBefore) {
-    SearchState& state = generator.getState();
+    SearchState& state = generator.state;
     const auto killers = [&state] {
         int count = 0;
         for (int place = 0; place < 2 * MoveOrder::KILLER_PLIES; ++place) {
@@ -76,12 +86,10 @@ TEST_F(Deepening, BeginsWithoutTheScoresAndKillersOfTheSearchBefore) {
     const auto isStartKnown = [&] {
         return state.table.getHashTable().getEntry(start.incremental.hash).state != FREE;
     };
-    Variant variant;
-    ida.generateTree(start, variant, 3, true);
+    searchTo(3, start);
     EXPECT_TRUE(isStartKnown());
     EXPECT_GT(killers(), 0);
-    Position drawn = positionOf("7k/8/6K1/8/8/8/8/R7 w - - 100 90"); // of no move
-    ida.generateTree(drawn, variant, 1, true);
+    searchTo(1, positionOf("7k/8/6K1/8/8/8/8/R7 w - - 100 90")); // of no move
     EXPECT_FALSE(isStartKnown());
     EXPECT_EQ(killers(), 0);
 }
@@ -90,49 +98,47 @@ TEST_F(Deepening, ReportsOnlyADepthThatCanBeReached) {
     for (const auto& [setting, selDepth] :
          {std::pair{10, 11}, {60, 31}, {std::numeric_limits<int>::max(), 31}}) {
         config.quiscenceMaxDepth = setting;
-        Variant variant;
-        ida.generateTree(start, variant, 1, true);
+        searchTo(1, start);
         EXPECT_EQ(reports.infos.back().selDepth, selDepth);
     }
 }
 
 TEST_F(Deepening, AbandonedPassIsNoResult) {
     // Passes 1 and 2 end before the flag is polled, pass 3 in a narrow window does not.
-    const int number = openSlot();
-    slot.signalReady(number);
-    ida.generateTree(start, INFINITE, number, &slot);
+    searchInfinitely(start, true);
     EXPECT_EQ(reports.lines, (std::vector<std::string>{" d2d4 d7d5", " d2d4 d7d5 e2e4"}));
-    EXPECT_EQ(movesTextOf(slot.getVariant()), reports.lines.back());
+    EXPECT_EQ(movesTextOf(slot.getResult().line), reports.lines.back());
 
     // Here the first pass is long. Its score then looks like a mate.
     reports.lines.clear();
-    Position wild = positionOf("6Q1/1q1pp2q/2P4P/Qq4P1/K7/pP6/5pk1/Q7 w - - 7 4");
-    const int next = openSlot();
-    slot.signalReady(next);
-    ida.generateTree(wild, INFINITE, next, &slot);
-    EXPECT_TRUE(generator.isAbandoned());
+    searchInfinitely(positionOf("6Q1/1q1pp2q/2P4P/Qq4P1/K7/pP6/5pk1/Q7 w - - 7 4"), true);
+    EXPECT_TRUE(generator.state.nodes.isAbandoned());
     EXPECT_TRUE(reports.lines.empty());
-    EXPECT_EQ(movesTextOf(slot.getVariant()), " h2h4");
+    EXPECT_EQ(movesTextOf(slot.getResult().line), " h2h4");
 
-    // A pass of its own has no outcome, moves no window, and has not ended.
+    // A pass of its own has no result, keeps the window and takes back its moves.
     Explain observer; // whose record has one pass more than have ended
     ida.watchBy(observer);
-    generator.resetSearchedNodes();
-    generator.firstAlpha = -550;
-    generator.firstBeta = 550;
-    start = positionOf(START_FEN);
+    SearchRequest request = requestFor(start, limitsOf(4));
+    slot.signalReady(openSlot());
+    ida.prepareSearch(request, &slot);
     Variant unfinished;
-    EXPECT_EQ(ida.generateTreeIdaOneLoop(start, unfinished, 4, true), std::nullopt);
-    EXPECT_EQ(std::pair(generator.firstAlpha, generator.firstBeta), std::pair(-550, 550));
+    const RootWindow window = {-550, 550};
+    const SearchPass pass =
+        ida.generateTreeIdaOneLoop(request.game.position, unfinished, 4, window, true);
+    EXPECT_EQ(pass.result, std::nullopt);
+    EXPECT_EQ(pass.next, window);
     EXPECT_EQ(observer.getData().size(), 1U);
+    EXPECT_EQ(findDifference(request.game.position, start), "");
 
-    // The depth search asks no flag of an older search. It polls often at this depth.
-    start = positionOf(START_FEN);
-    Variant variant;
-    ida.generateTree(start, variant, 4, true);
+    // The depth search ignores the flag of an older search, and a node limit ends it.
+    searchTo(4, start);
     EXPECT_EQ(reports.lines.size(), 4U);
     EXPECT_GE(observer.getData().size(), 5U);
-    EXPECT_EQ(findDifference(start, positionOf(START_FEN)), "");
+    request.limits.nodes = 5000;
+    const SearchResult limited = ida.generateTree(request);
+    EXPECT_EQ(limited.report.value().depth, 2);
+    EXPECT_EQ(generator.state.nodes.getSearchedAllNodes(), 5000);
 }
 
 TEST_F(Deepening, TimeUpWeighsTheLastPassAgainstTheTimeLeft) {
@@ -162,7 +168,7 @@ TEST_F(Deepening, TimeUpWeighsTheLastPassAgainstTheTimeLeft) {
         double lastDuration = c.lastDuration;
         Milliseconds lastCheck = now - c.sinceLastCheck;
         const auto isUp = [&] {
-            return ida.timeUp(c.total, lastDuration, lastCheck, now - c.elapsed, c.result, &slot);
+            return ida.timeUp(c.total, lastDuration, lastCheck, now - c.elapsed, c.result, slot);
         };
         EXPECT_EQ(isUp(), c.isUp) << c.elapsed;
         EXPECT_NEAR(lastDuration, c.nextDuration, 1e5) << c.elapsed;
@@ -181,17 +187,14 @@ TEST_F(Deepening, SlotObeysOnlyItsPresentSearch) {
     Variant late;
     late.clear(5);
     slot.setVariant(late, oldNumber);
-    InfoStruct lateReport;
-    lateReport.threadId = oldNumber;
-    lateReport.depth = 7;
-    slot.setReport(lateReport);
-    EXPECT_NE(slot.getReport().depth, 7);
+    slot.setReport(InfoStruct(), oldNumber);
+    EXPECT_FALSE(slot.getResult().report);
     slot.signalReady(oldNumber);
     EXPECT_FALSE(slot.isReady());
-    EXPECT_EQ(movesTextOf(slot.getVariant()), " h2h4");
+    EXPECT_EQ(movesTextOf(slot.getResult().line), " h2h4");
     slot.setVariant(late, number);
-    EXPECT_EQ(slot.getVariant().varLength, 0);
-    EXPECT_EQ(slot.getVariant().evaluation, 5);
+    EXPECT_EQ(slot.getResult().line.varLength, 0);
+    EXPECT_EQ(slot.getResult().line.evaluation, 5);
 }
 
 } // namespace

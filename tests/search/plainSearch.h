@@ -3,6 +3,7 @@
 #pragma once
 
 #include "search/plainBoard.h"
+#include "search/plainRepetitions.h"
 
 #include <map>
 
@@ -43,6 +44,7 @@ using Statistics = std::array<std::array<std::int64_t, 40>, 6>;
 
 // What can be seen of a search behind a pass.
 struct Outcome {
+    int depth = 0;
     bool isAbandoned = false;
     std::string result; // of the pass, as its name; like alfa and beta not of an abandoned one
     int score = 0;
@@ -89,7 +91,10 @@ public:
 
     // Begins a search. `keys` are those of the game, with that of the position to search.
     void begin(const std::vector<std::uint64_t>& keys) {
-        path = keys;
+        repetitions = {};
+        for (const std::uint64_t key : keys) {
+            countRepetitions(key);
+        }
         std::ranges::for_each(table, [](Slot& slot) { slot.state = 'F'; });
         counts.clear();
         killers = {};
@@ -101,6 +106,7 @@ public:
 
     Outcome pass(const Position& root, int depth) {
         Outcome outcome;
+        outcome.depth = depth;
         statistics = {};
         passDepth = depth;
         try {
@@ -193,10 +199,10 @@ private:
             ++statistics[0][at(depth)];
             Line behind;
             bool isFromTable = false;
-            path.push_back(after->key());
-            const bool isCut =
-                scoreMove(*after, behind, alfa, originalAlfa, beta, depth, isFromTable);
-            path.pop_back();
+            const bool isRepeated = countRepetitions(after->key()) > 1;
+            const bool isCut = !isRepeated && scoreMove(*after, behind, alfa, originalAlfa, beta,
+                                                        depth, isFromTable);
+            repetitions.getEntry(after->key()).decreaseRepetitions(after->key());
             if (isCut) {
                 continue;
             }
@@ -220,9 +226,6 @@ private:
     // is not worth a search.
     bool scoreMove(const Position& after, Line& line, int alfa, int originalAlfa, int beta,
                    int depth, bool& isFromTable) {
-        if (isRepeated()) {
-            return false;
-        }
         const int left = passDepth - 1 - depth;
         if (settings.useTable && !table.empty()) {
             const auto [slot, isClash] = read(after);
@@ -287,9 +290,10 @@ private:
             countMove();
             ++statistics[2][at(depth)];
             Line behind;
-            path.push_back(after->key());
-            scoreQuiscenceMove(*after, move, behind, alfa, beta, depth, isInCheck);
-            path.pop_back();
+            if (countRepetitions(after->key()) == 1) {
+                scoreQuiscenceMove(*after, move, behind, alfa, beta, depth, isInCheck);
+            }
+            repetitions.getEntry(after->key()).decreaseRepetitions(after->key());
             if (behind.score >= beta) {
                 ++statistics[5][at(depth)];
                 line = {{}, beta};
@@ -308,9 +312,7 @@ private:
         const int material = after.material();
         const bool givesCheck = after.isInCheck();
         const bool isInteresting = givesCheck || move.captured != NONE || move.promotion != NONE;
-        if (isRepeated()) {
-            line.score = 0;
-        } else if ((!isInteresting && !wasInCheck) || settings.quiscenceMaxDepth - 1 <= depth) {
+        if ((!isInteresting && !wasInCheck) || settings.quiscenceMaxDepth - 1 <= depth) {
             line.score = after.positional() + material;
         } else if (std::int64_t{settings.quiscenceDeltaWindow} + material < alfa && !givesCheck &&
                    !wasInCheck) {
@@ -323,8 +325,10 @@ private:
 
     // ---- What both share ----
 
-    // Whether the last position of the path has stood there before.
-    bool isRepeated() const { return std::ranges::count(path, path.back()) > 1; }
+    // Counts a position of the game or the path, and returns how often it has occurred.
+    int countRepetitions(std::uint64_t key) {
+        return repetitions.getEntry(key).increaseRepetitions(key);
+    }
 
     void countMove() {
         ++nodes;
@@ -427,7 +431,7 @@ private:
     Settings settings;
     std::vector<Slot> table;
     std::int64_t clashes = 0;
-    std::vector<std::uint64_t> path;              // keys of the game and of the path
+    RepetitionTable repetitions;                  // of the game and the path
     std::map<int, unsigned> counts;               // cut-offs by ply and quiet move
     std::array<std::array<int, 2>, 20> killers{}; // the two of each ply, 0 for none
     Line mainLine;                                // of the last pass

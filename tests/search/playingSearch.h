@@ -13,6 +13,15 @@
 
 class PlayingSearch {
 public:
+    // Counts statistics, or is the search that plays.
+    explicit PlayingSearch(bool _isCounting) : isCounting(_isCounting) {
+        if (isCounting) {
+            ida.getTreeGenerator().countIn(testStatistics);
+        }
+    }
+
+    const bool isCounting;
+
     // The position of a text as the front end takes it, or an empty text if it does not.
     static std::string accept(const std::string& fen) {
         Position position;
@@ -46,43 +55,44 @@ public:
         return true;
     }
 
-    // Begins a search.
-    void begin() {
-        number = flag.getNextThreadId();
-        generator().setIdaVariant(&flag);
-        generator().resetSearchedNodes();
-        generator().clearTable();
-        generator().clearKillersTable();
-        generator().setDefaultFirstAlfaBeta();
-        generator().getState().repetitionTable.begin(keys);
-        line = Variant();
-    }
-
     // From now on a poll says that the time is up.
     void stop() { flag.signalReady(number); }
 
-    plain::Outcome pass(int depth) {
-        if (testStatistics.getRunPointer() + 1 >= MAX_RUNS) {
-            testStatistics.reset();
+    // Searches the position, and passes each outcome to `onPass` until that returns false. If
+    // `isStopped`, the first poll says that the time is up.
+    template <class OnPass> void search(bool isStopped, OnPass onPass) {
+        number = flag.getNextThreadId();
+        if (isStopped) {
+            stop();
         }
-        const int run = testStatistics.getRunPointer() + 1;
-        Position position = root;
-        const auto result = ida.generateTreeIdaOneLoop(position, line, depth, true);
+        SearchRequest request;
+        request.limits.useBook = false;
+        request.game = {root, keys};
+        testStatistics.reset();
+        ida.deepen(request, &flag, [&](const SearchPass& pass) { return onPass(outcomeOf(pass)); });
+    }
 
+private:
+    SearchState& state() { return ida.getTreeGenerator().state; }
+    HashTable& table() { return state().table.getHashTable(); }
+
+    plain::Outcome outcomeOf(const SearchPass& pass) {
         plain::Outcome outcome;
-        outcome.isAbandoned = !result;
-        if (result) {
+        outcome.isAbandoned = !pass.result;
+        if (pass.result) {
             const std::array<const char*, 4> results = {"FAILLOW", "FAILHIGH", "OK", "OK_FINISH"};
-            outcome.result = results[at(*result)];
-            outcome.alfa = generator().firstAlpha;
-            outcome.beta = generator().firstBeta;
+            outcome.result = results[at(*pass.result)];
+            outcome.alfa = pass.next.firstAlpha;
+            outcome.beta = pass.next.firstBeta;
         }
-        outcome.score = line.evaluation;
-        outcome.line = lineText();
-        outcome.nodes = generator().getState().nodes.getSearchedAllNodes();
-        outcome.treeNodes = generator().getState().nodes.getSearchedTreeNodes();
+        outcome.depth = pass.depth;
+        outcome.score = pass.line.evaluation;
+        outcome.line = lineText(pass.line);
+        outcome.nodes = pass.nodes;
+        outcome.treeNodes = state().nodes.getSearchedTreeNodes();
         outcome.clashes = table().getNumberOfInnerClashes() - clashesBefore;
-        for (int type = 0; type < N_TYPES; ++type) {
+        const int run = testStatistics.getRunPointer();
+        for (int type = 0; isCounting && type < N_TYPES; ++type) {
             for (int ply = 0; ply < MAX_PLIES; ++ply) {
                 outcome.statistics[at(type)][at(ply)] = testStatistics.get(run, type, ply);
             }
@@ -96,11 +106,7 @@ public:
         return outcome;
     }
 
-private:
-    TreeGenerator& generator() { return ida.getTreeGenerator(); }
-    HashTable<GenericEntry>& table() { return generator().getState().table.getHashTable(); }
-
-    std::string lineText() {
+    static std::string lineText(const Variant& line) {
         std::string text;
         for (int i = 0; i < line.varLength; ++i) {
             const auto& [move, isQuiscence, isHash, isOpening] = line.get(i);
@@ -118,6 +124,5 @@ private:
     int number = 0;
     Position root;
     std::vector<std::uint64_t> keys; // of the game, with that of the root
-    Variant line;
     std::int64_t clashesBefore = 0;
 };

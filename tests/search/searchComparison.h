@@ -41,6 +41,7 @@ inline std::string findDifference(const plain::Outcome& playing, const plain::Ou
             text << name << ": " << a << " / " << b << '\n';
         }
     };
+    compare("depth", playing.depth, twin.depth);
     compare("abandoned", playing.isAbandoned, twin.isAbandoned);
     compare("result", playing.result, twin.result);
     compare("score", playing.score, twin.score);
@@ -85,6 +86,7 @@ private:
     std::string runAll(const SearchCase& example) {
         plain::Position root(example.fen);
         std::vector<std::uint64_t> keys = {root.key()};
+        PlayingSearch& playing = ++runs % 2 == 0 ? counting : notCounting;
         playing.make(example.settings, example.fen);
         plain::Search twin(example.settings);
         // Plays the first move that is legal and has the text, or any text.
@@ -104,40 +106,42 @@ private:
                 return "only one of the two can play " + text + '\n';
             }
         }
-        const std::string difference = search(example, twin, root, keys);
+        const std::string difference = search(example, playing, twin, root, keys);
         if (!difference.empty() || !example.isTwice || !play("")) {
             return difference;
         }
-        return search(example, twin, root, keys);
+        return search(example, playing, twin, root, keys);
     }
 
-    std::string search(const SearchCase& example, plain::Search& twin, const plain::Position& root,
-                       const std::vector<std::uint64_t>& keys) {
+    std::string search(const SearchCase& example, PlayingSearch& playing, plain::Search& twin,
+                       const plain::Position& root, const std::vector<std::uint64_t>& keys) {
         twin.begin(keys);
-        playing.begin();
-        twin.isToStop = false;
-        std::int64_t played = 0;
+        twin.isToStop = example.stopFrom <= 0;
+        std::string difference;
+        int passes = 0;
         int depth = 1;
-        for (int i = 0; i < example.maxPasses && depth <= 20; ++i) {
-            if (played >= example.stopFrom) {
+        playing.search(twin.isToStop, [&](const plain::Outcome& outcome) {
+            plain::Outcome expected = twin.pass(root, depth);
+            if (!playing.isCounting) {
+                expected.statistics = {};
+            }
+            difference = findDifference(outcome, expected);
+            if (!difference.empty()) {
+                difference = "pass " + std::to_string(passes + 1) + " of depth " +
+                             std::to_string(depth) + ", the playing search first\n" + difference;
+                return false;
+            }
+            note(outcome);
+            depth += outcome.result == "OK" ? 1 : 0;
+            if (outcome.nodes >= example.stopFrom) {
                 playing.stop();
                 twin.isToStop = true;
             }
-            const plain::Outcome outcome = playing.pass(depth);
-            const std::string difference = findDifference(outcome, twin.pass(root, depth));
-            if (!difference.empty()) {
-                return "pass " + std::to_string(i + 1) + " of depth " + std::to_string(depth) +
-                       ", the playing search first\n" + difference;
-            }
-            note(outcome);
-            played = outcome.nodes;
-            depth += outcome.result == "OK" ? 1 : 0;
-            if (outcome.isAbandoned || outcome.result == "OK_FINISH" || played > example.maxNodes ||
-                (played == 0 && i > 1)) {
-                break;
-            }
-        }
-        return "";
+            ++passes;
+            return passes < example.maxPasses && outcome.nodes <= example.maxNodes &&
+                   (outcome.nodes > 0 || passes < 3);
+        });
+        return difference;
     }
 
     void note(const plain::Outcome& outcome) {
@@ -147,5 +151,8 @@ private:
         seen["line from the table"] += outcome.line.find("h ") != std::string::npos ? 1 : 0;
     }
 
-    PlayingSearch playing;
+    // Cases go to the two in turn.
+    PlayingSearch counting{true};
+    PlayingSearch notCounting{false};
+    int runs = 0;
 };

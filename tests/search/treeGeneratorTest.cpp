@@ -22,10 +22,9 @@ protected:
     Variant searchPass(const std::string& fen, int depth) {
         Position position = positionOf(fen);
         Variant variant;
-        generator.clearTable();
-        generator.resetSearchedNodes();
-        generator.setActualMoveDepth(depth);
-        generator.generateTree(position, variant, true);
+        generator.state.table.clearTable();
+        counter.resetSearchedNodes();
+        generator.generateTree(position, variant, depth, RootWindow(), true);
         return variant;
     }
 
@@ -34,6 +33,7 @@ protected:
         Position position = positionOf("3R4/8/8/K5k1/8/1r6/8/8 w - - 0 1");
         Variant variant;
         testStatistics.reset();
+        generator.countIn(testStatistics);
         generator.quiscenceSearch(position, -FULL, FULL, variant);
         return variant;
     }
@@ -50,7 +50,7 @@ protected:
 
     EngineConfig config = makeConfig();
     TreeGenerator generator{config};
-    NodeCounter& counter = generator.getState().nodes;
+    NodeCounter& counter = generator.state.nodes;
 };
 
 using Quiscence = Search;
@@ -58,8 +58,7 @@ using Quiscence = Search;
 TEST_F(Search, AsksTheBookUnlessItIsInfinite) {
     Position position = positionOf(START_FEN);
     Variant variant;
-    generator.setActualMoveDepth(1);
-    generator.generateTree(position, variant);
+    generator.generateTree(position, variant, 1, RootWindow(), false);
     ASSERT_EQ(variant.varLength, 1);
     EXPECT_TRUE(variant.get(0).isOpening);
     EXPECT_FALSE(searchPass(START_FEN, 1).get(0).isOpening);
@@ -68,7 +67,7 @@ TEST_F(Search, AsksTheBookUnlessItIsInfinite) {
 TEST_F(Search, CompletesALineByWhatTheTableHolds) {
     Position pinned = positionOf("4r2k/8/8/8/8/8/4R3/4K3 w - - 0 1");
     const auto lengthWith = [&](const Move& move) {
-        generator.getState().table.addTableEntry(pinned, &move, 1, 0, -FULL, FULL);
+        generator.state.table.addTableEntry(pinned, &move, 1, 0, -FULL, FULL);
         Variant line;
         generator.completeVariant(pinned, line, 3);
         return line.varLength;
@@ -80,7 +79,7 @@ TEST_F(Search, CompletesALineByWhatTheTableHolds) {
 
 TEST_F(Search, NeedsNoTable) {
     const Variant line = searchPass(START_FEN, 2);
-    EXPECT_EQ(generator.applyChanges(0), 0);
+    EXPECT_EQ(generator.state.table.resize(0), 0);
     Variant withoutTable = searchPass(START_FEN, 2);
     EXPECT_EQ(withoutTable.evaluation, line.evaluation);
     EXPECT_EQ(movesTextOf(withoutTable), movesTextOf(line));
@@ -94,7 +93,7 @@ TEST_F(Search, OrdersTheLongestMoveList) {
     MoveIndices expected;
     std::iota(expected.begin(), expected.end(), std::uint16_t{0});
     MoveIndices indices;
-    generator.getState().order.orderMoves(moves, indices, MAX_MOVES, 0, 0);
+    generator.state.order.orderMoves(moves, indices, MAX_MOVES, 0, 0);
     EXPECT_EQ(indices, expected);
     orderMoves(moves, indices, MAX_MOVES);
     EXPECT_EQ(indices, expected);
@@ -156,18 +155,16 @@ TEST_F(Search, DepthOutsideItsRangeWorksAsTheNearestInside) {
                                      {nearlyDrawn, std::numeric_limits<int>::min(), 1}}) {
         const auto traceTo = [&](int passDepth) {
             TreeGenerator fresh(config); // as a cleared table still gives hints
-            fresh.setActualMoveDepth(passDepth);
+            fresh.countIn(testStatistics);
             Position position = positionOf(c.fen);
             Variant variant;
             testStatistics.reset();
-            fresh.generateTree(position, variant, true);
+            fresh.generateTree(position, variant, passDepth, RootWindow(), true);
             return traceOf(variant);
         };
         const std::string expected = traceTo(c.worksAs);
         EXPECT_GT(testStatistics.get(0, TestStatistics::ORDINAL_SEARCH, c.worksAs - 1), 0);
         EXPECT_EQ(traceTo(c.depth), expected) << c.depth;
-        config.treeMaxDepth = c.depth;
-        EXPECT_EQ(TreeGenerator(config).getState().actualMoveDepth, c.worksAs);
     }
 }
 
@@ -199,9 +196,9 @@ TEST_F(Search, PollsTheFlagAfter20000Nodes) {
     EXPECT_FALSE(counter.timerUp());
     IdaVariant slot;
     slot.signalReady(slot.getNextThreadId());
-    generator.setIdaVariant(&slot);
+    counter.setIdaVariant(&slot);
     const Variant abandoned = searchPass(START_FEN, 4);
-    EXPECT_TRUE(generator.isAbandoned());
+    EXPECT_TRUE(counter.isAbandoned());
     EXPECT_EQ(counter.getSearchedAllNodes(), 20001);
     EXPECT_EQ(abandoned.evaluation, FULL);
     EXPECT_EQ(abandoned.varLength, 0);

@@ -4,6 +4,7 @@
 #include "search/engineParameters.h"
 #include "search/infoStruct.h"
 #include "search/score.h"
+#include "search/searchRequest.h"
 #include "search/variant.h"
 #include "testing/boardSupport.h"
 
@@ -16,6 +17,23 @@ inline EngineConfig makeConfig(int hashTableSize = 65536) {
     EngineConfig config = *EngineConfig::getProdConfig();
     config.hashTableSize = hashTableSize;
     return config;
+}
+
+// A search without time limit that may end by itself, to a depth, without the book.
+inline SearchLimits limitsOf(int depth) {
+    SearchLimits limits;
+    limits.depth = depth;
+    limits.useBook = false;
+    return limits;
+}
+inline const SearchLimits NO_BOOK = limitsOf(MAX_PASSES);
+
+inline SearchRequest requestFor(const Game& game, const SearchLimits& limits) {
+    return {1, limits, game};
+}
+// The game that begins with a position.
+inline SearchRequest requestFor(const Position& position, const SearchLimits& limits) {
+    return {1, limits, {position, {position.incremental.hash}}};
 }
 
 // The moves of a line, each with a blank before it.

@@ -7,6 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include <iostream>
+#include <sstream>
+
 #include <utility>
 
 namespace {
@@ -79,12 +82,25 @@ TEST(UciReports, ScoreIsInHundredthsOfAPawn) {
     }
 }
 
-TEST(UciEngine, NeedsNoConfiguration) {
-    UciEngine uciEngine;
-    EXPECT_TRUE(uciEngine.handleLine("position startpos moves e2e4"));
-    EXPECT_EQ(getFen(uciEngine.getEngine().getPosition()),
-              "rnbqkbnr/pppppppp/8/8/4P3/8/PPPP1PPP/RNBQKBNR b KQkq e3 0");
-    EXPECT_FALSE(uciEngine.handleLine("quit"));
+// A search thread may finish one more pass while it winds down.
+TEST(UciEngine, SendsNoReportOfAnAnsweredSearch) {
+    EngineConfig config;
+    config.hashTableSize = 0;
+    UciEngine uciEngine(config);
+    std::istringstream input("position fen k7/8/8/8/8/8/1r6/K7 w - - 0 1\ngo movetime 1\n");
+    std::streambuf* const before = std::cin.rdbuf(input.rdbuf());
+    testing::internal::CaptureStdout();
+    uciEngine.start(); // to the end of input, and so to the answer
+    std::cin.rdbuf(before);
+    InfoStruct report{};
+    report.number = 1;
+    uciEngine.onInfo(report);
+    report.number = 2;
+    report.depth = 9;
+    uciEngine.onInfo(report);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "info pv a1b2\nbestmove a1b2\n"
+              "info pv score cp 0 depth 9 seldepth 0 nodes 0 time 0 nps 0 \n");
 }
 
 } // namespace

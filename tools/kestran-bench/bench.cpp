@@ -1,13 +1,14 @@
 #include "kestran-bench/bench.h"
 
+#include "engine/engine.h"
 #include "kestran-bench/benchReport.h"
 #include "notation/fen.h"
 #include "search/engineParameters.h"
 #include "search/hashTable.h"
-#include "search/ida.h"
 #include "search/statistics.h"
 #include "support/commandLine.h"
 #include "support/epd.h"
+#include "support/requireTable.h"
 
 #include <array>
 #include <iostream>
@@ -128,16 +129,6 @@ void addRun(BenchedPosition& position, const BenchResult& result) {
     position.millis.push_back(result.millis);
 }
 
-// The system hands out memory when it is first written to. For a short search that is half of
-// the time, so it is done before the clock is read.
-void takeMemory(TranspositionTable& table) {
-    constexpr int ENTRIES_OF_A_PAGE = 64; // or more
-    auto& entries = table.getHashTable();
-    for (int i = 0; i < entries.getSize(); i += ENTRIES_OF_A_PAGE) {
-        entries.getEntry(i).state = FREE; // as it is
-    }
-}
-
 // Searches everything once, and tells in the last run of each search.
 void runOnce(const std::vector<BenchTask>& tasks, const BenchOptions& options, int run,
              BenchReport& report) {
@@ -154,7 +145,8 @@ void runOnce(const std::vector<BenchTask>& tasks, const BenchOptions& options, i
         }
         const BenchTask& task = tasks[i];
         BenchedPosition& benched = report.positions[i];
-        addRun(benched, searchAfresh(task.position, task.depth, options.hashMebibytes));
+        addRun(benched, searchAfresh(task.position, task.depth, options.hashMebibytes,
+                                     options.withStatistics ? &testStatistics : nullptr));
         progress.show("");
         if (isLast && !options.asJson) {
             printPosition(i + 1, benched, std::cout);
@@ -193,26 +185,23 @@ std::span<const BenchPosition> getBenchPositions() {
     return BENCH_POSITIONS;
 }
 
-BenchResult searchAfresh(Position position, int depth, int hashMebibytes) {
+BenchResult searchAfresh(const Position& position, int depth, int hashMebibytes,
+                         TestStatistics* statistics) {
     const std::unique_ptr<EngineConfig> config = EngineConfig::getProdConfig();
     config->hashTableSize = entriesOf(hashMebibytes);
-    const auto ida = std::make_unique<Ida>(*config);
-    SearchState& state = ida->getTreeGenerator().getState();
-    if (state.table.getHashTable().getSize() != config->hashTableSize) {
-        throw UsageError("there is no memory for a table of " + std::to_string(hashMebibytes) +
-                         " MiB");
+    const auto engine = std::make_unique<Engine>(*config);
+    engine->applyChanges();
+    requireTable(engine->getHashTableSize(), config->hashTableSize);
+    engine->init(position);
+    TreeGenerator& generator = engine->getTreeGenerator();
+    if (statistics != nullptr) {
+        generator.countIn(*statistics);
     }
-    // The game begins here, so the position has been on the board once.
-    state.repetitionTable.begin({&position.incremental.hash, 1});
+    generator.state.table.touchPages();
 
-    takeMemory(state.table);
-
-    BenchResult result;
     const Milliseconds start = clockMilliseconds();
-    ida->generateTree(position, result.line, depth, true);
-    result.millis = clockMilliseconds() - start;
-    result.nodes = state.nodes.getSearchedAllNodes();
-    return result;
+    const SearchResult result = engine->searchDepth(depth, false);
+    return {result.line, result.report->nodesSearched, clockMilliseconds() - start};
 }
 
 int runBench(CommandLine& commandLine) {

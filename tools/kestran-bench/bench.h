@@ -12,6 +12,7 @@
 #include <string>
 
 class CommandLine;
+class TestStatistics;
 
 struct BenchPosition {
     const char* fen; // of six fields
@@ -28,9 +29,11 @@ struct BenchResult {
     Milliseconds millis; // of the search alone
 };
 
-// Searches a position on tables that hold nothing, with the values of the engine that
-// plays, but `hashMebibytes` for its table. Throws UsageError if there is no memory for it.
-BenchResult searchAfresh(Position position, int depth, int hashMebibytes);
+// Searches a position with empty tables and the settings of the playing engine, except that the
+// hash table has `hashMebibytes`, and counts in `statistics` unless that is null. Throws UsageError
+// if there is no memory for the table.
+BenchResult searchAfresh(const Position& position, int depth, int hashMebibytes,
+                         TestStatistics* statistics = nullptr);
 
 extern const std::string BENCH_HELP;
 // The tool behind its help. Writes to standard output and returns the exit status.

@@ -63,7 +63,9 @@ std::optional<Worth> searchAlone(const Inquiry& inquiry, int pass, int ply) {
         }
         variant = passes.back().line;
     } else {
-        ida->getTreeGenerator().getState().repetitionTable.begin(path.repetitionHashes);
+        SearchRequest request;
+        request.game = path;
+        ida->prepareSearch(request, nullptr);
         ida->getTreeGenerator().quiscenceSearch(path.position, DEFAULT_FIRST_ALFA,
                                                 DEFAULT_FIRST_BETA, variant);
     }

@@ -25,11 +25,14 @@ Opponent::Opponent(const Strength& _strength)
 }
 
 Thought Opponent::think(const Game& game) {
-    const Variant line = engine->search(game, {.time = {clockMilliseconds(), strength.time},
-                                               .depth = strength.depth,
-                                               .onlyMoveDepth = 1});
+    SearchRequest request;
+    request.limits.time = {clockMilliseconds(), strength.time};
+    request.limits.depth = strength.depth;
+    request.limits.onlyMoveDepth = 1;
+    request.game = game;
+    const auto [number, line, report] = engine->search(request);
     const bool isFromBook = line.varLength > 0 && line.get(0).isOpening;
-    return {movesOf(line), line.evaluation, engine->getLastReport().depth, isFromBook};
+    return {movesOf(line), line.evaluation, report ? report->depth : 0, isFromBook};
 }
 
 std::string Opponent::explain(const Game& game, const Thought& thought,

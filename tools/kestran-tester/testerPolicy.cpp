@@ -175,11 +175,12 @@ std::string TesterPolicy::getReportLine(const InfoStruct& report) const {
     return text.str();
 }
 
-std::vector<std::string> TesterPolicy::getAnswerLines(const InfoStruct& report,
+std::vector<std::string> TesterPolicy::getAnswerLines(const SearchResult& result,
                                                       const Position& position) const {
-    InfoStruct last = report;
-    if (report.depth == 0) {
+    InfoStruct last = result.report.value_or(InfoStruct{});
+    last.pv = result.line;
+    if (!result.report) {
         last.pv.evaluation = getStaticScore(position);
     }
-    return {getReportLine(last), getBestMove(report.pv)};
+    return {getReportLine(last), getBestMove(result.line)};
 }

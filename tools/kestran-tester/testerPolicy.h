@@ -20,7 +20,7 @@ public:
     // Depth, score and counts first, then the line.
     std::string getReportLine(const InfoStruct& report) const override;
     // The last report once more, with the score of the position as it stands if there was none.
-    std::vector<std::string> getAnswerLines(const InfoStruct& report,
+    std::vector<std::string> getAnswerLines(const SearchResult& result,
                                             const Position& position) const override;
 
 private:

@@ -1,3 +1,0 @@
-#include "search/generatorInterface.h"
-
-GeneratorInterface::~GeneratorInterface() = default;
