@@ -22,8 +22,7 @@ void printStatistic(std::string_view name, std::int64_t statisticInt, double sec
     stream << name << " per sec : " << static_cast<double>(statisticInt) / secs << std::endl;
 }
 
-// Counters that come from text may add up to more than there is room for: such a sum is
-// the end of the range.
+// Saturates, as counters that were read from text may overflow.
 std::int64_t sumOf(const Indexed<int, std::int64_t, MAX_PLIES>& counters) {
     std::int64_t sum = 0;
     for (const std::int64_t counter : counters) {
@@ -42,34 +41,37 @@ bool isBelow(int value, int limit) {
 } // namespace
 
 void TestStatistics::reset() {
+    runs.clear();
     runPointer = -1;
     clockStart = clockMilliseconds();
-    init();
 }
 
 void TestStatistics::init() {
-    statistic.fill({});
+    for (Run& run : runs) {
+        run.statistic = {};
+    }
 }
 
 void TestStatistics::newRun() {
     clockStart = clockMilliseconds();
-    runPointer = std::min(runPointer + 1, MAX_RUNS - 1);
+    goToRun(std::min(runPointer + 1, MAX_RUNS - 1));
+}
+
+void TestStatistics::goToRun(int run) {
+    runPointer = run;
+    runs.resize(std::max(runs.size(), at(run) + 1));
 }
 
 void TestStatistics::sumStatistics() {
-    sumStatistic.fill({});
-    for (int run = 0; run <= runPointer; ++run) {
-        for (int type = 0; type < N_TYPES; ++type) {
-            sumStatistic[run][type] = sumOf(statistic[run][type]);
-        }
+    for (Run& run : runs) {
+        std::transform(run.statistic.begin(), run.statistic.end(), run.sumStatistic.begin(), sumOf);
     }
 }
 
 void TestStatistics::printStatistics(int run, std::ostream& stream) const {
-    const auto& counters = statistic[run];
-    const auto& sums = sumStatistic[run];
+    const auto& [counters, sums] = runs[at(run)];
     const Milliseconds elapsed = clockMilliseconds() - clockStart;
-    // A rate counts no time as 1 millisecond.
+    // For a rate, no time counts as 1 millisecond.
     const double rateSecs = static_cast<double>(std::max<Milliseconds>(elapsed, 1)) / 1000.0;
 
     stream << "Run: " << run << std::endl;
@@ -109,7 +111,7 @@ void TestStatistics::readLine(const std::string& line) {
         std::string word;
         int run = 0;
         if (stream >> word >> run && isBelow(run, MAX_RUNS)) {
-            runPointer = run;
+            goToRun(run);
         }
         return;
     }
@@ -123,12 +125,12 @@ void TestStatistics::readLine(const std::string& line) {
         std::string colon;
         std::int64_t value = 0;
         if (stream >> depth >> colon >> value && isBelow(depth, MAX_PLIES) && runPointer >= 0) {
-            statistic[runPointer][type][depth] = value;
+            runs[at(runPointer)].statistic[type][depth] = value;
         }
         return;
     }
 }
 
 std::int64_t TestStatistics::get(int run, int type, int ply) const {
-    return statistic[run][type][ply];
+    return at(run) < runs.size() ? runs[at(run)].statistic[type][ply] : 0;
 }

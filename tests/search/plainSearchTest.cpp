@@ -41,6 +41,24 @@ TEST(PlainSearch, SearchesBenchPositionsAlike) {
     EXPECT_GE(comparison.seen["abandoned"], 20);
 }
 
+// Material of exactly the end game's limit.
+TEST(PlainSearch, SearchesAtTheEndGameLimitAlike) {
+    SearchComparison comparison;
+    for (const char* fen :
+         {"8/4r3/2b1P2p/RN6/P3p3/1B4k1/7n/K7 w - - 0 1",
+          "2r1r1k1/5b2/8/8/8/8/5B2/2R1R1K1 w - - 0 1", "q5k1/5b2/8/8/8/8/P4B2/Q5K1 w - - 0 1",
+          "r5k1/pp3b2/8/3n4/8/8/5B2/R3R1K1 b - - 0 1"}) {
+        for (int i = 0; i < 2; ++i) { // both kinds of search
+            SearchCase example;
+            example.fen = PlayingSearch::accept(fen);
+            example.maxPasses = 3;
+            example.stopFrom = ENDLESS;
+            example.maxNodes = ENDLESS;
+            ASSERT_EQ(comparison.run(example), "");
+        }
+    }
+}
+
 // Kings that cannot get out from behind their pawns, and a side that has moves to spare: it
 // is ahead and will not repeat the position, so its line grows beyond what a line holds.
 TEST(PlainSearch, SearchesFullLinesAlike) {
