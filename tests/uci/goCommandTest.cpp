@@ -82,16 +82,42 @@ TEST(UciReports, ScoreIsInHundredthsOfAPawn) {
     }
 }
 
-// A search thread may finish one more pass while it winds down.
-TEST(UciEngine, SendsNoReportOfAnAnsweredSearch) {
-    EngineConfig config;
-    config.hashTableSize = 0;
-    UciEngine uciEngine(config);
-    std::istringstream input("position fen k7/8/8/8/8/8/1r6/K7 w - - 0 1\ngo movetime 1\n");
+// What an engine without a hash table sends for some lines of input, whose end ends the searches.
+std::string outputOf(UciEngine& uciEngine, const std::string& lines) {
+    std::istringstream input(lines);
     std::streambuf* const before = std::cin.rdbuf(input.rdbuf());
     testing::internal::CaptureStdout();
-    uciEngine.start(); // to the end of input, and so to the answer
+    uciEngine.start();
     std::cin.rdbuf(before);
+    return testing::internal::GetCapturedStdout();
+}
+
+EngineConfig withoutTable() {
+    EngineConfig config;
+    config.hashTableSize = 0;
+    return config;
+}
+
+// In the second game White draws by a repetition, and is lost otherwise.
+TEST(UciEngine, SearchesTheGameThatAQueuedGoWasSentFor) {
+    const EngineConfig config = withoutTable();
+    UciEngine uciEngine(config);
+    const std::string output = outputOf(
+        uciEngine, "position fen 6k1/5ppp/8/8/8/8/5PPP/R5K1 w - - 0 1\ngo infinite\n"
+                   "position fen 7k/8/8/8/8/q7/8/7K w - - 10 20 moves h1g1 a3b3 g1h1 b3a3\n"
+                   "go movetime 1\nposition startpos\n");
+    const std::size_t second = output.find("bestmove");
+    EXPECT_NE(output.find("info pv h1g1 score cp 0 depth 1 ", second), std::string::npos) << output;
+    EXPECT_NE(output.find("bestmove h1g1\n", second), std::string::npos) << output;
+}
+
+// A search thread may finish one more pass while it winds down.
+TEST(UciEngine, SendsNoReportOfAnAnsweredSearch) {
+    const EngineConfig config = withoutTable();
+    UciEngine uciEngine(config);
+    EXPECT_EQ(outputOf(uciEngine, "position fen k7/8/8/8/8/8/1r6/K7 w - - 0 1\ngo movetime 1\n"),
+              "info pv a1b2\nbestmove a1b2\n");
+    testing::internal::CaptureStdout();
     InfoStruct report{};
     report.number = 1;
     uciEngine.onInfo(report);
@@ -99,7 +125,6 @@ TEST(UciEngine, SendsNoReportOfAnAnsweredSearch) {
     report.depth = 9;
     uciEngine.onInfo(report);
     EXPECT_EQ(testing::internal::GetCapturedStdout(),
-              "info pv a1b2\nbestmove a1b2\n"
               "info pv score cp 0 depth 9 seldepth 0 nodes 0 time 0 nps 0 \n");
 }
 
