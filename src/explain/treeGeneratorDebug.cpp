@@ -11,7 +11,7 @@
 
 namespace {
 
-// How far the report of a node, and of a move at it, is indented.
+// Indentation of the reports of a node and of its moves.
 constexpr int INDENT_A_LEVEL = 4;
 constexpr int NODE_INDENT = 5;
 constexpr int MOVE_INDENT = 9;
@@ -157,12 +157,12 @@ void Explain::explainPass(std::size_t pass, bool all, std::ostream& stream) cons
     }
 }
 
-// The node at which the move made last was tried, which lies on the line.
+// The node on the line at which the last move was tried.
 Node& Explain::getPresentNode() {
     return data.back().nodes.at(at(actualDepth - 1));
 }
 
-// Begins the record of the move made last, at its node.
+// Starts a record of the last move, at its node.
 void Explain::beginRecord(const Move& move) {
     const int depth = actualDepth - 1;
     std::vector<Node>& nodes = data.back().nodes;
@@ -180,7 +180,7 @@ void Explain::beginRecord(const Move& move) {
     node.nodeMoveInfos.push_back(info);
 }
 
-// Completes the record of the move made last, if there is one, and takes it back.
+// Completes the record of the last move, if there is one, and takes the move back.
 void Explain::recordResult(NodeMoveInfo result) {
     const bool hasNode = 0 < actualDepth && at(actualDepth) <= data.back().nodes.size();
     if (inVariant() && hasNode && !getPresentNode().nodeMoveInfos.empty()) {

@@ -1,5 +1,5 @@
-// Why did the search not follow this line? Explain watches a search and records, pass
-// by pass, every move that it tried at the nodes along a given line.
+// Records, pass by pass, every move that a search tried at the nodes along a given line, to show
+// why it did not follow that line.
 #pragma once
 
 #include "board/position.h"
@@ -12,15 +12,15 @@
 
 // One move tried at a node.
 struct NodeMoveInfo {
-    bool isQuiscence = false;       // tried in the quiescence search
+    bool isQuiscence = false;       // in the quiescence search
     bool lmfCut = false;            // passed over by lmf
-    bool useTableEntryBool = false; // answered by the table
+    bool useTableEntryBool = false; // scored by the table
     MoveEnding ending = MoveEnding::SEARCHED;
-    int alfa = 0;             // the node's window when it was tried, for the side
-    int beta = 0;             //   that makes the move
-    Variant principalVariant; // score for that side, and the line after the move
+    int alfa = 0;             // the node's window when the move was tried, for the
+    int beta = 0;             // side that makes it
+    Variant principalVariant; // the score for that side, and the line after the move
     Move move;
-    std::string evalInfo; // free text on the evaluation, empty unless a caller writes it
+    std::string evalInfo; // free text about the evaluation, written by a caller
 };
 
 // One node on the watched line.
@@ -33,7 +33,7 @@ struct Node {
 
 // One pass of the search.
 struct TreeSearchPass {
-    IdaNS::GeneratingResult passResult = IdaNS::OK; // how it ended, if it has
+    IdaNS::GeneratingResult passResult = IdaNS::OK; // valid if isFinished
     bool isFinished = false;
     std::vector<Node> nodes; // by depth
 };
@@ -41,8 +41,7 @@ struct TreeSearchPass {
 class Explain final : public SearchObserver {
 public:
     static constexpr int POSITION_LENGTH = 20;
-    // Most moves of a watched line: each needs the position before it, and the last one
-    // the position after it as well.
+    // Most moves of a watched line, as one more position than moves is stored.
     static constexpr int MAX_LINE = POSITION_LENGTH - 1;
 
     Explain();
@@ -51,13 +50,13 @@ public:
     // Before this call nothing is recorded.
     void setVariant(const Position& position, const Variant& _variant);
 
-    // Whether the search's present path lies on the line, or is one move off it.
+    // Whether the search's current path lies on the line, or is one move off it.
     bool inVariant() const;
     // Whether it lies on the line.
     bool preciselyInVariant() const;
 
     void doMove(const Move& move) override;
-    // The search has taken a move back. The explain calls below do this themselves.
+    // Takes back the last move. The explain calls below do this themselves.
     void undoMove();
     void explainTreeGenMove(int alfa, int beta, const Variant& localVariant, const Move& move,
                             MoveEnding ending) override;
@@ -65,18 +64,17 @@ public:
                               MoveEnding ending) override;
     void explainEndTreePass(IdaNS::GeneratingResult result) override;
 
-    // evalInfo of the newest record at the present depth, for the caller to write to.
-    // Requires that the move made last was recorded.
+    // The evalInfo of the latest record at the current depth, for the caller to write to. Requires
+    // that the last move was recorded.
     std::string& getLastString();
 
-    // Prints the record: of the moves only those that raised alfa or have an evalInfo,
-    // or all of them.
+    // Prints the record: all moves, or only those that raised alfa or have an evalInfo.
     void explainAll(bool all) const; // on standard output
     void explainAll(bool all, std::ostream& stream) const;
     // Prints one pass of it. Requires pass < getData().size().
     void explainPass(std::size_t pass, bool all, std::ostream& stream) const;
 
-    // The passes so far; the last one is under way.
+    // The passes so far; the last one is not finished.
     const std::vector<TreeSearchPass>& getData() const { return data; }
     const Variant& getVariant() const { return variant; }
 
@@ -85,10 +83,10 @@ private:
     void beginRecord(const Move& move);
     void recordResult(NodeMoveInfo result);
 
-    Indexed<int, Position, POSITION_LENGTH> positions; // after so many moves of the line
+    Indexed<int, Position, POSITION_LENGTH> positions; // by number of moves of the line played
     Variant variant;                                   // the watched line
-    int actualCommonDepth = 0; // moves that the present path shares with the line
-    int actualDepth = 0;       // moves of the present path
+    int actualCommonDepth = 0; // moves that the current path shares with the line
+    int actualDepth = 0;       // moves of the current path
     std::vector<TreeSearchPass> data;
     bool enabled = false; // whether a line is watched
 };

@@ -5,8 +5,7 @@
 #include <memory>
 #include <string>
 
-// One record, made at process start, lives to its end and is shared by reference. Nothing
-// in it changes while the engine runs.
+// Made at process start, shared by reference, and unchanged while the engine runs.
 class EngineConfig {
 public:
     static constexpr int DEFAULT_HASH_TABLE_SIZE = 8388608; // table entries
@@ -16,17 +15,17 @@ public:
     static constexpr int HASH_MIN = 0;                      // mebibytes
     static constexpr int HASH_MAX = 512;                    // mebibytes
 
-    // The record of the engine that plays; its values go to the log.
+    // The settings of the playing engine; also logs them.
     static std::unique_ptr<EngineConfig> getProdConfig();
 
     // Sends the text of print() to the log as one message.
     void log() const;
     // Writes the values as five lines of text, each understood by readLine().
     void print(std::ostream& stream) const;
-    // Takes back one line of print(). A line with no known key changes nothing.
+    // Reads one line of print(). A line with no known key changes nothing.
     void readLine(const std::string& line);
 
-    // Depth in plies of a search that is given neither time nor depth.
+    // Depth in plies of a search with neither time nor depth.
     int treeMaxDepth = DEFAULT_TREE_MAX_DEPTH;
     // Most plies of quiescence below the tree; 0 switches that search off.
     int quiscenceMaxDepth = QUI_DEFAULT_MAX_DEPTH;
@@ -36,6 +35,6 @@ public:
     bool useTable = true;
     // Whether the quiescence search tries to stand pat at its entry.
     bool _new_feature_quiscence_optimization = true;
-    // Entries of the transposition table to begin with, 0 for none.
+    // Initial number of entries of the transposition table, 0 for none.
     int hashTableSize = DEFAULT_HASH_TABLE_SIZE;
 };

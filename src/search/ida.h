@@ -72,8 +72,8 @@ public:
     // Reports every move and every pass to `_observer`, which must outlive the searches.
     void watchBy(SearchObserver& _observer);
     void setInfoListener(InfoListenerInterface* listener) { infoListener = listener; }
-    // Resizes the hash table to so many entries, losing all of them; does nothing if the size is
-    // the same. Returns the new size, which is 0 if out of memory.
+    // Resizes the hash table, losing all entries; does nothing if the size is the same. Returns the
+    // new size, which is 0 if out of memory.
     int applyChanges(int hashTableSize) { return generator.state.table.resize(hashTableSize); }
     TreeGenerator& getTreeGenerator() { return generator; }
 

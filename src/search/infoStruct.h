@@ -1,5 +1,4 @@
-// The report of a search, and the two seams through which the search side reaches
-// whoever listens, without knowing them.
+// The report of a pass, and the interfaces of those who receive reports and stop searches.
 #pragma once
 
 #include "base/platform.h"
@@ -7,19 +6,18 @@
 
 #include <cstdint>
 
-// One progress report, made at the end of a pass.
+// A progress report at the end of a pass.
 struct InfoStruct {
-    std::int64_t nodesSearched; // since the search began
+    std::int64_t nodesSearched; // moves played since the search began
     std::int64_t nodesPerSec;   // see nodesPerSecond()
     int depth;                  // of the pass
-    int selDepth;               // the most plies that quiescence can reach: a bound
+    int selDepth;               // plies from the root that quiescence can reach at most
     Variant pv;                 // the line found, with its score
-    Milliseconds time;          // since the search began
+    Milliseconds time;          // milliseconds since the search began
     int number;                 // of the request that is searched
 };
 
-// The rate of a search, cut to a whole number. An elapsed time of 0 counts as 1
-// millisecond.
+// The rate of a search, rounded down. An elapsed time of 0 counts as 1 millisecond.
 std::int64_t nodesPerSecond(std::int64_t nodes, Milliseconds elapsed);
 
 // Receives the reports of a search, on the search thread.
@@ -31,10 +29,10 @@ protected:
     ~InfoListenerInterface() = default;
 };
 
-// Is asked from time to time whether the search is to stop.
+// Polled by the thread that waits for a search.
 class StopListenerInterface {
 public:
-    // Whether a stop was requested since the last call, which uses the request up.
+    // Whether a stop was requested since the last call.
     virtual bool checkForStop() = 0;
 
 protected:

@@ -1,29 +1,28 @@
-// Why the search looked at a move no deeper, or that it did. The search itself says it;
-// everybody else takes it from there.
+// How the search of a move ended. Set by the search; reports must use it.
 #pragma once
 
 enum class MoveEnding {
     SEARCHED,      // its position was searched, move by move
-    REPETITION,    // its position stood before: a draw
-    TABLE,         // the table had its score
-    LMF_CUT,       // the table had it far below the best move: passed over without a score
-    TABLE_LMF_CUT, // both of these
-    QUIET,         // quiescence: a quiet move, scored as its position stands
+    REPETITION,    // its position occurred before: a draw
+    TABLE,         // the table held its score
+    LMF_CUT,       // by the table far below the best move: passed over without a score
+    TABLE_LMF_CUT, // both
+    QUIET,         // quiescence: a quiet move with its static score
     DEEPEST_PLY,   // quiescence: the same at the deepest ply
     OUT_OF_REACH,  // quiescence: too far below the window, scored by material alone
-    STAND_PAT,     // quiescence: the other side need not move to refute it
-    NO_QUISCENCE,  // quiescence is switched off: scored as its position stands
+    STAND_PAT,     // quiescence: the static score already refutes it
+    NO_QUISCENCE,  // quiescence is off: the static score
     CLOCK,         // a draw by the half-move clock
     CHECKMATE,     // the other side is mated
     STALEMATE,     // the other side has no move: a draw
 };
 
-// Whether lmf passed the move over, so that its score plays no part.
+// Whether lmf passed the move over; it then has no score.
 constexpr bool isLmfCut(MoveEnding ending) {
     return ending == MoveEnding::LMF_CUT || ending == MoveEnding::TABLE_LMF_CUT;
 }
 
-// Whether the table had the score of the move.
+// Whether the table held the score of the move.
 constexpr bool isFromTable(MoveEnding ending) {
     return ending == MoveEnding::TABLE || ending == MoveEnding::TABLE_LMF_CUT;
 }

@@ -30,8 +30,7 @@ constexpr Indexed<int, std::int8_t, 64> pieceEvaluationBuckets = {
     -1, -1, -1, -1, -1, -1, -1, -1,
 };
 
-// Sorts the indices of a move list into drawers and reads them out, drawer by drawer.
-// Within a drawer they keep their order.
+// A stable bucket sort of move indices.
 template <int DRAWERS> class Drawers {
 public:
     Drawers() {
@@ -70,7 +69,7 @@ void MoveOrder::orderMoves(const MoveArray& moves, MoveIndices& moveOrderIndices
     drawers.readOut(moveOrderIndices);
 }
 
-// The drawer of a move that is not the table's.
+// The drawer of a move other than the table's.
 int MoveOrder::getDrawer(const Move& move, int depth) const {
     if (move.pieceCaptured != NO_PIECE) {
         if (move.pieceCaptured < NO_PIECE || move.pieceCaptured > QUEEN) {
@@ -127,7 +126,7 @@ int MoveOrder::getMoveKillersIndex(const Move& move, int depth) {
 }
 
 void orderMoves(const MoveArray& moves, MoveIndices& moveOrderIndices, int length) {
-    // There are hardly ever more than a few: each is put in its place among those before it.
+    // An insertion sort, as there are rarely more than a few captures.
     Indexed<int, std::int8_t, MAX_MOVES> drawers;
     for (int i = 0; i < length; ++i) {
         const Move& move = moves[i];

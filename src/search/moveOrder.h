@@ -1,5 +1,5 @@
-// The order in which the moves of a node are tried. Moves are distributed into drawers, and
-// the drawers are read out one after another; within a drawer the generator's order stays.
+// The order in which the moves of a node are tried. Moves are sorted into drawers, which are read
+// out one after another; within a drawer the generator's order is kept.
 #pragma once
 
 #include "board/move.h"
@@ -7,11 +7,11 @@
 
 #include <cstdint>
 
-// The numbers of the moves of a node, in the order in which they are to be tried.
+// The indices of the moves of a node, in the order in which they are to be tried.
 using MoveIndices = Indexed<int, std::uint16_t, MAX_MOVES>;
 
-// The order of the tree, with the killers: the quiet moves that have cut off most often at
-// a ply.
+// The order of the tree, with the killers: the two quiet moves that caused the most cut-offs at a
+// ply.
 class MoveOrder {
 public:
     static constexpr int KILLER_PLIES = MAX_PASSES;   // rows of `killers`
@@ -26,21 +26,21 @@ public:
     void orderMoves(const MoveArray& moves, MoveIndices& moveOrderIndices, int length, int depth,
                     std::int16_t bestMoveShort) const;
 
-    // Counts that a quiet move reached beta at ply `depth`.
+    // Records that a quiet move reached beta at ply `depth`.
     void updateKiller(const Move& move, int depth);
     void clearKillersTable();
 
-    // The move's place in `killers`. The piece plays no part.
+    // The move's index in `killers`. It does not depend on the piece.
     static int getMoveKillersIndex(const Move& move, int depth);
-    // Place in `killers` of the first killer of a ply, at `depth`, or the second, at
+    // The index in `killers` of the first killer of a ply, at `depth`, or the second, at
     // `depth` + KILLER_PLIES; 0 for none.
     int getActualKiller(int index) const { return actualKillers[index]; }
 
 private:
     int getDrawer(const Move& move, int depth) const;
 
-    // Cut-offs by ply and quiet move. The row of a ply is cleared at its first cut-off: a search
-    // reaches few of them.
+    // Cut-offs by ply and quiet move. A row is cleared at the first cut-off of its ply and not
+    // before the search, as a search reaches few plies.
     Indexed<int, std::uint32_t, KILLERS_SIZE> killers;
     Indexed<int, int, 2 * KILLER_PLIES> actualKillers; // see getActualKiller()
 };

@@ -1,4 +1,4 @@
-// How many moves a search has played, and the poll of the stop flag that goes with it.
+// Counts the moves that a search has played, and polls the stop flag every 20001 of them.
 #pragma once
 
 #include "search/searchParameters.h"
@@ -11,15 +11,15 @@ class IdaVariant;
 
 class NodeCounter {
 public:
-    // Back to 0, without a limit.
+    // Sets the counts to 0 and removes the limit.
     void resetSearchedNodes();
-    // From now on the search is to end when it has counted so many moves, 1 or more.
+    // The search is abandoned when it has counted `limit` moves, 1 or more.
     void setNodeLimit(std::int64_t limit);
     // The slot whose ready flag stops the search, null for none. Not owned.
     void setIdaVariant(IdaVariant* _idaVariant) { idaVariant = _idaVariant; }
 
-    // Count a move of the tree or of quiescence, and poll the stop flag when it is due.
-    // True: the pass is to be abandoned, and isAbandoned() says so to every frame above.
+    // Count a move of the tree or of quiescence, and poll the stop flag when that is due. True if
+    // the pass is to be abandoned; isAbandoned() is then true as well.
     bool countTreeMoveAndPoll() {
         ++searchedTreeNodes;
         return countMoveAndPoll();
@@ -30,7 +30,7 @@ public:
         return searchedAllNodesAfterTimeControl > TIME_CHECK_AFTER_NODES && poll();
     }
 
-    // Whether so many moves can be counted without a poll between them; and counts them.
+    // Whether `moves` more moves fit before the next poll; and counts `moves` moves.
     bool isFarFromPoll(int moves) const {
         return searchedAllNodesAfterTimeControl + moves <= TIME_CHECK_AFTER_NODES;
     }
@@ -39,19 +39,20 @@ public:
         searchedAllNodesAfterTimeControl += moves;
     }
 
-    // Whether the search is to end, as the slot tells.
+    // Whether the ready flag is up.
     bool timerUp();
-    // Whether the pass was abandoned because of that or of the limit. True until
+    // Whether the pass was abandoned, because of the flag or the limit. True until
     // resetSearchedNodes().
     bool isAbandoned() const { return searchedAllNodesAfterTimeControl == TIME_CHECK_QUIT; }
 
-    // Moves played by both searches, which is the count that is reported, and by the tree's.
+    // Moves played by both searches, the count that is reported; and by the tree alone.
     std::int64_t getSearchedAllNodes() const { return searchedAllNodes; }
     std::int64_t getSearchedTreeNodes() const { return searchedTreeNodes; }
 
 private:
     bool poll();
-    // Begins to count towards the next poll, which comes no later than the limit.
+    // Starts counting towards the next poll. If the limit is reached earlier, the count starts
+    // higher, so that it passes TIME_CHECK_AFTER_NODES exactly at the limit.
     void countFromPoll() {
         constexpr std::int64_t LONGEST = TIME_CHECK_AFTER_NODES + 1;
         searchedAllNodesAfterTimeControl =
@@ -62,6 +63,7 @@ private:
     IdaVariant* idaVariant = nullptr;
     std::int64_t searchedTreeNodes = 0;
     std::int64_t searchedAllNodes = 0;
-    // The same since the last poll of the stop flag, or TIME_CHECK_QUIT.
+    // Moves since the last poll, more if the node limit comes before the next one; or
+    // TIME_CHECK_QUIT while the pass is being abandoned.
     std::int64_t searchedAllNodesAfterTimeControl = 0;
 };

@@ -1,16 +1,39 @@
 #include "search/score.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 #include <iostream>
+#include <limits>
 
 namespace {
 
-// One step beyond a mate on the board, so that halving gives moves from plies.
-constexpr std::int64_t MATE_BASE = 2147483449;
-constexpr int MATE_TEXT_LIMIT = 2147483398; // scores beyond it are told as mates
-constexpr int MATE_IN_BASE = 1073741724;
+constexpr int MATE_TEXT_LIMIT = 2147483398; // scores beyond it are printed as mates
+constexpr std::int64_t MATE_IN_BASE = 1073741724;
 
 } // namespace
+
+int movesToMate(int eval) {
+    const std::int64_t plies = std::int64_t{-MATED_EVALUATION} - std::abs(std::int64_t{eval});
+    const auto moves = static_cast<int>((plies + 1) / 2);
+    return eval < 0 ? -moves : moves;
+}
+
+int mateInEval(int mateIn) {
+    if (mateIn == 0) {
+        return 0;
+    }
+    const std::int64_t half = mateIn > 0 ? MATE_IN_BASE - mateIn : mateIn - MATE_IN_BASE;
+    return static_cast<int>(std::clamp<std::int64_t>(half * 2 + 1, std::numeric_limits<int>::min(),
+                                                     std::numeric_limits<int>::max()));
+}
+
+int mateInFromEval(int eval) {
+    if (std::abs(std::int64_t{eval}) <= MATE_TEXT_LIMIT) {
+        return 0;
+    }
+    return eval > 0 ? movesToMate(eval) : -movesToMate(eval);
+}
 
 void printEval(int eval) {
     if (eval > MATE_TEXT_LIMIT) {
@@ -20,21 +43,4 @@ void printEval(int eval) {
     } else {
         std::cout << eval << '\n';
     }
-}
-
-int mateInEval(int mateIn) {
-    if (mateIn == 0) {
-        return 0;
-    }
-    return mateIn > 0 ? (MATE_IN_BASE - mateIn) * 2 + 1 : (mateIn - MATE_IN_BASE) * 2 + 1;
-}
-
-int mateInFromEval(int eval) {
-    if (eval > MATE_TEXT_LIMIT) {
-        return static_cast<int>((MATE_BASE - eval) / 2);
-    }
-    if (eval < -MATE_TEXT_LIMIT) {
-        return static_cast<int>((eval + MATE_BASE) / 2);
-    }
-    return 0;
 }

@@ -1,5 +1,5 @@
-// The scale of scores, for the side to move: 1000 is a pawn. Mates lie at the ends of the
-// integer range, and a shorter mate is further out.
+// The scale of scores, for the side to move: 1000 is a pawn. Mate scores are near the ends of the
+// integer range; the shorter the mate, the closer to the end.
 #pragma once
 
 inline constexpr int MATED_EVALUATION = -2147483448; // the side to move is checkmated
@@ -12,7 +12,7 @@ inline constexpr int BOTTOM_MATE_LIMIT = -UPPER_MATE_LIMIT;
 // The score of a drawn position.
 inline constexpr int DRAW_EVALUATION = 0;
 
-// Whether the score is a mate for the side that it belongs to, or against it.
+// Whether the score is a mate by the side that it belongs to, or against it.
 constexpr bool isUpperMateLimit(int eval) {
     return eval > UPPER_MATE_LIMIT;
 }
@@ -36,12 +36,21 @@ constexpr int furtherFromCheckMate(int hodnoceni) {
     return isBottomMateLimit(hodnoceni) ? hodnoceni + 1 : hodnoceni;
 }
 
-// ---- Scores in words ----
+// ---- Mates in moves ----
 
-// Writes to standard output: in words if it is a mate of at most 50 plies or so, else as a
+// Whether a score is a mate, given or suffered.
+constexpr bool isMate(int eval) {
+    return isUpperMateLimit(eval) || isBottomMateLimit(eval);
+}
+// The moves of the mating side up to the mate, negative if the side that the score belongs to is
+// mated; 0 if the mate is on the board. Requires isMate(eval).
+int movesToMate(int eval);
+// The score of a mate in `mateIn` moves, negative if the side is mated; 0 for 0. Saturates at the
+// ends of the integer range.
+int mateInEval(int mateIn);
+// The moves to mate that printEval() prints, 0 if it prints a number.
+int mateInFromEval(int eval);
+
+// Prints a score to standard output: in words if it is a mate in 25 moves or less, else as a
 // number.
 void printEval(int eval);
-// The score of a mate in so many moves, negative for the side that is mated.
-int mateInEval(int mateIn);
-// The moves to mate that printEval() would tell, 0 if it would tell a number.
-int mateInFromEval(int eval);

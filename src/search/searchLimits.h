@@ -1,4 +1,4 @@
-// All that a timed search is asked for. By itself a budget of time, and nothing else.
+// The limits of a search. By default nothing but a depth of MAX_PASSES limits it.
 #pragma once
 
 #include "board/move.h"
@@ -13,15 +13,15 @@ struct SearchLimits {
     static constexpr std::int64_t ANY_NODES = std::numeric_limits<std::int64_t>::max();
 
     TimeBudget time = {};
-    // No pass goes deeper.
+    // The deepest pass, in plies.
     int depth = MAX_PASSES;
-    // The same where one move alone is legal, unless the search is infinite; 0: it is the answer
-    // without a search.
+    // The same if only one move is legal, unless the search is infinite. With 0 that move is the
+    // answer without a search.
     int onlyMoveDepth = 0;
-    // The search ends when it has played so many moves, 1 or more.
+    // The search ends after playing this many moves, 1 or more.
     std::int64_t nodes = ANY_NODES;
-    // Whether the book is asked; not if the time is unlimited.
+    // Whether to ask the book; a search of unlimited time never does.
     bool useBook = true;
-    // The moves to choose from, legal ones; all there are if empty.
+    // The legal moves to choose from; all if empty.
     std::vector<Move> rootMoves = {};
 };

@@ -1,18 +1,16 @@
-// How long a search may take. Made once, from the words of `go`, and handed down from
-// there to everybody who watches the time.
+// The time that a search may take.
 #pragma once
 
 #include "base/platform.h"
 
 struct TimeBudget {
-    // A span of this length or more is no limit for the search itself, though it is one
-    // for whoever waits for the search.
+    // From this value on the search ignores the time limit; the waiting thread still enforces it.
     static constexpr Milliseconds UNLIMITED = 2147483647;
 
-    Milliseconds start = 0;  // the clock when the time began to run
-    Milliseconds total = -1; // the span from then on, -1 if none was given
+    Milliseconds start = 0;  // the clock when the time began to run, in milliseconds
+    Milliseconds total = -1; // milliseconds from then on, -1 if not given
     bool infinite = false;   // the search ends only when it is stopped; `total` means nothing
 
-    // Whether the search is to go on until it is stopped or has nothing more to find.
+    // Whether only a stop, a mate or the deepest pass ends the search.
     bool isUnlimited() const { return infinite || total >= UNLIMITED; }
 };

@@ -10,8 +10,8 @@
 
 class TranspositionTable {
 public:
-    // A table of so many entries. A size of 0 or below, or one for which there is no
-    // memory, gives an empty table: nothing is stored, and nothing is answered.
+    // A table of `size` entries. A size of 0 or below, or too little memory, gives an empty table,
+    // which stores nothing and finds nothing.
     explicit TranspositionTable(int size) : hashTable(size) {}
 
     // Stores the value of the move into `position`, searched `maxVariantDepth` plies deep

@@ -17,14 +17,14 @@ constexpr std::string_view MOVETIME = "movetime";
 constexpr std::string_view MOVES_TO_GO = "movestogo";
 constexpr std::string_view INFINITE_UCI = "infinite";
 
-// The number that a text begins with, 0 if it does not, brought to 32 bits.
+// The number at the start of a text, saturated at 32 bits; 0 without one.
 Milliseconds parseMillis(const std::string& str) {
     return std::clamp<long>(std::strtol(str.c_str(), nullptr, 10),
                             std::numeric_limits<std::int32_t>::min(),
                             std::numeric_limits<std::int32_t>::max());
 }
 
-// If the word at `index` is `name` and a word follows it, stores that word's number.
+// If the word at `index` is `name` and another word follows, stores that word's number.
 bool checkForValueParam(std::string_view name, Milliseconds& into,
                         const std::vector<std::string>& words, std::size_t index) {
     if (words[index] != name || index + 1 >= words.size()) {

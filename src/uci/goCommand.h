@@ -1,4 +1,4 @@
-// What a `go` line says about time.
+// Reads what a `go` line says about time.
 #pragma once
 
 #include "board/piece.h"
@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-// What the words tell of time, in milliseconds: NOT_GIVEN where they tell nothing. Numbers are
-// brought to 32 bits. Nothing behind the word `infinite` is looked at.
+// The times in a `go` line, in milliseconds, or NOT_GIVEN. Numbers saturate at 32 bits. Words after
+// `infinite` are ignored.
 struct GoWords {
     static constexpr Milliseconds NOT_GIVEN = -1;
     static constexpr Milliseconds DEFAULT_MOVES_TO_GO = 40;
@@ -21,8 +21,7 @@ struct GoWords {
 };
 GoWords readGoWords(const std::vector<std::string>& commands);
 
-// The budget of a search for the words of a `go` line, of which the clock of the side to
-// move counts, and a time that began to run at `start`. A line that gives no usable time
-// gives a total of -1.
+// The time budget for the words of a `go` line. Only the clock of the side to move counts; the
+// time runs from `start`. Without a usable time the total is -1.
 TimeBudget handleGoCommandProps(const std::vector<std::string>& commands, Color colorToMove,
                                 Milliseconds start);

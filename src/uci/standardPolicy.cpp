@@ -7,8 +7,7 @@ std::vector<std::string> StandardPolicy::getUciReply(int hashMebibytes) {
     return getGreeting("", {getHashOption(hashMebibytes)});
 }
 
-// An option's name and its value are one word each. An option without a value, as a
-// button would be, does not exist.
+// Accepts only `setoption name Hash value N`; every option here has a value of one word.
 std::optional<int> StandardPolicy::setOption(const std::vector<std::string>& words) {
     if (words.size() > 4 && words[1] == "name" && words[2] == HASH && words[3] == "value") {
         return getIntOption(words[2], words[4]);

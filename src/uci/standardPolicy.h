@@ -1,4 +1,4 @@
-// The front end of Kestran as chess programs have known it from the beginning.
+// The front end of the program `kestran`, whose lines never change.
 #pragma once
 
 #include "uci/uciPolicy.h"

@@ -33,8 +33,8 @@ bool isLimitingChar(char c) {
     return c == LF || c == CR || c == SPACE || c == END_OF_C_STR;
 }
 
-// The FEN text of a `position` line: after the word `fen`, or, without it, from the
-// second word on; up to one character before the first "moves" of the line.
+// The FEN text of a `position` line: from the word after `fen`, or without that from the second
+// word, to one character before the first "moves".
 std::string fenTextOf(const std::string& line, const std::vector<std::string>& vec) {
     const std::size_t textWord = vec[1] == FEN ? 2 : 1;
     std::size_t start = 0;
@@ -112,8 +112,8 @@ bool UciEngine::handleLine(const std::string& line) {
     return true;
 }
 
-// One call writes a whole line, so that lines of different threads never mix. When
-// nobody reads any more, there is nothing left to do.
+// One call writes a whole line, so that lines of different threads never mix. Ends the process if
+// the reader has gone away.
 void UciEngine::send(std::string_view str) {
     const std::string line = std::string(str) + '\n';
     std::fwrite(line.data(), 1, line.size(), stdout);
@@ -199,7 +199,7 @@ void UciEngine::workOffGoQueue() {
     }
 }
 
-// The next `go`. If there is none, the go thread counts as ended.
+// The next request. Without one, the go thread is marked as ended.
 std::optional<SearchRequest> UciEngine::takeFromGoQueue() {
     const std::lock_guard lock(goMutex);
     if (goQueue.empty() || quitting) {
@@ -246,8 +246,8 @@ bool UciEngine::checkForStop() {
 
 // ---- Options ----
 
-// The size shows at once; the table follows when the next search starts, as a search
-// may be using it now.
+// The new size shows in the next `uci` reply. The table itself is resized when the next search
+// starts, as a search may be using it now.
 void UciEngine::handleSetOption(const std::vector<std::string>& vec) {
     if (const std::optional<int> hash = policy->setOption(vec)) {
         engine.setHashTableSize(entriesOf(*hash));

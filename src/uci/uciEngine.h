@@ -1,8 +1,8 @@
 // The Universal Chess Interface on standard input and output.
 //
-// The command loop runs on the caller's thread and never waits for a search. A `go`
-// is put into a queue that the go thread works off, one at a time and in order; that
-// thread lives from a `go` that finds the queue idle to the last `bestmove`.
+// The command loop runs on the caller's thread and never waits for a search. It puts each `go`
+// into a queue, which the go thread works off in order. That thread starts with the first `go`
+// and ends with the last `bestmove`.
 #pragma once
 
 #include "base/platform.h"
@@ -23,29 +23,29 @@
 
 class UciEngine final : public InfoListenerInterface, public StopListenerInterface {
 public:
-    // The standard front end, or that of a policy. `config` is shared and must outlive the
-    // object.
+    // With the standard front end, or with that of a policy. `config` is shared and must outlive
+    // the object.
     explicit UciEngine(const EngineConfig& config);
     UciEngine(const EngineConfig& config, std::unique_ptr<UciPolicy> _policy);
     UciEngine(const UciEngine&) = delete;
     UciEngine& operator=(const UciEngine&) = delete;
-    // Ends the searches without a word and waits for their threads.
+    // Ends the searches without an answer and waits for their threads.
     ~UciEngine();
 
-    // The command loop. Returns when `quit` has been read, or at the end of input
-    // once the searches have answered.
+    // Runs the command loop. Returns after `quit`, or at the end of input once the searches have
+    // answered.
     void start();
-    // Carries out one line of input. False for `quit`.
+    // Executes one line of input. False for `quit`.
     bool handleLine(const std::string& line);
 
-    // The words of a line. Line feed, carriage return, blank and NUL separate them; a
-    // tab does not.
+    // The words of a line, separated by line feeds, carriage returns, blanks and NULs. A tab is
+    // part of a word.
     static std::vector<std::string> splitString(const std::string& str);
 
-    // Sends the `info` line of a report, unless its search has been answered: its thread
-    // may finish one more pass before it winds down.
+    // Sends the `info` line of a report, unless its `go` has been answered: the search thread may
+    // finish one more pass while it winds down.
     void onInfo(const InfoStruct& info) override;
-    // Whether the running search is to stop; a `stop` line that was kept for it is used up.
+    // Whether the running search is to stop. Consumes a kept `stop`; see keepsIdleStop().
     bool checkForStop() override;
 
     const Engine& getEngine() const { return engine; }

@@ -1,4 +1,4 @@
-// What a front end does in its own way. All else is UciEngine's.
+// What differs between front ends. Everything else is in UciEngine.
 #pragma once
 
 #include "board/position.h"
@@ -10,9 +10,8 @@
 #include <string>
 #include <vector>
 
-// Lines come and go without their line ends. `words` are those of a line, its first one
-// included. What a front end sends while it searches is const: the threads of a search ask
-// for it, all else is asked on the thread of the command loop.
+// Lines have no line ends. `words` are those of a line, including the first. The const functions
+// are called from search threads, the others only from the command loop.
 class UciPolicy {
 public:
     UciPolicy() = default;
@@ -22,27 +21,27 @@ public:
 
     // ---- Commands ----
 
-    // The reply to `uci`, with the present size of the table in mebibytes.
+    // The reply to `uci`, given the current size of the hash table in mebibytes.
     virtual std::vector<std::string> getUciReply(int hashMebibytes) = 0;
-    // Sets the option of a `setoption` line, if there is such a one. The result is the size of the
-    // table that it wants, in mebibytes, if it is about that.
+    // Sets the option of a `setoption` line, if it exists. Returns the wanted size of the hash
+    // table in mebibytes if that is the option.
     virtual std::optional<int> setOption(const std::vector<std::string>& words) = 0;
-    // What a `go` line asks for in `position`, with a time that began to run at `start`. Nothing
-    // if the line gets no answer.
+    // The limits that a `go` line sets for the search of `position`; the time runs from `start`.
+    // Nothing if the line gets no answer.
     virtual std::optional<SearchLimits> readGo(const std::vector<std::string>& words,
                                                const Position& position, Milliseconds start) = 0;
 
     // ---- Searches ----
 
     virtual WaitPolicy getWaitPolicy() const = 0;
-    // Whether a `stop` that comes while no search is under way ends the next one.
+    // Whether a `stop` that arrives while no search is running ends the next one.
     virtual bool keepsIdleStop() const = 0;
-    // The line of a report.
+    // The `info` line of a report.
     virtual std::string getReportLine(const InfoStruct& report) const = 0;
     // The lines that close the search of `position`, the answer last.
     virtual std::vector<std::string> getAnswerLines(const SearchResult& result,
                                                     const Position& position) const = 0;
 };
 
-// The number that the value of an option begins with, 0 if it does not. The name is for the log.
+// The number at the start of an option's value, 0 without one. The name is for the log.
 int getIntOption(const std::string& name, const std::string& value);

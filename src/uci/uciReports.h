@@ -12,8 +12,7 @@
 std::vector<std::string> getGreeting(const std::string& nameExtra,
                                      const std::vector<std::string>& options);
 
-// The line of an option that is a number. That of the table has its present size in mebibytes
-// for its default.
+// The line of an option that is a number. The default of `Hash` is its current size in mebibytes.
 std::string getSpinOption(std::string_view name, int min, int max, int defaultVal);
 std::string getHashOption(int hashMebibytes);
 
@@ -23,16 +22,17 @@ inline constexpr std::string_view READY_OK = "readyok";
 // The report of a pass.
 std::string getInfo(const InfoStruct& info);
 
-// "score cp" and a score in hundredths of a pawn, cut to a whole number.
+// "score cp" and the score in hundredths of a pawn, rounded towards 0. `evaluation` is in
+// thousandths.
 std::string getScoreInfo(int evaluation);
 
 // "pv" and the moves of a line in the order of play.
 std::string getPvInfo(const Variant& variant);
 
-// The line of moves that closes a search, and the answer: the first of these moves, or
-// "(none)" if there is none.
+// The `info pv` line that closes a search, and the answer: the first move of the line, or "(none)"
+// if it is empty.
 std::string getClosingInfo(const Variant& variant);
 std::string getBestMove(const Variant& variant);
 
-// The name of the option that is the size of the table, as `setoption` has to write it.
+// The name of the option for the size of the hash table, in `setoption` too.
 inline constexpr std::string_view HASH = "Hash";
