@@ -105,7 +105,7 @@ TEST(UciEngine, SearchesTheGameThatAQueuedGoWasSentFor) {
     const std::string output = outputOf(
         uciEngine, "position fen 6k1/5ppp/8/8/8/8/5PPP/R5K1 w - - 0 1\ngo infinite\n"
                    "position fen 7k/8/8/8/8/q7/8/7K w - - 10 20 moves h1g1 a3b3 g1h1 b3a3\n"
-                   "go movetime 1\nposition startpos\n");
+                   "go movetime 600\nposition startpos\n");
     const std::size_t second = output.find("bestmove");
     EXPECT_NE(output.find("info pv h1g1 score cp 0 depth 1 ", second), std::string::npos) << output;
     EXPECT_NE(output.find("bestmove h1g1\n", second), std::string::npos) << output;

@@ -2,7 +2,7 @@
 
 #include "notation/longAlgebraicMove.h"
 #include "search/infoStruct.h"
-#include "support/mateScore.h"
+#include "search/score.h"
 
 #include <algorithm>
 #include <array>

@@ -2,7 +2,6 @@
 
 #include "kestran-explain/searchText.h"
 #include "search/score.h"
-#include "support/mateScore.h"
 #include "support/san.h"
 
 #include <memory>

@@ -2,7 +2,7 @@
 
 #include "kestran-explain/searchText.h"
 #include "kestran-explain/svgPath.h"
-#include "support/mateScore.h"
+#include "search/score.h"
 
 #include <algorithm>
 #include <array>

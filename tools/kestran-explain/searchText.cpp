@@ -3,7 +3,6 @@
 #include "board/makeMove.h"
 #include "search/score.h"
 #include "support/bookChoices.h"
-#include "support/mateScore.h"
 #include "support/san.h"
 
 #include <array>

@@ -7,7 +7,6 @@
 #include "notation/longAlgebraicMove.h"
 #include "search/evaluation.h"
 #include "search/score.h"
-#include "support/mateScore.h"
 #include "uci/goCommand.h"
 #include "uci/uciReports.h"
 
