@@ -39,10 +39,20 @@ MoveEnding TreeSearch<Observer>::generateTreeRek(Position& position, Variant& ou
     }
 
     TreeNode node(position, outputVar, alfa, beta, depth, state.actualMoveDepth - 1 - depth);
-    if (!tryMoves(node)) {
-        outputVar.clear(beta);
-        return MoveEnding::SEARCHED;
+    MoveArray outMoves;
+    MoveIndices moveOrderIndices;
+    const int pseudoLegalMovesN = generateMovesAt(depth, position, state.rootMoves, outMoves);
+    observer.count(TestStatistics::ORDINAL_SEARCH_ALL, depth, pseudoLegalMovesN);
+    state.order.orderMoves(outMoves, moveOrderIndices, pseudoLegalMovesN, depth,
+                           state.table.getBestMoveHint(position));
+    for (int i = 0; i < pseudoLegalMovesN; ++i) {
+        const Move& move = outMoves[moveOrderIndices[i]];
+        if (isLegal(node.pins, move) && !tryMove(node, move)) {
+            outputVar.clear(beta);
+            return MoveEnding::SEARCHED;
+        }
     }
+
     if (node.numberOfLegalMoves == 0) {
         const bool isMate = node.pins.isInCheck();
         outputVar.evaluation = isMate ? MATED_EVALUATION : DRAW_EVALUATION;
@@ -50,23 +60,6 @@ MoveEnding TreeSearch<Observer>::generateTreeRek(Position& position, Variant& ou
     }
     outputVar.evaluation = node.alfa;
     return MoveEnding::SEARCHED;
-}
-
-template <class Observer> bool TreeSearch<Observer>::tryMoves(TreeNode& node) {
-    MoveArray outMoves;
-    MoveIndices moveOrderIndices;
-    const int pseudoLegalMovesN =
-        generateMovesAt(node.depth, node.position, state.rootMoves, outMoves);
-    observer.count(TestStatistics::ORDINAL_SEARCH_ALL, node.depth, pseudoLegalMovesN);
-    state.order.orderMoves(outMoves, moveOrderIndices, pseudoLegalMovesN, node.depth,
-                           state.table.getBestMoveHint(node.position));
-    for (int i = 0; i < pseudoLegalMovesN; ++i) {
-        const Move& move = outMoves[moveOrderIndices[i]];
-        if (isLegal(node.pins, move) && !tryMove(node, move)) {
-            return false;
-        }
-    }
-    return true;
 }
 
 // Tries a legal move.
@@ -124,7 +117,7 @@ template <class Observer> MoveEnding TreeSearch<Observer>::searchMove(TreeNode& 
     const bool isLeaf = node.maxVariantDepth == 0;
     state.repetitionTable.increaseRepetitions(position.incremental.hash);
     const MoveEnding ending =
-        isLeaf ? quiscenceSearchInner(position, childAlfa, childBeta, variantLocal)
+        isLeaf ? quiscence.quiscenceSearchInner(position, childAlfa, childBeta, variantLocal)
                : generateTreeRek(position, variantLocal, childAlfa, childBeta, node.depth + 1);
     state.repetitionTable.decreaseRepetitions();
     if (state.nodes.isAbandoned()) {

@@ -47,8 +47,7 @@ public:
     }
 
 private:
-    // False if the node is over: a move reached beta, or the pass is abandoned.
-    bool tryMoves(TreeNode& node);
+    // False if the node is over: the move reached beta, or the pass is abandoned.
     bool tryMove(TreeNode& node, const Move& move);
     MoveEnding scoreMove(TreeNode& node);
     MoveEnding searchMove(TreeNode& node);
