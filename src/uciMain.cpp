@@ -1,7 +1,7 @@
 // The engine's process: one UciEngine on standard input and output.
 
 #include "base/loggingService.h"
-#include "base/platform.h"
+#include "base/process.h"
 #include "search/engineParameters.h"
 #include "uci/uciEngine.h"
 

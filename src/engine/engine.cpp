@@ -1,5 +1,6 @@
 #include "engine/engine.h"
 
+#include "base/clock.h"
 #include "base/loggingService.h"
 #include "board/makeMove.h"
 #include "board/moveGenerator.h"

@@ -2,7 +2,7 @@
 // the timed search on it.
 #pragma once
 
-#include "base/platform.h"
+#include "base/thread.h"
 #include "board/game.h"
 #include "search/engineParameters.h"
 #include "search/ida.h"

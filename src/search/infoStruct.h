@@ -1,7 +1,7 @@
 // The report of a pass, and the interfaces of those who receive reports and stop searches.
 #pragma once
 
-#include "base/platform.h"
+#include "base/clock.h"
 #include "search/variant.h"
 
 #include <cstdint>

@@ -2,7 +2,7 @@
 // The numbers of the evaluation and of the move order are in their own files.
 #pragma once
 
-#include "base/platform.h"
+#include "base/clock.h"
 #include "search/variant.h"
 
 #include <cstdint>

@@ -1,8 +1,8 @@
 // Counters of the search, by pass, kind and depth.
 #pragma once
 
+#include "base/clock.h"
 #include "base/indexed.h"
-#include "base/platform.h"
 
 #include <cstdint>
 #include <iosfwd>

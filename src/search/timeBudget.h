@@ -1,7 +1,7 @@
 // The time that a search may take.
 #pragma once
 
-#include "base/platform.h"
+#include "base/clock.h"
 
 struct TimeBudget {
     // From this value on the search ignores the time limit; the waiting thread still enforces it.

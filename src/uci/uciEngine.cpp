@@ -1,6 +1,8 @@
 #include "uci/uciEngine.h"
 
+#include "base/clock.h"
 #include "base/loggingService.h"
+#include "base/process.h"
 #include "search/hashTable.h"
 #include "uci/standardPolicy.h"
 #include "uci/uciReports.h"

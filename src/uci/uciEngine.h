@@ -5,7 +5,7 @@
 // and ends with the last `bestmove`.
 #pragma once
 
-#include "base/platform.h"
+#include "base/thread.h"
 #include "engine/engine.h"
 #include "search/engineParameters.h"
 #include "search/infoStruct.h"

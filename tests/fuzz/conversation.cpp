@@ -1,6 +1,7 @@
 #include "fuzz/conversation.h"
 
-#include "base/platform.h"
+#include "base/clock.h"
+#include "base/process.h"
 #include "fuzz/fuzz.h"
 #include "search/engineParameters.h"
 #include "search/idaVariant.h"

@@ -3,7 +3,7 @@
 // as it is keeps this number.
 #pragma once
 
-#include "base/platform.h"
+#include "base/clock.h"
 #include "board/position.h"
 #include "search/variant.h"
 

@@ -1,7 +1,7 @@
 // What the bench tells of its searches, for people and for programs.
 #pragma once
 
-#include "base/platform.h"
+#include "base/clock.h"
 #include "search/variant.h"
 
 #include <cstdint>

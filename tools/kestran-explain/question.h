@@ -1,7 +1,7 @@
 // What the user of kestran-explain asks for.
 #pragma once
 
-#include "base/platform.h"
+#include "base/clock.h"
 #include "board/game.h"
 #include "support/commandLine.h"
 

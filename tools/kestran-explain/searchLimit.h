@@ -1,7 +1,8 @@
 // What ends the searches of one run: the clock, and Ctrl-C.
 #pragma once
 
-#include "base/platform.h"
+#include "base/clock.h"
+#include "base/thread.h"
 #include "search/idaVariant.h"
 
 #include <atomic>

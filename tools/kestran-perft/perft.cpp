@@ -1,6 +1,6 @@
 #include "kestran-perft/perft.h"
 
-#include "base/platform.h"
+#include "base/clock.h"
 #include "board/makeMove.h"
 #include "notation/longAlgebraicMove.h"
 #include "search/infoStruct.h"

@@ -1,9 +1,9 @@
 #include "kestran-play/boardView.h"
 
-#include "base/platform.h"
 #include "notation/letters.h"
 #include "notation/longAlgebraicMove.h"
 #include "support/commandLine.h"
+#include "support/system.h"
 
 #include <array>
 #include <cstdlib>

@@ -1,6 +1,6 @@
 #include "kestran-play/play.h"
 
-#include "base/platform.h"
+#include "base/clock.h"
 #include "kestran-play/table.h"
 #include "support/commandLine.h"
 #include "support/gameInput.h"

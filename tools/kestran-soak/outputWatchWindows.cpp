@@ -1,6 +1,6 @@
 #include "kestran-soak/outputWatch.h"
 
-#include "base/platform.h"
+#include "base/clock.h"
 
 #include <algorithm>
 

@@ -1,9 +1,9 @@
 #include "kestran-soak/soak.h"
 
-#include "base/platform.h"
 #include "kestran-soak/journal.h"
 #include "kestran-soak/outputWatch.h"
 #include "kestran-soak/selfPlay.h"
+#include "support/system.h"
 
 #include <algorithm>
 #include <chrono>

@@ -1,8 +1,8 @@
 // kestran-soak: plays the engine against itself and tells what went wrong.
 
-#include "base/platform.h"
 #include "kestran-soak/soak.h"
 #include "support/commandLine.h"
+#include "support/system.h"
 #include "support/textFile.h"
 #include "support/uciProcess.h"
 

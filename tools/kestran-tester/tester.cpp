@@ -1,6 +1,6 @@
 #include "kestran-tester/tester.h"
 
-#include "base/platform.h"
+#include "base/process.h"
 #include "kestran-bench/bench.h"
 #include "kestran-tester/testerPolicy.h"
 #include "notation/fen.h"

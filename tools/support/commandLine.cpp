@@ -1,6 +1,7 @@
 #include "support/commandLine.h"
 
-#include "base/platform.h"
+#include "base/process.h"
+#include "support/system.h"
 
 #include <algorithm>
 #include <cctype>

@@ -1,7 +1,7 @@
 #include "support/textFile.h"
 
-#include "base/platform.h"
 #include "support/commandLine.h"
+#include "support/system.h"
 
 #include <cerrno>
 #include <filesystem>

@@ -1,6 +1,6 @@
 #include "support/uciProcess.h"
 
-#include "base/platform.h"
+#include "base/clock.h"
 
 #include <array>
 #include <system_error>

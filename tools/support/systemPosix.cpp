@@ -1,12 +1,9 @@
-#include "base/platform.h"
+#include "support/system.h"
 
 #include <array>
 #include <cerrno>
-#include <chrono>
-#include <csignal>
-#include <poll.h>
+#include <cstdlib>
 #include <sys/resource.h>
-#include <thread>
 #include <unistd.h>
 
 namespace {
@@ -17,21 +14,6 @@ std::error_code whyNoAccess(const std::string& path, int mode) {
 }
 
 } // namespace
-
-void sleepMilliseconds(Milliseconds duration) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(duration));
-}
-
-void prepareProcess() {
-    std::signal(SIGTERM, [](int) { endProcess(); });
-    std::signal(SIGPIPE, SIG_IGN);
-}
-
-bool isStandardOutputLost() {
-    // poll() reports errors without being asked to.
-    pollfd output = {STDOUT_FILENO, 0, 0};
-    return poll(&output, 1, 0) > 0 && (output.revents & (POLLERR | POLLNVAL)) != 0;
-}
 
 bool isStandardOutputTerminal() {
     return isatty(STDOUT_FILENO) != 0;
@@ -50,7 +32,7 @@ std::error_code whyNoWritingTo(const std::string& file) {
 }
 
 std::error_code whyNoFilesIn(const std::string& folder) {
-    return whyNoAccess(folder + "/.", W_OK | X_OK); // the dot asks for a folder
+    return whyNoAccess(folder + "/.", W_OK | X_OK); // the dot fails if it is not a folder
 }
 
 void raiseFileLimit() {

@@ -1,0 +1,23 @@
+// A thread that its owner starts and joins.
+#pragma once
+
+#include <functional>
+#include <thread>
+
+// Can be started again after each run. The destructor joins.
+class Thread {
+public:
+    Thread() = default;
+    Thread(const Thread&) = delete;
+    Thread& operator=(const Thread&) = delete;
+    ~Thread() { join(); }
+
+    // Joins the previous run, then runs `body` on a new thread. Returns false, and runs
+    // nothing, if the system cannot create one.
+    bool start(std::function<void()> body);
+    // Waits for the thread to end. Returns false if none was started since the last join.
+    bool join();
+
+private:
+    std::thread thread;
+};
