@@ -1,4 +1,4 @@
-// Small helpers for text and paths.
+// Helpers for text and paths.
 #pragma once
 
 #include <string>
@@ -6,26 +6,26 @@
 
 enum class EnvSystem { LINUX = 0, WINDOWS = 1 };
 
-// The system that the process runs on, as far as paths are concerned.
+// The conventions of the operating system for paths.
 class Env {
 public:
     Env();
-    // The one shared instance, made at its first use.
+    // The shared instance, created by the first call.
     static Env& getInstance();
 
-    // A copy of `path` with its separators turned to those of the system.
+    // A copy of `path` with the separators of the system.
     std::string slashSafeString(std::string path) const;
     std::string slashSafeString(const char* path) const;
-    // The same in place; returns `path`.
+    // Replaces the separators in place and returns `path`.
     char* slashSafeCString(char* path) const;
-    // Writes the system's number to standard output, for a person.
+    // Prints the number of the system to standard output.
     void print() const;
 
     EnvSystem system;
 };
 
-// `original` with `indentation` blanks at its start and after every line end.
+// `original` with `indentation` blanks at its start and after each line end, the last included.
 std::string indentString(int indentation, const std::string& original);
 
-// The words of `str`, as white space separates them.
+// Splits text at any white space. UCI lines have separators of their own; see UciEngine.
 std::vector<std::string> splitString(const std::string& str);

@@ -1,9 +1,8 @@
-// What receives log messages.
+// The interface of everything that takes log messages.
 #pragma once
 
 #include <string>
 
-// A receiver at five levels.
 class Logger {
 public:
     Logger() = default;
@@ -16,6 +15,6 @@ public:
     virtual void info(const std::string& message) = 0;
     virtual void debug(const std::string& message) = 0;
     virtual void trace(const std::string& message) = 0;
-    // Whether messages with this tag are wanted.
+    // Whether this logger takes tagged trace messages with this tag.
     virtual bool hasTag(const std::string& tag) = 0;
 };

@@ -1,6 +1,5 @@
-// The one log of the process. The engine that plays writes nothing: every level is off,
-// and a call costs nothing. A build with the option KESTRAN_LOG passes each message to the
-// sinks.
+// The log of the process. In the shipped engine every level is off and a call costs nothing. A
+// build with KESTRAN_LOG passes each message to the sinks.
 #pragma once
 
 #include "base/logger.h"
@@ -18,25 +17,25 @@ inline constexpr bool LOG_ENABLED = true;
 inline constexpr bool LOG_ENABLED = false;
 #endif
 
-// Hands every message on to its sinks, if the build has the log switched on.
-// Safe to call from any thread; sinks are added before the first one starts.
+// Passes each message to its sinks if LOG_ENABLED. Safe to call from any thread, except that
+// sinks must be added before the first thread starts.
 //
-// A message is a text, a text with a number that follows it directly, or a function that
-// makes the text. The function is called only if somebody listens.
+// A message is a text, a text and a number that is appended to it, or a function that returns the
+// text and is called only if LOG_ENABLED.
 class LoggerService final : public Logger {
 public:
-    // Registers a StandardLogger, unless there is a sink already.
+    // Adds a StandardLogger unless there is a sink already.
     void addStandard();
-    // Appends a sink, which the service owns from now on.
+    // Adds a sink and takes ownership of it.
     void addLoggerImpl(std::unique_ptr<Logger> sink);
-    std::size_t getSinkCount() const { return loggerImpls.size(); }
 
     void error(const std::string& message) override { pass(&Logger::error, message); }
     void warn(const std::string& message) override { pass(&Logger::warn, message); }
     void info(const std::string& message) override { pass(&Logger::info, message); }
     void debug(const std::string& message) override { pass(&Logger::debug, message); }
     void trace(const std::string& message) override { pass(&Logger::trace, message); }
-    bool hasTag(const std::string& /*tag*/) override { return false; }
+    // Whether a sink takes messages with this tag.
+    bool hasTag(const std::string& tag) override;
 
     template <class... Message> void error(const Message&... message) {
         pass(&Logger::error, message...);
@@ -53,10 +52,15 @@ public:
     template <class... Message> void trace(const Message&... message) {
         pass(&Logger::trace, message...);
     }
-    // The tagged trace: no tag is traced.
-    void trace(const char* /*message*/, const char* /*tag*/) {}
+    // Passes a trace message to the sinks that take its tag.
+    template <std::convertible_to<std::string> Message, std::convertible_to<std::string> Tag>
+    void trace(const Message& message, const Tag& tag) {
+        if constexpr (LOG_ENABLED) {
+            passTagged(message, tag);
+        }
+    }
 
-    // `str` followed by the decimal text of `number`, with no blank between them.
+    // `str` followed by the decimal text of `number`, without a blank.
     static std::string append(const std::string& str, std::int64_t number);
 
 private:
@@ -78,10 +82,11 @@ private:
         }
     }
     void passText(Level level, const std::string& message);
+    void passTagged(const std::string& message, const std::string& tag);
 
-    std::mutex sinkMutex; // keeps messages of different threads whole
+    std::mutex sinkMutex; // guards calls of the sinks
     std::vector<std::unique_ptr<Logger>> loggerImpls;
 };
 
-// The global log. It exists before main and until the process exits.
+// The global log. Usable from before main() until the process exits.
 extern LoggerService logger;

@@ -1,5 +1,4 @@
-// The sink that a person reads: one line a message on the standard error stream,
-// so that standard output stays free for the protocol.
+// The sink for standard error, one line per message. Standard output is reserved for the protocol.
 #pragma once
 
 #include "base/logger.h"
@@ -13,6 +12,6 @@ public:
     void info(const std::string& message) override;
     void debug(const std::string& message) override;
     void trace(const std::string& message) override;
-    // Always false.
+    // False: it takes no tagged messages.
     bool hasTag(const std::string& tag) override;
 };

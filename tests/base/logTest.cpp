@@ -1,9 +1,10 @@
-// The log as it is in a build that has it switched on: this program compiles it so.
+// The log of a build with KESTRAN_LOG, which this program compiles for itself.
 #include "base/loggingService.h"
 #include "base/standardLogger.h"
 
 #include <gtest/gtest.h>
 #include <thread>
+#include <vector>
 
 namespace {
 
@@ -13,23 +14,55 @@ TEST(LogSwitchedOn, PassesEveryLevelToEverySink) {
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
     LoggerService service;
-    service.info("nobody listens");
+    service.info("there is no sink yet");
     service.addStandard();
-    service.addStandard(); // there is one already
+    service.addStandard(); // adds none
     service.error("E");
     service.warn("W");
     service.addLoggerImpl(std::make_unique<StandardLogger>());
     service.info("I", -1);
     service.debug("D", 23);
     service.trace("T");
-    service.trace("unwanted", "tag");
+    service.trace("T", -2);
+    service.trace("no sink takes this", "tag");
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "ERROR: E\nWARN: W\nINFO: I-1\nINFO: I-1\nDEBUG: D23\nDEBUG: D23\n"
-              "TRACE: T\nTRACE: T\n");
+              "TRACE: T\nTRACE: T\nTRACE: T-2\nTRACE: T-2\n");
 }
 
-// Counts without a lock of its own, and leaves another thread time to come in between.
+// Keeps the trace messages with the tag that it takes.
+class TaggedLogger final : public Logger {
+public:
+    explicit TaggedLogger(std::vector<std::string>& _messages) : messages(_messages) {}
+    void error(const std::string& /*message*/) override {}
+    void warn(const std::string& /*message*/) override {}
+    void info(const std::string& /*message*/) override {}
+    void debug(const std::string& /*message*/) override {}
+    void trace(const std::string& message) override { messages.push_back(message); }
+    bool hasTag(const std::string& tag) override { return tag == "taken"; }
+
+private:
+    std::vector<std::string>& messages;
+};
+
+TEST(LogSwitchedOn, PassesTaggedMessagesToTheSinksThatTakeTheTag) {
+    std::vector<std::string> messages;
+    LoggerService service;
+    service.addLoggerImpl(std::make_unique<StandardLogger>());
+    EXPECT_FALSE(service.hasTag("taken"));
+    service.addLoggerImpl(std::make_unique<TaggedLogger>(messages));
+    EXPECT_TRUE(service.hasTag("taken"));
+    EXPECT_FALSE(service.hasTag("other"));
+    testing::internal::CaptureStderr();
+    service.trace(std::string("1"), std::string("taken"));
+    service.trace("2", "taken");
+    service.trace("3", "other");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(messages, (std::vector<std::string>{"1", "2"}));
+}
+
+// Increments its count without a lock, and yields in between.
 class CountingLogger final : public Logger {
 public:
     explicit CountingLogger(int& _count) : count(_count) {}
@@ -48,7 +81,7 @@ private:
     int& count;
 };
 
-TEST(LogSwitchedOn, KeepsItsSinksToOneThreadAtATime) {
+TEST(LogSwitchedOn, CallsItsSinksFromOneThreadAtATime) {
     constexpr int MESSAGES = 2000;
     int count = 0;
     LoggerService service;
