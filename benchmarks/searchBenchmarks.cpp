@@ -91,8 +91,7 @@ void measureTable(benchmark::State& state, TranspositionTable& table, Access acc
 
 void measureTableWrite(benchmark::State& state) {
     TranspositionTable table(TABLE_SIZE);
-    Move move;
-    initMove(move, A1, H8, ROOK, NO_PIECE);
+    const Move move = {A1, H8, ROOK, NO_PIECE, ORDINARY_MOVE, NO_PIECE};
     measureTable(state, table, [&](const Position& position) {
         table.addTableEntry(position, &move, 1, 0, -1, 1);
     });

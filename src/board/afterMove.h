@@ -1,10 +1,11 @@
-// What a move changes in what is carried along, known without making the move.
+// Computes the incremental state after a move without playing it.
 #pragma once
 
 #include "board/hashFunctions.h"
 #include "board/position.h"
 
-// What the mover gains in material: what it takes, and what its pawn becomes.
+// The mover's gain in material, in thousandths of a pawn: the captured piece, and the difference
+// between a promoted piece and its pawn.
 inline int getMaterialGain(const Move& move) {
     const int promotionGain =
         move.promotionPieceType != NO_PIECE
@@ -13,14 +14,14 @@ inline int getMaterialGain(const Move& move) {
     return pieceEvaluationValues[move.pieceCaptured] + promotionGain;
 }
 
-// The worth of all pieces of both sides behind a move.
+// The worth of all pieces of both sides after a move.
 inline int getTotalMaterialAfter(const Position& position, const Move& move) {
     const ByColor<int>& material = position.incremental.material;
     return material[WHITE] + material[BLACK] + getMaterialGain(move) -
            2 * pieceEvaluationValues[move.pieceCaptured];
 }
 
-// The sum of the pieces behind a pseudo-legal move.
+// IncrementalState::sum after a pseudo-legal move.
 inline PieceSum getSumAfter(const Position& position, const Move& move) {
     const auto& own = pieceSums[position.colorToMove];
     PieceSum sum = position.incremental.sum;
@@ -43,25 +44,17 @@ inline PieceSum getSumAfter(const Position& position, const Move& move) {
     return sum;
 }
 
-// Whether the position behind a move can have stood before: nothing has been taken, no pawn
-// has moved, no right to castle is lost.
-inline bool isReversible(const Position& position, const Move& move) {
-    if (move.isCastle() || move.pieceMoved == PAWN || move.pieceCaptured != NO_PIECE) {
-        return false;
-    }
-    const ByRight<bool>& castles = position.incremental.castles;
-    for (const int right : {2 * position.colorToMove, 2 * position.colorToMove + 1}) {
-        if (castles[right] &&
-            (move.pieceMoved == KING || move.from == castlingFields[right].rookFrom)) {
-            return false;
-        }
-    }
-    return true;
+// Whether the position after a move may have occurred before. If the move is a castling, a
+// capture or a pawn move, it cannot.
+inline bool canRepeatPosition(const Move& move) {
+    return !move.isCastle() && !move.resetsClock();
 }
 
-// The key behind a reversible move.
-inline std::uint64_t getKeyAfter(const Position& position, const Move& move) {
+// The key that an earlier position has if the move repeats it. Requires canRepeatPosition(), and
+// that no double step has just been made. Only of a move that spends a castling right it is not
+// the key after the move: it still contains that right. But then no earlier position has the
+// key either, since while a side has a right its king and rook have not moved.
+inline std::uint64_t getRepeatedKey(const Position& position, const Move& move) {
     const auto& own = pieceHashes[position.colorToMove][move.pieceMoved];
-    return position.incremental.hash ^ own[move.from] ^ own[move.to] ^ getEpHash(position) ^
-           WHITE_TO_MOVE_HASH;
+    return position.incremental.hash ^ own[move.from] ^ own[move.to] ^ WHITE_TO_MOVE_HASH;
 }

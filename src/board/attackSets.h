@@ -1,5 +1,5 @@
-// Which fields a piece attacks from where it stands, as sets. The tables are made at compile
-// time by the steps of the pieces; findInconsistency() holds what is made of them against
+// The squares that a piece attacks from its own, as sets. The tables are computed at compile time
+// from the steps of the pieces. findInconsistency() checks the results against
 // isAttackedPlainly().
 #pragma once
 
@@ -7,7 +7,7 @@
 
 #include <array>
 
-// Some processors have the instruction but take longer for it than for the plain way.
+// Zen 1 and 2 have pext in microcode, which is slower than doing without.
 #if defined(__BMI2__) && !defined(__znver1__) && !defined(__znver2__)
 #define KESTRAN_SLIDER_TABLES
 #include <immintrin.h>
@@ -16,7 +16,7 @@
 
 namespace attackTables {
 
-// The fields that one step of each offset reaches.
+// The squares that one step of each offset reaches.
 template <std::size_t N> constexpr ByField<FieldSet> stepsOf(const std::array<int, N>& offsets) {
     ByField<FieldSet> table{};
     for (const FieldIndex field : BOARD_FIELDS) {
@@ -27,7 +27,7 @@ template <std::size_t N> constexpr ByField<FieldSet> stepsOf(const std::array<in
     return table;
 }
 
-// The fields that lie in one direction, up to the edge of the board.
+// The squares in one direction, up to the edge of the board.
 constexpr FieldSet rayOf(FieldIndex field, int offset) {
     FieldSet ray = NO_FIELDS;
     for (field += offset; isOnBoard(field); field += offset) {
@@ -36,7 +36,7 @@ constexpr FieldSet rayOf(FieldIndex field, int offset) {
     return ray;
 }
 
-// The two halves of a line through a field, told apart by the order of the bits.
+// The two rays of a line through a square: its lower bits and its higher bits.
 struct Line {
     FieldSet lower;
     FieldSet upper;
@@ -55,10 +55,10 @@ inline constexpr ByField<Line> files = linesOf(10);
 inline constexpr ByField<Line> diagonals = linesOf(11);
 inline constexpr ByField<Line> antiDiagonals = linesOf(9);
 
-// A set for each two fields.
+// A set for each pair of squares.
 using ByTwoFields = std::array<std::array<FieldSet, EDGE * EDGE>, EDGE * EDGE>;
 
-// The fields between two that share a line, and that line as a whole.
+// For two squares on one line: the squares between them, and the whole line.
 struct Connections {
     ByTwoFields between;
     ByTwoFields line;
@@ -80,9 +80,9 @@ inline constexpr auto connections = [] {
     return table;
 }();
 
-// What a slider attacks along one line: up to the first occupied field of either half, that
-// field included. Subtracting the last obstacle below from twice the first one above leaves
-// just the bits between the two.
+// What a slider attacks along one line: up to and including the first occupied square of each
+// ray. Subtracting the last obstacle below from twice the first one above leaves exactly the
+// bits from one to the other.
 constexpr FieldSet attacksOn(const Line& line, FieldSet occupied) {
     const FieldSet lower = line.lower & occupied;
     const FieldSet upper = line.upper & occupied;
@@ -95,13 +95,13 @@ constexpr FieldSet attacksOn(const Line& line, FieldSet occupied) {
 
 inline constexpr ByField<FieldSet> knightAttacks = attackTables::stepsOf(knightMovesOffsets);
 inline constexpr ByField<FieldSet> kingAttacks = attackTables::stepsOf(kralOffset);
-// What a pawn of a colour attacks.
+// The squares that a pawn of a colour attacks.
 inline constexpr ByColor<ByField<FieldSet>> pawnAttacks = {
-    attackTables::stepsOf(std::array<int, 2>{9, 11}),
-    attackTables::stepsOf(std::array<int, 2>{-9, -11}),
+    attackTables::stepsOf(pawnCaptureOffsets[WHITE]),
+    attackTables::stepsOf(pawnCaptureOffsets[BLACK]),
 };
 
-// What a rook and a bishop attack, given the occupied fields, worked out line by line.
+// The squares that a rook and a bishop attack, given the occupied squares, line by line.
 constexpr FieldSet rookAttacksByLine(FieldIndex field, FieldSet occupied) {
     return attackTables::attacksOn(attackTables::ranks[field], occupied) |
            attackTables::attacksOn(attackTables::files[field], occupied);
@@ -113,13 +113,12 @@ constexpr FieldSet bishopAttacksByLine(FieldIndex field, FieldSet occupied) {
 
 #ifdef KESTRAN_SLIDER_TABLES
 
-// The same answers, looked up. The processor gathers the occupied fields that matter into a
-// number, by which the answer stands in a table.
+// The same from a table: pext gathers the relevant occupied squares into the table index.
 class SliderTable {
 public:
     using Attacks = FieldSet (*)(FieldIndex field, FieldSet occupied);
 
-    // Asks `attacks` for every answer.
+    // Fills the table by calling `attacks` for every square and occupancy.
     explicit SliderTable(Attacks attacks);
 
     FieldSet getAttacks(FieldIndex field, FieldSet occupied) const {
@@ -127,13 +126,13 @@ public:
     }
 
 private:
-    // Obstacles on the edge change nothing, as the ray ends there.
+    // The last square of each ray is not relevant: an obstacle there changes nothing.
     ByField<FieldSet> relevantFields{};
     ByField<std::uint32_t> firstAnswers{};
     std::vector<FieldSet> answers;
 };
 
-// They are made before main. Not to be asked by what runs before it.
+// Built before main(). Do not use them in static initialisers.
 extern const SliderTable rookTable;
 extern const SliderTable bishopTable;
 
@@ -159,7 +158,7 @@ inline FieldSet queenAttacks(FieldIndex field, FieldSet occupied) {
     return rookAttacks(field, occupied) | bishopAttacks(field, occupied);
 }
 
-// The same on an empty board.
+// The squares that a rook and a bishop attack on an empty board.
 inline constexpr auto rookLines = [] {
     ByField<FieldSet> lines{};
     for (const FieldIndex field : BOARD_FIELDS) {
@@ -175,11 +174,11 @@ inline constexpr auto bishopLines = [] {
     return lines;
 }();
 
-// The fields strictly between two, if they share a line; otherwise none.
+// The squares strictly between `a` and `b` if both lie on one line; otherwise none.
 constexpr FieldSet betweenOf(FieldIndex a, FieldIndex b) {
     return attackTables::connections.between[at(bitOf(a))][at(bitOf(b))];
 }
-// The whole line that two fields share; none if they share none.
+// The whole line through `a` and `b`, edge to edge; none if they share none.
 constexpr FieldSet lineOf(FieldIndex a, FieldIndex b) {
     return attackTables::connections.line[at(bitOf(a))][at(bitOf(b))];
 }

@@ -1,23 +1,24 @@
-// Which fields are attacked, and whether a king is in check.
+// Whether a square is attacked, and whether a king is in check.
 #pragma once
 
 #include "board/attackSets.h"
 #include "board/position.h"
 
-// The rooks, bishops and queens of both colours that a field has on a line of theirs, whatever
-// stands between.
+// The rooks, bishops and queens of both colours on whose lines `field` lies, whatever is in
+// between.
 inline FieldSet slidersTowards(const Position& position, FieldIndex field) {
     const ByType<FieldSet>& ofType = position.ofType;
     return (rookLines[field] & (ofType[ROOK] | ofType[QUEEN])) |
            (bishopLines[field] & (ofType[BISHOP] | ofType[QUEEN]));
 }
 
-// Whether one of `attackers`, men of the side not to move, attacks a field, if just the fields
-// of `occupied` stop a slider. What stands on the field itself plays no part.
+// Whether a piece in `attackers` (of the side not to move) attacks `field`, with sliders blocked
+// by `occupied`. Whatever is on `field` itself is ignored.
 inline bool isAttacked(const Position& position, FieldIndex field, FieldSet attackers,
                        FieldSet occupied) {
     const ByType<FieldSet>& ofType = position.ofType;
-    // What an own piece on the field would attack, attacks it as the same kind of piece.
+    // Attacks are symmetric: a knight on `field` attacks exactly the squares from which knights
+    // attack it. For pawns the colour changes.
     const FieldSet atOneStep = (pawnAttacks[position.colorToMove][field] & ofType[PAWN]) |
                                (knightAttacks[field] & ofType[KNIGHT]) |
                                (kingAttacks[field] & ofType[KING]);
@@ -33,14 +34,13 @@ inline bool isAttacked(const Position& position, FieldIndex field, FieldSet atta
     return false;
 }
 
-// Whether a piece of the side not to move attacks field `policko`. What stands on that
-// field plays no part.
+// Whether a piece of the side not to move attacks square `policko`. Whatever is on that square
+// is ignored.
 bool isFieldThreatened(const Position& pozice, FieldIndex policko);
 
-// Whether the king of the side to move is attacked. It neither uses the remembered answer
-// nor remembers its own.
+// Whether the side to move is in check. Neither reads nor writes position.check.
 bool isInCheckNoCaching(const Position& position);
 
-// Whether the side to move is in check. The answer is remembered in position.check and
-// served from there until the position changes.
+// Whether the side to move is in check. Caches the answer in position.check until the position
+// changes.
 bool isInCheck(const Position& position);

@@ -20,14 +20,14 @@ CheckInfo::CheckInfo(const Position& _position)
     forEachField(slidersTowards(position, enemyKing) & position.ofColor[own],
                  [&](FieldIndex slider) {
                      const FieldSet obstacles = betweenOf(enemyKing, slider) & occupied;
-                     if ((obstacles & (obstacles - 1)) == NO_FIELDS) {
+                     if (!hasSeveral(obstacles)) {
                          discoverers |= obstacles & position.ofColor[own];
                      }
                  });
 }
 
-// For castling, en passant and promotion, where more than one field is left or the piece that
-// arrives is another one: looks at the sliders as they stand behind the move.
+// For castling, en passant and promotion, which vacate two squares or change the piece: tests
+// the sliders against the board as it is after the move.
 bool CheckInfo::givesCheckOtherwise(const Move& move) const {
     const Color own = position.colorToMove;
     FieldSet occupied = position.getOccupied();
@@ -41,11 +41,8 @@ bool CheckInfo::givesCheckOtherwise(const Move& move) const {
     } else {
         occupied =
             (occupied & ~setOf(move.from) & ~setOf(move.getCapturedField())) | setOf(move.to);
-        const PieceType type = move.promotionPieceType;
-        isDirect = contains(fields[type == KNIGHT     ? KNIGHT
-                                   : type == NO_PIECE ? PAWN
-                                                      : NO_PIECE],
-                            move.to);
+        const PieceType type = move.promotionPieceType != NO_PIECE ? move.promotionPieceType : PAWN;
+        isDirect = (type == PAWN || type == KNIGHT) && contains(fields[type], move.to);
         straight |= type == ROOK || type == QUEEN ? setOf(move.to) : NO_FIELDS;
         diagonal |= type == BISHOP || type == QUEEN ? setOf(move.to) : NO_FIELDS;
     }

@@ -1,4 +1,5 @@
-// How the side to move can give check, from one look along the lines of the enemy king.
+// The checks that the side to move can give: from which squares each piece type attacks the enemy
+// king, and which pieces discover a check by moving. Computed once per node.
 #pragma once
 
 #include "board/attackSets.h"
@@ -6,6 +7,7 @@
 
 class CheckInfo {
 public:
+    // Keeps a reference to the position, which must not change while this object is in use.
     explicit CheckInfo(const Position& position);
 
     // Whether a legal move gives check.
@@ -16,13 +18,13 @@ public:
                        : givesCheckOtherwise(move);
     }
 
-    // The fields on which a move from `from` gives check, by a piece of that kind as it
-    // arrives. Promotions, castlings and en passant are not decided by that.
+    // The squares to which a move of a `type` piece from `from` gives check. Does not cover
+    // promotions, castlings and en passant captures.
     FieldSet getFields(PieceType type, FieldIndex from) const {
         return contains(discoverers, from) ? fields[type] | ~lineOf(enemyKing, from) : fields[type];
     }
 
-    // Own men that stop an own slider on its way to the enemy king.
+    // Own pieces that alone block the line of an own slider to the enemy king.
     FieldSet getDiscoverers() const { return discoverers; }
 
 private:
@@ -30,6 +32,6 @@ private:
 
     const Position& position;
     FieldIndex enemyKing;
-    ByType<FieldSet> fields;          // from which a kind attacks the enemy king
-    FieldSet discoverers = NO_FIELDS; // men that stop an own slider on its way to it
+    ByType<FieldSet> fields; // from which each type attacks the enemy king
+    FieldSet discoverers = NO_FIELDS;
 };

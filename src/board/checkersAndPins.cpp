@@ -8,6 +8,8 @@ CheckersAndPins::CheckersAndPins(const Position& _position)
     const FieldSet occupied = position.getOccupied();
     const ByType<FieldSet>& ofType = position.ofType;
     const FieldSet enemies = position.ofColor[enemy];
+    // The enemy king is left out: kings are never on adjacent squares, as neither may move next
+    // to the other.
     checkers = ((pawnAttacks[position.colorToMove][king] & ofType[PAWN]) |
                 (knightAttacks[king] & ofType[KNIGHT])) &
                enemies;
@@ -15,13 +17,12 @@ CheckersAndPins::CheckersAndPins(const Position& _position)
         const FieldSet obstacles = betweenOf(king, slider) & occupied;
         if (obstacles == NO_FIELDS) {
             checkers |= setOf(slider);
-        } else if ((obstacles & (obstacles - 1)) == NO_FIELDS) {
+        } else if (!hasSeveral(obstacles)) {
             pinned |= obstacles & ~enemies;
         }
     });
     if (checkers != NO_FIELDS) {
-        const bool isDouble = (checkers & (checkers - 1)) != NO_FIELDS;
-        answers = isDouble ? NO_FIELDS : checkers | betweenOf(king, firstOf(checkers));
+        answers = hasSeveral(checkers) ? NO_FIELDS : checkers | betweenOf(king, firstOf(checkers));
     }
 }
 
@@ -55,19 +56,20 @@ FieldSet CheckersAndPins::getSafeFields(FieldSet fields) const {
 bool CheckersAndPins::allowsEnPassant(FieldIndex from) const {
     const Color own = position.colorToMove;
     const FieldSet victim = setOf(position.incremental.epField);
-    const FieldSet target = setOf(position.incremental.epField + pawnOnePieceAheadOffset[own]);
+    const FieldSet target = setOf(position.getEnPassantTarget());
     const FieldSet occupied = (position.getOccupied() & ~setOf(from) & ~victim) | target;
     return !isAttacked(position, king, position.ofColor[opposite(own)] & ~victim, occupied);
 }
 
-bool isLegal(const CheckersAndPins& lines, const Move& move) {
+bool isLegal(const CheckersAndPins& checkersAndPins, const Move& move) {
     if (move.isCastle()) {
-        return true; // the generator has made sure of it
+        return true; // fully tested by the generator
     }
     if (move.castle_ep_flag == EN_PASSANT) {
-        return lines.allowsEnPassant(move.from);
+        return checkersAndPins.allowsEnPassant(move.from);
     }
     const FieldSet to = setOf(move.to);
-    return (move.pieceMoved == KING ? lines.getSafeFields(to)
-                                    : lines.getAllowedFields(move.from) & to) != NO_FIELDS;
+    return (move.pieceMoved == KING
+                ? checkersAndPins.getSafeFields(to)
+                : checkersAndPins.getAllowedFields(move.from) & to) != NO_FIELDS;
 }

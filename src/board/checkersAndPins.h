@@ -1,5 +1,5 @@
-// What bears on the king of the side to move, from one look along its lines: who gives check,
-// which men are pinned, and so which moves are legal without making them.
+// Checkers and pinned pieces of the side to move, computed once per node, and the legality test
+// based on them.
 #pragma once
 
 #include "board/attackSets.h"
@@ -7,24 +7,25 @@
 
 class CheckersAndPins {
 public:
+    // Keeps a reference to the position, which must not change while this object is in use.
     explicit CheckersAndPins(const Position& position);
 
     bool isInCheck() const { return checkers != NO_FIELDS; }
 
-    // Own men that stop an enemy slider on its way to the king.
+    // Own pieces that alone block the line of an enemy slider to the king.
     FieldSet getPinned() const { return pinned; }
 
-    // The fields that a piece on `from` other than the king may go to, as far as the king is
-    // concerned. En passant is not decided by that: two men leave their fields at once.
+    // The squares to which a piece on `from`, other than the king, may move without leaving its
+    // king in check. Does not cover en passant captures, which vacate two squares.
     FieldSet getAllowedFields(FieldIndex from) const {
         return contains(pinned, from) ? answers & lineOf(king, from) : answers;
     }
 
-    // Those of the fields that the king itself attacks to which it may go: no enemy attacks it
-    // there, also not through the field that the king leaves.
+    // The squares of `fields` that no enemy attacks once the king has left its own. Requires
+    // squares that the king attacks.
     FieldSet getSafeFields(FieldSet fields) const;
 
-    // Whether a pseudo-legal en passant capture from `from` leaves the king unattacked.
+    // Whether a pseudo-legal en passant capture from `from` does not leave the king in check.
     bool allowsEnPassant(FieldIndex from) const;
 
 private:
@@ -32,11 +33,11 @@ private:
     FieldIndex king;
     FieldSet checkers = NO_FIELDS;
     FieldSet pinned = NO_FIELDS;
-    // The fields on which another piece ends every check: all without a check, none in a
-    // double check.
+    // The squares to which a move of another piece ends every check: all if there is no check,
+    // none in a double check.
     FieldSet answers = ALL_FIELDS;
 };
 
-// Whether a pseudo-legal move of the position that `lines` was made of leaves the mover's king
-// unattacked.
-bool isLegal(const CheckersAndPins& lines, const Move& move);
+// Whether a pseudo-legal move does not leave the mover's king in check. Requires
+// `checkersAndPins` of the position before the move.
+bool isLegal(const CheckersAndPins& checkersAndPins, const Move& move);

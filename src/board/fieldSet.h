@@ -1,4 +1,4 @@
-// Sets of fields of the board, a bit for each, from a1 in bit 0 to h8 in bit 63.
+// Sets of squares (bitboards): a1 is bit 0, h8 is bit 63.
 #pragma once
 
 #include "board/field.h"
@@ -11,7 +11,7 @@ using FieldSet = std::uint64_t;
 inline constexpr FieldSet NO_FIELDS = 0;
 inline constexpr FieldSet ALL_FIELDS = ~FieldSet{0};
 
-// The place of a field of the board in a set, 0 to 63. Looked up: to work it out takes divisions.
+// Bit number of a square, 0 to 63. A table, because computing it needs divisions.
 inline constexpr auto fieldBits = [] {
     ByField<std::int8_t> bits{};
     for (const FieldIndex field : BOARD_FIELDS) {
@@ -23,7 +23,7 @@ constexpr int bitOf(FieldIndex field) {
     return fieldBits[field];
 }
 
-// The set of one field; of none for the border.
+// The set of one square; the empty set for the border.
 inline constexpr auto fieldSets = [] {
     ByField<FieldSet> sets{};
     for (const FieldIndex field : BOARD_FIELDS) {
@@ -39,8 +39,8 @@ constexpr bool contains(FieldSet set, FieldIndex field) {
     return (set & setOf(field)) != 0;
 }
 
-// Where the processor is not known to have the instruction, GCC calls a function of its library.
-// To add up neighbouring bits, then pairs, then bytes is faster in place.
+// The number of squares. Without -mpopcnt GCC calls a library function; the inline bit count,
+// which adds bits to pairs, nibbles and bytes, is faster.
 constexpr int countOf(FieldSet set) {
 #if defined(__x86_64__) && !defined(__POPCNT__)
     constexpr FieldSet EACH_BYTE = 0x0101010101010101;
@@ -53,33 +53,38 @@ constexpr int countOf(FieldSet set) {
 #endif
 }
 
-// The first field of a set that is not empty, in the order of the bits.
+// Whether the set has two or more squares.
+constexpr bool hasSeveral(FieldSet set) {
+    return (set & (set - 1)) != NO_FIELDS;
+}
+
+// The square of the lowest bit. Requires a set that is not empty.
 constexpr FieldIndex firstOf(FieldSet set) {
     return BOARD_FIELDS[static_cast<std::size_t>(std::countr_zero(set))];
 }
 
-// Calls `visit` for each field of a set, in the order of the bits.
+// Calls `visit` for each square, lowest bit first.
 template <class Visit> constexpr void forEachField(FieldSet set, Visit visit) {
     for (; set != 0; set &= set - 1) {
         visit(firstOf(set));
     }
 }
 
-// All fields from `first` to `last`, in the order of the bits.
+// The squares from `first` to `last` in bit order, both included.
 constexpr FieldSet fieldsFromTo(FieldIndex first, FieldIndex last) {
     return (setOf(last) - setOf(first)) | setOf(last);
 }
 
-// ---- Sets as a whole, moved by one field ----
+// ---- Shifts by one square ----
 
 inline constexpr FieldSet A_FILE = 0x0101010101010101;
 inline constexpr FieldSet H_FILE = A_FILE << (EDGE - 1);
 
-// The fields one rank ahead of those of a set, for a colour.
+// The squares one rank ahead of `fields`, as `color` sees it.
 constexpr FieldSet aheadOf(FieldSet fields, Color color) {
     return color == WHITE ? fields << EDGE : fields >> EDGE;
 }
-// The fields next to those of a set, on the side of the a- or of the h-file.
+// The squares next to `fields` towards the a-file, and towards the h-file.
 constexpr FieldSet leftOf(FieldSet fields) {
     return (fields & ~A_FILE) >> 1;
 }

@@ -1,4 +1,4 @@
-// A game: where it stands and where it has been.
+// A game: the current position and the keys of all positions so far.
 #pragma once
 
 #include "board/position.h"
@@ -8,5 +8,5 @@
 
 struct Game {
     Position position;
-    std::vector<std::uint64_t> repetitionHashes; // key of every position, the present one last
+    std::vector<std::uint64_t> repetitionHashes; // one key per position, the current one last
 };

@@ -1,6 +1,6 @@
-// The 64-bit position key of the Polyglot book format. It addresses the opening
-// book and the transposition table, and tells repetitions. Worked out in full when a
-// position is built, and carried along from move to move after that.
+// The 64-bit position key of the Polyglot book format. It addresses the opening book and the
+// transposition table and identifies repetitions. Computed in full when a position is built,
+// then updated by each move.
 #pragma once
 
 #include "board/position.h"
@@ -8,14 +8,14 @@
 
 #include <cstdint>
 
-// The key's own number of a piece: black pieces even, white ones odd.
+// The number of a piece in the Polyglot format, 0 to 11: even for Black, odd for White.
 constexpr int getZobristPieceType(PieceType pieceType, Color color) {
-    // By piece type: the number of the black piece; the white one is the next.
+    // The black piece of each type.
     constexpr ByType<int> BLACK_KINDS = {0, 0, 6, 2, 4, 8, 10};
     return BLACK_KINDS[pieceType] + opposite(color);
 }
 
-// The term of each piece on each field, as getPieceHash() gives it; 0 on the border.
+// The term of each piece on each square; 0 for NO_PIECE and on the border.
 inline constexpr auto pieceHashes = [] {
     ByColor<ByType<ByField<std::uint64_t>>> hashes{};
     for (const Color color : COLORS) {
@@ -31,7 +31,7 @@ inline constexpr auto pieceHashes = [] {
     return hashes;
 }();
 
-// The term of a piece on a field.
+// The term of a piece on a square.
 constexpr std::uint64_t getPieceHash(PieceType pieceType, FieldIndex pieceIndex, Color color) {
     return pieceHashes[color][pieceType][pieceIndex];
 }
@@ -39,10 +39,10 @@ inline std::uint64_t getPieceHash(const Piece& piece, Color color) {
     return getPieceHash(piece.pieceType, piece.boardPosition, color);
 }
 
-// The term of the castling right `convenientIndex`, 0 to 3 as in IncrementalState::castles.
+// The term of the castling right `convenientIndex`, as rightOf() numbers it.
 constexpr std::uint64_t getCastleHash(int convenientIndex) {
     constexpr int CASTLE_OFFSET = 768;
-    constexpr ByRight<int> PLACES = {1, 0, 3, 2}; // here the king side comes first
+    constexpr ByRight<int> PLACES = {1, 0, 3, 2}; // Polyglot has the king side first
     return ZobristRandomArray[at(CASTLE_OFFSET + PLACES[convenientIndex])];
 }
 
@@ -52,11 +52,11 @@ constexpr std::uint64_t getUnconditionalEpHash(FieldIndex epField) {
     return ZobristRandomArray[at(EN_PASSANT_OFFSET + fileOf(epField))];
 }
 
-// The term that changes with the side to move: it is in the key if White is.
+// The term of White to move.
 inline constexpr std::uint64_t WHITE_TO_MOVE_HASH = ZobristRandomArray[780];
 
-// The four parts of a key. The en passant term counts only if a pawn of the side
-// to move stands beside the pawn that has just made its double step.
+// The four parts of a key. The en passant part is 0 unless a pawn of the side to move is beside
+// the pawn that has just made a double step.
 std::uint64_t getPiecesHash(const Position& position);
 std::uint64_t getCastlesHash(const Position& position);
 inline std::uint64_t getEpHash(const Position& position) {
@@ -74,5 +74,5 @@ inline std::uint64_t getMoveHash(const Position& position) {
     return position.colorToMove == WHITE ? WHITE_TO_MOVE_HASH : 0;
 }
 
-// The full key of a position, worked out from scratch.
+// The full key of a position, computed from scratch.
 std::uint64_t getPositionZobristHash(const Position& position);

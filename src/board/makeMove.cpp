@@ -14,14 +14,14 @@ namespace {
 
 constexpr int CASTLING_BONUS = 10;
 
-// Debug builds check the whole position after every change.
+// Debug builds check the whole position after each change.
 void checkInvariants([[maybe_unused]] const Position& position) {
 #ifdef KESTRAN_CHECK_POSITIONS
     requireConsistent(position);
 #endif
 }
 
-// Turns the piece on a field, with its entry, into one of another kind.
+// Replaces the piece on `field` by one of another type, which keeps its list entry.
 void changePiece(Position& position, IncrementalState& incremental, FieldIndex field,
                  PieceType type) {
     const Color color = position.board[field].color;
@@ -29,7 +29,7 @@ void changePiece(Position& position, IncrementalState& incremental, FieldIndex f
     putPiece(position, incremental, field, color, type, entry);
 }
 
-// ---- The pieces of a move, forward and back; the mover is to move ----
+// ---- The pieces of a move, forward and back; position.colorToMove is the mover ----
 
 void doPieces(Position& position, IncrementalState& incremental, const Move& move,
               DoMoveContext& context) {
@@ -67,7 +67,7 @@ void undoPieces(Position& position, IncrementalState& incremental, const Move& m
     }
 }
 
-// ---- What else a move changes ----
+// ---- The rest of the incremental state ----
 
 void loseCastle(IncrementalState& incremental, int right) {
     if (incremental.castles[right]) {
@@ -76,41 +76,43 @@ void loseCastle(IncrementalState& incremental, int right) {
     }
 }
 
-// A king that moves loses both rights of its colour; a rook that leaves its corner or is
-// taken there loses one.
+void loseBothCastles(IncrementalState& incremental, Color color) {
+    loseCastle(incremental, rightOf(color, true));
+    loseCastle(incremental, rightOf(color, false));
+}
+
+// A king loses both rights when it moves. A rook loses its right when it leaves its corner or is
+// captured there.
 void loseCastles(IncrementalState& incremental, const Move& move, Color mover) {
     constexpr FieldSet HOMES =
         setOf(A1) | setOf(E1) | setOf(H1) | setOf(A8) | setOf(E8) | setOf(H8);
-    if (!move.isCastle() && ((setOf(move.from) | setOf(move.to)) & HOMES) == NO_FIELDS) {
-        return;
-    }
-    if (move.isCastle() || move.pieceMoved == KING) {
-        loseCastle(incremental, 2 * mover);
-        loseCastle(incremental, 2 * mover + 1);
-    }
     if (move.isCastle()) {
+        loseBothCastles(incremental, mover);
         return;
+    }
+    const FieldSet touched = setOf(move.from) | setOf(move.to);
+    if ((touched & HOMES) == NO_FIELDS) {
+        return;
+    }
+    if (move.pieceMoved == KING) {
+        loseBothCastles(incremental, mover);
     }
     for (const Color color : COLORS) {
-        for (const int right : {2 * color, 2 * color + 1}) {
-            const FieldIndex corner = castlingFields[right].rookFrom;
-            if (move.from == corner || move.to == corner) {
-                loseCastle(incremental, right);
-                break;
-            }
+        const int queenSide = rightOf(color, true);
+        const int kingSide = rightOf(color, false);
+        if (contains(touched, castlingFields[queenSide].rookFrom)) {
+            loseCastle(incremental, queenSide);
+        } else if (contains(touched, castlingFields[kingSide].rookFrom)) {
+            loseCastle(incremental, kingSide);
         }
     }
 }
 
-// The field of a pawn that has just made a double step.
-FieldIndex epFieldAfter(const Move& move) {
+// Where the pawn of a double step arrives, else NO_FIELD.
+FieldIndex epFieldAfter(const Move& move, Color mover) {
     const bool isDoubleStep = !move.isCastle() && move.pieceMoved == PAWN &&
-                              (move.to - move.from == 20 || move.from - move.to == 20);
+                              move.to - move.from == barva_OffsetDvePoleDopredu[mover];
     return isDoubleStep ? move.to : NO_FIELD;
-}
-
-bool isIrreversible(const Move& move) {
-    return !move.isCastle() && (move.pieceMoved == PAWN || move.pieceCaptured != NO_PIECE);
 }
 
 int getMoveEvaluation(const Move& move) {
@@ -138,11 +140,12 @@ bool doMove(Position& position, const Move& move, DoMoveContext& context) {
 void playMove(Position& position, const Move& move, DoMoveContext& context) {
     IncrementalState& incremental = position.incremental;
     context.incremental = incremental;
+    const Color mover = position.colorToMove;
     const std::uint64_t oldEpHash = getEpHash(position);
     doPieces(position, incremental, move, context);
-    loseCastles(incremental, move, position.colorToMove);
-    incremental.epField = epFieldAfter(move);
-    incremental.halfMoveClock = isIrreversible(move) ? 0 : incremental.halfMoveClock + 1;
+    loseCastles(incremental, move, mover);
+    incremental.epField = epFieldAfter(move, mover);
+    incremental.halfMoveClock = move.resetsClock() ? 0 : incremental.halfMoveClock + 1;
     incremental.moveEvaluation += getMoveEvaluation(move);
     toggleColorToMove(position);
     incremental.hash ^= oldEpHash ^ getEpHash(position) ^ WHITE_TO_MOVE_HASH;
@@ -151,18 +154,18 @@ void playMove(Position& position, const Move& move, DoMoveContext& context) {
 
 void undoMove(Position& position, const Move& move, const DoMoveContext& context) {
     toggleColorToMove(position);
-    IncrementalState unread = {};
-    undoPieces(position, unread, move, context);
+    IncrementalState scratch = {};
+    undoPieces(position, scratch, move, context);
     position.incremental = context.incremental;
     checkInvariants(position);
 }
 
 int generateLegalMoves(const Position& position, MoveArray& outputMoves) {
     const int generated = generateMoves(position, outputMoves);
-    const CheckersAndPins lines(position);
+    const CheckersAndPins checkersAndPins(position);
     int legal = 0;
     for (int i = 0; i < generated; ++i) {
-        if (isLegal(lines, outputMoves[i])) {
+        if (isLegal(checkersAndPins, outputMoves[i])) {
             outputMoves[legal++] = outputMoves[i];
         }
     }

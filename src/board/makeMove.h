@@ -1,34 +1,34 @@
-// Making and unmaking moves, and the legal moves that follow from it.
+// Making and unmaking moves, and legal move generation.
 #pragma once
 
 #include "board/move.h"
 #include "board/position.h"
 
-// The undo record of one move, owned by the caller. doMove() saves into it what the move
-// itself does not tell, undoMove() puts it back.
+// The undo record of one move, owned by the caller: doMove() saves here what the move does not
+// contain, undoMove() restores it.
 struct DoMoveContext {
-    IncrementalState incremental;       // as it was before the move
-    std::int8_t tempPieceCapturedIndex; // list entry of the captured piece, if there is one
+    IncrementalState incremental;       // before the move
+    std::int8_t tempPieceCapturedIndex; // list entry of the captured piece; unset if none
 };
 
-// Plays `move`, which generateMoves() wrote for this very position. True: the move
-// stands, and `context` holds what undoMove() needs. False: it would leave the
-// mover's king attacked, and the position is as it was.
+// Plays `move` and fills `context` for undoMove(). Returns false, and leaves the position
+// unchanged, if the move would leave the mover's king in check. Requires a move that
+// generateMoves() returned for this position.
 bool doMove(Position& position, const Move& move, DoMoveContext& context);
 
-// Plays a move that is known to be legal.
+// The same without the test. Requires a legal move.
 void playMove(Position& position, const Move& move, DoMoveContext& context);
 
-// Takes back the last move that was played, given the same move and
-// the same context. What is known of a check is forgotten.
+// Takes back the last move played. Requires the same move and context as doMove(). Resets
+// position.check to CHECK_UNKNOWN.
 void undoMove(Position& position, const Move& move, const DoMoveContext& context);
 
-// The legal moves, in the order of generateMoves(); returns their number. What
-// follows the moves in the array means nothing.
+// Writes the legal moves in the order of generateMoves() and returns their number. The rest of
+// the array is unspecified.
 int generateLegalMoves(const Position& position, MoveArray& outputMoves);
 
-// Whether the side to move is checkmated. A stalemate is no mate.
+// Whether the side to move is checkmated (not stalemated).
 bool isInMate(const Position& position);
 
-// The position after a legal move.
+// A copy of the position with `move` played. Requires a legal move.
 Position positionAfter(const Position& position, const Move& move);

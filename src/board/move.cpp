@@ -1,11 +1,5 @@
 #include "board/move.h"
 
-void Move::init() {
-    pieceCaptured = NO_PIECE;
-    castle_ep_flag = ORDINARY_MOVE;
-    promotionPieceType = NO_PIECE;
-}
-
 bool testMoveEquality(const Move& a, const Move& b) {
     if (a.castle_ep_flag != ORDINARY_MOVE && a.castle_ep_flag != EN_PASSANT) {
         return a.castle_ep_flag == b.castle_ep_flag;

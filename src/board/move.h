@@ -3,7 +3,9 @@
 
 #include "board/field.h"
 
-// What is special about a move. Castling f spends the right f - 1.
+#include <span>
+
+// What is special about a move. Castling flag f uses castling right f - 1.
 enum MoveFlag : std::int8_t {
     ORDINARY_MOVE = 0,
     WHITE_QUEEN_SIDE = 1,
@@ -13,11 +15,21 @@ enum MoveFlag : std::int8_t {
     EN_PASSANT = 5,
 };
 
-inline constexpr int CASTLES = 4; // castling rights of a position
+// ---- Castling rights: 0 White queen side, 1 White king side, 2 and 3 the same for Black ----
+
+inline constexpr int CASTLES = 4;
 
 template <class Element> using ByRight = Indexed<int, Element, CASTLES>;
 
-// The fields that a castling touches.
+constexpr int rightOf(Color color, bool queenSide) {
+    return 2 * color + (queenSide ? 0 : 1);
+}
+// The move flag of the castling that uses a right.
+constexpr MoveFlag castlingFlag(Color color, bool queenSide) {
+    return static_cast<MoveFlag>(rightOf(color, queenSide) + 1);
+}
+
+// The squares that a castling touches.
 struct CastlingFields {
     FieldIndex kingFrom;
     FieldIndex kingTo;
@@ -25,7 +37,6 @@ struct CastlingFields {
     FieldIndex rookTo;
 };
 
-// By castling right, which is castle_ep_flag - 1.
 inline constexpr ByRight<CastlingFields> castlingFields = {{{
     {E1, C1, A1, D1},
     {E1, G1, H1, F1},
@@ -33,52 +44,47 @@ inline constexpr ByRight<CastlingFields> castlingFields = {{{
     {E8, G8, H8, F8},
 }}};
 
-// The castling of a colour to the queen's or the king's side.
-constexpr MoveFlag castlingFlag(Color color, bool queenSide) {
-    return static_cast<MoveFlag>(2 * color + (queenSide ? 1 : 2));
-}
-
-// A castling is known by its flag alone: its `from`, `to` and `pieceMoved` carry no
-// meaning, its fields stand in castlingFields.
+// A castling is identified by its flag alone: its `from`, `to` and `pieceMoved` have no meaning,
+// its squares are in castlingFields.
 struct Move {
-    FieldIndex from;              // field the piece leaves
-    FieldIndex to;                // field the piece reaches
-    PieceType pieceMoved;         // a promoting pawn is still a pawn here
-    PieceType pieceCaptured;      // NO_PIECE if none; a pawn for en passant
+    FieldIndex from;              // the square that the piece leaves
+    FieldIndex to;                // the square that it reaches
+    PieceType pieceMoved;         // PAWN if the move promotes
+    PieceType pieceCaptured;      // NO_PIECE if none; PAWN for en passant
     MoveFlag castle_ep_flag;      // castling, en passant, or neither
     PieceType promotionPieceType; // NO_PIECE, or what the pawn becomes
 
-    // Clears captured piece, flag and promotion; leaves the other three alone.
-    void init();
     bool isCastle() const {
         return WHITE_QUEEN_SIDE <= castle_ep_flag && castle_ep_flag <= BLACK_KING_SIDE;
     }
-    // The field of the piece that a capturing move takes: `to`, or the field beside
-    // `from` for en passant.
+    // Whether the move restarts the half-move clock.
+    bool resetsClock() const {
+        return !isCastle() && (pieceMoved == PAWN || pieceCaptured != NO_PIECE);
+    }
+    // The square of the captured piece: `to`, or the square beside `from` for en passant.
+    // Requires a capture.
     FieldIndex getCapturedField() const {
         return castle_ep_flag == EN_PASSANT ? fieldOf(fileOf(to), rowOf(from)) : to;
     }
-    // The fields of a castling. Requires isCastle().
+    // The squares of a castling. Requires isCastle().
     const CastlingFields& getCastlingFields() const { return castlingFields[castle_ep_flag - 1]; }
 };
 
 static_assert(sizeof(Move) == 6, "a move fits in six bytes");
 
-// Fills a move that neither castles, promotes nor takes en passant.
-inline void initMove(Move& move, FieldIndex from, FieldIndex to, PieceType pieceMoved,
-                     PieceType pieceCaptured) {
-    move = {from, to, pieceMoved, pieceCaptured, ORDINARY_MOVE, NO_PIECE};
-}
-
-// Whether both records mean the same move. If the flag of `a` is neither 0 nor that of en
-// passant, the flags decide. Any other `a` is compared by fields, moved and captured piece
-// and promotion, and the flag of `b` plays no part.
+// Whether both records describe the same move. If the flag of `a` is neither 0 nor EN_PASSANT,
+// only the flags are compared. Otherwise everything but the flag of `b` is.
 bool testMoveEquality(const Move& a, const Move& b);
 
-// The most pseudo-legal moves of any position that the engine accepts: a side has
-// one king (8 moves, 2 castlings) and at most 15 further pieces, none of which has
-// more moves than a queen in the open (27). Every move array holds this many.
+// An upper bound on the pseudo-legal moves of a position that the engine accepts: a side has
+// one king (8 moves, 2 castlings) and at most 15 other pieces, none of which has more moves
+// than a queen in the open (27).
 inline constexpr int MAX_MOVES = (PIECES_PER_SIDE - 1) * 27 + 8 + 2;
 
 // Room for the moves of a position, indexed by their number.
-using MoveArray = Indexed<int, Move, MAX_MOVES>;
+struct MoveArray : Indexed<int, Move, MAX_MOVES> {
+    // The first `count` moves.
+    std::span<const Move> first(int count) const {
+        return {elements.data(), checkedIndex(count, MAX_MOVES + 1)};
+    }
+};

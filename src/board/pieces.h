@@ -1,15 +1,14 @@
-// The three primitives that own the pieces of a position: put, remove and move a piece.
+// The three primitives that change the pieces of a position: put, remove and move a piece.
 //
-// Once a position has been set up, nothing else writes the mailbox, the list, the sets and what
-// is carried along with the pieces. The latter is handed in beside the position: it is the
-// position's own, or, while a move is taken back, one that nobody reads, since the position
-// gets its own back whole.
+// Once a position is set up, nothing else writes the mailbox, the list, the sets, and the
+// material, sum and key. `incremental` is a separate parameter because undoMove() restores the
+// saved copy and passes a scratch object here.
 #pragma once
 
 #include "board/hashFunctions.h"
 #include "board/position.h"
 
-// Puts a piece on a field and into a free entry of the list. Requires an empty field.
+// Puts a piece on an empty square and into a free list entry.
 inline void putPiece(Position& position, IncrementalState& incremental, FieldIndex field,
                      Color color, PieceType type, std::int8_t entry) {
     incremental.material[color] += pieceEvaluationValues[type];
@@ -23,7 +22,7 @@ inline void putPiece(Position& position, IncrementalState& incremental, FieldInd
     position.ofType[type] |= setOf(field);
 }
 
-// Takes the piece off a field; returns the entry of the list that it leaves free.
+// Removes the piece on an occupied square. Returns its list entry, which is free now.
 inline std::int8_t removePiece(Position& position, IncrementalState& incremental,
                                FieldIndex field) {
     const auto [color, type, entry] = position.board[field];
@@ -39,7 +38,7 @@ inline std::int8_t removePiece(Position& position, IncrementalState& incremental
     return entry;
 }
 
-// Moves the piece on `from` to the empty field `to`; it keeps its entry.
+// Moves the piece on `from` to the empty square `to`. It keeps its list entry.
 inline void movePiece(Position& position, IncrementalState& incremental, FieldIndex from,
                       FieldIndex to) {
     const Field moved = position.board[from];

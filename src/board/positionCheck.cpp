@@ -30,7 +30,7 @@ std::string findInMailbox(const Position& position) {
         }
         const Piece& piece = position.pieces[field.pieceIndexInList];
         if (piece.boardPosition != index || piece.pieceType != field.pieceType) {
-            return "the list entry tells another piece or place" + where();
+            return "the list entry has another piece or square" + where();
         }
     }
     return "";
@@ -48,7 +48,7 @@ std::string findInList(const Position& position) {
             continue;
         }
         if (!isOnBoard(piece.boardPosition)) {
-            return "a piece stands off the board" + where();
+            return "a piece is off the board" + where();
         }
         const Field& field = position.board[piece.boardPosition];
         if (field.color > BLACK || !belongsTo(field.color, i) || field.pieceIndexInList != i) {
@@ -93,8 +93,8 @@ std::string findInDerivedValues(const Position& position) {
     return "";
 }
 
-// Whether the fields strictly between two of a line are empty. The step leads from one
-// field to the next.
+// Whether the squares strictly between `from` and `to` are empty. `step` leads from one square
+// of their line to the next.
 bool isEmptyBetween(const Position& position, FieldIndex from, FieldIndex to, int step) {
     for (FieldIndex field = from + step; field != to; field += step) {
         if (position.board[field].color != EMPTY) {
@@ -104,7 +104,7 @@ bool isEmptyBetween(const Position& position, FieldIndex from, FieldIndex to, in
     return true;
 }
 
-// Whether the piece on `from` attacks `to`, whatever stands there.
+// Whether the piece on `from` attacks `to`, whatever is there.
 bool attacksPlainly(const Position& position, FieldIndex from, FieldIndex to) {
     const Field& field = position.board[from];
     const int files = fileOf(to) - fileOf(from);

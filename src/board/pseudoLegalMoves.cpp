@@ -4,7 +4,8 @@
 
 namespace {
 
-// By colour: where pawns stand after one step from where they start, and before promotion.
+// By colour: the rank that pawns reach by their first single step, and the rank from which they
+// promote.
 constexpr ByColor<FieldSet> firstStepRank = {fieldsFromTo(A3, H3), fieldsFromTo(A6, H6)};
 constexpr ByColor<FieldSet> beforePromotion = {
     fieldsFromTo(barva_pesciPremenaMin[WHITE], barva_pesciPremenaMax[WHITE]),
@@ -25,7 +26,7 @@ FieldSet attacksOf(PieceType type, FieldIndex from, FieldSet occupied) {
     }
 }
 
-// By right: the fields between king and rook, which have to be empty.
+// By right: the squares between king and rook, which must be empty.
 constexpr auto castlingPaths = [] {
     ByRight<FieldSet> paths{};
     for (int right = 0; right < CASTLES; ++right) {
@@ -34,8 +35,8 @@ constexpr auto castlingPaths = [] {
     return paths;
 }();
 
-// Whether the king can castle with right `right`, which it has, if the path is free: the fields
-// that it leaves, crosses and reaches are safe.
+// Whether the king is at home and the squares that it leaves, crosses and reaches are not
+// attacked.
 bool isCastlingSafe(const Position& position, int right) {
     const auto& [kingFrom, kingTo, rookFrom, rookTo] = castlingFields[right];
     return position.pieces[KingIndex[position.colorToMove]].boardPosition == kingFrom &&
@@ -60,14 +61,13 @@ PseudoLegalMoves::PseudoLegalMoves(const Position& _position) : position(_positi
         capturers |= (reached & enemies) != NO_FIELDS ? entrySetOf(entry) : 0;
     }
     addPawns();
-    const int right = 2 * color;
     const ByRight<bool>& castles = position.incremental.castles;
-    const auto canCastleBy = [&](int i) {
-        return castles[i] && (castlingPaths[i] & occupied) == NO_FIELDS &&
-               isCastlingSafe(position, i);
+    const auto canCastleBy = [&](int right) {
+        return castles[right] && (castlingPaths[right] & occupied) == NO_FIELDS &&
+               isCastlingSafe(position, right);
     };
-    castlesLong = canCastleBy(right);
-    castlesShort = canCastleBy(right + 1);
+    castlesLong = canCastleBy(rightOf(color, true));
+    castlesShort = canCastleBy(rightOf(color, false));
     count += (castlesLong ? 1 : 0) + (castlesShort ? 1 : 0);
 }
 
@@ -80,12 +80,14 @@ void PseudoLegalMoves::addPawns() {
     singleSteps = aheadOf(ownPawns, color) & ~occupied;
     doubleSteps = aheadOf(singleSteps & firstStepRank[color], color) & ~occupied;
 
-    // The pawns that may capture to either side, and those that promote with it.
+    // The pawns that capture towards the a-file and the h-file, and those about to promote.
     const FieldSet attacked = aheadOf(enemies, opposite(color));
     const FieldSet left = rightOf(attacked) & ownPawns;
     const FieldSet right = leftOf(attacked) & ownPawns;
     const FieldSet promoting = ownPawns & beforePromotion[color];
-    // No field is in two of the first three sets: two hold free fields, the third own pawns.
+    // One count for three sets, because they are disjoint. `left` is a set of own pawns, the
+    // steps are empty squares. A double step passes over an empty square, so no pawn is there
+    // that could reach the same target by a single step.
     count += countOf(singleSteps | doubleSteps | left) + countOf(right);
     if (promoting != NO_FIELDS) {
         const FieldSet promotingSteps = aheadOf(promoting, color) & ~occupied;
@@ -110,7 +112,5 @@ Move makeCastling(const Position& position, bool queenSide) {
 }
 
 Move makeEnPassant(const Position& position, FieldIndex from) {
-    const FieldIndex to =
-        position.incremental.epField + pawnOnePieceAheadOffset[position.colorToMove];
-    return {from, to, PAWN, PAWN, EN_PASSANT, NO_PIECE};
+    return {from, position.getEnPassantTarget(), PAWN, PAWN, EN_PASSANT, NO_PIECE};
 }

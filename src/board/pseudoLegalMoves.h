@@ -1,66 +1,88 @@
-// Where the pieces of the side to move may go: the pseudo-legal moves as sets of fields, and
-// the order in which these are walked.
+// The pseudo-legal moves of the side to move as sets of target squares, and the order in which
+// the targets are visited.
+//
+// Visitors return false to stop, true to go on. A visitor that returns void never stops.
 #pragma once
 
 #include "board/attackSets.h"
 #include "board/position.h"
 
-// The fields that a piece of the side to move may go to by the rules of its kind, castling and
-// en passant apart.
+#include <type_traits>
+
+// The pseudo-legal targets of one piece, without castling and en passant.
 struct PieceTargets {
     PieceType type;
     FieldIndex from;
     FieldSet targets;
 };
 
-// Those moves of a pawn that are asked for. Any other piece has all its targets in any case.
+// The pawn moves that forEachPiece() includes. Other pieces always have all their targets.
 enum class PawnMoves { ALL, CAPTURES, STEPS };
+
+namespace targetWalk {
+
+// Calls `visit`. Returns false if it asks to stop.
+template <class Visit, class Argument> bool goesOn(Visit& visit, const Argument& argument) {
+    if constexpr (std::is_void_v<std::invoke_result_t<Visit&, const Argument&>>) {
+        visit(argument);
+        return true;
+    } else {
+        return visit(argument);
+    }
+}
+
+} // namespace targetWalk
 
 // All pseudo-legal moves of a position, piece by piece.
 class PseudoLegalMoves {
 public:
-    // `_position` must outlive the object and stay as it is while it is asked.
+    // Keeps a reference to the position, which must not change while this object is in use.
     explicit PseudoLegalMoves(const Position& _position);
 
-    // The number of moves, each promotion counted for itself, castling and en passant
-    // included.
+    // The number of moves. Each promotion counts, castling and en passant are included.
     int getCount() const { return count; }
 
-    // Calls `visit` with each piece of some entries of the list, in their order. Stops, and
-    // returns false, as soon as `visit` does. No entry may be free.
+    // Calls `visit(PieceTargets)` for each piece in `entries`, in list order. Returns false if the
+    // visitor stopped. Requires entries of the side to move that are not free.
     template <PawnMoves pawnMoves = PawnMoves::ALL, class Visit>
     bool forEachPiece(EntrySet entries, Visit visit) const {
         for (; entries != 0; entries &= entries - 1) {
             const int entry = std::countr_zero(entries);
             const auto& [type, from] = position.pieces[entry];
-            if (!visit(PieceTargets{
-                    type, from, type == PAWN ? getPawnTargets<pawnMoves>(from) : targets[entry]})) {
+            const PieceTargets piece = {
+                type, from, type == PAWN ? getPawnTargets<pawnMoves>(from) : targets[entry]};
+            if (!targetWalk::goesOn(visit, piece)) {
                 return false;
             }
         }
         return true;
     }
 
-    // The entries of the pieces that may capture, en passant included.
+    // The list entries of the pieces that can capture, en passant included.
     EntrySet getCapturers() const { return capturers; }
 
-    // Whether the king may castle to the queen's or the king's side.
+    // Whether the king can castle to the queen side or the king side.
     bool canCastle(bool queenSide) const { return queenSide ? castlesLong : castlesShort; }
-    // Whether a pawn on `from` may take en passant.
+    // Whether a pawn on `from` can capture en passant.
     bool canTakeEnPassant(FieldIndex from) const {
         const FieldIndex epField = position.incremental.epField;
         return epField + 1 == from || epField - 1 == from;
     }
 
-    // The fields that all pawns together reach by one step and by two.
+    // The squares that the pawns reach by single steps and by double steps. The two are
+    // disjoint.
     FieldSet getSingleSteps() const { return singleSteps; }
     FieldSet getDoubleSteps() const { return doubleSteps; }
-    // Whether the pawns stand right behind the king in the order of the list, as they do until
-    // one of them has become another piece.
-    bool arePawnsTogether() const {
-        const EntrySet own = position.entries & ENTRIES_OF[position.colorToMove];
-        const EntrySet others = own & ~position.pawnEntries & (own - 1);
-        return (own & position.pawnEntries & ~((others & (~others + 1)) - 1)) == 0;
+    // Whether the pawns precede the other pieces in list order, which holds until a promotion.
+    // The king, always first, does not count.
+    bool pawnsLeadTheList() const {
+        const Color color = position.colorToMove;
+        const EntrySet pawns = position.pawnEntries & ENTRIES_OF[color];
+        const EntrySet pieces =
+            position.entries & ENTRIES_OF[color] & ~pawns & ~entrySetOf(KingIndex[color]);
+        const EntrySet firstPiece = pieces & (~pieces + 1); // 0 if there is none
+        const EntrySet beforeIt = firstPiece - 1;           // then all entries
+        return (pawns & ~beforeIt) == 0;
     }
 
 private:
@@ -88,22 +110,26 @@ private:
     bool castlesShort;
 };
 
-// Whether a pawn of a colour promotes with its next step from a field.
+// Whether a pawn of a colour on `field` promotes with its next step.
 constexpr bool isBeforePromotion(FieldIndex field, Color color) {
     return isWithin(field, barva_pesciPremenaMin[color], barva_pesciPremenaMax[color]);
 }
 
 namespace targetWalk {
 
-// The steps of a pawn in the order of its moves: ahead, two ahead, the captures.
-inline constexpr ByColor<std::array<int, 4>> pawnSteps = {std::array<int, 4>{10, 20, 9, 11},
-                                                          std::array<int, 4>{-10, -20, -11, -9}};
+// The steps of a pawn in move order.
+constexpr std::array<int, 4> pawnStepsOf(Color color) {
+    const auto& captures = pawnCaptureOffsets[color];
+    return {pawnOnePieceAheadOffset[color], barva_OffsetDvePoleDopredu[color], captures[0],
+            captures[1]};
+}
+inline constexpr ByColor<std::array<int, 4>> pawnSteps = {pawnStepsOf(WHITE), pawnStepsOf(BLACK)};
 
 template <std::size_t N, class Visit>
 bool forEachStep(FieldIndex from, FieldSet fields, const std::array<int, N>& offsets,
                  Visit& visit) {
     for (const int offset : offsets) {
-        if (contains(fields, from + offset) && !visit(from + offset)) {
+        if (contains(fields, from + offset) && !goesOn(visit, from + offset)) {
             return false;
         }
     }
@@ -115,7 +141,7 @@ bool forEachOnRays(const PieceTargets& piece, FieldSet fields, const std::array<
                    Visit& visit) {
     for (const int offset : offsets) {
         for (FieldIndex to = piece.from + offset; contains(piece.targets, to); to += offset) {
-            if (contains(fields, to) && !visit(to)) {
+            if (contains(fields, to) && !goesOn(visit, to)) {
                 return false;
             }
         }
@@ -125,12 +151,12 @@ bool forEachOnRays(const PieceTargets& piece, FieldSet fields, const std::array<
 
 } // namespace targetWalk
 
-// Calls `visit` for each field of `fields`, a part of the piece's targets, in the order of
-// moves: by direction, then by distance. Stops, and returns false, as soon as `visit` does.
+// Calls `visit(FieldIndex)` for each square of `fields`, a subset of the piece's targets, in move
+// order: by direction, then by distance. Returns false if the visitor stopped.
 template <class Visit>
 bool forEachTarget(const PieceTargets& piece, FieldSet fields, Color color, Visit visit) {
-    if ((fields & (fields - 1)) == NO_FIELDS) {
-        return fields == NO_FIELDS || visit(firstOf(fields));
+    if (!hasSeveral(fields)) {
+        return fields == NO_FIELDS || targetWalk::goesOn(visit, firstOf(fields));
     }
     switch (piece.type) {
     case PAWN:
@@ -152,25 +178,25 @@ bool forEachTarget(const PieceTargets& piece, FieldSet fields, Color color, Visi
 
 inline constexpr std::array<PieceType, 4> pawnPromotePieceTypes = {KNIGHT, BISHOP, ROOK, QUEEN};
 
-// Calls `visit` with each move of a piece to a field that it may go to, where it takes
-// `captured`: one, or one for each piece that a pawn can become. Stops, and returns false, as
-// soon as `visit` does.
+// Calls `visit(Move)` with the move of a piece to `to`, which captures `captured`; for a promotion,
+// with one move for each piece that the pawn can become. Returns false if the visitor stopped.
 template <class Visit>
 bool forEachMoveTo(const PieceTargets& piece, FieldIndex to, PieceType captured, Color color,
                    Visit visit) {
     Move move = {piece.from, to, piece.type, captured, ORDINARY_MOVE, NO_PIECE};
     if (piece.type != PAWN || !isBeforePromotion(piece.from, color)) [[likely]] {
-        return visit(move);
+        return targetWalk::goesOn(visit, move);
     }
     for (const PieceType promotion : pawnPromotePieceTypes) {
         move.promotionPieceType = promotion;
-        if (!visit(move)) {
+        if (!targetWalk::goesOn(visit, move)) {
             return false;
         }
     }
     return true;
 }
 
-// The record of a castling, or of an en passant capture, of the side to move.
+// The castling and the en passant capture of the side to move. makeCastling() leaves all members
+// but the flag empty. makeEnPassant() requires canTakeEnPassant(from).
 Move makeCastling(const Position& position, bool queenSide);
 Move makeEnPassant(const Position& position, FieldIndex from);

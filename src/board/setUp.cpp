@@ -4,7 +4,7 @@
 
 namespace {
 
-// The order in which the piece list is filled.
+// The order in which reflectBoardToPieces() fills the piece list.
 constexpr std::array<PieceType, 6> piecesToLook = {KING, PAWN, ROOK, KNIGHT, BISHOP, QUEEN};
 
 constexpr std::array<PieceType, EDGE> backRank = {ROOK, KNIGHT, BISHOP, QUEEN,

@@ -1,45 +1,44 @@
-// Building a position: the mailbox first, then the list, then what is derived from them.
+// Builds a position: first the mailbox, then the piece list, then the derived values.
 #pragma once
 
 #include "board/position.h"
 
-// An empty board with its border, White to move, no rights. Leaves the key alone.
+// Sets up an empty board with its border, White to move, no castling rights. Leaves the key
+// unchanged.
 void resetPosition(Position& position);
 
-// Claims an empty field for a piece, in the mailbox alone.
+// Puts a piece on a square of the mailbox. Updates nothing else.
 void markField(Position& position, FieldIndex field, Color color, PieceType type);
 
-// Writes the 32 pieces of the initial array into the mailbox, and nothing else.
+// Puts the 32 pieces of the start position into the mailbox. Updates nothing else.
 void setPiecesForStartPosition(Position& position);
 
-// Rebuilds the piece list, and the list index of every occupied field, from the
-// mailbox: king, pawns, rooks, knights, bishops, queens, each from a1 to h8. The
-// order decides the order of generated moves. A colour's pieces past the 16th find
-// no entry and are left out of the list.
+// Rebuilds the piece list, and the list index of each occupied square, from the mailbox: king,
+// pawns, rooks, knights, bishops, queens, each from a1 to h8. This order determines the order of
+// generated moves. A colour's pieces after the 16th are left out.
 void reflectBoardToPieces(Position& position);
 
-// Works out `material` from the piece list.
+// Computes `material` from the piece list.
 void countMaterial(Position& position);
 
-// Works out everything that is derived from the pieces, and the key from all the rest.
-// The last step of building a position.
+// Computes every derived value and the key. The last step of building a position.
 void deriveAll(Position& position);
 
-// The start position, complete.
+// Sets up the complete start position.
 void initializeToStartPosition(Position& position);
 
-// Worth of a colour's pieces in the list, in thousandths of a pawn. Every colour but
-// White is taken for Black.
+// Worth of a colour's pieces in the list, in thousandths of a pawn. Any colour but WHITE counts
+// as BLACK.
 int materialForColor(const Position& position, Color color);
 
-// The fields of the mailbox that hold a piece of a colour, or of a kind.
+// The squares of the mailbox that hold a piece of a colour, or of a type.
 FieldSet fieldsWhere(const Position& position, Color color);
 FieldSet fieldsWhere(const Position& position, PieceType type);
 
-// The entries of the list that hold a piece, or a pawn if only those are wanted.
+// The list entries that hold a piece; with `onlyPawns`, those that hold a pawn.
 EntrySet entriesWhere(const Position& position, bool onlyPawns);
 
-// What the pieces of the list add up to.
+// IncrementalState::sum of the pieces in the list.
 PieceSum sumOfPieces(const Position& position);
 
 // Worth of all pieces, kings counting 0, in thousandths of a pawn.

@@ -1,6 +1,6 @@
-// The random numbers of the Polyglot book format, of which position keys are made: 768 for
-// a piece on a field, 4 for the castling rights, 8 for the file of an en passant capture,
-// 1 for White to move.
+// The random numbers of the Polyglot book format, from which position keys are computed: 768 for
+// a piece on a square, 4 for the castling rights, 8 for the file of an en passant capture, 1 for
+// White to move.
 #pragma once
 
 #include <array>

@@ -64,7 +64,7 @@ public:
         const bool canPromote = (singleSteps & promotionRanks) != NO_FIELDS;
         if (score + PAWN_STEP_BOUND > node.alfa || (pawns & node.pins.getPinned()) != NO_FIELDS ||
             canPromote || canPawnsCheck(pawns, singleSteps | doubleSteps) ||
-            !node.moves.arePawnsTogether()) {
+            !node.moves.pawnsLeadTheList()) {
             return false;
         }
         const FieldSet allowed = node.pins.getAllowedFields(NO_FIELD);

@@ -194,8 +194,8 @@ template <class Observer>
 MoveEnding Quiscence<Observer>::scoreQuiscenceMove(QuiscenceNode& node, const Move& move) {
     const Position& position = node.position;
     const int clock = position.incremental.halfMoveClock + 1;
-    if (state.repetitionTable.canRepeat(clock) && isReversible(position, move) &&
-        state.repetitionTable.isRepetition(getKeyAfter(position, move), clock)) {
+    if (state.repetitionTable.canRepeat(clock) && canRepeatPosition(move) &&
+        state.repetitionTable.isRepetition(getRepeatedKey(position, move), clock)) {
         node.localVariant.evaluation = DRAW_EVALUATION;
         return MoveEnding::REPETITION;
     }

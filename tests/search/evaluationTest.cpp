@@ -43,8 +43,8 @@ TEST(Evaluation, TablesHoldTheirValuesForBothColours) {
         int weightedSum = 0;
         int weightedSquares = 0;
         for (int i = 0; i < 64; ++i) {
-            const FieldIndex field = Position::getIndexFrom07Notation(i % 8, i / 8);
-            const FieldIndex mirror = Position::getIndexFrom07Notation(i % 8, 7 - i / 8);
+            const FieldIndex field = fieldOf(i % 8, i / 8);
+            const FieldIndex mirror = fieldOf(i % 8, 7 - i / 8);
             const int score = scoreOfPiece(table.type, WHITE, field, table.allMaterial);
             EXPECT_EQ(scoreOfPiece(table.type, BLACK, mirror, table.allMaterial), score) << i;
             sum += score;

@@ -94,9 +94,9 @@ TEST_F(Search, OrdersTheLongestMoveList) {
     std::iota(expected.begin(), expected.end(), std::uint16_t{0});
     MoveIndices indices;
     generator.state.order.orderMoves(moves, indices, MAX_MOVES, 0, 0);
-    EXPECT_EQ(indices, expected);
+    EXPECT_EQ(indices.elements, expected.elements);
     orderMoves(moves, indices, MAX_MOVES);
-    EXPECT_EQ(indices, expected);
+    EXPECT_EQ(indices.elements, expected.elements);
 }
 
 TEST_F(Quiscence, OrdersCapturesByAttackerAndVictim) {
