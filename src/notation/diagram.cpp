@@ -8,9 +8,9 @@
 
 namespace {
 
-// Text line 0 to 3 of one field of the board diagram, six characters wide.
+// Text line 0 to 3 of one square of the diagram, six characters wide.
 std::string diagramField(const Position& position, int file, int row, int line) {
-    constexpr char SOLID_BLOCK = '\xDB'; // in the console's code page
+    constexpr char SOLID_BLOCK = '\xDB'; // in code page 437
     const char fill = (row + file) % 2 != 0 ? ' ' : SOLID_BLOCK;
     const Field& field = position.board[fieldOf(file, row)];
     if (field.color == EMPTY || line == 0 || line == 3) {

@@ -1,13 +1,13 @@
-// Pictures of a position for a person at a console.
+// A position as text for a console.
 #pragma once
 
 #include "board/position.h"
 
 #include <iosfwd>
 
-// The piece list on standard output, four entries a line.
+// Prints the piece list to standard output, four entries a line.
 void printPieces(const Position& position);
 
-// The board as a diagram, White at the bottom; without a stream, on standard output.
+// Prints the board as a diagram, White at the bottom; printPosition() to standard output.
 void printPosition(const Position& position);
 std::ostream& operator<<(std::ostream& stream, const Position& position);

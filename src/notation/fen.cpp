@@ -20,19 +20,20 @@ constexpr std::size_t EN_PASSANT_TOKEN = EDGE + 2;
 constexpr std::size_t CLOCK_TOKEN = EDGE + 3;
 constexpr std::size_t MIN_TOKENS = EN_PASSANT_TOKEN + 1;
 
-// A clock that text claims is kept so far from the end of the range that no game
-// counts past it.
+// The half-move clock is capped so that no game can count it past the range of int.
 constexpr long MAX_FEN_CLOCK = std::numeric_limits<int>::max() / 2;
 
-// A right as FEN writes it, in the order of writing.
+// The letter of each castling right, in the order in which FEN writes them.
 struct CastlingLetter {
     char letter;
     int right;
 };
-constexpr std::array<CastlingLetter, CASTLES> castlingLetters = {
-    {{'K', 1}, {'Q', 0}, {'k', 3}, {'q', 2}}};
+constexpr std::array<CastlingLetter, CASTLES> castlingLetters = {{{'K', rightOf(WHITE, false)},
+                                                                  {'Q', rightOf(WHITE, true)},
+                                                                  {'k', rightOf(BLACK, false)},
+                                                                  {'q', rightOf(BLACK, true)}}};
 
-// ---- Reading, to the letter ----
+// ---- Reading without checks ----
 
 // The token at `index`, or an empty text.
 std::string tokenAt(const std::vector<std::string>& tokens, std::size_t index) {
@@ -43,8 +44,8 @@ bool isEmptyRun(char c) {
     return '1' <= c && c <= '8';
 }
 
-// Puts the pieces of one rank on the board; `rankIndex` counts from rank 8 down.
-// What does not fit the rank is passed over.
+// Puts the pieces of one rank on the board. `rankIndex` counts from rank 8 down. Ignores pieces
+// past the h-file and unknown characters, which count as an empty square.
 void handleRank(const std::string& rank, int rankIndex, Position& position) {
     int file = 0;
     for (const char c : rank) {
@@ -74,14 +75,14 @@ void readCastling(const std::string& token, Position& position) {
     }
 }
 
-// FEN names the field behind the pawn, a position the pawn's own.
+// FEN has the square that the pawn passed over, Position::epField the pawn's own.
 void readEnPassant(const std::string& token, Position& position) {
     if (token.size() < 2 || token[0] == '-') {
         return;
     }
-    const FieldIndex behind = parseField(token[0], token[1]);
-    if (behind != NOT_FOUND) {
-        position.incremental.epField = behind + barva_OffsetPoleDozadu[position.colorToMove];
+    const FieldIndex passed = parseField(token[0], token[1]);
+    if (passed != NOT_FOUND) {
+        position.incremental.epField = passed + barva_OffsetPoleDozadu[position.colorToMove];
     }
 }
 
@@ -92,7 +93,7 @@ void readClock(const std::string& token, Position& position) {
     }
 }
 
-// Everything but what is derived from it.
+// Sets everything but the clock and the derived values.
 void readTokens(const std::vector<std::string>& tokens, Position& position) {
     resetPosition(position);
     for (int i = 0; i < EDGE; ++i) {
@@ -105,7 +106,7 @@ void readTokens(const std::vector<std::string>& tokens, Position& position) {
 
 // ---- The check ----
 
-// The same words with one blank between them.
+// `text` with single blanks between its fields and none around them.
 std::string withSingleBlanks(const std::string& text) {
     constexpr std::string_view BLANKS(" \r\n\0", 4);
     std::string tidy;
@@ -142,7 +143,7 @@ std::string findTextFault(const std::vector<std::string>& tokens) {
     }
     for (int i = 0; i < EDGE; ++i) {
         if (!isWellFormedRank(tokens[at(i)])) {
-            return "rank " + std::to_string(EDGE - i) + " does not describe eight fields";
+            return "rank " + std::to_string(EDGE - i) + " does not describe eight squares";
         }
     }
     if (tokens[SIDE_TOKEN] != "w" && tokens[SIDE_TOKEN] != "b") {
@@ -151,7 +152,7 @@ std::string findTextFault(const std::vector<std::string>& tokens) {
     return "";
 }
 
-// Looks at the mailbox and the side to move alone.
+// Reads only the mailbox and the side to move.
 std::string findBoardFault(const Position& position) {
     ByColor<int> pieces = {};
     ByColor<int> kings = {};
@@ -167,7 +168,7 @@ std::string findBoardFault(const Position& position) {
             kingFields[field.color] = index;
         }
         if (field.pieceType == PAWN && (rowOf(index) == 0 || rowOf(index) == EDGE - 1)) {
-            return "a pawn stands on rank 1 or 8";
+            return "a pawn is on rank 1 or 8";
         }
     }
     if (kings[WHITE] != 1 || kings[BLACK] != 1) {
@@ -178,7 +179,7 @@ std::string findBoardFault(const Position& position) {
     }
     const FieldIndex king = kingFields[position.oppositeColorToMove()];
     if (isAttackedPlainly(position, king, position.colorToMove)) {
-        return "the side that is not to move stands in check";
+        return "the side not to move is in check";
     }
     return "";
 }
@@ -189,17 +190,19 @@ bool holds(const Position& position, FieldIndex index, Color color, PieceType ty
 }
 
 void dropUnfoundedCastles(Position& position) {
-    for (int right = 0; right < CASTLES; ++right) {
-        const CastlingFields& fields = castlingFields[right];
-        const Color color = right < 2 ? WHITE : BLACK;
-        if (!holds(position, fields.kingFrom, color, KING) ||
-            !holds(position, fields.rookFrom, color, ROOK)) {
-            position.incremental.castles[right] = false;
+    for (const Color color : COLORS) {
+        for (const bool queenSide : {true, false}) {
+            const int right = rightOf(color, queenSide);
+            const CastlingFields& fields = castlingFields[right];
+            if (!holds(position, fields.kingFrom, color, KING) ||
+                !holds(position, fields.rookFrom, color, ROOK)) {
+                position.incremental.castles[right] = false;
+            }
         }
     }
 }
 
-// Drops the en passant field if its pawn cannot have come there by a double step just now.
+// Drops the en passant right unless the last move can have been a double step of its pawn.
 void dropUnfoundedEpField(Position& position) {
     FieldIndex& epField = position.incremental.epField;
     const Color mover = position.oppositeColorToMove();
@@ -255,11 +258,10 @@ std::string castlingToFen(const Position& position) {
 }
 
 std::string enPassantToFen(const Position& position) {
-    const FieldIndex epField = position.incremental.epField;
-    if (epField == NO_FIELD) {
+    if (position.incremental.epField == NO_FIELD) {
         return "-";
     }
-    return fieldToString(epField + pawnOnePieceAheadOffset[position.colorToMove], true);
+    return fieldToString(position.getEnPassantTarget(), true);
 }
 
 } // namespace

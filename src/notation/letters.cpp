@@ -1,6 +1,6 @@
 #include "notation/letters.h"
 
-#include <iostream>
+#include <ostream>
 
 namespace {
 
@@ -29,10 +29,8 @@ int getIndexOfChar(char ch, std::span<const char> arrayUpper, std::span<const ch
 }
 
 FieldIndex parseField(char c1, char c2) {
-    const int file = parse07File(c1);
-    const int row = parse07Row(c2);
-    const bool isField = file != NOT_FOUND && row != NOT_FOUND;
-    return isField ? fieldOf(file, row) : static_cast<FieldIndex>(NOT_FOUND);
+    return isFile(c1) && isRow(c2) ? fieldOf(parse07File(c1), parse07Row(c2))
+                                   : static_cast<FieldIndex>(NOT_FOUND);
 }
 
 int parse07File(char f) {
@@ -76,8 +74,4 @@ std::string fieldToString(FieldIndex fieldIndex, bool lowerCase) {
 
 void printField(std::ostream& stream, FieldIndex fieldIndex, bool lowerCase) {
     stream << fieldToString(fieldIndex, lowerCase);
-}
-
-void printField(FieldIndex fieldIndex, bool lowerCase) {
-    printField(std::cout, fieldIndex, lowerCase);
 }

@@ -13,7 +13,6 @@ LongAlgebraicMove::LongAlgebraicMove(const Move& move)
 }
 
 LongAlgebraicMove::LongAlgebraicMove(const std::string& text)
-
     : from(static_cast<FieldIndex>(NOT_FOUND)), to(from), promotionType(NO_PIECE) {
     if (text.size() < 4) {
         return;

@@ -1,4 +1,4 @@
-// The text of a move in the UCI protocol: e2e4, e1g1, e7e8q.
+// A move in the notation of the UCI protocol: e2e4, e1g1, e7e8q.
 #pragma once
 
 #include "board/move.h"
@@ -6,18 +6,18 @@
 #include <span>
 #include <string>
 
-// Start, target and promotion of a move. A castling is the king's move.
+// Start, target and promotion of a move. A castling is written as the king's move.
 class LongAlgebraicMove {
 public:
     explicit LongAlgebraicMove(const Move& move);
-    // Reads text, of which characters past the fifth are ignored. A text that names
-    // no fields, or is shorter than four characters, names no move of any position.
+    // Reads the first five characters. A text that does not start with two squares matches no
+    // move of any position.
     explicit LongAlgebraicMove(const std::string& text);
 
     std::string toString() const;
 
-    // Index of the first of `moves` that this one names, or -1. Without a promotion it
-    // names every move with its start and target.
+    // Index of the first of `moves` that matches, or -1. Without a promotion, any move with the
+    // same start and target matches.
     int getIndexOfMove(std::span<const Move> moves) const;
 
     FieldIndex getFrom() const { return from; }
@@ -27,5 +27,5 @@ public:
 private:
     FieldIndex from;
     FieldIndex to;
-    PieceType promotionType; // 0 for none
+    PieceType promotionType; // NO_PIECE if none
 };

@@ -12,14 +12,9 @@ constexpr std::string_view EN_PASSANT_WORD = "(e.p.)";
 constexpr auto SOMETHING_CAPTURED = static_cast<PieceType>(7);
 constexpr auto NOT_A_FIELD = static_cast<FieldIndex>(NOT_FOUND);
 
-// The name of a kind of piece; '?' for a type that text has claimed and that is none.
+// The letter of a piece type; '?' for the invalid types that parseMove() can return.
 char pieceNameOf(PieceType type) {
     return NO_PIECE <= type && type <= KING ? pieceNameChars[at(type)] : '?';
-}
-
-// Whether the characters of `str` from `start` up to `end` equal `cstr`.
-bool compare(const std::string& str, std::size_t start, std::size_t end, std::string_view cstr) {
-    return start <= str.size() && str.compare(start, end - start, cstr) == 0;
 }
 
 } // namespace
@@ -41,10 +36,6 @@ void printMove(std::ostream& stream, const Move& move) {
     if (move.promotionPieceType != NO_PIECE) {
         stream << pieceNameOf(move.promotionPieceType);
     }
-}
-
-void printMove(const Move& move) {
-    printMove(std::cout, move);
 }
 
 Move parseMove(const std::string& str, Color color) {
@@ -70,10 +61,8 @@ Move parseMove(const std::string& str, Color color) {
     }
     move.to = parseField(str[4], str[5]);
     if (str.size() > 6) {
-        const int promotion = getIndexOfChar(str[6], pieceNameChars);
-        if (promotion != NOT_FOUND) {
-            move.promotionPieceType = static_cast<PieceType>(promotion);
-        } else if (compare(str, 6, 6 + EN_PASSANT_WORD.size(), EN_PASSANT_WORD)) {
+        move.promotionPieceType = parseUpperPiece(str[6]);
+        if (str.compare(6, EN_PASSANT_WORD.size(), EN_PASSANT_WORD) == 0) {
             move.castle_ep_flag = EN_PASSANT;
         }
     }

@@ -1,4 +1,4 @@
-// A move in words, for logs and consoles: pE2-E4, NG1xF3, 0-0, pE5xD6(e.p).
+// The long notation of moves in explanations: pE2-E4, NG1xF3, 0-0, pE5xD6(e.p).
 #pragma once
 
 #include "board/move.h"
@@ -6,14 +6,11 @@
 #include <iosfwd>
 #include <string>
 
-// A move with its piece and capital fields; without a stream, on standard output.
 void printMove(std::ostream& stream, const Move& move);
-void printMove(const Move& move);
 
-// Reads what printMove() writes, with fields in either case, for the side `color`; every
-// colour but White is taken for Black. For en passant the text must end in "(e.p.)", with a
-// full stop that printMove() leaves out. A castling leaves `from`, `to` and `pieceMoved`
-// unset; 7 as captured piece says only that something is taken. A text that is too short,
-// or that has neither '-' nor 'x' in its place, gives a move whose missing fields are
-// NOT_FOUND; the latter also writes a message to standard error.
+// Reads the format of printMove(), with squares in either case, for the side `color`. Any colour
+// but WHITE counts as BLACK. En passant is read from "(e.p.)", with a full stop that printMove()
+// omits. A castling has its flag only. A capture has 7 as captured piece, because the text does
+// not name it. If the text is too short, the missing squares are NOT_FOUND. So are all after the
+// fourth character if that is neither '-' nor 'x', which also prints a message to standard error.
 Move parseMove(const std::string& str, Color color);

@@ -4,7 +4,7 @@
 
 namespace {
 
-// Widths and places in the move code.
+// The layout of the move code.
 constexpr int ROW_FACTOR = 8;
 constexpr int FROM_FACTOR = 64;
 constexpr int PROMOTION_SHIFT = 12;
@@ -13,7 +13,7 @@ constexpr int PROMOTION_SHIFT = 12;
 constexpr ByType<int> codesByType = {0, 0, 3, 1, 2, 4, 0};
 constexpr std::array<PieceType, 16> typesByCode = {NO_PIECE, KNIGHT, BISHOP, ROOK, QUEEN};
 
-// What a move code tells, in the engine's own terms.
+// The contents of a move code.
 struct CodedMove {
     FieldIndex from;
     FieldIndex to;
@@ -36,12 +36,7 @@ FieldIndex fieldOfCode(int code) {
 
 } // namespace
 
-PolyglotEntry::PolyglotEntry(const Move& move, int _weight, int _learn)
-    : PolyglotEntry(getIntRepresentation(move), _weight, _learn) {
-}
-
-PolyglotEntry::PolyglotEntry(std::int16_t _moveInt, int _weight, int _learn)
-    : moveInt(_moveInt), weight(_weight), learn(_learn) {
+PolyglotEntry::PolyglotEntry(const Move& move) : PolyglotEntry(getIntRepresentation(move)) {
 }
 
 std::int16_t PolyglotEntry::getIntRepresentation(const Move& move) {

@@ -1,5 +1,5 @@
-// A move in the 16-bit code of the Polyglot book format. The book holds its moves in this
-// form, and so does the transposition table.
+// A move in the 16-bit code of the Polyglot book format, in which the opening book and the
+// transposition table store moves.
 #pragma once
 
 #include "board/move.h"
@@ -7,34 +7,29 @@
 #include <cstdint>
 #include <span>
 
-// The code with the format's weight and learn value. It holds, from bit 0: file and row of
-// the target, file and row of the start, three bits each, then the promotion (1 knight, 2
-// bishop, 3 rook, 4 queen). Castling is written as the king taking its own rook.
+// From bit 0: file and row of the target, file and row of the start, three bits each, then the
+// promotion (1 knight, 2 bishop, 3 rook, 4 queen). A castling is the king capturing its own rook.
 class PolyglotEntry {
 public:
-    PolyglotEntry(const Move& move, int _weight, int _learn);
-    PolyglotEntry(std::int16_t _moveInt, int _weight, int _learn);
+    explicit PolyglotEntry(const Move& move);
+    explicit PolyglotEntry(std::int16_t _moveInt) : moveInt(_moveInt) {}
 
     // The code of a move.
     static std::int16_t getIntRepresentation(const Move& move);
-    // Adds start and target, two fields of the board, to a code that holds neither.
+    // Adds start and target to a code that has neither.
     static void fillMove(FieldIndex from, FieldIndex to, std::int16_t& result);
 
     std::int16_t getMoveInt() const { return moveInt; }
-    int getWeight() const { return weight; }
-    int getLearn() const { return learn; }
     FieldIndex getFrom() const;
     FieldIndex getTo() const;
-    // The piece that a pawn becomes, 0 for none and for codes without a meaning.
+    // The piece to which a pawn promotes; NO_PIECE if none or invalid.
     PieceType getPromotionPiece() const;
 
-    // Whether the code names this move.
+    // Whether the code describes this move.
     bool isMove(const Move& move) const;
-    // Index of the first of `moves` that the code names, or -1.
+    // Index of the first of `moves` that the code describes, or -1.
     int getMove(std::span<const Move> moves) const;
 
 private:
-    std::int16_t moveInt; // the code; its sign bit stays 0
-    int weight;           // always 0 here
-    std::int32_t learn;   // always 0 here
+    std::int16_t moveInt; // not negative
 };

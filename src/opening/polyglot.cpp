@@ -13,9 +13,9 @@
 
 namespace {
 
-constexpr std::size_t MOVE_STRIDE = 5; // characters of a book line from move to move
+constexpr std::size_t MOVE_STRIDE = 5; // characters of a move and its separator
 
-// The target of a king's castling move, turned to the rook that the code names.
+// The rook's square if the move is a castling written as the king's move, else `to`.
 FieldIndex rookTargetOf(FieldIndex from, FieldIndex to) {
     for (const CastlingFields& fields : castlingFields) {
         if (from == fields.kingFrom && to == fields.kingTo) {
@@ -36,7 +36,7 @@ PolyglotBook::PolyglotBook() {
     }
 }
 
-PolyglotBook PolyglotBook::getStandard() {
+const PolyglotBook& PolyglotBook::getStandard() {
     static const PolyglotBook standard = [] {
         PolyglotBook book;
         for (const std::string_view line : STANDARD_LINES) {
@@ -59,10 +59,6 @@ PolyglotBook PolyglotBook::getBookFromFile(const std::string& filePath, bool pol
         addLine(book, line, polyglotNotation);
     }
     return book;
-}
-
-PolyglotBook PolyglotBook::getPcst() {
-    return getBookFromFile("bin\\Debug\\PcstBook.txt", false);
 }
 
 void PolyglotBook::resetRand() {
@@ -106,7 +102,7 @@ std::vector<HashEntryPair> getLineFromString(const std::string& str, bool usePol
         if (!usePolyglotNotation) {
             to = rookTargetOf(from, to);
         }
-        const PolyglotEntry entry({from, to, NO_PIECE, NO_PIECE, ORDINARY_MOVE, NO_PIECE}, 0, 0);
+        const PolyglotEntry entry({from, to, NO_PIECE, NO_PIECE, ORDINARY_MOVE, NO_PIECE});
 
         MoveArray moves;
         const int count = generateMoves(position, moves);

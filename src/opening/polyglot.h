@@ -1,4 +1,4 @@
-// The opening book in memory, and how it is built.
+// The opening book in memory.
 #pragma once
 
 #include "board/position.h"
@@ -9,23 +9,21 @@
 #include <string>
 #include <vector>
 
-// Book moves by position key. A move that several lines share stands several times,
-// and so is drawn more often.
+// Book moves by position key. A move that several lines share has several entries, so that it is
+// drawn more often.
 class PolyglotBook {
 public:
-    // `from` of the answer for no book move; its other fields mean nothing.
+    // `from` of the result of getMove() if there is no book move.
     static constexpr auto NO_BOOK_MOVE = static_cast<FieldIndex>(127);
 
-    // An empty book. The first one of the process seeds the random generator.
+    // Constructs an empty book. The first one of the process seeds the random generator.
     PolyglotBook();
 
-    // The book that the engine plays from: a copy of the one that the first call makes.
-    static PolyglotBook getStandard();
-    // The lines of a text file, one a line; empty, with a message on standard error,
-    // if it cannot be opened.
+    // The book that the engine plays from. The first call builds it.
+    static const PolyglotBook& getStandard();
+    // Reads a text file with one book line per text line; see getLineFromString(). If it cannot
+    // be opened, prints a message to standard error and returns an empty book.
     static PolyglotBook getBookFromFile(const std::string& filePath, bool polyglotNotation);
-    // The book of a file with a fixed path.
-    static PolyglotBook getPcst();
 
     // Seeds the random generator with the time in seconds.
     static void resetRand();
@@ -34,25 +32,25 @@ public:
     void put(std::uint64_t hash, const PolyglotEntry& entry);
     // The entries of a key in the order of insertion.
     std::vector<PolyglotEntry> get(std::uint64_t hash) const;
-    // Draws one of the entries of the position and returns its move as generated.
-    // `from` is NO_BOOK_MOVE if there is none, or if the one drawn is not possible.
+    // Draws one of the entries of the position and returns its pseudo-legal move. `from` is
+    // NO_BOOK_MOVE if there is no entry, or if the one drawn describes no such move.
     Move getMove(const Position& position) const;
 
 private:
     std::map<std::uint64_t, std::vector<PolyglotEntry>> innerMap;
-    static bool randomSeeded;
+    static bool randomSeeded; // by the first book of the process
 };
 
-// One move of a book line: the key of the position before it, and its code.
+// One move of a book line, and the key of the position before it.
 struct HashEntryPair {
     std::uint64_t hash;
     PolyglotEntry polyglotEntry;
 };
 
-// Replays a line of moves from the start position. Moves are four characters each at
-// a stride of five; the first that is not possible ends the line. Castling is the
-// king's move, or, with `usePolyglotNotation`, the king taking its own rook.
+// Reads a line of moves from the start position. Each move is four characters and a separator. The
+// first move that is not pseudo-legal ends the line. A castling is the king's move; with
+// `usePolyglotNotation`, the king capturing its own rook.
 std::vector<HashEntryPair> getLineFromString(const std::string& str, bool usePolyglotNotation);
 
-// Puts every move of a line into the book.
+// Puts each move of a line into the book.
 void addLine(PolyglotBook& book, const std::string& str, bool usePolyglotNotation = false);

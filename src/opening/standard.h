@@ -1,10 +1,9 @@
-// The data of the standard opening book.
+// The lines of the standard opening book.
 #pragma once
 
 #include <span>
 #include <string_view>
 
-// Lines of moves from the start position, four characters a move and one blank
-// between moves; castling is the king's move. A line that stands here more than once
-// counts as often as it stands: it raises the chance that its moves are drawn.
+// Moves from the start position, four characters each and separated by a blank. A castling is the
+// king's move. A line occurs several times if its moves are to be drawn more often.
 extern const std::span<const std::string_view> STANDARD_LINES;

@@ -60,7 +60,7 @@ private:
 
 void MoveOrder::orderMoves(const MoveArray& moves, MoveIndices& moveOrderIndices, int length,
                            int depth, std::int16_t bestMoveShort) const {
-    const PolyglotEntry entry(bestMoveShort, 0, 0);
+    const PolyglotEntry entry(bestMoveShort);
     Drawers<TREE_DRAWERS> drawers;
     for (int i = 0; i < length; ++i) {
         const bool isTableMove = bestMoveShort != 0 && entry.isMove(moves[i]);

@@ -68,7 +68,7 @@ void TreeGenerator::completeVariant(const Position& position, Variant& variant,
     while (variant.varLength + newMoves < std::min(maxTotalLength, MAX_VARIANT_MOVES)) {
         MoveArray moves;
         const int count = generateMoves(tempPosition, moves);
-        const PolyglotEntry entry(state.table.getAnyMove(tempPosition), 0, 0);
+        const PolyglotEntry entry(state.table.getAnyMove(tempPosition));
         const int index = entry.getMove(moves.first(count));
         if (index < 0 || !doMove(tempPosition, moves[index], context)) {
             break;

@@ -47,7 +47,7 @@ TEST(BookTool, CountsRepeatedEntriesAndKeepsTheOrderOfEquals) {
     // A code that names no legal move of the position is never played.
     PolyglotBook book;
     const Position start = positionOf(START_FEN);
-    book.put(start.incremental.hash, PolyglotEntry(std::int16_t{1}, 0, 0));
+    book.put(start.incremental.hash, PolyglotEntry(std::int16_t{1}));
     EXPECT_TRUE(getBookChoices(book, start).empty());
 }
 
