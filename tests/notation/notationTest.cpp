@@ -1,19 +1,19 @@
-// Text forms of positions, moves, lines and scores.
+// Text forms of positions and moves.
 #include "board/positionCheck.h"
 #include "notation/diagram.h"
 #include "notation/fen.h"
 #include "notation/letters.h"
 #include "notation/moveText.h"
-#include "search/score.h"
-#include "search/variant.h"
+#include "notation/polyglotEntry.h"
 #include "testing/boardSupport.h"
 
 #include <gtest/gtest.h>
 #include <limits>
+#include <map>
 
 namespace {
 
-// What `write` prints on standard output.
+// What `write` prints to standard output.
 template <typename Write> std::string printed(Write write) {
     testing::internal::CaptureStdout();
     write();
@@ -28,7 +28,7 @@ TEST(Fen, ComesBackAsItWasRead) {
     }
 }
 
-TEST(Fen, IsReadToTheLetter) {
+TEST(Fen, IsReadWithoutChecks) {
     const std::pair<const char*, const char*> cases[] = {
         {"8/8/8/8/8/8/8/K1k5 w - -", "8/8/8/8/8/8/8/K1k5 w - - 0"},
         {"8/8/8/8/8/8/8/K1k5 b - - - 7", "8/8/8/8/8/8/8/K1k5 b - - 0"},
@@ -89,14 +89,14 @@ TEST(PlayableFen, RejectsWhatCannotBePlayed) {
     for (const auto& [fen, reason] : cases) {
         Position position = before;
         const std::string fault = readPlayableFen(position, fen);
-        EXPECT_NE(fault.find(reason), std::string::npos) << fen << " told \"" << fault << '"';
+        EXPECT_NE(fault.find(reason), std::string::npos) << fen << " gave \"" << fault << '"';
         EXPECT_EQ(findDifference(position, before), "") << fen;
     }
 }
 
-TEST(PlayableFen, DropsClaimsThatTheBoardDoesNotBearOut) {
+TEST(PlayableFen, DropsRightsThatTheBoardContradicts) {
     const std::tuple<const char*, const char*, const char*> cases[] = {
-        // board, claims, what is kept
+        // board, rest of the FEN, rest after reading
         {"r3k2r/8/8/8/8/8/8/R3K2R", "w KQkq - 0", "w KQkq - 0"},
         {"1r2k2r/8/8/8/8/8/8/R3K1R1", "w KQkq - 0", "w Qk - 0"},
         {"r2k3r/8/8/8/8/8/8/R3K2R", "w KQkq - 0", "w KQ - 0"},
@@ -113,15 +113,15 @@ TEST(PlayableFen, DropsClaimsThatTheBoardDoesNotBearOut) {
         {"4k3/8/8/8/4P3/8/8/4K3", "b - h8 0", "b - - 0"},
         {"4k3/8/8/8/4P3/8/8/4K3", "w - a1 0", "w - - 0"},
     };
-    for (const auto& [board, claimed, kept] : cases) {
+    for (const auto& [board, given, kept] : cases) {
         Position position;
-        EXPECT_EQ(readPlayableFen(position, board + std::string(" ") + claimed), "");
+        EXPECT_EQ(readPlayableFen(position, board + std::string(" ") + given), "");
         EXPECT_EQ(getFen(position), board + std::string(" ") + kept);
         EXPECT_EQ(findInconsistency(position), "");
     }
 }
 
-TEST(PlayableFen, CountsFieldsAsAPersonWould) {
+TEST(PlayableFen, IgnoresExtraBlanks) {
     for (const std::string text :
          {"  4k3/8/8/8/8/8/8/4K3 w - - 7", "4k3/8/8/8/8/8/8/4K3   w -  - 7 \r\n",
           "4k3/8/8/8/8/8/8/4K3 w - - 7 12  "}) {
@@ -135,7 +135,7 @@ TEST(PlayableFen, CountsFieldsAsAPersonWould) {
 
 TEST(LongAlgebraicMove, ReadsAndWritesText) {
     const std::tuple<const char*, FieldIndex, FieldIndex, PieceType, const char*> cases[] = {
-        // text, from, to, promotion, as it is written
+        // text, from, to, promotion, text written back
         {"e2e4", E2, E4, NO_PIECE, "e2e4"},      {"A7A8Q", A7, A8, QUEEN, "a7a8q"},
         {"b7b8k", B7, B8, NO_PIECE, "b7b8"},     {"b7b8p", B7, B8, NO_PIECE, "b7b8"},
         {"e2e4 e7e5", E2, E4, NO_PIECE, "e2e4"}, {"e1g1xyz", E1, G1, NO_PIECE, "e1g1"},
@@ -152,7 +152,7 @@ TEST(LongAlgebraicMove, ReadsAndWritesText) {
 TEST(LongAlgebraicMove, FindsItsRecordAmongMoves) {
     const std::tuple<const char*, const char*, int> cases[] = {
         // position, text, index
-        {"7k/P7/8/8/8/8/8/K7 w - - 0 1", "a7a8", 3}, // without a letter the first, a knight
+        {"7k/P7/8/8/8/8/8/K7 w - - 0 1", "a7a8", 3}, // without a letter the first promotion
         {"7k/P7/8/8/8/8/8/K7 w - - 0 1", "a7a8Q", 6},
         {"4k3/8/8/8/8/8/8/R3K2R w KQ - 0 1", "e1c1", 5},
         {"4k3/8/8/8/8/8/8/R3K2R w KQ - 0 1", "e1g1", 6},
@@ -170,13 +170,13 @@ TEST(LongAlgebraicMove, FindsItsRecordAmongMoves) {
         const LongAlgebraicMove move{std::string(text)};
         EXPECT_EQ(move.getIndexOfMove(moves), expected) << fen << ' ' << text;
     }
-    // The fields of a castling record mean nothing.
+    // The squares of a castling record have no meaning.
     const Move castling = {E2, E4, PAWN, NO_PIECE, BLACK_QUEEN_SIDE, NO_PIECE};
     EXPECT_EQ(LongAlgebraicMove(std::string("e2e4")).getIndexOfMove({&castling, 1}), -1);
     EXPECT_EQ(LongAlgebraicMove(castling).toString(), "e8c8");
 }
 
-TEST(Letters, OfPiecesKnowOneCaseOfThePawn) {
+TEST(Letters, OfPawnsAreSmall) {
     for (int type = PAWN; type <= KING; ++type) {
         EXPECT_EQ(parsePiece(" prnbqk"[type]), type);
         EXPECT_EQ(parsePiece(" PRNBQK"[type]), type == PAWN ? NO_PIECE : type);
@@ -184,7 +184,7 @@ TEST(Letters, OfPiecesKnowOneCaseOfThePawn) {
     }
     EXPECT_EQ(parseUpperPiece('q'), NO_PIECE);
     EXPECT_EQ(fieldToString(A1, false), "A1");
-    EXPECT_EQ(printed([] { printField(H8, true); }), "h8");
+    EXPECT_EQ(fieldToString(H8, true), "h8");
     for (char letter = ' '; letter < '~'; ++letter) {
         EXPECT_EQ(isFile(letter), std::string("abcdefghABCDEFGH").find(letter) != std::string::npos)
             << letter;
@@ -196,7 +196,13 @@ TEST(Letters, OfPiecesKnowOneCaseOfThePawn) {
 constexpr Move DOUBLE_STEP = {E2, E4, PAWN, NO_PIECE, ORDINARY_MOVE, NO_PIECE};
 constexpr Move CASTLING = {NO_FIELD, NO_FIELD, NO_PIECE, NO_PIECE, BLACK_QUEEN_SIDE, NO_PIECE};
 
-TEST(WordyMoves, ArePrintedAndReadBack) {
+std::string writtenMove(const Move& move) {
+    std::ostringstream stream;
+    printMove(stream, move);
+    return stream.str();
+}
+
+TEST(MoveText, IsPrintedAndReadBack) {
     const std::pair<const char*, Move> cases[] = {
         {"pE2-E4", DOUBLE_STEP},
         {"NG1xF3", {G1, F3, KNIGHT, QUEEN, ORDINARY_MOVE, NO_PIECE}},
@@ -205,7 +211,7 @@ TEST(WordyMoves, ArePrintedAndReadBack) {
         {"0-0", {NO_FIELD, NO_FIELD, NO_PIECE, NO_PIECE, BLACK_KING_SIDE, NO_PIECE}},
     };
     for (const auto& [text, move] : cases) {
-        EXPECT_EQ(printed([&move = move] { printMove(move); }), text);
+        EXPECT_EQ(writtenMove(move), text);
         const Move read = parseMove(text, BLACK);
         EXPECT_EQ(read.castle_ep_flag, move.castle_ep_flag) << text;
         if (!move.isCastle()) {
@@ -219,57 +225,46 @@ TEST(WordyMoves, ArePrintedAndReadBack) {
     EXPECT_EQ(parseMove("0-0-0", EMPTY).castle_ep_flag, BLACK_QUEEN_SIDE);
     EXPECT_EQ(parseMove("pe5xd6(e.p.)", WHITE).castle_ep_flag, EN_PASSANT);
     const Move enPassant = {E5, D6, PAWN, PAWN, EN_PASSANT, NO_PIECE};
-    EXPECT_EQ(printed([&] { printMove(enPassant); }), "pE5xD6(e.p)");
+    EXPECT_EQ(writtenMove(enPassant), "pE5xD6(e.p)");
 }
 
-TEST(WordyMoves, SurviveShortAndWrongText) {
+TEST(MoveText, MayBeShortOrWrong) {
     for (const std::string text : {"", "p", "pE", "pE2", "pE2-", "pE2-E", "xi9-zz"}) {
         EXPECT_EQ(parseMove(text, WHITE).to, NOT_FOUND) << text;
     }
     testing::internal::CaptureStderr();
     EXPECT_EQ(printed([] { parseMove("pE2=E4", WHITE); }), "");
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "parsing error, '-' expected\n");
-    // A piece that there is not can be written all the same.
-    EXPECT_EQ(printed([] { printMove(parseMove("xe2-e4", WHITE)); }), "?E2-E4");
+    // An invalid piece type.
+    EXPECT_EQ(writtenMove(parseMove("xe2-e4", WHITE)), "?E2-E4");
 }
 
-// ---- Lines and scores ----
-
-TEST(Variant, IsPrintedInTheOrderOfPlay) {
-    Variant line;
-    line.varLength = 3;
-    line.evaluation = -42;
-    line.get(0) = {DOUBLE_STEP, false, false, true};
-    line.get(1) = {CASTLING, false, true, false};
-    line.get(2) = {DOUBLE_STEP, true, true, false};
-    const std::string text = "pE2-E4(o) 0-0-0(h) (pE2-E4(h)) Evaluation : -42\n";
-    EXPECT_EQ(variantToString(line), text);
-    EXPECT_EQ(printed([&] { printVariant(line); }), text);
-    EXPECT_EQ(printed([&] { printVariant(line.variantMoves.begin(), 2); }),
-              "0-0-0(h) (pE2-E4(h)) ");
-    EXPECT_EQ(printed([&] { printVariantMove(line.get(0)); }), "pE2-E4(o)");
-}
-
-TEST(Scores, OfMatesTellTheirLength) {
-    for (int moves = 1; moves <= 25; ++moves) {
-        EXPECT_EQ(mateInFromEval(mateInEval(moves)), moves);
-        // Mated after an even number of plies, one step inward for each.
-        EXPECT_EQ(mateInFromEval(MATED_EVALUATION + 2 * (moves - 1)), moves - 1);
+TEST(MoveCode, NamesExactlyOneMoveOfAPosition) {
+    struct Case {
+        std::string fen;
+        std::map<std::string, int> codes; // of some of its moves
+    };
+    for (const auto& [fen, codes] : std::initializer_list<Case>{
+             {START_FEN, {{"e2e4", 796}, {"g1f3", 405}}},
+             {"r3k2r/8/8/2pP4/8/8/8/R3K2R w KQkq c6 0 1", {{"e1g1", 263}, {"d5c6", 2282}}},
+             {"r3k2r/8/8/8/8/8/8/R3K2R b KQkq - 0 1", {{"e8c8", 3896}}},
+             {"1r6/P3P2k/8/8/8/8/8/K7 w - - 0 1", {{"e7e8q", 19772}, {"a7a8n", 7224}}}}) {
+        const std::vector<Move> moves = pseudoLegalMovesOf(positionOf(fen));
+        for (int i = 0; i < static_cast<int>(moves.size()); ++i) {
+            const PolyglotEntry entry(moves[at(i)]);
+            EXPECT_EQ(entry.getMove(moves), i);
+            EXPECT_EQ(entry.getMove(std::span(moves).first(at(i))), -1);
+        }
+        for (const auto& [text, code] : codes) {
+            const Move move = moveOf(positionOf(fen), text);
+            EXPECT_EQ(PolyglotEntry::getIntRepresentation(move), code) << text;
+        }
     }
-    EXPECT_EQ(mateInEval(1), -furtherFromCheckMate(MATED_EVALUATION));
-    EXPECT_EQ(mateInEval(0), 0);
-    EXPECT_EQ(mateInEval(-1), -2147483449);
-    EXPECT_EQ(mateInEval(-25), -2147483497);
-    for (const int limit : {2147483398, -2147483398}) {
-        EXPECT_EQ(mateInFromEval(limit), 0);
-        EXPECT_EQ(printed([limit] { printEval(limit); }), std::to_string(limit) + '\n');
-    }
-    EXPECT_EQ(printed([] { printEval(2147483447); }), "Will mate in 1 (2147483447)\n");
-    EXPECT_EQ(printed([] { printEval(-2147483446); }), "Will be in mate in 1 (-2147483446)\n");
-    EXPECT_EQ(printed([] { printEval(-1500); }), "-1500\n");
 }
 
-TEST(Diagram, ShowsEveryFieldWithWhiteBelow) {
+// ---- Diagrams ----
+
+TEST(Diagram, ShowsEverySquareWithWhiteAtTheBottom) {
     const Position position = positionOf("k7/8/8/8/8/8/8/K5Q1 w - - 0 1");
     std::ostringstream stream;
     stream << position;

@@ -1,66 +1,19 @@
-// Parameters, counters and text helpers.
-#include "base/cppIoUtils.h"
-#include "search/engineParameters.h"
-#include "search/infoStruct.h"
+// The counters of the search and their report.
 #include "search/statistics.h"
+#include "search/infoStruct.h"
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <sstream>
 
 namespace {
 
-std::string textOf(const EngineConfig& config) {
-    std::ostringstream stream;
-    config.print(stream);
-    return stream.str();
-}
-
-template <class Reader> void readLines(Reader& reader, const std::string& text) {
+void readLines(TestStatistics& counters, const std::string& text) {
     std::istringstream stream(text);
     for (std::string line; std::getline(stream, line);) {
-        reader.readLine(line);
+        counters.readLine(line);
     }
-}
-
-TEST(EngineConfig, ReadsBackWhatItPrints) {
-    EXPECT_EQ(textOf(*EngineConfig::getProdConfig()),
-              "Using hash table\nHashTableSize: 16777216\nTreeMaxDepth: 3\n"
-              "QuiscenceDeltaWindow: 2000\nQuiscenceMaxDepth: 10\n");
-    const std::string other = "Not using hash table\nHashTableSize: 11\nTreeMaxDepth: 12\n"
-                              "QuiscenceDeltaWindow: -13\nQuiscenceMaxDepth: 14\n";
-    EngineConfig config;
-    readLines(config, other + "Unknown: 5\n\n hashTableSize: 6\n");
-    EXPECT_EQ(textOf(config), other);
-    config.readLine("HashTableSize: ");
-    EXPECT_EQ(config.hashTableSize, 11);
-    config.readLine("HashTableSize: many");
-    EXPECT_EQ(config.hashTableSize, 0);
-    config.readLine("HashTableSize: 99999999999");
-    EXPECT_EQ(config.hashTableSize, 2147483647);
-    readLines(config, textOf(EngineConfig()));
-    EXPECT_EQ(textOf(config), "Using hash table\nHashTableSize: 8388608\nTreeMaxDepth: 3\n"
-                              "QuiscenceDeltaWindow: 2000\nQuiscenceMaxDepth: 15\n");
-}
-
-TEST(TextHelpers, IndentSplitAndTurnSlashes) {
-    EXPECT_EQ(indentString(2, ""), "  ");
-    EXPECT_EQ(indentString(2, "a\n\nb\n"), "  a\n  \n  b\n  ");
-    EXPECT_EQ(splitString(" a\tb\n  c "), (std::vector<std::string>{"a", "b", "c"}));
-    Env env;
-    env.system = EnvSystem::LINUX;
-    EXPECT_EQ(env.slashSafeString("a\\b/c"), "a/b/c");
-    env.system = EnvSystem::WINDOWS;
-    EXPECT_EQ(env.slashSafeString("a\\b/c"), "a\\b\\c");
-    std::string path = "/a\\b/";
-    EXPECT_EQ(env.slashSafeCString(path.data()), path.data());
-    EXPECT_EQ(path, "\\a\\b\\");
-    testing::internal::CaptureStdout();
-    env.print();
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "Environment :\nSystem :1\n");
-    Env::getInstance().system = EnvSystem::WINDOWS;
-    EXPECT_EQ(Env::getInstance().slashSafeString("/"), "\\");
-    Env::getInstance().system = Env().system;
 }
 
 TEST(NodesPerSecond, CountsNoTimeAsOneMillisecond) {
