@@ -33,7 +33,7 @@ struct GameSoFar {
     bool hasHad(std::uint64_t key) const { return std::ranges::find(keys, key) != keys.end(); }
 };
 
-// Half of the time the way back of the side's last move, to produce repetitions.
+// Half of the time the reverse of the side's last move, to produce repetitions.
 Move drawMove(const GameSoFar& game, const std::vector<Move>& legal, Dice& dice) {
     if (game.moves.size() >= 2 && dice.chance(50)) {
         const Move& last = game.moves[game.moves.size() - 2];
@@ -47,8 +47,8 @@ Move drawMove(const GameSoFar& game, const std::vector<Move>& legal, Dice& dice)
     return dice.pickFrom(legal);
 }
 
-// The key is not the one after the move if that spends a castling right, and has no en passant
-// term. Neither may change whether an earlier position is found.
+// getRepeatedKey() ignores en passant and the loss of castling rights. Neither may change whether
+// an earlier position is found.
 TEST(AfterMove, FindsExactlyTheEarlierPositionsThatAMoveRepeats) {
     constexpr int NO_DOUBLE_STEP = 3; // half-move clock before a fourth reversible move
     Dice dice(1);

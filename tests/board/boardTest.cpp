@@ -17,16 +17,16 @@ TEST(StartPosition, IsSetUpInTheOrderOfTheList) {
     EXPECT_EQ(totalMaterial(position), 79400);
 }
 
-TEST(ReflectBoard, LeavesOutWhatTheListCannotHold) {
+TEST(ReflectBoard, LeavesOutPiecesAfterThe16th) {
     const Position position = positionOf("4k3/8/8/8/8/QQQQQQQQ/QQQQQQQQ/K7 w - - 0 1");
     EXPECT_EQ(position.pieces[KingIndex[BLACK]].pieceType, KING);
     EXPECT_EQ(position.incremental.material[WHITE], 15 * 9500);
-    for (const Color none : {EMPTY, BORDER}) { // any colour but White's is Black's
+    for (const Color none : {EMPTY, BORDER}) { // any colour but WHITE counts as BLACK
         EXPECT_EQ(materialForColor(positionOf(START_FEN), none), 39700);
     }
 }
 
-TEST(TestMoveEquality, ComparesCastlingsByFlagAndTheRestByFields) {
+TEST(TestMoveEquality, ComparesCastlingsByFlagAndOtherMovesBySquares) {
     const Move castling = {A1, A2, KING, NO_PIECE, WHITE_KING_SIDE, NO_PIECE};
     const Move sameCastling = {A3, A4, PAWN, NO_PIECE, WHITE_KING_SIDE, NO_PIECE};
     const Move capture = {E5, D6, PAWN, PAWN, ORDINARY_MOVE, NO_PIECE};
@@ -41,15 +41,15 @@ TEST(TestMoveEquality, ComparesCastlingsByFlagAndTheRestByFields) {
                                                          {E5, D6, PAWN, PAWN, {}, QUEEN}}) {
         EXPECT_FALSE(testMoveEquality(capture, other));
     }
-    // Two flags that no move has.
+    // A flag that no move has.
     const Move odd = {E5, D6, PAWN, PAWN, static_cast<MoveFlag>(6), NO_PIECE};
     EXPECT_FALSE(testMoveEquality(odd, capture));
     EXPECT_TRUE(testMoveEquality(odd, {A1, A2, KING, NO_PIECE, odd.castle_ep_flag, NO_PIECE}));
 }
 
-TEST(FindInconsistency, TellsEachBrokenInvariant) {
+TEST(FindInconsistency, ReportsEachBrokenInvariant) {
     using Breaking = void (*)(Position&);
-    // What is done to a sound position, and a part of the complaint about it.
+    // A part of the report, and the change to a consistent position that causes it.
     const std::pair<const char*, Breaking> cases[] = {
         {"border and board", [](Position& p) { p.board[H1 + 1].color = EMPTY; }},
         {"border and board", [](Position& p) { p.board[E4].color = BORDER; }},
@@ -83,14 +83,14 @@ TEST(FindInconsistency, TellsEachBrokenInvariant) {
          [](Position& p) { p.incremental.sum += pieceSums[BLACK][KNIGHT][F6]; }},
         {"remembered check", [](Position& p) { p.check = IS_CHECK; }},
     };
-    // White has no queen, so that its last entry is free.
+    // White has no queen, so its last list entry is free.
     const Position sound = positionOf("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNB1KBNR w KQkq - 0 1");
     ASSERT_EQ(findInconsistency(sound), "");
     for (const auto& [complaint, breakIt] : cases) {
         Position broken = sound;
         breakIt(broken);
         EXPECT_NE(findInconsistency(broken).find(complaint), std::string::npos)
-            << complaint << " expected, told \"" << findInconsistency(broken) << '"';
+            << complaint << " expected, got \"" << findInconsistency(broken) << '"';
     }
     Position leftOvers = sound;
     leftOvers.board[D1] = {EMPTY, PAWN, 30};
@@ -127,7 +127,7 @@ TEST(Key, IsThePublishedOne) {
     }
 }
 
-// The keys above touch few of the numbers; a digest of all of them finds a slip.
+// The keys above use few of the numbers. A digest of all finds a wrong one.
 TEST(Key, IsMadeOfThePublishedNumbers) {
     std::uint64_t digest = 14695981039346656037U;
     for (const std::uint64_t number : ZobristRandomArray) {
@@ -136,7 +136,7 @@ TEST(Key, IsMadeOfThePublishedNumbers) {
     EXPECT_EQ(digest, 0xDBDD6C53476F44E5);
 }
 
-TEST(Key, TellsTheFourRightsApart) {
+TEST(Key, HasATermForEachCastlingRight) {
     const std::size_t numbers[] = {769, 768, 771, 770};
     for (int right = 0; right < CASTLES; ++right) {
         EXPECT_EQ(getCastleHash(right), ZobristRandomArray[numbers[right]]);

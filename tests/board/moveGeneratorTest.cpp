@@ -33,7 +33,7 @@ long countSequences(Position& position, int depth) {
     return count;
 }
 
-// Each position to the greatest depth that has at most MOST_SEQUENCES.
+// To the greatest depth with at most MOST_SEQUENCES sequences.
 TEST(Perft, CountsKnownNumbers) {
     for (const PerftLine& line : readPerftLines()) {
         const auto end = std::ranges::upper_bound(line.counts, MOST_SEQUENCES);
@@ -71,14 +71,14 @@ void walkWithTwin(Position position, const NaiveBoard& twin, int depth, KeysById
     }
 }
 
-// Also: two ways to a position meet in one key exactly if board, side, rights and a
-// usable en passant capture are the same.
-TEST(NaiveTwin, KnowsTheSameMovesAndPositions) {
+// Also: two positions have the same key exactly if board, side to move, castling rights and a
+// possible en passant capture are the same.
+TEST(NaiveTwin, HasTheSameMovesAndPositions) {
     KeysByIdentity keys;
     for (const PerftLine& line : readPerftLines()) {
         walkWithTwin(positionOf(line.fen), NaiveBoard(line.fen), 1, keys);
     }
-    // Chances to take en passant that come, pass, and are pinned away.
+    // En passant captures that become possible, expire, or are pinned.
     for (const char* fen :
          {"4k3/2p1p3/8/1P1P1P2/2p1p3/8/1P1P4/4K3 w - - 3 1",
           "r3k2r/8/8/8/1p4p1/8/P6P/R3K2R w KQkq - 0 1", "4k3/3p4/8/1KP4r/8/8/8/8 b - - 0 1"}) {
@@ -113,18 +113,18 @@ TEST(GenerationOrder, FollowsListAndOffsets) {
          "e1d1 e1f1 e1e2 e1f2 e1d2 e1c1 e1g1 "
          "a1b1 a1c1 a1d1 a1a2 a1a3 a1a4 a1a5 a1a6 a1a7 a1a8 "
          "h1h2 h1h3 h1h4 h1h5 h1h6 h1h7 h1h8 h1g1 h1f1"},
-        // The queen has an order of its own; the king's moves into attack are there.
+        // The queen's rays come in the king's order. The king's moves into attack are included.
         {"7k/8/5p2/2p5/1n1Q4/4p3/8/K7 w - - 0 1",
          "a1b1 a1a2 a1b2 d4c4 d4b4 d4e4 d4f4 d4g4 d4h4 d4d3 d4d2 d4d1 d4d5 d4d6 d4d7 d4d8 "
          "d4c3 d4b2 d4e5 d4f6 d4e3 d4c5"},
-        // Promotions: knight, bishop, rook, queen; the push, then towards a, then h.
+        // Promotions to knight, bishop, rook, queen; first ahead, then towards a, then h.
         {"r1n5/1P6/8/8/8/8/8/k1K5 w - - 0 1",
          "c1b1 c1d1 c1c2 c1d2 c1b2 b7b8n b7b8b b7b8r b7b8q b7a8n b7a8b b7a8r b7a8q "
          "b7c8n b7c8b b7c8r b7c8q"},
         {"K1k5/8/8/8/8/8/1p6/R1N5 b - - 0 1",
          "c8b8 c8d8 c8c7 c8b7 c8d7 b2b1n b2b1b b2b1r b2b1q b2a1n b2a1b b2a1r b2a1q "
          "b2c1n b2c1b b2c1r b2c1q"},
-        // En passant comes last of a pawn's moves, for either pawn.
+        // En passant is the last move of a pawn, whichever pawn captures.
         {"7k/8/5n2/2PpP3/8/8/8/7K w - d6 0 2", "h1g1 h1h2 h1g2 c5c6 c5d6 e5e6 e5f6 e5d6"},
         {"7k/8/8/8/4Pp2/6B1/8/7K b - e3 0 1", "h8g8 h8h7 h8g7 f4f3 f4g3 f4e3"},
         {"7k/8/8/8/4N3/8/1R6/7K w - - 0 1",
@@ -138,7 +138,7 @@ TEST(GenerationOrder, FollowsListAndOffsets) {
     }
 }
 
-// ---- What a move does beside the board ----
+// ---- The rest of the state ----
 
 TEST(DoMove, CountsCastlingsForTheirColour) {
     Position position = positionOf("r3k2r/8/8/8/8/8/8/R3K2R w KQkq - 5 1");

@@ -17,7 +17,7 @@ const Position start = positionOf(START_FEN);
 
 TEST(StandardBook, HoldsEveryMoveOfItsLines) {
     std::size_t entries = 0;
-    std::uint64_t digest = 14695981039346656037U; // FNV-1a, which finds a wrong move
+    std::uint64_t digest = 14695981039346656037U; // FNV-1a
     for (const std::string_view line : STANDARD_LINES) {
         for (const char letter : line) {
             digest = (digest ^ static_cast<unsigned char>(letter)) * 1099511628211U;
@@ -50,7 +50,7 @@ TEST(StandardBook, DrawsMovesInProportionToTheirEntries) {
     }
 }
 
-// That one is never drawn by accident has a chance of 2 in 2^200.
+// By chance, 200 draws all give the same move once in 2^199 runs.
 TEST(Book, DrawsTheFirstEntryAndTheLast) {
     PolyglotBook book;
     addLine(book, "e2e4");
@@ -75,7 +75,7 @@ TEST(BookLine, EndsAtTheFirstImpossibleMove) {
     const std::string opening = "e2e4 e7e5 g1f3 b8c6 f1c4 f8c5 ";
     struct Case {
         std::string line;
-        std::size_t moves, polyglotMoves; // read in the two notations
+        std::size_t moves, polyglotMoves; // that are read in either notation
     };
     for (const auto& [line, moves, polyglotMoves] :
          std::initializer_list<Case>{// line, moves, moves with castling as king takes rook
