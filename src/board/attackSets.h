@@ -1,6 +1,5 @@
-// The squares that a piece attacks from its own, as sets. The tables are computed at compile time
-// from the steps of the pieces. findInconsistency() checks the results against
-// isAttackedPlainly().
+// The squares that a piece attacks, as sets. The tables are computed at compile time from the steps
+// of the pieces. findInconsistency() checks the results against isAttackedPlainly().
 #pragma once
 
 #include "board/fieldSet.h"

@@ -21,8 +21,8 @@ public:
         return contains(pinned, from) ? answers & lineOf(king, from) : answers;
     }
 
-    // The squares of `fields` that no enemy attacks once the king has left its own. Requires
-    // squares that the king attacks.
+    // The squares of `fields` that no enemy attacks once the king has left its square. Requires a
+    // subset of the squares that the king attacks.
     FieldSet getSafeFields(FieldSet fields) const;
 
     // Whether a pseudo-legal en passant capture from `from` does not leave the king in check.

@@ -24,7 +24,7 @@ template <class Element> using ByRight = Indexed<int, Element, CASTLES>;
 constexpr int rightOf(Color color, bool queenSide) {
     return 2 * color + (queenSide ? 0 : 1);
 }
-// The move flag of the castling that uses a right.
+// The flag of a castling.
 constexpr MoveFlag castlingFlag(Color color, bool queenSide) {
     return static_cast<MoveFlag>(rightOf(color, queenSide) + 1);
 }
