@@ -1,11 +1,11 @@
 cmake_minimum_required(VERSION 3.25)
 
-# Run by the build (see Layers.cmake): every header of the project that a file includes
-# must lie in the file's own folder or in one below it, and no files may include each
-# other in a circle. A header and its source count as one there.
+# Run by the build, see Layers.cmake. Fails if a file includes a project header that is neither in
+# its own layer nor in one below, or if files include each other in a circle. A header and its
+# source count as one file.
 include("${PLAN}")
 
-# The folder of each header, by the name under which it is included.
+# layerOf_<header>: the layer of each header, by its include name.
 foreach(layer IN LISTS layers)
     foreach(file IN LISTS files_${layer})
         file(RELATIVE_PATH name "${ROOT}/${root_${layer}}" "${file}")
@@ -38,7 +38,7 @@ foreach(layer IN LISTS layers)
 endforeach()
 list(REMOVE_DUPLICATES modules)
 
-# Takes away what includes nothing that is left, until nothing is left but circles.
+# Removes the files that include none of the rest until only circles are left.
 while(modules)
     set(left "")
     foreach(module IN LISTS modules)
@@ -55,7 +55,7 @@ while(modules)
     endforeach()
     if(left STREQUAL modules)
         list(JOIN left ", " circle)
-        message(FATAL_ERROR "these include each other in a circle, or include one: ${circle}")
+        message(FATAL_ERROR "these files include each other in a circle, or include one: ${circle}")
     endif()
     set(modules ${left})
 endwhile()

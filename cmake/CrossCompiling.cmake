@@ -1,7 +1,6 @@
-# What the files for other machines beside this one share.
+# Shared by the toolchain files.
 
-# kestran_target_root(FOLDER): libraries and headers come from there, programs from the system
-# that builds.
+# kestran_target_root(FOLDER): finds libraries and headers in FOLDER, programs on the build host.
 macro(kestran_target_root folder)
     set(CMAKE_FIND_ROOT_PATH "${folder}")
     set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
@@ -10,7 +9,7 @@ macro(kestran_target_root folder)
     set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 endmacro()
 
-# kestran_emulator(PROGRAM [ARGUMENT...]): runs what is built, where the system has it.
+# kestran_emulator(PROGRAM [ARGUMENT...]): runs the built programs with PROGRAM if it is installed.
 macro(kestran_emulator program)
     find_program(KESTRAN_EMULATOR ${program})
     if(KESTRAN_EMULATOR)

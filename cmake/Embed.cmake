@@ -1,8 +1,8 @@
-# Files that become constants of a program.
+# Embeds files in a program.
 
 # kestran_embed(TARGET HEADER NAME file [NAME file]...)
-# Adds to the target a source that defines each NAME, which HEADER declares as a
-# std::string_view, as the text of its file.
+# Adds a generated source to the target that defines each NAME as the text of its file. HEADER
+# declares NAME as `extern const std::string_view`.
 function(kestran_embed target header)
     set(source "#include \"${header}\"\n")
     while(ARGN)
@@ -11,7 +11,7 @@ function(kestran_embed target header)
         string(APPEND source "\nconst std::string_view ${name} = R\"embedded(${text})embedded\";\n")
         set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${file}")
     endwhile()
-    # Copied only if it has changed, so that nothing is built again for nothing.
+    # Copied only if it has changed, to avoid rebuilds.
     set(path "${CMAKE_CURRENT_BINARY_DIR}/${target}-embedded")
     file(WRITE "${path}.tmp" "${source}")
     configure_file("${path}.tmp" "${path}.cpp" COPYONLY)

@@ -1,5 +1,5 @@
-# What `cmake --install` puts where: programs, man pages and documents into the GNU directories, and
-# beside them what chess programs and desktops look for.
+# Installs programs, man pages and documents in the GNU directories, and the files by which chess
+# programs and desktops find the engines.
 
 include(GNUInstallDirs)
 
@@ -13,20 +13,20 @@ install(TARGETS kestran ${tools} ${consoles} RUNTIME DESTINATION "${programs}")
 
 file(GLOB documents CONFIGURE_DEPENDS docs/*.md docs/*.png docs/*.svg)
 install(FILES README.md CHANGELOG.md DESTINATION "${CMAKE_INSTALL_DOCDIR}")
-if(NOT KESTRAN_DEBIAN) # whose file of copyrights tells it
+if(NOT KESTRAN_DEBIAN) # its copyright file has the license
     install(FILES LICENSE DESTINATION "${CMAKE_INSTALL_DOCDIR}")
 endif()
 install(FILES ${documents} DESTINATION "${CMAKE_INSTALL_DOCDIR}/docs")
 if(WIN32)
-    return() # it has no man pages, and its chess programs ask for the path of an engine
+    return() # no man pages; chess programs on Windows ask for the path of an engine
 endif()
 
 foreach(program IN ITEMS kestran ${tools})
     install(FILES docs/man/${program}.6 DESTINATION "${CMAKE_INSTALL_MANDIR}/man6")
 endforeach()
 
-# XBoard looks here for engines, and so do others. Each file names its engine by the whole path,
-# which is known when it is installed.
+# XBoard and others look for engines here. Each file contains the absolute path of its engine, which
+# is known only at install time.
 set(plugins "${CMAKE_INSTALL_DATADIR}/games/plugins")
 foreach(engine IN ITEMS kestran kestran-tester)
     install(CODE "

@@ -1,15 +1,15 @@
-# Folders are layers. Each folder of src/ and of tools/ is a library of its own, made of
-# all the files in it. A file may include headers of its own folder and of the folders
-# named behind BELOW, directly or through them; files that include each other in a circle
-# are refused. The check runs with each build, see CheckLayers.cmake. Of the sources that
-# end in Posix.cpp and Windows.cpp, which hold what depends on the system, each system
-# builds its own.
+# Each folder of src/ and of tools/ is a layer: a library of all its files. A file may include
+# headers of its own layer, of the layers listed after BELOW, and of those below them. Include
+# circles are errors. Each build checks this, see CheckLayers.cmake.
+#
+# Sources that end in Posix.cpp or Windows.cpp are built only for that system.
 
 set_property(GLOBAL PROPERTY KESTRAN_LAYERS "")
 
 # kestran_layer(NAME ROOT folder BELOW layer...)
-# The library of the files in ROOT/NAME: kestran_NAME, or NAME-lib for the folder of a
-# program. ROOT is the include folder. A file that ends in Main.cpp is the program's.
+# Adds a library of the files in ROOT/NAME: kestran_NAME, or NAME-lib if NAME starts with
+# "kestran-". ROOT is the include folder. Files that end in Main.cpp belong to the program and are
+# left out.
 function(kestran_layer name)
     cmake_parse_arguments(LAYER "" "ROOT" "BELOW" ${ARGN})
     set(root "${CMAKE_SOURCE_DIR}/${LAYER_ROOT}")
@@ -45,7 +45,7 @@ function(kestran_layer name)
     set_property(GLOBAL APPEND PROPERTY KESTRAN_LAYERS ${name})
 endfunction()
 
-# Checks the includes of every layer's files whenever one of them has changed.
+# Adds the target that checks the includes of all layers whenever a file has changed.
 function(kestran_check_layers)
     get_property(layers GLOBAL PROPERTY KESTRAN_LAYERS)
     set(plan "set(layers \"${layers}\")\n")

@@ -7,18 +7,17 @@ set(CPACK_PACKAGE_NAME kestran)
 set(CPACK_PACKAGE_CONTACT "The Kestran authors <authors@kestran.invalid>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "chess engine for chess programs (UCI)")
 set(CPACK_PACKAGE_DESCRIPTION
-    "Kestran plays chess without a board of its own: a chess program such as
-XBoard, Scid or PyChess starts it, tells it the game and asks for moves. It
-plays the opening from a built-in book and finds its other moves by a search.
+    "Kestran is a chess engine without a board of its own: a chess program such as
+XBoard, Scid or PyChess starts it, sends it the game and asks for moves. It
+plays openings from a built-in book and searches for its other moves.
 .
-A second engine, kestran-tester, plays by the same search and speaks as the
-programs of today that test and analyse expect it.
+A second engine, kestran-tester, has the same search and the full UCI protocol
+that current testing and analysis programs expect.
 .
-Without a chess program it can be played in a terminal (kestran-play). Its
-tools tell why it does not play a line (kestran-explain), what its book knows
-of a position (kestran-book), how fast it is (kestran-bench), count sequences
-of moves (kestran-perft) and play long series of checked games
-(kestran-soak).")
+kestran-play plays against it in a terminal. Other tools explain why it does
+not play a line (kestran-explain), show its book (kestran-book), measure its
+speed (kestran-bench), count move sequences (kestran-perft) and play long
+series of checked games (kestran-soak).")
 set(CPACK_DEBIAN_PACKAGE_SECTION games)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "xboard | scid | pychess")
@@ -28,11 +27,11 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_PACKAGE_DIRECTORY "${CMAKE_BINARY_DIR}")
 set(CPACK_STRIP_FILES ON)
-set(CPACK_SET_DESTDIR ON) # the prefix stays what it is on the system of the user
+set(CPACK_SET_DESTDIR ON) # keeps the prefix of the target system
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
     OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
 
-# Debian's own texts, and all texts in the form that it wants them in.
+# The files that Debian policy requires, compressed as it requires.
 execute_process(COMMAND date --rfc-email --utc --date "${KESTRAN_DATE}"
                 OUTPUT_VARIABLE date OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 configure_file(packaging/debian/changelog.in changelog @ONLY)

@@ -1,5 +1,4 @@
-# Builds for 64-bit ARM on Linux, with g++-aarch64-linux-gnu from Debian's packages. qemu-user
-# runs the programs.
+# 64-bit ARM Linux. Needs the Debian packages g++-aarch64-linux-gnu and, to run programs, qemu-user.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR aarch64)
 

@@ -1,5 +1,5 @@
-# Builds for 32-bit x86 on Linux, with g++-i686-linux-gnu from Debian's packages. The programs run on
-# 64-bit x86 as they are, where the kernel allows it, with the libraries of the compiler.
+# 32-bit x86 Linux. Needs the Debian package g++-i686-linux-gnu. The programs run on 64-bit x86 if
+# the kernel allows it, with the libraries of that package.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR i686)
 

@@ -1,5 +1,5 @@
-# Builds for IBM Z on Linux, with g++-s390x-linux-gnu from Debian's packages. Its numbers begin
-# with their highest byte. qemu-user runs the programs.
+# IBM Z Linux, which is big-endian. Needs the Debian packages g++-s390x-linux-gnu and, to run
+# programs, qemu-user.
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR s390x)
 

@@ -1,9 +1,10 @@
-# Builds for 64-bit Windows on Linux, with g++-mingw-w64-x86-64-posix from Debian's packages:
+# 64-bit Windows, built on Linux. Needs the Debian packages g++-mingw-w64-x86-64-posix and, to run
+# programs, wine:
 #
 #   cmake --preset windows
 #   cmake --build --preset windows
 #
-# The programs need no library that Windows does not have. wine runs them.
+# The programs are linked statically and need only the libraries of Windows.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 
