@@ -4,12 +4,8 @@
 
 namespace {
 
-// By colour: the rank that pawns reach by their first single step, and the rank from which they
-// promote.
+// The rank that the pawns of a colour reach by their first single step.
 constexpr ByColor<FieldSet> firstStepRank = {fieldsFromTo(A3, H3), fieldsFromTo(A6, H6)};
-constexpr ByColor<FieldSet> beforePromotion = {
-    fieldsFromTo(barva_pesciPremenaMin[WHITE], barva_pesciPremenaMax[WHITE]),
-    fieldsFromTo(barva_pesciPremenaMin[BLACK], barva_pesciPremenaMax[BLACK])};
 
 FieldSet attacksOf(PieceType type, FieldIndex from, FieldSet occupied) {
     switch (type) {
@@ -57,7 +53,6 @@ PseudoLegalMoves::PseudoLegalMoves(const Position& _position) : position(_positi
         const auto& [type, from] = position.pieces[entry];
         const FieldSet reached = attacksOf(type, from, occupied) & ~own;
         targets[entry] = reached;
-        count += countOf(reached);
         capturers |= (reached & enemies) != NO_FIELDS ? entrySetOf(entry) : 0;
     }
     addPawns();
@@ -68,42 +63,41 @@ PseudoLegalMoves::PseudoLegalMoves(const Position& _position) : position(_positi
     };
     castlesLong = canCastleBy(rightOf(color, true));
     castlesShort = canCastleBy(rightOf(color, false));
-    count += (castlesLong ? 1 : 0) + (castlesShort ? 1 : 0);
 }
 
-// Counts the moves of all pawns at once.
+// Sets the steps of all pawns and adds the pawns that can capture to `capturers`.
 void PseudoLegalMoves::addPawns() {
     const Color color = position.colorToMove;
     const FieldSet ownPawns = position.getPieces(color, PAWN);
     const FieldSet occupied = position.getOccupied();
-    const FieldSet enemies = position.ofColor[opposite(color)];
     singleSteps = aheadOf(ownPawns, color) & ~occupied;
     doubleSteps = aheadOf(singleSteps & firstStepRank[color], color) & ~occupied;
 
-    // The pawns that capture towards the a-file and the h-file, and those about to promote.
-    const FieldSet attacked = aheadOf(enemies, opposite(color));
-    const FieldSet left = rightOf(attacked) & ownPawns;
-    const FieldSet right = leftOf(attacked) & ownPawns;
-    const FieldSet promoting = ownPawns & beforePromotion[color];
-    // One count for three sets, because they are disjoint. `left` is a set of own pawns, the
-    // steps are empty squares. A double step passes over an empty square, so no pawn is there
-    // that could reach the same target by a single step.
-    count += countOf(singleSteps | doubleSteps | left) + countOf(right);
-    if (promoting != NO_FIELDS) {
-        const FieldSet promotingSteps = aheadOf(promoting, color) & ~occupied;
-        count +=
-            3 * (countOf(promotingSteps) + countOf(left & promoting) + countOf(right & promoting));
-    }
-    FieldSet capturing = left | right;
+    const Color enemy = opposite(color);
+    const FieldSet oneRankBack = aheadOf(position.ofColor[enemy], enemy);
+    FieldSet capturing = leftOf(oneRankBack) | rightOf(oneRankBack);
     if (position.incremental.epField != NO_FIELD) {
         const FieldSet victim = setOf(position.incremental.epField);
-        const FieldSet beside = (leftOf(victim) | rightOf(victim)) & ownPawns;
-        count += countOf(beside);
-        capturing |= beside;
+        capturing |= leftOf(victim) | rightOf(victim);
     }
-    forEachField(capturing, [this](FieldIndex from) {
+    forEachField(capturing & ownPawns, [this](FieldIndex from) {
         capturers |= entrySetOf(position.board[from].pieceIndexInList);
     });
+}
+
+int PseudoLegalMoves::getCount() const {
+    const Color color = position.colorToMove;
+    int count = (castlesLong ? 1 : 0) + (castlesShort ? 1 : 0);
+    forEachPiece(position.entries & ENTRIES_OF[color], [&](const PieceTargets& piece) {
+        count += countOf(piece.targets);
+        if (piece.type == PAWN && isBeforePromotion(piece.from, color)) {
+            count += 3 * countOf(piece.targets); // one move for each of four pieces
+        }
+        if (piece.type == PAWN && canTakeEnPassant(piece.from)) {
+            ++count;
+        }
+    });
+    return count;
 }
 
 Move makeCastling(const Position& position, bool queenSide) {

@@ -39,8 +39,8 @@ public:
     // Keeps a reference to the position, which must not change while this object is in use.
     explicit PseudoLegalMoves(const Position& _position);
 
-    // The number of moves. Each promotion counts, castling and en passant are included.
-    int getCount() const { return count; }
+    // Counts the moves. Each promotion counts, castling and en passant are included.
+    int getCount() const;
 
     // Calls `visit(PieceTargets)` for each piece in `entries`, in list order. Returns false if the
     // visitor stopped. Requires entries of the side to move that are not free.
@@ -69,8 +69,8 @@ public:
         return epField + 1 == from || epField - 1 == from;
     }
 
-    // The squares that the pawns reach by single steps and by double steps. The two are
-    // disjoint.
+    // The squares that the pawns reach by single steps and by double steps. The two are disjoint:
+    // the square that a double step passes over is empty, so no pawn there has the same target.
     FieldSet getSingleSteps() const { return singleSteps; }
     FieldSet getDoubleSteps() const { return doubleSteps; }
     // Whether the pawns precede the other pieces in list order, which holds until a promotion.
@@ -105,7 +105,6 @@ private:
     EntrySet capturers = 0;    // en passant included
     FieldSet singleSteps = NO_FIELDS;
     FieldSet doubleSteps = NO_FIELDS;
-    int count = 0;
     bool castlesLong;
     bool castlesShort;
 };

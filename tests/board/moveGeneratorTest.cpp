@@ -1,6 +1,7 @@
 // Generating, making and unmaking moves, and the test for check.
 #include "base/cppIoUtils.h"
 #include "board/attacks.h"
+#include "board/pseudoLegalMoves.h"
 #include "support/naiveRules.h"
 #include "testing/boardSupport.h"
 
@@ -49,6 +50,8 @@ TEST(Perft, CountsKnownNumbers) {
 void expectLikeTwin(Position& position, const NaiveBoard& twin) {
     const std::string fen = getFen(position);
     EXPECT_EQ(sorted(textsOf(legalMovesOf(position))), twin.getLegalMoves()) << fen;
+    EXPECT_EQ(at(PseudoLegalMoves(position).getCount()), pseudoLegalMovesOf(position).size())
+        << fen;
     EXPECT_EQ(isInCheck(position), twin.isInCheck()) << fen;
     EXPECT_EQ(isInMate(position), twin.isInCheck() && twin.getLegalMoves().empty()) << fen;
     const std::string identity = twin.getIdentity();
