@@ -56,13 +56,12 @@ PseudoLegalMoves::PseudoLegalMoves(const Position& _position) : position(_positi
         capturers |= (reached & enemies) != NO_FIELDS ? entrySetOf(entry) : 0;
     }
     addPawns();
-    const ByRight<bool>& castles = position.incremental.castles;
-    const auto canCastleBy = [&](int right) {
-        return castles[right] && (castlingPaths[right] & occupied) == NO_FIELDS &&
-               isCastlingSafe(position, right);
-    };
-    castlesLong = canCastleBy(rightOf(color, true));
-    castlesShort = canCastleBy(rightOf(color, false));
+}
+
+// Whether castling is possible by a right that the king has.
+bool PseudoLegalMoves::canCastleBy(int right) const {
+    return (castlingPaths[right] & position.getOccupied()) == NO_FIELDS &&
+           isCastlingSafe(position, right);
 }
 
 // Sets the steps of all pawns and adds the pawns that can capture to `capturers`.
@@ -87,7 +86,7 @@ void PseudoLegalMoves::addPawns() {
 
 int PseudoLegalMoves::getCount() const {
     const Color color = position.colorToMove;
-    int count = (castlesLong ? 1 : 0) + (castlesShort ? 1 : 0);
+    int count = (canCastle(true) ? 1 : 0) + (canCastle(false) ? 1 : 0);
     forEachPiece(position.entries & ENTRIES_OF[color], [&](const PieceTargets& piece) {
         count += countOf(piece.targets);
         if (piece.type == PAWN && isBeforePromotion(piece.from, color)) {

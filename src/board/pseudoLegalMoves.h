@@ -62,7 +62,10 @@ public:
     EntrySet getCapturers() const { return capturers; }
 
     // Whether the king can castle to the queen side or the king side.
-    bool canCastle(bool queenSide) const { return queenSide ? castlesLong : castlesShort; }
+    bool canCastle(bool queenSide) const {
+        const int right = rightOf(position.colorToMove, queenSide);
+        return position.incremental.castles[right] && canCastleBy(right);
+    }
     // Whether a pawn on `from` can capture en passant.
     bool canTakeEnPassant(FieldIndex from) const {
         const FieldIndex epField = position.incremental.epField;
@@ -99,14 +102,13 @@ private:
         return reached;
     }
     void addPawns();
+    bool canCastleBy(int right) const;
 
     const Position& position;
     ByEntry<FieldSet> targets; // unset for pawns, the other side and free entries
     EntrySet capturers = 0;    // en passant included
     FieldSet singleSteps = NO_FIELDS;
     FieldSet doubleSteps = NO_FIELDS;
-    bool castlesLong;
-    bool castlesShort;
 };
 
 // Whether a pawn of a colour on `field` promotes with its next step.
@@ -151,9 +153,11 @@ bool forEachOnRays(const PieceTargets& piece, FieldSet fields, const std::array<
 } // namespace targetWalk
 
 // Calls `visit(FieldIndex)` for each square of `fields`, a subset of the piece's targets, in move
-// order: by direction, then by distance. Returns false if the visitor stopped.
+// order: by direction, then by distance. Returns false if the visitor stopped. Inlined, as a call
+// for each piece costs two instructions a node.
 template <class Visit>
-bool forEachTarget(const PieceTargets& piece, FieldSet fields, Color color, Visit visit) {
+[[gnu::always_inline]] inline bool forEachTarget(const PieceTargets& piece, FieldSet fields,
+                                                 Color color, Visit visit) {
     if (!hasSeveral(fields)) {
         return fields == NO_FIELDS || targetWalk::goesOn(visit, firstOf(fields));
     }

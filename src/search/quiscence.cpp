@@ -18,7 +18,8 @@ bool isMoveInteresting(const Move& move, const CheckInfo& checkInfo) {
 }
 
 // The static score after a move, for the side that makes it. `material` is its balance then.
-int staticScoreAfter(const Position& position, const Move& move, int material) {
+[[gnu::always_inline]] inline int staticScoreAfter(const Position& position, const Move& move,
+                                                   int material) {
     return staticScore(getSumAfter(position, move), material, getTotalMaterialAfter(position, move),
                        position.colorToMove);
 }
@@ -86,21 +87,17 @@ template <class Observer> bool Quiscence<Observer>::tryCaptures(QuiscenceNode& n
     const FieldSet enemies = position.ofColor[position.oppositeColorToMove()];
     MoveArray captures;
     int count = 0;
-    const auto append = [&](const Move& move) {
-        captures[count++] = move;
-        return true;
-    };
+    const auto append = [&](const Move& move) { captures[count++] = move; };
     const Color color = position.colorToMove;
     const auto listCaptures = [&](const PieceTargets& piece) {
         const FieldSet fields = node.getLegalFields(piece, piece.targets & enemies);
         forEachTarget(piece, fields, color, [&](FieldIndex to) {
-            return forEachMoveTo(piece, to, position.board[to].pieceType, color, append);
+            forEachMoveTo(piece, to, position.board[to].pieceType, color, append);
         });
         if (piece.type == PAWN && node.moves.canTakeEnPassant(piece.from) &&
             node.pins.allowsEnPassant(piece.from)) {
             append(makeEnPassant(position, piece.from));
         }
-        return true;
     };
     node.moves.forEachPiece<PawnMoves::CAPTURES>(node.moves.getCapturers(), listCaptures);
 

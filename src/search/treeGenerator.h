@@ -41,5 +41,5 @@ public:
 private:
     std::unique_ptr<NodeSearch> search;
     TestStatistics* statistics = nullptr; // not owned
-    PolyglotBook book;
+    const PolyglotBook& book;
 };
