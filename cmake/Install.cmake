@@ -1,5 +1,5 @@
-# Installs programs, man pages and documents in the GNU directories, and the files by which chess
-# programs and desktops find the engines.
+# Where `cmake --install` puts programs, man pages, documents, and the files that chess programs and
+# desktops look for.
 
 include(GNUInstallDirs)
 
@@ -12,21 +12,38 @@ get_property(consoles GLOBAL PROPERTY KESTRAN_CONSOLES)
 install(TARGETS kestran ${tools} ${consoles} RUNTIME DESTINATION "${programs}")
 
 file(GLOB documents CONFIGURE_DEPENDS docs/*.md docs/*.png docs/*.svg)
-install(FILES README.md CHANGELOG.md DESTINATION "${CMAKE_INSTALL_DOCDIR}")
-if(NOT KESTRAN_DEBIAN) # its copyright file has the license
+# The README names the folder of the programs, which is only known at installation.
+install(CODE "
+    set(PROGRAMS \"\${CMAKE_INSTALL_PREFIX}/${programs}\")
+    if(NOT \"${KESTRAN_ARCHIVE}\" STREQUAL \"\")
+        set(PROGRAMS \"this folder\")
+    endif()
+    set(VERSION ${PROJECT_VERSION})
+    configure_file(\"${CMAKE_SOURCE_DIR}/packaging/README.in\"
+                   \"${CMAKE_BINARY_DIR}/installed/README.md\" @ONLY)")
+install(FILES "${CMAKE_BINARY_DIR}/installed/README.md" CHANGELOG.md
+        DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+if(NOT KESTRAN_DEBIAN) # which has packaging/debian/copyright
     install(FILES LICENSE DESTINATION "${CMAKE_INSTALL_DOCDIR}")
 endif()
 install(FILES ${documents} DESTINATION "${CMAKE_INSTALL_DOCDIR}/docs")
+if(KESTRAN_ARCHIVE)
+    include(Package)
+    install(FILES desktop/kestran.png desktop/kestran.svg DESTINATION .)
+endif()
 if(WIN32)
-    return() # no man pages; chess programs on Windows ask for the path of an engine
+    return() # no man pages, and no common place for chess programs to find engines
 endif()
 
 foreach(program IN ITEMS kestran ${tools})
     install(FILES docs/man/${program}.6 DESTINATION "${CMAKE_INSTALL_MANDIR}/man6")
 endforeach()
+if(KESTRAN_ARCHIVE)
+    return()
+endif()
 
-# XBoard and others look for engines here. Each file contains the absolute path of its engine, which
-# is known only at install time.
+# XBoard and others look here for engines. Each file holds the full path of its engine, which is only
+# known at installation.
 set(plugins "${CMAKE_INSTALL_DATADIR}/games/plugins")
 foreach(engine IN ITEMS kestran kestran-tester)
     install(CODE "

@@ -17,6 +17,7 @@ option(KESTRAN_WERROR "Treat warnings as errors" OFF)
 option(KESTRAN_FUZZ "Build the fuzz targets; needs Clang" OFF)
 option(KESTRAN_COVERAGE "Measure test coverage; needs Clang" OFF)
 option(KESTRAN_DEBIAN "Install as Debian does: programs to games/; see Package.cmake" OFF)
+set(KESTRAN_ARCHIVE "" CACHE STRING "Name of the archive that cpack makes; see Package.cmake")
 option(KESTRAN_HIDE_PATHS "Keep the source path out of the programs, for releases" OFF)
 # portable: the compiler's default, such as every 64-bit x86; x86-64-v3: most x86 processors since
 # 2013; native: the build host, if the compiler supports it.

@@ -1,23 +1,42 @@
-# The Debian package, made by CPack:
+# Packages, made by CPack:
 #
 #   cmake --preset debian && cmake --build --preset debian && cpack --preset debian
+#
+# and the same with the presets of archives, such as linux-x86-64.
 
-set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME kestran)
 set(CPACK_PACKAGE_CONTACT "The Kestran authors <authors@kestran.invalid>")
+set(CPACK_PACKAGE_DIRECTORY "${CMAKE_BINARY_DIR}")
+set(CPACK_STRIP_FILES ON)
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
+    OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+
+if(KESTRAN_ARCHIVE)
+    set(CPACK_GENERATOR External)
+    set(CPACK_PACKAGE_FILE_NAME "kestran-${PROJECT_VERSION}-${KESTRAN_ARCHIVE}")
+    set(CPACK_EXTERNAL_ENABLE_STAGING ON)
+    set(CPACK_EXTERNAL_PACKAGE_SCRIPT "${CMAKE_SOURCE_DIR}/cmake/PackArchive.cmake")
+    include(CPack)
+    return()
+endif()
+
+foreach(tool IN ITEMS file dpkg-shlibdeps)
+    find_program(KESTRAN_${tool} ${tool})
+    if(NOT KESTRAN_${tool})
+        message(FATAL_ERROR "The Debian package needs ${tool}: apt-get install file dpkg-dev")
+    endif()
+endforeach()
+set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "chess engine for chess programs (UCI)")
 set(CPACK_PACKAGE_DESCRIPTION
-    "Kestran is a chess engine without a board of its own: a chess program such as
-XBoard, Scid or PyChess starts it, sends it the game and asks for moves. It
-plays openings from a built-in book and searches for its other moves.
+    "Kestran is a chess engine with two front ends: kestran-tester for current
+chess programs, and kestran, whose protocol never changes. Both play the
+same search, alone or in XBoard, Scid, PyChess and other UCI programs.
 .
-A second engine, kestran-tester, has the same search and the full UCI protocol
-that current testing and analysis programs expect.
-.
-kestran-play plays against it in a terminal. Other tools explain why it does
-not play a line (kestran-explain), show its book (kestran-book), measure its
-speed (kestran-bench), count move sequences (kestran-perft) and play long
-series of checked games (kestran-soak).")
+kestran-play is a game in the terminal. Other tools explain why the engine
+does not play a line (kestran-explain), show its opening book (kestran-book),
+measure its speed (kestran-bench), count move sequences (kestran-perft) and
+play checked games between engines (kestran-soak).")
 set(CPACK_DEBIAN_PACKAGE_SECTION games)
 set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_PACKAGE_SUGGESTS "xboard | scid | pychess")
@@ -25,13 +44,9 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA "${CMAKE_SOURCE_DIR}/packaging/debian/postinst")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
-set(CPACK_PACKAGE_DIRECTORY "${CMAKE_BINARY_DIR}")
-set(CPACK_STRIP_FILES ON)
-set(CPACK_SET_DESTDIR ON) # keeps the prefix of the target system
-set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
-    OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+set(CPACK_SET_DESTDIR ON) # packs absolute paths below /usr
 
-# The files that Debian policy requires, compressed as it requires.
+# Debian's changelog and copyright; texts are compressed as its policy demands.
 execute_process(COMMAND date --rfc-email --utc --date "${KESTRAN_DATE}"
                 OUTPUT_VARIABLE date OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 configure_file(packaging/debian/changelog.in changelog @ONLY)

@@ -358,11 +358,11 @@ TEST(Tools, FailWhenNobodyTakesTheirOutput) {
 // In a repository of its own, with a bench that always says 7.
 TEST(CheckBench, ComparesWithTheHistoryAndAsksEachChangeOfTheEngine) {
     const std::string script = R"(
-        folder=$(mktemp -d) && trap 'rm -rf "$folder"' EXIT && mkdir "$folder/tools" &&
-        cp "$0" "$folder/tools/check-bench" && cd "$folder" && git init -q . || exit
+        folder=$(mktemp -d) && trap 'rm -rf "$folder"' EXIT && mkdir "$folder/dev" &&
+        cp "$0" "$folder/dev/check-bench" && cd "$folder" && git init -q . || exit
         git config user.name n; git config user.email e; git config commit.gpgsign no
         commit() { git commit -q --allow-empty -m "$1"; }
-        check() { tools/check-bench ./bench > /dev/null 2>&1; echo "$1: $?"; }
+        check() { dev/check-bench ./bench > /dev/null 2>&1; echo "$1: $?"; }
         printf '#!/bin/sh\necho 1 depth 2\necho Bench: 7\n' > bench && chmod +x bench
         commit 'Begin';                                      check none
         commit $'Add the bench\n\nWhy so.\nBench: 7';        check same
@@ -376,7 +376,7 @@ TEST(CheckBench, ComparesWithTheHistoryAndAsksEachChangeOfTheEngine) {
         commit $'Say\n\nNo functional change\n\ntoo early';  check silent
         git tag v1; commit 'Go on';                          check tagged
         rm bench;                                            check missing)";
-    const ToolRun checks = run("/bin/bash", {"-c", script, root() / "tools/check-bench"});
+    const ToolRun checks = run("/bin/bash", {"-c", script, root() / "dev/check-bench"});
     EXPECT_EQ(checks.output, "none: 0\nsame: 0\nkept: 0\ndiffers: 1\nback: 0\nstill: 0\n"
                              "told: 0\nsilent: 1\ntagged: 0\nmissing: 2\n")
         << checks.errors;
@@ -412,24 +412,20 @@ TEST(CheckLayers, RefusesWhatPointsUpAndCircles) {
         << checks.errors;
 }
 
-// The scripts say what they are for, and what they do not take, before they build anything.
-TEST(Scripts, TellHowToUseThemAndRefuseNonsense) {
-    for (const char* script : {"fuzz", "soak", "check-bench", "mutants", "release", "machines"}) {
-        for (const char* option : {"-h", "--help"}) {
-            const ToolRun help = run(root() / "tools" / script, {option});
-            EXPECT_EQ(help.status, 0);
-            EXPECT_TRUE(help.output.starts_with(std::string("Usage: tools/") + script));
-            EXPECT_NE(help.output.find("Exit status: "), std::string::npos) << script;
-        }
+// The scripts refuse wrong arguments before they build anything.
+TEST(Scripts, RefuseWrongArguments) {
+    for (const char* seconds : {"0", "-1", "99999999999999999999", "1.5", "60s"}) {
+        const ToolRun refused = run(root() / "dev/fuzz", {seconds});
+        EXPECT_EQ(refused.status, 2) << seconds;
+        EXPECT_NE(refused.errors.find("SECONDS is a whole number"), std::string::npos) << seconds;
     }
-    for (const char* seconds : {"0", "-1", "604801", "99999999999999999999", "1.5", "60s"}) {
-        expectRefusal(run(root() / "tools/fuzz", {seconds}), "SECONDS is a whole number");
-    }
-    expectRefusal(run(root() / "tools/fuzz", {"60", "noFuzz"}), "no target \"noFuzz\"");
-    expectRefusal(run(root() / "tools/mutants", {"many"}), "invalid int value: 'many'");
-    expectRefusal(run(root() / "tools/release", {"--only"}), "--only takes one name");
-    expectRefusal(run(root() / "tools/release", {"--only", "linux"}), "no product \"linux\"");
-    expectRefusal(run(root() / "tools/machines", {"arm64", "pdp11"}), "no machine \"pdp11\"");
+    const ToolRun help = run(root() / "run", {"--help"});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_TRUE(help.output.starts_with("Usage: ./run"));
+    const ToolRun unknown = run(root() / "run", {"paly"});
+    EXPECT_EQ(unknown.status, 2);
+    EXPECT_EQ(unknown.output, "");
+    EXPECT_NE(unknown.errors.find("unknown word \"paly\""), std::string::npos);
 }
 
 // A file that cannot be written leaves nothing behind, and what it was to replace as it was.
