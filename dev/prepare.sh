@@ -56,11 +56,8 @@ patiently() {
 # Creates build/, which holds all builds, or exits with an explanation.
 requireBuildFolder() {
     if ! mkdir -p build 2> /dev/null || [[ ! -w build ]]; then
-        {
-            echo "Cannot write to $PWD/build, where builds go."
-            echo "Copy the project to a folder of your own, or build elsewhere:"
-            echo "cmake -S \"$PWD\" -B FOLDER && cmake --build FOLDER"
-        } >&2
+        printf '%s\n' "Cannot write to $PWD/build, where builds go. Copy the project to a folder of" \
+            "your own, or build elsewhere: cmake -S \"$PWD\" -B FOLDER && cmake --build FOLDER" >&2
         exit 1
     fi
 }
