@@ -18,11 +18,15 @@ need() {
     missing+=("$package")
 }
 
-# Compiler and build tools, which every script needs.
+# needBuildTools [PROGRAM]: what building PROGRAM needs (default: all programs). Only kestran does
+# without the libraries of the tools.
 needBuildTools() {
     need g++ g++ c++ clang++
     need cmake cmake
     need ninja-build ninja
+    [[ ${1:-} != kestran ]] || return 0
+    need libcli11-dev /usr/include/CLI/CLI.hpp /usr/local/include/CLI/CLI.hpp
+    need nlohmann-json3-dev /usr/include/nlohmann/json.hpp /usr/local/include/nlohmann/json.hpp
 }
 
 # Runs a command and shows its output only if it fails.
