@@ -78,8 +78,8 @@ installMissing() {
     echo "Installing ${missing[*]} ..." >&2
     # Package lists are empty on a fresh system and outdated on an old one.
     quietly "${asRoot[@]}" apt-get -q update
-    quietly "${asRoot[@]}" apt-get -q -y --no-remove install --no-install-recommends \
-        "${missing[@]}"
+    quietly "${asRoot[@]}" apt-get -q -y --no-remove -o DPkg::Lock::Timeout=300 install \
+        --no-install-recommends "${missing[@]}"
     missing=()
 }
 
