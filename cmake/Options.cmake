@@ -9,6 +9,7 @@ if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
     set(CMAKE_BUILD_TYPE Release CACHE STRING "Debug, Release, RelWithDebInfo" FORCE)
 endif()
 
+option(KESTRAN_TOOLS "Build the tools; needs CLI11 and nlohmann-json" ON)
 option(KESTRAN_TESTS "Build the tests; needs GoogleTest" OFF)
 option(KESTRAN_BENCHMARKS "Build the benchmarks; needs Google Benchmark" OFF)
 option(KESTRAN_LOG "Write the log to standard error; for debugging, not for play" OFF)

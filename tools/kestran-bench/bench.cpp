@@ -6,8 +6,9 @@
 #include "search/engineParameters.h"
 #include "search/hashTable.h"
 #include "search/statistics.h"
-#include "support/commandLine.h"
+#include "support/cli.h"
 #include "support/epd.h"
+#include "support/requireTable.h"
 #include "support/requireTable.h"
 
 #include <array>
@@ -74,26 +75,16 @@ struct BenchOptions {
     bool asJson = false;
 };
 
-BenchOptions readOptions(CommandLine& commandLine) {
-    BenchOptions options;
-    options.withStatistics = commandLine.takeFlag("--stats");
-    options.asJson = commandLine.takeFlag("--json");
-    options.path = commandLine.takeOption("--epd");
-    options.depth = takeNumber(commandLine, "--depth", 1, MAX_PASSES);
-    options.hashMebibytes =
-        takeNumber(commandLine, "--hash", EngineConfig::HASH_MIN, EngineConfig::HASH_MAX)
-            .value_or(DEFAULT_HASH);
-    options.runs = takeNumber(commandLine, "--repeat", 1, MAX_REPEATS).value_or(1);
-    const std::vector<std::string> rest = commandLine.takeRest();
-    if (!rest.empty()) {
-        throw UsageError("the bench takes positions from a file, with --epd, and no \"" +
-                         rest.front() + "\"");
-    }
-    if (options.withStatistics && options.asJson) {
-        throw UsageError("--stats and --json do not go together");
-    }
-    return options;
-}
+constexpr const char* DESCRIPTION =
+    "Searches a fixed set of positions to fixed depths, each with empty tables, and prints depth, "
+    "score, nodes, time and best move of each. A score is in thousandths of a pawn for the side "
+    "to move; \"mate +3\" means that it mates in three moves, \"mate -3\" that it is mated. The "
+    "last line, \"Bench: N\", is the number of nodes of all searches together: the signature of "
+    "the search, which is the same on every machine.";
+
+constexpr const char* EXIT_STATUS =
+    "Exit status: 0; 1 if repeated searches differ or the output cannot be written; 2 for bad "
+    "input.";
 
 struct BenchTask {
     std::string fen;
@@ -157,29 +148,24 @@ void runOnce(const std::vector<BenchTask>& tasks, const BenchOptions& options, i
     }
 }
 
+int runBench(const BenchOptions& options) {
+    const std::vector<BenchTask> tasks = readTasks(options);
+    BenchReport report = {options.hashMebibytes, options.runs, {}};
+    for (const BenchTask& task : tasks) {
+        report.positions.push_back({task.fen, task.depth, {}, 0, {}});
+    }
+    for (int run = 0; run < options.runs; ++run) {
+        runOnce(tasks, options, run, report);
+    }
+    if (options.asJson) {
+        printJson(report, std::cout);
+    } else {
+        printSummary(report, std::cout);
+    }
+    return 0;
+}
+
 } // namespace
-
-const std::string BENCH_HELP =
-    R"(Usage: kestran-bench [--depth N] [--hash MIB] [--epd FILE] [--repeat N] [--stats | --json]
-
-Searches a fixed set of positions to fixed depths, each on empty tables, and prints depth,
-score, nodes, time and best move of each. A score is in thousandths of a pawn for the side
-to move; "mate +3" says that it mates in three moves, "mate -3" that it is mated. The last
-line, "Bench: N", gives the nodes of all searches together: the signature of the search.
-
-  --depth N   searches every position N plies deep, 1 to 20
-  --hash MIB  size of the table in mebibytes, 0 to 512, 16 by default
-  --epd FILE  searches the positions of a file instead, 4 plies deep by default: a line for
-              each, four or six fields of FEN; what follows them plays no part
-  --repeat N  searches everything N times, 1 to 1000, and prints the median of time and
-              speed, and in brackets the least and the most
-  --stats     prints the counters of every pass behind each position
-  --json      prints one object of JSON: a list of the positions with the median of their
-              times, then median, least and most of time and speed of a run
-
-Exit status: 0; 1 if a search is not the same each time or the output cannot be written;
-2 for input that makes no sense.
-)";
 
 std::span<const BenchPosition> getBenchPositions() {
     return BENCH_POSITIONS;
@@ -204,20 +190,23 @@ BenchResult searchAfresh(const Position& position, int depth, int hashMebibytes,
     return {result.line, result.report->nodesSearched, clockMilliseconds() - start};
 }
 
-int runBench(CommandLine& commandLine) {
-    const BenchOptions options = readOptions(commandLine);
-    const std::vector<BenchTask> tasks = readTasks(options);
-    BenchReport report = {options.hashMebibytes, options.runs, {}};
-    for (const BenchTask& task : tasks) {
-        report.positions.push_back({task.fen, task.depth, {}, 0, {}});
-    }
-    for (int run = 0; run < options.runs; ++run) {
-        runOnce(tasks, options, run, report);
-    }
-    if (options.asJson) {
-        printJson(report, std::cout);
-    } else {
-        printSummary(report, std::cout);
-    }
-    return 0;
+int benchMain(int argc, const char* const* argv) {
+    BenchOptions options;
+    Program program("kestran-bench", "[OPTION]...", DESCRIPTION, EXIT_STATUS);
+    program.addNumber("--depth", options.depth, 1, MAX_PASSES, "N",
+                      "search every position N plies deep");
+    program.addNumber("--hash", options.hashMebibytes, EngineConfig::HASH_MIN,
+                      EngineConfig::HASH_MAX, "MIB", "size of the hash table in mebibytes");
+    program.addText("--epd", options.path, "FILE",
+                    "search the positions of a file instead, " + std::to_string(DEFAULT_EPD_DEPTH) +
+                        " plies deep by default: one per line, four or six fields of FEN; "
+                        "operations after them are ignored");
+    program.addNumber("--repeat", options.runs, 1, MAX_REPEATS, "N",
+                      "search everything N times and print the median of time and speed, with "
+                      "minimum and maximum in brackets");
+    auto* const stats = program.add_flag("--stats", options.withStatistics,
+                                         "print the counters of every pass after each position");
+    program.add_flag("--json", options.asJson, "print one JSON object instead of text")
+        ->excludes(stats);
+    return program.run(argc, argv, [&] { return runBench(options); });
 }

@@ -11,7 +11,6 @@
 #include <span>
 #include <string>
 
-class CommandLine;
 class TestStatistics;
 
 struct BenchPosition {
@@ -35,6 +34,5 @@ struct BenchResult {
 BenchResult searchAfresh(const Position& position, int depth, int hashMebibytes,
                          TestStatistics* statistics = nullptr);
 
-extern const std::string BENCH_HELP;
-// The tool behind its help. Writes to standard output and returns the exit status.
-int runBench(CommandLine& commandLine);
+// The main function of kestran-bench.
+int benchMain(int argc, const char* const* argv);

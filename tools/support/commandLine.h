@@ -1,6 +1,8 @@
 // What every tool does with its command line, and how it shows that it is at work.
 #pragma once
 
+#include "base/platform.h"
+
 #include <functional>
 #include <optional>
 #include <stdexcept>
@@ -42,6 +44,14 @@ std::vector<std::string> splitAt(const std::string& text, char separator);
 // The whole number that `text` is. UsageError, naming `what`, if it is none or lies
 // outside `least` to `most`.
 int parseNumber(const std::string& text, const std::string& what, int least, int most);
+
+// The milliseconds of a time in seconds, a number above 0 and up to `most`, at least 1. UsageError,
+// naming `what`, if `text` is none.
+Milliseconds parseSeconds(const std::string& text, const std::string& what, int most);
+
+// `text`, which begins in the column `column`, in lines that end before the column `width`. Lines
+// after the first are indented to `column`. Line breaks of the text stay.
+std::string wrapText(const std::string& text, std::size_t column, std::size_t width);
 
 // The number behind the option `name`, read as by parseNumber(), or nothing if the option
 // is not there.

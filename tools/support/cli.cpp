@@ -1,0 +1,181 @@
+#include "support/cli.h"
+
+#include <algorithm>
+#include <cctype>
+#include <exception>
+#include <iostream>
+#include <limits>
+#include <utility>
+
+namespace {
+
+constexpr std::size_t HELP_WIDTH = 79;      // columns
+constexpr std::size_t MAX_NAME_COLUMN = 20; // a longer name has a line of its own
+
+// While it lives, a write to std::cout that fails throws. The stream is as sound as new
+// before and after.
+class FailingOutput {
+public:
+    FailingOutput() : before(std::cout.exceptions()) { std::cout.exceptions(std::ios::badbit); }
+    FailingOutput(const FailingOutput&) = delete;
+    FailingOutput& operator=(const FailingOutput&) = delete;
+    ~FailingOutput() {
+        std::cout.clear();
+        std::cout.exceptions(before);
+    }
+
+private:
+    std::ios::iostate before;
+};
+
+std::string rangeText(int least, int most) {
+    const std::string start = ", " + std::to_string(least);
+    return most == std::numeric_limits<int>::max() ? start + " or more"
+                                                   : start + " to " + std::to_string(most);
+}
+
+std::string nameOf(const CLI::Option& option) {
+    std::string name;
+    for (const std::string& one : option.get_snames()) {
+        name += (name.empty() ? "-" : ", -") + one;
+    }
+    for (const std::string& one : option.get_lnames()) {
+        name += (name.empty() ? "--" : ", --") + one;
+    }
+    if (name.empty()) {
+        return option.get_name(true);
+    }
+    return option.get_items_expected_max() > 0 ? name + ' ' + option.get_type_name() : name;
+}
+
+std::string optionHelp(const CLI::Option& option, std::size_t column) {
+    const std::string name = "  " + nameOf(option);
+    const bool isShort = name.size() + 2 <= column;
+    return name +
+           (isShort ? std::string(column - name.size(), ' ') : '\n' + std::string(column, ' ')) +
+           wrapText(option.get_description(), column, HELP_WIDTH) + '\n';
+}
+
+} // namespace
+
+Program::Program(const std::string& _name, std::string _usage, const std::string& description,
+                 const std::string& closing)
+    : CLI::App(description, _name), usage(std::move(_usage)) {
+    footer(closing);
+    formatter_fn(
+        [this](const CLI::App*, const std::string&, CLI::AppFormatMode) { return makeHelp(); });
+    set_help_flag("-h,--help", "print this help");
+    set_version_flag("--version", _name + " (Kestran) " KESTRAN_VERSION, "print the version");
+}
+
+CLI::Option* Program::addNumber(const std::string& option, int& target, int least, int most,
+                                const std::string& value, const std::string& text) {
+    return addValue(
+        option, value,
+        text + rangeText(least, most) + ", " + std::to_string(target) + " by default",
+        [=, &target](const std::string& word) { target = parseNumber(word, option, least, most); });
+}
+
+CLI::Option* Program::addNumber(const std::string& option, std::optional<int>& target, int least,
+                                int most, const std::string& value, const std::string& text) {
+    return addValue(
+        option, value, text + rangeText(least, most),
+        [=, &target](const std::string& word) { target = parseNumber(word, option, least, most); });
+}
+
+CLI::Option* Program::addSeconds(const std::string& option, std::optional<Milliseconds>& target,
+                                 int most, const std::string& text) {
+    return addValue(option, "S", text, [=, &target](const std::string& word) {
+        target = parseSeconds(word, option, most);
+    });
+}
+
+CLI::Option* Program::addChoice(const std::string& option, std::string& target,
+                                const std::vector<std::string>& choices, const std::string& value,
+                                const std::string& text) {
+    return addValue(
+        option, value, text + ", " + target + " by default", [=, &target](const std::string& word) {
+            if (std::ranges::find(choices, word) == choices.end()) {
+                throw UsageError(option + " is one of " + CLI::detail::join(choices, ", ") +
+                                 ", not \"" + word + "\"");
+            }
+            target = word;
+        });
+}
+
+CLI::Option* Program::addText(const std::string& option, std::optional<std::string>& target,
+                              const std::string& value, const std::string& text) {
+    return addValue(option, value, text, [&target](const std::string& word) { target = word; });
+}
+
+CLI::Option* Program::addWords(const std::string& name, std::vector<std::string>& target,
+                               const std::string& text) {
+    return add_option(name, target, text);
+}
+
+CLI::Option* Program::addValue(const std::string& option, const std::string& value,
+                               const std::string& text,
+                               const std::function<void(const std::string&)>& set) {
+    return add_option_function<std::string>(option, set, text)->type_name(value);
+}
+
+std::string Program::makeHelp() const {
+    std::string help = "Usage: " + get_name() + ' ';
+    for (const char letter : usage) {
+        help += letter == '\n' ? "\n  or:  " + get_name() + ' ' : std::string(1, letter);
+    }
+    help += "\n\n" + wrapText(get_description(), 0, HELP_WIDTH) + "\n\n";
+    std::size_t column = 0;
+    const std::vector<const CLI::Option*> options = get_options();
+    for (const CLI::Option* option : options) {
+        const std::size_t width = nameOf(*option).size() + 4;
+        column = width <= MAX_NAME_COLUMN ? std::max(column, width) : column;
+    }
+    // The words come first, then the options as they were declared, then --help and --version.
+    std::string words;
+    std::string own;
+    std::string common;
+    for (const CLI::Option* option : options) {
+        const bool isCommon = option == get_help_ptr() || option == get_version_ptr();
+        (option->get_positional() ? words : isCommon ? common : own) += optionHelp(*option, column);
+    }
+    if (!words.empty()) {
+        help += "Arguments:\n" + words + '\n';
+    }
+    return help + "Options:\n" + own + common + '\n' + wrapText(get_footer(), 0, HELP_WIDTH) + '\n';
+}
+
+int Program::run(int argc, const char* const* argv, const std::function<int()>& body) {
+    const auto fail = [&](const std::string& message, int status) {
+        std::cerr << get_name() << ": " << message << '\n';
+        return status;
+    };
+    prepareMemory();
+    try {
+        const FailingOutput failing;
+        int status = 0;
+        try {
+            parse(argc, argv);
+            status = body();
+        } catch (const CLI::CallForHelp&) {
+            std::cout << makeHelp();
+        } catch (const CLI::CallForVersion& version) {
+            std::cout << version.what() << '\n';
+        } catch (const CLI::ArgumentMismatch& error) { // its text begins with the option
+            const std::string text = error.what();
+            throw UsageError(text.substr(0, text.find(':')) + " takes exactly one value");
+        } catch (const CLI::ParseError& error) {
+            std::string text = error.what();
+            text[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(text[0])));
+            throw UsageError(text);
+        }
+        std::cout.flush();
+        return status;
+    } catch (const UsageError& error) {
+        return fail(std::string(error.what()) + " (try --help)", 2);
+    } catch (const std::ios_base::failure&) {
+        return fail("standard output cannot be written", 1);
+    } catch (const std::exception& error) {
+        return fail(error.what(), 1);
+    }
+}

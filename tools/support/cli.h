@@ -1,0 +1,54 @@
+// The command line of a program, on top of CLI11. Options with their texts, ranges and defaults
+// are declared once; --help is made from them, and the man page from --help.
+#pragma once
+
+#include "base/platform.h"
+#include "support/commandLine.h"
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+class Program : public CLI::App {
+public:
+    // `usage` follows the name in the usage line; a line break in it begins another form.
+    // `closing` is the end of the help: the exit status, which every program has, comes last.
+    Program(const std::string& _name, std::string _usage, const std::string& description,
+            const std::string& closing);
+
+    // A whole number from `least` to `most`. `value` is its name in the help, such as "N". The
+    // text is completed by the range and, if there is one, by the default.
+    CLI::Option* addNumber(const std::string& option, int& target, int least, int most,
+                           const std::string& value, const std::string& text);
+    CLI::Option* addNumber(const std::string& option, std::optional<int>& target, int least,
+                           int most, const std::string& value, const std::string& text);
+    // Seconds above 0, with a fraction if wished; at least a millisecond, at most `most` seconds.
+    CLI::Option* addSeconds(const std::string& option, std::optional<Milliseconds>& target,
+                            int most, const std::string& text);
+    // One of several words. The text is completed by the default.
+    CLI::Option* addChoice(const std::string& option, std::string& target,
+                           const std::vector<std::string>& choices, const std::string& value,
+                           const std::string& text);
+    // Any text, such as the name of a file.
+    CLI::Option* addText(const std::string& option, std::optional<std::string>& target,
+                         const std::string& value, const std::string& text);
+    // The words that are no options.
+    CLI::Option* addWords(const std::string& name, std::vector<std::string>& target,
+                          const std::string& text);
+
+    // Parses the command line, calls `body` and returns its result. --help and --version return
+    // 0; a UsageError or a command line that does not fit is one line on standard error and
+    // status 2; any other exception one line and status 1. So is standard output that cannot be
+    // written: the first write that fails throws.
+    int run(int argc, const char* const* argv, const std::function<int()>& body);
+
+private:
+    CLI::Option* addValue(const std::string& option, const std::string& value,
+                          const std::string& text,
+                          const std::function<void(const std::string&)>& set);
+    std::string makeHelp() const;
+
+    std::string usage;
+};
