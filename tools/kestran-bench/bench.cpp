@@ -82,9 +82,8 @@ constexpr const char* DESCRIPTION =
     "last line, \"Bench: N\", is the number of nodes of all searches together: the signature of "
     "the search, which is the same on every machine.";
 
-constexpr const char* EXIT_STATUS =
-    "Exit status: 0; 1 if repeated searches differ or the output cannot be written; 2 for bad "
-    "input.";
+constexpr const char* FAILURE =
+    "repeated searches differ, there is no memory, or the output cannot be written";
 
 struct BenchTask {
     std::string fen;
@@ -158,7 +157,7 @@ int runBench(const BenchOptions& options) {
         runOnce(tasks, options, run, report);
     }
     if (options.asJson) {
-        printJson(report, std::cout);
+        printJson(toJson(report), std::cout);
     } else {
         printSummary(report, std::cout);
     }
@@ -192,7 +191,7 @@ BenchResult searchAfresh(const Position& position, int depth, int hashMebibytes,
 
 int benchMain(int argc, const char* const* argv) {
     BenchOptions options;
-    Program program("kestran-bench", "[OPTION]...", DESCRIPTION, EXIT_STATUS);
+    Program program("kestran-bench", "[OPTION]...", DESCRIPTION, FAILURE);
     program.addNumber("--depth", options.depth, 1, MAX_PASSES, "N",
                       "search every position N plies deep");
     program.addNumber("--hash", options.hashMebibytes, EngineConfig::HASH_MIN,

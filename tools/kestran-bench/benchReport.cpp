@@ -5,8 +5,6 @@
 #include "search/score.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 #include <iomanip>
 #include <numeric>
 #include <ostream>
@@ -62,36 +60,20 @@ std::string bestMoveOf(const Variant& line) {
     return line.varLength > 0 ? LongAlgebraicMove(line.get(0).move).toString() : "";
 }
 
-std::string quoted(const std::string& text) {
-    std::string result = "\"";
-    for (const char letter : text) {
-        if (letter == '"' || letter == '\\') {
-            result += '\\';
-        }
-        if (static_cast<unsigned char>(letter) < ' ') {
-            std::array<char, 8> code;
-            std::snprintf(code.data(), code.size(), "\\u%04x", static_cast<unsigned>(letter));
-            result += code.data();
-        } else {
-            result += letter;
-        }
-    }
-    return result + '"';
+Json toJson(const Spread& spread) {
+    return {{"median", spread.median}, {"least", spread.least}, {"most", spread.most}};
 }
 
-void printJsonPosition(const BenchedPosition& position, std::ostream& stream) {
+Json toJson(const BenchedPosition& position) {
     const int score = position.line.evaluation;
     const std::string best = bestMoveOf(position.line);
-    stream << R"(    {"fen": )" << quoted(position.fen) << R"(, "depth": )" << position.depth
-           << R"(, "score": )" << score << R"(, "mate": )"
-           << (isMate(score) ? std::to_string(movesToMate(score)) : "null") << R"(, "nodes": )"
-           << position.nodes << R"(, "millis": )" << spreadOf(position.millis).median
-           << R"(, "best": )" << (best.empty() ? "null" : quoted(best)) << '}';
-}
-
-void printJsonSpread(const char* name, const Spread& spread, std::ostream& stream) {
-    stream << "  " << quoted(name) << R"(: {"median": )" << spread.median << R"(, "least": )"
-           << spread.least << R"(, "most": )" << spread.most << "},\n";
+    return {{"fen", position.fen},
+            {"depth", position.depth},
+            {"score", score},
+            {"mate", isMate(score) ? Json(movesToMate(score)) : Json()},
+            {"nodes", position.nodes},
+            {"millis", spreadOf(position.millis).median},
+            {"best", best.empty() ? Json() : Json(best)}};
 }
 
 } // namespace
@@ -128,15 +110,15 @@ void printSummary(const BenchReport& report, std::ostream& stream) {
            << "Bench: " << totalNodes(report) << '\n';
 }
 
-void printJson(const BenchReport& report, std::ostream& stream) {
-    stream << "{\n  \"positions\": [\n";
+Json toJson(const BenchReport& report) {
+    Json json = {{"schema", 1}, {"positions", Json::array()}};
     for (const BenchedPosition& position : report.positions) {
-        printJsonPosition(position, stream);
-        stream << (&position == &report.positions.back() ? "\n" : ",\n");
+        json["positions"].push_back(toJson(position));
     }
-    stream << "  ],\n  \"hash\": " << report.hashMebibytes << ",\n  \"runs\": " << report.runs
-           << ",\n";
-    printJsonSpread("millis", spreadOf(runMillis(report)), stream);
-    printJsonSpread("nodesPerSecond", spreadOf(runRates(report)), stream);
-    stream << "  \"bench\": " << totalNodes(report) << "\n}\n";
+    json.update({{"hash", report.hashMebibytes},
+                 {"runs", report.runs},
+                 {"millis", toJson(spreadOf(runMillis(report)))},
+                 {"nodesPerSecond", toJson(spreadOf(runRates(report)))},
+                 {"bench", totalNodes(report)}});
+    return json;
 }

@@ -3,6 +3,7 @@
 
 #include "base/clock.h"
 #include "search/variant.h"
+#include "support/json.h"
 
 #include <cstdint>
 #include <iosfwd>
@@ -35,5 +36,5 @@ void printPosition(std::size_t number, const BenchedPosition& position, std::ost
 // nodes of all searches of a run together.
 void printSummary(const BenchReport& report, std::ostream& stream);
 
-// All of it as one object of JSON.
-void printJson(const BenchReport& report, std::ostream& stream);
+// The whole report as one object.
+Json toJson(const BenchReport& report);

@@ -2,9 +2,11 @@
 
 #include "board/makeMove.h"
 #include "board/setUp.h"
+#include "notation/longAlgebraicMove.h"
 #include "support/bookChoices.h"
-#include "support/commandLine.h"
+#include "support/cli.h"
 #include "support/gameInput.h"
+#include "support/json.h"
 #include "support/san.h"
 #include "support/textFile.h"
 
@@ -16,27 +18,16 @@
 
 namespace {
 
-constexpr const char* HELP =
-    R"(Usage: kestran-book [FEN] [--moves "MOVES"] [--tree DEPTH]
-       kestran-book --check FILE [--polyglot-castling]
+constexpr const char* DESCRIPTION =
+    "Lists the moves that the opening book has for a position, each with the number of book lines "
+    "that play it there and its chance of being chosen. Positions count, not move orders: lines "
+    "that reach the position by other moves count too, so the replies to a move can outnumber the "
+    "lines that play it.";
 
-Lists the moves that the engine's opening book has for a position, each with the number
-of book lines that play it there and with its chance to be drawn. What counts is the
-position: lines that reach it by another order of moves count, too, so the replies to a
-move can be more than the lines that play this move.
-
-  FEN               the position, quoted or not; startpos, or nothing, for the start
-  --moves "MOVES"   a game from FEN to the position: 1. e4 e5 2. Nf3, with or without its
-                    numbers, or e2e4 e7e5 g1f3
-  --tree DEPTH      the book from there as a tree of that many plies, 1 to 40
-  --check FILE      reads a text of book lines, one line each, and reports every line that
-                    stops before its end
-  --polyglot-castling
-                    in FILE, castling is the king taking its own rook, e1h1 not e1g1
-
-Exit status: 0; 1 if FILE has a line that stops early or the output cannot be written;
-2 for input that makes no sense or a file that cannot be read.
-)";
+constexpr const char* CHECK_HELP =
+    "check a text of book lines, one per line, such as \"e2e4 e7e5 g1f3\" or \"1. e4 e5 2. Nf3\", "
+    "and report every line that stops before its end. The engine itself reads only the first "
+    "notation";
 
 constexpr int MAX_TREE_DEPTH = 40;
 constexpr std::size_t MOVE_STRIDE = 5; // characters of a book line from move to move
@@ -57,9 +48,9 @@ std::string chanceText(int count, int sum) {
     return text.data();
 }
 
-void printTreeNode(const PolyglotBook& book, const Position& position, int ply, int depth,
+void printTreeNode(const PolyglotBook& book, const Position& position, int ply, int end,
                    const std::string& prefix, std::ostream& stream) {
-    if (ply == depth) {
+    if (ply == end) {
         return;
     }
     const std::vector<BookChoice> choices = getBookChoices(book, position);
@@ -69,39 +60,96 @@ void printTreeNode(const PolyglotBook& book, const Position& position, int ply, 
         const bool isLast = i + 1 == choices.size();
         stream << prefix << (isLast ? "└─ " : "├─ ") << toNumberedSan(position, move, ply) << "  "
                << count << "  " << chanceText(count, sum) << '\n';
-        printTreeNode(book, positionAfter(position, move), ply + 1, depth,
+        printTreeNode(book, positionAfter(position, move), ply + 1, end,
                       prefix + (isLast ? "   " : "│  "), stream);
     }
+}
+
+// The moves of the book, each with those that follow it down to `depth` plies.
+Json toJson(const PolyglotBook& book, const Position& position, int depth) {
+    const std::vector<BookChoice> choices = getBookChoices(book, position);
+    const double sum = sumOf(choices);
+    Json moves = Json::array();
+    for (const auto& [move, count] : choices) {
+        Json& entry = moves.emplace_back(Json{{"move", LongAlgebraicMove(move).toString()},
+                                              {"san", toSan(position, move)},
+                                              {"lines", count},
+                                              {"chance", count / sum}});
+        if (depth > 1) {
+            entry["moves"] = toJson(book, positionAfter(position, move), depth - 1);
+        }
+    }
+    return moves;
 }
 
 std::string faultText(std::size_t index, const std::string& move, const std::string& what) {
     return "move " + std::to_string(index + 1) + ", \"" + move + "\", " + what;
 }
 
-int check(const std::string& path, bool polyglotCastling) {
-    std::ifstream file = openText(path);
-    return checkBookText(file, path, polyglotCastling, std::cout) ? 0 : 1;
+// Whether a line begins with a move such as e2e4, as the engine reads lines.
+bool isInCoordinates(const std::string& line) {
+    const auto isWithin = [&](std::size_t place, char first, char last) {
+        return line[place] >= first && line[place] <= last;
+    };
+    return line.size() >= MOVE_LENGTH && isWithin(0, 'a', 'h') && isWithin(1, '1', '8') &&
+           isWithin(2, 'a', 'h') && isWithin(3, '1', '8');
 }
 
-int run(CommandLine& commandLine) {
-    const bool polyglotCastling = commandLine.takeFlag("--polyglot-castling");
-    const auto path = commandLine.takeOption("--check");
-    const auto moves = commandLine.takeOption("--moves");
-    const auto depth = commandLine.takeOption("--tree");
-    const std::vector<std::string> rest = commandLine.takeRest();
-    if (path) {
-        if (moves || depth || !rest.empty()) {
-            throw UsageError("--check goes with nothing but a file and --polyglot-castling");
-        }
-        return check(*path, polyglotCastling);
+// Checks a line written as the other programs take games.
+std::string findGameFault(const Position& start, const std::string& line) {
+    try {
+        readMoves(start, line, "the line");
+    } catch (const UsageError& error) {
+        return error.what();
     }
-    if (polyglotCastling) {
-        throw UsageError("--polyglot-castling goes with --check only");
+    return "";
+}
+
+struct BookOptions {
+    std::vector<std::string> words; // a position
+    std::optional<std::string> moves;
+    std::optional<int> depth;
+    std::optional<std::string> path; // of a text to check
+    bool polyglotCastling = false;
+    bool asJson = false;
+};
+
+int check(const BookOptions& options) {
+    if (!options.words.empty()) {
+        throw UsageError("--check takes no position");
+    }
+    std::ifstream file = openText(*options.path);
+    const BookCheck result = checkBookText(file, options.polyglotCastling);
+    if (options.asJson) {
+        Json json = {{"schema", 1}, {"lines", result.lines}, {"faults", Json::array()}};
+        for (const auto& [line, fault] : result.faults) {
+            json["faults"].push_back({{"line", line}, {"fault", fault}});
+        }
+        printJson(json, std::cout);
+    } else {
+        for (const auto& [line, fault] : result.faults) {
+            std::cout << *options.path << ':' << line << ": " << fault << '\n';
+        }
+        std::cout << "Lines: " << result.lines << ", with a fault: " << result.faults.size()
+                  << '\n';
+    }
+    return result.faults.empty() ? 0 : 1;
+}
+
+int runBook(const BookOptions& options) {
+    if (options.path) {
+        return check(options);
     }
     const PolyglotBook book = PolyglotBook::getStandard();
-    const Position position = readGame(rest, moves.value_or("")).position;
-    if (depth) {
-        printBookTree(book, position, parseNumber(*depth, "--tree", 1, MAX_TREE_DEPTH), std::cout);
+    const NumberedGame game = readGame(options.words, options.moves.value_or(""));
+    const Position& position = game.position;
+    if (options.asJson) {
+        printJson({{"schema", 1},
+                   {"fen", getWholeFen(game)},
+                   {"moves", toJson(book, position, options.depth.value_or(1))}},
+                  std::cout);
+    } else if (options.depth) {
+        printBookTree(book, game, *options.depth, std::cout);
     } else {
         printBookMoves(book, position, std::cout);
     }
@@ -125,16 +173,21 @@ void printBookMoves(const PolyglotBook& book, const Position& position, std::ost
     }
 }
 
-void printBookTree(const PolyglotBook& book, const Position& position, int depth,
+void printBookTree(const PolyglotBook& book, const NumberedGame& game, int depth,
                    std::ostream& stream) {
-    if (getBookChoices(book, position).empty()) {
+    if (getBookChoices(book, game.position).empty()) {
         stream << "The book has no move for this position.\n";
         return;
     }
-    printTreeNode(book, position, 0, depth, "", stream);
+    printTreeNode(book, game.position, game.ply, game.ply + depth, "", stream);
 }
 
 std::string findLineFault(const std::string& line, bool polyglotCastling) {
+    if (!isInCoordinates(line)) {
+        Position start;
+        initializeToStartPosition(start);
+        return findGameFault(start, line);
+    }
     const std::size_t written = (line.size() + 1) / MOVE_STRIDE;
     const std::vector<HashEntryPair> pairs = getLineFromString(line, polyglotCastling);
     const auto textOf = [&](std::size_t i) { return line.substr(i * MOVE_STRIDE, MOVE_LENGTH); };
@@ -149,32 +202,42 @@ std::string findLineFault(const std::string& line, bool polyglotCastling) {
         position = positionAfter(position, *move);
     }
     if (pairs.size() < written) {
-        return faultText(pairs.size(), textOf(pairs.size()), "is no move of the position");
+        return faultText(pairs.size(), textOf(pairs.size()), "is not legal in its position");
     }
     const std::size_t readTo = std::min(written * MOVE_STRIDE, line.size());
     const std::size_t restStart = line.find_first_not_of(" \t\r", readTo);
     if (restStart != std::string::npos) {
-        return faultText(written, line.substr(restStart), "is an unfinished rest");
+        return faultText(written, line.substr(restStart), "is incomplete");
     }
     return "";
 }
 
-bool checkBookText(std::istream& text, const std::string& name, bool polyglotCastling,
-                   std::ostream& stream) {
-    int lines = 0;
-    int faults = 0;
+BookCheck checkBookText(std::istream& text, bool polyglotCastling) {
+    BookCheck check;
     for (std::string line; std::getline(text, line);) {
-        ++lines;
-        const std::string fault = findLineFault(line, polyglotCastling);
-        if (!fault.empty()) {
-            ++faults;
-            stream << name << ':' << lines << ": " << fault << '\n';
+        ++check.lines;
+        if (const std::string fault = findLineFault(line, polyglotCastling); !fault.empty()) {
+            check.faults.push_back({check.lines, fault});
         }
     }
-    stream << lines << " lines, of which " << faults << " stop before their end\n";
-    return faults == 0;
+    return check;
 }
 
 int bookMain(int argc, const char* const* argv) {
-    return runTool("kestran-book", HELP, argc, argv, run);
+    BookOptions options;
+    Program program("kestran-book", "[OPTION]... [FEN]\n[OPTION]... --check FILE", DESCRIPTION,
+                    "a line of FILE stops early, or the output cannot be written");
+    program.addWords("FEN", options.words, FEN_HELP);
+    auto* const moves = program.addText("--moves", options.moves, "MOVES", MOVES_HELP);
+    auto* const tree = program.addNumber("--tree", options.depth, 1, MAX_TREE_DEPTH, "DEPTH",
+                                         "show the book from there as a tree of so many plies");
+    auto* const check = program.addText("--check", options.path, "FILE", CHECK_HELP)
+                            ->excludes(moves)
+                            ->excludes(tree);
+    program
+        .add_flag("--polyglot-castling", options.polyglotCastling,
+                  "in FILE, castling is the king taking its own rook: e1h1, not e1g1")
+        ->needs(check);
+    program.add_flag("--json", options.asJson, "print one JSON object instead of text");
+    return program.run(argc, argv, [&] { return runBook(options); });
 }

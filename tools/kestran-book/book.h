@@ -1,10 +1,12 @@
-// kestran-book: looks into the opening book, and checks texts that books are made of.
+// kestran-book: shows the opening book, and checks texts of book lines.
 #pragma once
 
 #include "opening/polyglot.h"
+#include "support/gameInput.h"
 
 #include <iosfwd>
 #include <string>
+#include <vector>
 
 // Prints the book's moves in a position, each with its count and the chance to be drawn.
 void printBookMoves(const PolyglotBook& book, const Position& position, std::ostream& stream);
@@ -12,17 +14,26 @@ void printBookMoves(const PolyglotBook& book, const Position& position, std::ost
 // Prints the book from a position as a tree of `depth` plies, each move with its count
 // and the chance to be drawn in its position. Lines that meet in a position are counted
 // together there.
-void printBookTree(const PolyglotBook& book, const Position& position, int depth,
+void printBookTree(const PolyglotBook& book, const NumberedGame& game, int depth,
                    std::ostream& stream);
 
-// Why a line of a book text stops before its end, or an empty text. `polyglotCastling`
-// means that castling is written as the king taking its own rook.
+// Why a line of a book text stops before its end, or an empty text. A line that does not begin with
+// a move such as e2e4 is read as readMoves() does. `polyglotCastling` means that castling is
+// written as the king taking its own rook.
 std::string findLineFault(const std::string& line, bool polyglotCastling);
 
-// Reports each line of a text with a fault as "NAME:NUMBER: ...", and a sum. Returns
-// whether there is none.
-bool checkBookText(std::istream& text, const std::string& name, bool polyglotCastling,
-                   std::ostream& stream);
+struct LineFault {
+    int line; // from 1
+    std::string fault;
+};
 
-// The tool. Returns its exit status.
+struct BookCheck {
+    int lines = 0;
+    std::vector<LineFault> faults;
+};
+
+// Checks every line of a text.
+BookCheck checkBookText(std::istream& text, bool polyglotCastling);
+
+// The main function of kestran-book.
 int bookMain(int argc, const char* const* argv);

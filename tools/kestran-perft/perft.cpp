@@ -4,9 +4,10 @@
 #include "board/makeMove.h"
 #include "notation/longAlgebraicMove.h"
 #include "search/infoStruct.h"
-#include "support/commandLine.h"
+#include "support/cli.h"
 #include "support/epd.h"
 #include "support/gameInput.h"
+#include "support/json.h"
 
 #include <algorithm>
 #include <charconv>
@@ -20,8 +21,33 @@ namespace {
 constexpr int MAX_PERFT_DEPTH = 12;
 constexpr std::size_t FEN_FIELDS = 6;
 
-// Counts move by move of the root, and prints each with its share.
-std::int64_t split(Position& position, int depth) {
+struct PerftOptions {
+    std::vector<std::string> words; // a position and a depth, or with a file only a depth
+    std::optional<std::string> moves;
+    std::optional<std::string> path;
+    bool asJson = false;
+};
+
+// A depth text of a command line or a file.
+int readDepth(const std::string& text, const std::string& what) {
+    return parseNumber(text, what, 0, MAX_PERFT_DEPTH);
+}
+
+// Ends a report with the nodes and the speed.
+void printTotal(std::int64_t nodes, Milliseconds elapsed, Json* report) {
+    const std::int64_t rate = nodesPerSecond(nodes, elapsed);
+    if (report != nullptr) {
+        report->update({{"nodes", nodes}, {"millis", elapsed}, {"nodesPerSecond", rate}});
+        printJson(*report, std::cout);
+        return;
+    }
+    std::cout << "Nodes: " << nodes << '\n'
+              << "Time: " << elapsed << " ms\n"
+              << "Nodes per second: " << rate << '\n';
+}
+
+// Counts the sequences after each first move, and prints them or adds them to `report`.
+std::int64_t split(Position& position, int depth, Json* report) {
     MoveArray moves;
     const int count = generateLegalMoves(position, moves);
     Progress progress;
@@ -35,7 +61,11 @@ std::int64_t split(Position& position, int depth) {
         const std::int64_t share = perft(position, depth - 1);
         undoMove(position, move, context);
         progress.show("");
-        std::cout << name << ": " << share << std::endl;
+        if (report != nullptr) {
+            (*report)["moves"][name] = share;
+        } else {
+            std::cout << name << ": " << share << std::endl;
+        }
         nodes += share;
     }
     return nodes;
@@ -63,10 +93,9 @@ std::optional<ExpectedCount> readCount(const EpdRecord& record, const std::strin
     ExpectedCount expected = {};
     const auto [stopped, fault] = std::from_chars(count.data(), end, expected.sequences);
     if (fault != std::errc() || stopped != end || expected.sequences < 0) {
-        throw UsageError(placeOf(record) + " has no count behind D" + depth);
+        throw UsageError(placeOf(record) + " has no count after D" + depth);
     }
-    expected.depth =
-        parseNumber(depth, placeOf(record) + ": the depth behind D", 0, MAX_PERFT_DEPTH);
+    expected.depth = readDepth(depth, placeOf(record) + ": the depth after D");
     return expected;
 }
 
@@ -98,23 +127,19 @@ std::vector<CountedPosition> readCountedPositions(const std::string& path, int d
     return positions;
 }
 
-void printTotal(std::int64_t nodes, Milliseconds elapsed) {
-    std::cout << "Nodes: " << nodes << '\n'
-              << "Time: " << elapsed << " ms\n"
-              << "Nodes per second: " << nodesPerSecond(nodes, elapsed) << '\n';
-}
-
-// What the check of a file has come to.
+// The result of the check of a file so far.
 struct CheckTally {
     std::int64_t nodes = 0;
     int counted = 0;
     int wrong = 0;
 };
 
-// Counts once more what the file says of a position, and prints a line about it.
-void checkPosition(const CountedPosition& counted, CheckTally& tally, Progress& progress) {
+// Checks the counts of a position, and prints a line about it or adds it to `report`.
+void checkPosition(const CountedPosition& counted, CheckTally& tally, Progress& progress,
+                   Json* report) {
     Position position = counted.record.position;
     std::string faults;
+    Json counts = Json::array();
     for (const auto& [depth, sequences] : counted.counts) {
         const std::string name = std::string("D").append(std::to_string(depth));
         progress.show(placeOf(counted.record) + ", " + name + ", " + std::to_string(tally.counted) +
@@ -122,68 +147,84 @@ void checkPosition(const CountedPosition& counted, CheckTally& tally, Progress& 
         const std::int64_t found = perft(position, depth);
         tally.nodes += found;
         ++tally.counted;
+        counts.push_back({{"depth", depth}, {"expected", sequences}, {"found", found}});
         if (found != sequences) {
             ++tally.wrong;
-            faults += ", " + name + " is " + std::to_string(found) + " and not " +
-                      std::to_string(sequences);
+            faults +=
+                ", " + name + " is " + std::to_string(found) + ", not " + std::to_string(sequences);
         }
     }
     progress.show("");
-    std::cout << (faults.empty() ? "ok     " : "WRONG  ") << placeOf(counted.record) << faults
-              << ": " << counted.record.fen << std::endl;
+    if (report != nullptr) {
+        (*report)["positions"].push_back({{"line", counted.record.line},
+                                          {"fen", counted.record.fen},
+                                          {"counts", std::move(counts)}});
+    } else {
+        std::cout << (faults.empty() ? "ok     " : "WRONG  ") << placeOf(counted.record) << faults
+                  << ": " << counted.record.fen << std::endl;
+    }
 }
 
 // Whether all counts of the file are right.
-bool checkCounts(const std::string& path, int depth) {
+bool checkCounts(const std::string& path, int depth, Json* report) {
     const std::vector<CountedPosition> positions = readCountedPositions(path, depth);
     const Milliseconds start = clockMilliseconds();
     Progress progress;
     CheckTally tally;
     for (const CountedPosition& position : positions) {
-        checkPosition(position, tally, progress);
+        checkPosition(position, tally, progress, report);
     }
-    std::cout << "Positions: " << positions.size() << '\n'
-              << "Counts: " << tally.counted << ", of which " << tally.wrong << " are wrong\n";
-    printTotal(tally.nodes, clockMilliseconds() - start);
+    if (report != nullptr) {
+        report->update({{"checked", tally.counted}, {"wrong", tally.wrong}});
+    } else {
+        std::cout << "Positions: " << positions.size() << '\n'
+                  << "Counts: " << tally.counted << ", wrong: " << tally.wrong << '\n';
+    }
+    printTotal(tally.nodes, clockMilliseconds() - start, report);
     return tally.wrong == 0;
 }
 
-// The depth that stands behind the words of a position; takes it out.
+// The depth after the words of a position; takes it out.
 int takeDepth(std::vector<std::string>& words) {
     const bool isWholeFen =
         words.size() == FEN_FIELDS && std::ranges::none_of(words, [](const std::string& word) {
             return word.find(' ') != std::string::npos;
         });
     if (isWholeFen) {
-        throw UsageError("the six fields of a position need a depth behind them; a position of "
-                         "five fields stands in quotes");
+        throw UsageError("a depth is needed after the six fields of a position; put a position of "
+                         "five fields in quotes");
     }
     if (words.size() < 2) {
         throw UsageError("a position and a depth are needed");
     }
-    const int depth = parseNumber(words.back(), "the depth", 0, MAX_PERFT_DEPTH);
+    const int depth = readDepth(words.back(), "the depth");
     words.pop_back();
     return depth;
 }
 
+int runPerft(const PerftOptions& options) {
+    Json json = {{"schema", 1}};
+    Json* report = options.asJson ? &json : nullptr;
+    std::vector<std::string> words = options.words;
+    if (options.path) {
+        if (words.size() > 1) {
+            throw UsageError("--epd takes only a file and a depth");
+        }
+        const int depth = words.empty() ? MAX_PERFT_DEPTH : readDepth(words.front(), "the depth");
+        return checkCounts(*options.path, depth, report) ? 0 : 1;
+    }
+    const int depth = takeDepth(words);
+    const NumberedGame game = readGame(words, options.moves.value_or(""));
+    Position position = game.position;
+    json.update({{"fen", getWholeFen(game)}, {"depth", depth}, {"moves", Json::object()}});
+
+    const Milliseconds start = clockMilliseconds();
+    const std::int64_t nodes = depth == 0 ? 1 : split(position, depth, report);
+    printTotal(nodes, clockMilliseconds() - start, report);
+    return 0;
+}
+
 } // namespace
-
-const std::string PERFT_HELP =
-    R"(Usage: kestran-perft FEN DEPTH [--moves "MOVES"]
-       kestran-perft --epd FILE [DEPTH]
-
-Counts the sequences of DEPTH legal moves, 0 to 12, from a position: for each first move,
-and in all. FEN stands in quotes or in several words; "startpos" is the start position.
-
-  --moves "MOVES"  a game from FEN to the position: 1. e4 e5 2. Nf3, with or without its
-                   numbers, or e2e4 e7e5 g1f3
-  --epd FILE       checks the counts of a file instead: a line for each position, its FEN
-                   and then its counts, as in ";D1 20 ;D2 400". Those of more than DEPTH
-                   plies are left out
-
-Exit status: 0; 1 if a count of FILE is wrong or the output cannot be written; 2 for input
-that makes no sense.
-)";
 
 std::int64_t perft(Position& position, int depth) {
     if (depth == 0) {
@@ -202,24 +243,22 @@ std::int64_t perft(Position& position, int depth) {
     return nodes;
 }
 
-int runPerft(CommandLine& commandLine) {
-    const auto path = commandLine.takeOption("--epd");
-    const auto moves = commandLine.takeOption("--moves");
-    std::vector<std::string> words = commandLine.takeRest();
-    if (path) {
-        if (moves || words.size() > 1) {
-            throw UsageError("--epd goes with nothing but a file and a depth");
-        }
-        const int depth = words.empty()
-                              ? MAX_PERFT_DEPTH
-                              : parseNumber(words.front(), "the depth", 0, MAX_PERFT_DEPTH);
-        return checkCounts(*path, depth) ? 0 : 1;
-    }
-    const int depth = takeDepth(words);
-    Position position = readGame(words, moves.value_or("")).position;
-
-    const Milliseconds start = clockMilliseconds();
-    const std::int64_t nodes = depth == 0 ? 1 : split(position, depth);
-    printTotal(nodes, clockMilliseconds() - start);
-    return 0;
+int perftMain(int argc, const char* const* argv) {
+    PerftOptions options;
+    Program program("kestran-perft", "[OPTION]... FEN DEPTH\n[OPTION]... --epd FILE [DEPTH]",
+                    "Counts the sequences of DEPTH legal moves, 0 to " +
+                        std::to_string(MAX_PERFT_DEPTH) +
+                        ", from a position: after each first move, and in all.",
+                    "a count of FILE is wrong, or the output cannot be written");
+    program.addWords("FEN", options.words,
+                     "the position, in quotes or as several words; \"startpos\" is the start "
+                     "position. DEPTH follows it");
+    auto* const moves = program.addText("--moves", options.moves, "MOVES", MOVES_HELP);
+    program
+        .addText("--epd", options.path, "FILE",
+                 "check the counts of a file instead: one position per line, its FEN and then its "
+                 "counts, as in \";D1 20 ;D2 400\"; those of more than DEPTH plies are left out")
+        ->excludes(moves);
+    program.add_flag("--json", options.asJson, "print one JSON object instead of text");
+    return program.run(argc, argv, [&] { return runPerft(options); });
 }

@@ -1,8 +1,7 @@
-// kestran-perft: counts the sequences of legal moves from a position.
+// kestran-perft: counts sequences of legal moves.
 
 #include "kestran-perft/perft.h"
-#include "support/commandLine.h"
 
 int main(int argc, char** argv) {
-    return runTool("kestran-perft", PERFT_HELP, argc, argv, runPerft);
+    return perftMain(argc, argv);
 }

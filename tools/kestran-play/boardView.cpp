@@ -10,15 +10,16 @@
 
 namespace {
 
-// By kind of piece; the outlined symbols stand for White where no colour tells.
+// By kind of piece; the outlined symbols are White's where there are no colours.
 constexpr ByType<const char*> SOLID = {" ", "♟", "♜", "♞", "♝", "♛", "♚"};
 constexpr ByType<const char*> OUTLINED = {" ", "♙", "♖", "♘", "♗", "♕", "♔"};
 
-// Of the 256 colours of a terminal.
-constexpr int LIGHT_FIELD = 180;
-constexpr int DARK_FIELD = 137;
-constexpr int MARKED_LIGHT_FIELD = 186;
-constexpr int MARKED_DARK_FIELD = 143;
+// Of the 256 colours of a terminal. White pieces have a contrast of at least 4.5 to 1 on each
+// field, black ones of at least 3.5.
+constexpr int LIGHT_FIELD = 130;
+constexpr int DARK_FIELD = 94;
+constexpr int MARKED_LIGHT_FIELD = 98;
+constexpr int MARKED_DARK_FIELD = 61;
 constexpr int WHITE_PIECE = 231;
 constexpr int BLACK_PIECE = 16;
 
@@ -41,7 +42,7 @@ std::string coloured(const std::string& text, bool isLight, bool isMarked, bool 
            std::to_string(ground) + 'm' + text + "\033[0m";
 }
 
-// The first of these variables that is set names the letters of the terminal.
+// The first of these variables that is set names the character set of the terminal.
 bool isUtf8() {
     for (const char* name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
         const char* value = std::getenv(name);

@@ -2,14 +2,13 @@
 
 #include "board/attacks.h"
 #include "board/makeMove.h"
-#include "board/setUp.h"
-#include "notation/fen.h"
 #include "notation/longAlgebraicMove.h"
 #include "search/searchParameters.h"
 #include "support/pgn.h"
 #include "support/san.h"
 
 #include <algorithm>
+#include <span>
 
 namespace {
 
@@ -33,16 +32,17 @@ bool isBare(const Position& position) {
 
 } // namespace
 
-GameRecord::GameRecord(const Game& start) : states{start} {
+GameRecord::GameRecord(const NumberedGame& start) : states{start} {
     judge();
 }
 
-const Game& GameRecord::getGameBefore(int plies) const {
+const NumberedGame& GameRecord::getGameBefore(int plies) const {
     return states[states.size() - 1 - static_cast<std::size_t>(plies)];
 }
 
 void GameRecord::play(const Move& move) {
-    Game next = getGame();
+    NumberedGame next = getGame();
+    ++next.ply;
     DoMoveContext context;
     doMove(next.position, move, context);
     next.repetitionHashes.push_back(next.position.incremental.hash);
@@ -63,7 +63,13 @@ void GameRecord::resign(Color color) {
 }
 
 std::string GameRecord::getMoveText() const {
-    return lineToSan(states.front().position, moves);
+    return getLastMoves(static_cast<int>(moves.size()));
+}
+
+std::string GameRecord::getLastMoves(int plies) const {
+    const NumberedGame& before = getGameBefore(plies);
+    return lineToSan(before.position, std::span(moves).last(static_cast<std::size_t>(plies)),
+                     before.ply);
 }
 
 std::string GameRecord::getPgn(Color human) const {
@@ -73,11 +79,9 @@ std::string GameRecord::getPgn(Color human) const {
     for (const Move& move : moves) {
         game.moves.append(LongAlgebraicMove(move).toString()).append(1, ' ');
     }
-    Position usual;
-    initializeToStartPosition(usual);
-    const std::string start = getFen(states.front().position);
-    if (start != getFen(usual)) {
-        game.fen = start + " 1"; // it knows no number of moves
+    const std::string start = getWholeFen(states.front());
+    if (start != getWholeFen(readGame({}, ""))) {
+        game.fen = start;
     }
     return toPgn(game);
 }
@@ -97,9 +101,9 @@ void GameRecord::judge() {
     } else if (std::ranges::count(keys, keys.back()) >= 3) {
         finish(DRAW, "The position has come up three times: the game is drawn.");
     } else if (position.incremental.halfMoveClock >= MAX_HALF_MOVE_CLOCK) {
-        finish(DRAW, "Fifty moves without a capture or a pawn's move: the game is drawn.");
+        finish(DRAW, "Fifty moves without a capture or a pawn move: the game is drawn.");
     } else if (isBare(position)) {
-        finish(DRAW, "Nobody has the pieces to mate: the game is drawn.");
+        finish(DRAW, "Neither side has the pieces to mate: the game is drawn.");
     }
 }
 

@@ -1,7 +1,7 @@
 // The game at the terminal: every position of it, and how it has ended.
 #pragma once
 
-#include "board/game.h"
+#include "support/gameInput.h"
 
 #include <string>
 #include <vector>
@@ -9,13 +9,15 @@
 class GameRecord {
 public:
     // The game may be over at its start.
-    explicit GameRecord(const Game& start);
+    explicit GameRecord(const NumberedGame& start);
 
-    const Game& getGame() const { return states.back(); }
+    const NumberedGame& getGame() const { return states.back(); }
     const Position& getPosition() const { return getGame().position; }
     // The game before the last `plies` moves. Requires that there are so many.
-    const Game& getGameBefore(int plies) const;
+    const NumberedGame& getGameBefore(int plies) const;
     const std::vector<Move>& getMoves() const { return moves; }
+    // The last `plies` moves in algebraic notation, such as "2. Nf3 Nc6".
+    std::string getLastMoves(int plies) const;
 
     // Plays a legal move. Requires that the game is not over.
     void play(const Move& move);
@@ -37,7 +39,7 @@ private:
     void judge();
     void finish(const std::string& _result, const std::string& sentence);
 
-    std::vector<Game> states; // from the start on, the present one last
+    std::vector<NumberedGame> states; // from the start on, the present one last
     std::vector<Move> moves;
     std::string result = "*"; // as in PGN
     std::string end;

@@ -35,7 +35,7 @@ Thought Opponent::think(const Game& game) {
     return {movesOf(line), line.evaluation, report ? report->depth : 0, isFromBook};
 }
 
-std::string Opponent::explain(const Game& game, const Thought& thought,
+std::string Opponent::explain(const NumberedGame& game, const Thought& thought,
                               const std::optional<Move>& other) const {
     if (thought.isFromBook && !other) {
         return "That is a move of its book, with which it does not search. " +

@@ -3,6 +3,7 @@
 
 #include "engine/engine.h"
 #include "search/engineParameters.h"
+#include "support/gameInput.h"
 
 #include <memory>
 #include <optional>
@@ -25,13 +26,16 @@ class Opponent {
 public:
     explicit Opponent(const Strength& _strength);
 
+    // How strongly it plays from the next move on.
+    Strength& getStrength() { return strength; }
+
     // Thinks for the side to move, which has a legal move.
     Thought think(const Game& game);
 
     // Why the engine plays in `game` as in `thought`, which is what it thought there, in words;
     // or why it does not play the legal move `other` there. Takes some seconds at most; Ctrl-C
     // ends that sooner.
-    std::string explain(const Game& game, const Thought& thought,
+    std::string explain(const NumberedGame& game, const Thought& thought,
                         const std::optional<Move>& other) const;
 
 private:

@@ -1,51 +1,82 @@
 #include "kestran-play/table.h"
 
 #include "base/cppIoUtils.h"
-#include "notation/fen.h"
+#include "board/attacks.h"
 #include "support/commandLine.h"
 #include "support/san.h"
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <ostream>
 
 namespace {
 
 constexpr const char* COMMANDS = R"(  e4, Nf3, O-O, e2e4   a move
-  back                 takes your last move back
+  back                 takes your last move back; so do undo and takeback
   hint                 what the engine would play
-  why                  why the engine has played its last move
-  why Nf3              why it has not played another one there
-  board, moves, fen    show where the game stands
+  why                  why the engine played its last move
+  why Nf3              why it did not play this move instead
+  time S               the engine thinks S seconds about each move
+  depth N              the engine looks at most N plies ahead; fewer are weaker
+  board, moves, fen    show the game
   flip                 turns the board
   switch               changes sides: the engine moves for you
-  new                  begins the game again
-  resign               gives it up
+  new                  begins a new game
+  resign               resigns the game
   pgn                  shows the game in PGN
-  quit                 leaves; so does the end of input
+  quit                 leaves; so do Ctrl-C and the end of input
 )";
 
-// The one legal move that a text names. UsageError if it names none, or leaves open which.
+// The capture or step of a pawn that `text` names if a promotion is added, or nothing.
+std::optional<Move> findPromotion(const Position& position, const std::string& text) {
+    for (const char* suffix : {"q", "=Q"}) {
+        const std::vector<Move> moves = findMoves(position, text + suffix);
+        if (moves.size() == 1) {
+            return moves.front();
+        }
+    }
+    return std::nullopt;
+}
+
+// Why `text` names no legal move.
+std::string whyNoMove(const Position& position, const std::string& text) {
+    const bool looksLikeMove =
+        text.find_first_of("12345678") != std::string::npos || text.find("O-O") == 0;
+    if (!looksLikeMove) {
+        return '"' + text + R"(" is neither a move nor a command; "help" lists the commands)";
+    }
+    if (const auto promotion = findPromotion(position, text)) {
+        return "to promote, type " + toSan(position, *promotion);
+    }
+    if (isInCheckNoCaching(position)) {
+        return '"' + text + "\" is not possible: you are in check";
+    }
+    return '"' + text + "\" is not a legal move here";
+}
+
+// The one legal move that a text names. UsageError if it names none or more than one.
 Move pickMove(const Position& position, const std::string& text) {
     const std::vector<Move> moves = findMoves(position, text);
     if (moves.empty()) {
-        throw UsageError("\"" + text + R"(" is no move here, and no command; "help" lists those)");
+        throw UsageError(whyNoMove(position, text));
     }
     if (moves.size() > 1) {
         std::string choice;
         for (const Move& move : moves) {
             choice.append(1, ' ').append(toSan(position, move));
         }
-        throw UsageError("\"" + text + "\" can mean more than one move:" + choice);
+        throw UsageError('"' + text + "\" can mean more than one move:" + choice);
     }
     return moves.front();
 }
 
 } // namespace
 
-Table::Table(const Game& _start, Color _human, const Strength& strength, const BoardStyle& _style,
-             std::ostream& _out)
-    : start(_start), record(_start), human(_human), opponent(strength), style(_style), out(_out) {
+Table::Table(const NumberedGame& _start, Color _human, const Strength& strength,
+             const BoardStyle& _style, GameKeeper& _keeper, std::ostream& _out)
+    : start(_start), record(_start), human(_human), opponent(strength), style(_style),
+      keeper(_keeper), out(_out) {
 }
 
 void Table::begin() {
@@ -58,9 +89,9 @@ void Table::begin() {
 
 std::string Table::getPrompt() const {
     if (record.isOver()) {
-        return "over> ";
+        return "game over> ";
     }
-    return moveNumber(record.getPosition().colorToMove, getPly()) + " ";
+    return moveNumber(record.getPosition().colorToMove, record.getGame().ply) + " ";
 }
 
 bool Table::handleLine(const std::string& line) {
@@ -68,12 +99,27 @@ bool Table::handleLine(const std::string& line) {
     if (words.empty()) {
         return true;
     }
+    if (words[0] == "quit" || words[0] == "exit") {
+        return false;
+    }
+    try {
+        handleWords(words);
+    } catch (const UsageError& error) {
+        out << error.what() << '\n';
+    }
+    return true;
+}
+
+void Table::handleWords(const std::vector<std::string>& words) {
     const std::map<std::string, std::function<void()>> commands = {
         {"back", [this] { takeBack(); }},
+        {"undo", [this] { takeBack(); }},
+        {"takeback", [this] { takeBack(); }},
         {"hint", [this] { showHint(); }},
+        {"why", [this] { explain(""); }},
         {"board", [this] { show(); }},
         {"moves", [this] { out << record.getMoveText() << '\n'; }},
-        {"fen", [this] { out << getFen(record.getPosition()) << '\n'; }},
+        {"fen", [this] { out << getWholeFen(record.getGame()) << '\n'; }},
         {"flip",
          [this] {
              style.bottom = opposite(style.bottom);
@@ -82,31 +128,25 @@ bool Table::handleLine(const std::string& line) {
         {"switch", [this] { changeSides(); }},
         {"new", [this] { startAgain(); }},
         {"resign", [this] { resign(); }},
-        {"pgn", [this] { out << record.getPgn(human); }},
+        {"pgn", [this] { out << getPgn(); }},
         {"help", [this] { out << COMMANDS; }},
     };
-    try {
-        const auto command = commands.find(words[0]);
-        if (words[0] == "quit" || words[0] == "exit") {
-            return false;
-        }
-        if (words[0] == "why" && words.size() <= 2) {
-            explain(words.size() == 2 ? words[1] : "");
-        } else if (command != commands.end() && words.size() == 1) {
-            command->second();
-        } else if (words.size() == 1) {
-            handleMove(words[0]);
-        } else {
-            throw UsageError("one move or command at a time, please; \"help\" lists them");
-        }
-    } catch (const UsageError& error) {
-        out << error.what() << '\n';
+    const std::map<std::string, std::function<void(const std::string&)>> commandsWithValue = {
+        {"why", [this](const std::string& value) { explain(value); }},
+        {"time", [this](const std::string& value) { setTime(value); }},
+        {"depth", [this](const std::string& value) { setDepth(value); }},
+    };
+    const auto command = commands.find(words[0]);
+    const auto withValue = commandsWithValue.find(words[0]);
+    if (words.size() == 1 && command != commands.end()) {
+        command->second();
+    } else if (words.size() == 2 && withValue != commandsWithValue.end()) {
+        withValue->second(words[1]);
+    } else if (words.size() == 1 && withValue == commandsWithValue.end()) {
+        handleMove(words[0]);
+    } else {
+        throw UsageError(R"(type one move or command at a time; "help" lists them)");
     }
-    return true;
-}
-
-std::string Table::getPgn() const {
-    return record.getMoves().empty() ? "" : record.getPgn(human);
 }
 
 // ---- Commands ----
@@ -114,29 +154,49 @@ std::string Table::getPgn() const {
 void Table::handleMove(const std::string& text) {
     requireGame();
     record.play(pickMove(record.getPosition(), text));
-    record.isOver() ? show() : letEngineMove();
+    if (!record.isOver()) {
+        keepGame();
+        letEngineMove();
+        return;
+    }
+    show();
+    keepGame();
 }
 
-// Back to where the person was to move last.
+// Returns to the last position in which the person was to move.
 void Table::takeBack() {
     const int plies = isHumansTurn() ? 2 : 1;
-    if (getPly() < plies) {
-        throw UsageError("there is no move of yours to take back");
+    if (static_cast<int>(record.getMoves().size()) < plies) {
+        throw UsageError("you have no move to take back");
     }
+    const std::string moves = record.getLastMoves(plies);
     record.takeBack(plies);
+    keepGame();
     reason.reset();
     show();
+    out << "Taken back: " << moves << '\n';
+}
+
+void Table::setTime(const std::string& text) {
+    opponent.getStrength().time = parseSeconds(text, "time", MAX_SECONDS);
+    out << "The engine thinks " << text << " s about each move.\n";
+}
+
+void Table::setDepth(const std::string& text) {
+    const int depth = parseNumber(text, "depth", 1, MAX_PASSES);
+    opponent.getStrength().depth = depth;
+    out << "The engine looks at most " << depth << (depth == 1 ? " ply" : " plies") << " ahead.\n";
 }
 
 void Table::showHint() {
     requireGame();
     const Thought thought = opponent.think(record.getGame());
-    out << describe(record.getPosition(), thought, getPly()) << '\n';
+    out << describe(record.getPosition(), thought, record.getGame().ply) << '\n';
 }
 
 void Table::explain(const std::string& text) {
     if (!reason) {
-        throw UsageError("there is no move of the engine to explain");
+        throw UsageError("the engine has no move to explain");
     }
     std::optional<Move> other;
     if (!text.empty()) {
@@ -153,6 +213,7 @@ void Table::changeSides() {
 }
 
 void Table::startAgain() {
+    keeper.leave();
     record = GameRecord(start);
     reason.reset();
     begin();
@@ -162,27 +223,35 @@ void Table::resign() {
     requireGame();
     record.resign(human);
     out << record.getEnd() << '\n';
+    keepGame();
 }
 
 // ---- The game ----
 
 void Table::requireGame() const {
     if (record.isOver()) {
-        throw UsageError(R"(the game is over; "back", "new" and "quit" lead on)");
+        throw UsageError(R"(the game is over; type "back", "new" or "quit")");
     }
 }
 
 void Table::letEngineMove() {
-    const Game& game = record.getGame();
+    const NumberedGame game = record.getGame();
     Progress progress;
-    progress.show("Kestran thinks");
+    progress.show("Kestran is thinking");
     reason = {game, opponent.think(game)};
     progress.show("");
     const Move move = reason->thought.line.front();
-    const std::string text = toNumberedSan(game.position, move, getPly());
     record.play(move);
     show();
-    out << "Kestran plays " << text << '\n';
+    out << "Kestran plays " << toNumberedSan(game.position, move, game.ply) << '\n';
+    keepGame();
+}
+
+void Table::keepGame() {
+    keeper.keep(record.getMoves().empty() ? "" : getPgn());
+    if (record.isOver()) {
+        keeper.leave();
+    }
 }
 
 void Table::show() {

@@ -6,13 +6,13 @@
 #include "notation/fen.h"
 #include "search/engineParameters.h"
 #include "search/infoStruct.h"
-#include "support/commandLine.h"
+#include "support/cli.h"
 #include "uci/uciEngine.h"
 
 #include <cstdint>
 #include <iostream>
 #include <memory>
-#include <vector>
+#include <string>
 
 namespace {
 
@@ -31,37 +31,34 @@ void printSignature() {
     std::cout << nodes << " nodes " << nodesPerSecond(nodes, millis) << " nps" << std::endl;
 }
 
-} // namespace
+constexpr const char* DESCRIPTION =
+    "Plays chess as kestran does, by the same search, and speaks the Universal Chess Interface as "
+    "today's test programs expect it: reports with depth, score, nodes and time before the line, a "
+    "score in each, mates in moves; depth, nodes, mate and searchmoves are obeyed, and a bare "
+    "\"go\" searches until \"stop\". It looks at the clock every millisecond.";
 
-const std::string TESTER_HELP = R"(Usage: kestran-tester [bench]
-
-Plays chess as kestran does, by the same search, and speaks the Universal Chess Interface as
-test programs expect it today: reports with depth, score, nodes and time before the line, a
-score in each, mates in moves; depth, nodes, mate and searchmoves are obeyed, and a bare "go"
-searches until "stop". It looks at the clock each millisecond.
-
-  bench       searches the positions of kestran-bench and prints one line, "N nodes M nps"; N is
-              the signature of the search
-
-Its options in the protocol are Hash, OwnBook (whether the built-in book is played, false by
-default) and Move Overhead (milliseconds of its clock that it leaves alone, 10 by default).
-
-Exit status: 0; 1 if the output of the bench cannot be written or there is no memory; 2 for
-words that make no sense.
-)";
-
-int runTester(CommandLine& commandLine) {
-    const std::vector<std::string> words = commandLine.takeRest();
-    if (words == std::vector<std::string>{"bench"}) {
+int runTester(const std::string& word) {
+    if (word == "bench") {
         printSignature();
         return 0;
     }
-    if (!words.empty()) {
-        throw UsageError(R"(the one word that it takes is "bench", and not ")" + words.back() +
-                         "\"");
+    if (!word.empty()) {
+        throw UsageError("unknown word \"" + word + R"("; the only one is "bench")");
     }
     prepareProcess();
     const std::unique_ptr<EngineConfig> config = EngineConfig::getProdConfig();
     std::make_unique<UciEngine>(*config, std::make_unique<TesterPolicy>())->start();
     return 0;
+}
+
+} // namespace
+
+int testerMain(int argc, const char* const* argv) {
+    std::string word;
+    Program program("kestran-tester", "[bench]", DESCRIPTION,
+                    "there is no memory, or the output of the bench cannot be written");
+    program.add_option("bench", word,
+                       "search the positions of kestran-bench and print one line, \"N nodes M "
+                       "nps\"; N is the signature of the search");
+    return program.run(argc, argv, [&] { return runTester(word); });
 }

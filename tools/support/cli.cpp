@@ -5,6 +5,7 @@
 #include <exception>
 #include <iostream>
 #include <limits>
+#include <sstream>
 #include <utility>
 
 namespace {
@@ -59,9 +60,10 @@ std::string optionHelp(const CLI::Option& option, std::size_t column) {
 } // namespace
 
 Program::Program(const std::string& _name, std::string _usage, const std::string& description,
-                 const std::string& closing)
+                 const std::string& failure)
     : CLI::App(description, _name), usage(std::move(_usage)) {
-    footer(closing);
+    footer("Exit status:\n  0  success\n  1  " + wrapText(failure, 5, HELP_WIDTH) +
+           "\n  2  bad input");
     formatter_fn(
         [this](const CLI::App*, const std::string&, CLI::AppFormatMode) { return makeHelp(); });
     set_help_flag("-h,--help", "print this help");
@@ -81,6 +83,15 @@ CLI::Option* Program::addNumber(const std::string& option, std::optional<int>& t
     return addValue(
         option, value, text + rangeText(least, most),
         [=, &target](const std::string& word) { target = parseNumber(word, option, least, most); });
+}
+
+CLI::Option* Program::addSeconds(const std::string& option, Milliseconds& target, int most,
+                                 const std::string& text) {
+    std::ostringstream preset;
+    preset << ", " << static_cast<double>(target) / 1000 << " by default";
+    return addValue(option, "S", text + preset.str(), [=, &target](const std::string& word) {
+        target = parseSeconds(word, option, most);
+    });
 }
 
 CLI::Option* Program::addSeconds(const std::string& option, std::optional<Milliseconds>& target,
@@ -142,11 +153,30 @@ std::string Program::makeHelp() const {
     if (!words.empty()) {
         help += "Arguments:\n" + words + '\n';
     }
-    return help + "Options:\n" + own + common + '\n' + wrapText(get_footer(), 0, HELP_WIDTH) + '\n';
+    return help + "Options:\n" + own + common + '\n' + get_footer() + '\n';
+}
+
+void Program::parseOrThrow(int argc, const char* const* argv) {
+    std::string fault;
+    try {
+        parse(argc, argv);
+        return;
+    } catch (const CLI::Success&) {
+        throw;
+    } catch (const CLI::ArgumentMismatch& error) { // its text begins with the option
+        const std::string text = error.what();
+        fault = text.substr(0, text.find(':')) + " takes exactly one value";
+    } catch (const CLI::ParseError& error) {
+        fault = error.what();
+        fault[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(fault[0])));
+    } catch (const UsageError& error) {
+        fault = error.what();
+    }
+    throw UsageError(fault + " (try --help)");
 }
 
 int Program::run(int argc, const char* const* argv, const std::function<int()>& body) {
-    const auto fail = [&](const std::string& message, int status) {
+    const auto fail = [&](const char* message, int status) {
         std::cerr << get_name() << ": " << message << '\n';
         return status;
     };
@@ -155,24 +185,17 @@ int Program::run(int argc, const char* const* argv, const std::function<int()>& 
         const FailingOutput failing;
         int status = 0;
         try {
-            parse(argc, argv);
+            parseOrThrow(argc, argv);
             status = body();
         } catch (const CLI::CallForHelp&) {
             std::cout << makeHelp();
         } catch (const CLI::CallForVersion& version) {
             std::cout << version.what() << '\n';
-        } catch (const CLI::ArgumentMismatch& error) { // its text begins with the option
-            const std::string text = error.what();
-            throw UsageError(text.substr(0, text.find(':')) + " takes exactly one value");
-        } catch (const CLI::ParseError& error) {
-            std::string text = error.what();
-            text[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(text[0])));
-            throw UsageError(text);
         }
         std::cout.flush();
         return status;
     } catch (const UsageError& error) {
-        return fail(std::string(error.what()) + " (try --help)", 2);
+        return fail(error.what(), 2);
     } catch (const std::ios_base::failure&) {
         return fail("standard output cannot be written", 1);
     } catch (const std::exception& error) {

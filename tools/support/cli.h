@@ -14,9 +14,9 @@
 class Program : public CLI::App {
 public:
     // `usage` follows the name in the usage line; a line break in it begins another form.
-    // `closing` is the end of the help: the exit status, which every program has, comes last.
+    // `failure` says what the exit status 1 means.
     Program(const std::string& _name, std::string _usage, const std::string& description,
-            const std::string& closing);
+            const std::string& failure);
 
     // A whole number from `least` to `most`. `value` is its name in the help, such as "N". The
     // text is completed by the range and, if there is one, by the default.
@@ -25,6 +25,8 @@ public:
     CLI::Option* addNumber(const std::string& option, std::optional<int>& target, int least,
                            int most, const std::string& value, const std::string& text);
     // Seconds above 0, with a fraction if wished; at least a millisecond, at most `most` seconds.
+    CLI::Option* addSeconds(const std::string& option, Milliseconds& target, int most,
+                            const std::string& text);
     CLI::Option* addSeconds(const std::string& option, std::optional<Milliseconds>& target,
                             int most, const std::string& text);
     // One of several words. The text is completed by the default.
@@ -39,15 +41,16 @@ public:
                           const std::string& text);
 
     // Parses the command line, calls `body` and returns its result. --help and --version return
-    // 0; a UsageError or a command line that does not fit is one line on standard error and
-    // status 2; any other exception one line and status 1. So is standard output that cannot be
-    // written: the first write that fails throws.
+    // 0. A UsageError, or a command line that does not fit, becomes one line on standard error and
+    // status 2; any other exception one line and status 1. `body` is left by an exception at the
+    // first write to standard output that fails.
     int run(int argc, const char* const* argv, const std::function<int()>& body);
 
 private:
     CLI::Option* addValue(const std::string& option, const std::string& value,
                           const std::string& text,
                           const std::function<void(const std::string&)>& set);
+    void parseOrThrow(int argc, const char* const* argv);
     std::string makeHelp() const;
 
     std::string usage;

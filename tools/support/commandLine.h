@@ -45,6 +45,9 @@ std::vector<std::string> splitAt(const std::string& text, char separator);
 // outside `least` to `most`.
 int parseNumber(const std::string& text, const std::string& what, int least, int most);
 
+// The longest time that options take, 24 hours.
+inline constexpr int MAX_SECONDS = 86400;
+
 // The milliseconds of a time in seconds, a number above 0 and up to `most`, at least 1. UsageError,
 // naming `what`, if `text` is none.
 Milliseconds parseSeconds(const std::string& text, const std::string& what, int most);

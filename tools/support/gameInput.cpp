@@ -8,26 +8,41 @@
 #include "support/san.h"
 
 #include <algorithm>
+#include <charconv>
 
 namespace {
 
-Position readPosition(const std::vector<std::string>& words) {
+constexpr std::size_t NUMBER_FIELD = 5; // of FEN, from 0
+constexpr int MAX_MOVE_NUMBER = 1'000'000;
+
+// The number of the move in a FEN; 1 if there is none, or one that makes no sense.
+int readMoveNumber(const std::string& fen) {
+    const std::vector<std::string> fields = splitString(fen);
+    int number = 1;
+    if (fields.size() > NUMBER_FIELD) {
+        const std::string& text = fields[NUMBER_FIELD];
+        std::from_chars(text.data(), text.data() + text.size(), number);
+    }
+    return std::clamp(number, 1, MAX_MOVE_NUMBER);
+}
+
+NumberedGame readStart(const std::vector<std::string>& words) {
     std::string text;
     for (const std::string& quoted : words) {
         for (const std::string& word : splitString(quoted)) {
             text += (text.empty() ? "" : " ") + word;
         }
     }
-    Position position;
+    NumberedGame game = {};
+    Position& position = game.position;
     if (text.empty() || text == "startpos") {
         initializeToStartPosition(position);
-        return position;
-    }
-    const std::string fault = readPlayableFen(position, text);
-    if (!fault.empty()) {
+    } else if (const std::string fault = readPlayableFen(position, text); !fault.empty()) {
         throw UsageError("the position \"" + text + "\" cannot be played: " + fault);
     }
-    return position;
+    game.ply = 2 * (readMoveNumber(text) - 1) + (position.colorToMove == BLACK ? 1 : 0);
+    game.repetitionHashes.push_back(position.incremental.hash);
+    return game;
 }
 
 // A word without the number of a move before it, such as "12." or "3...".
@@ -75,12 +90,16 @@ std::vector<Move> readMoves(Position position, const std::string& text, const st
     return moves;
 }
 
-Game readGame(const std::vector<std::string>& words, const std::string& moves) {
-    Game game = {readPosition(words), {}};
-    game.repetitionHashes.push_back(game.position.incremental.hash);
+std::string getWholeFen(const NumberedGame& game) {
+    return getFen(game.position) + ' ' + std::to_string(game.ply / 2 + 1);
+}
+
+NumberedGame readGame(const std::vector<std::string>& words, const std::string& moves) {
+    NumberedGame game = readStart(words);
     for (const Move& move : readMoves(game.position, moves, "the game")) {
         game.position = positionAfter(game.position, move);
         game.repetitionHashes.push_back(game.position.incremental.hash);
+        ++game.ply;
     }
     return game;
 }

@@ -7,6 +7,21 @@
 #include <string>
 #include <vector>
 
+// A game with the number of its moves, which a position does not know.
+struct NumberedGame : Game {
+    int ply; // half moves before the position, counted from White's move 1
+};
+
+// The position in FEN with all six fields.
+std::string getWholeFen(const NumberedGame& game);
+
+// How the help describes the words of a position and a game from it.
+inline constexpr const char* FEN_HELP =
+    "the position, quoted or not; startpos, or nothing, for the start";
+inline constexpr const char* MOVES_HELP =
+    "a game from FEN to the position: \"1. e4 e5 2. Nf3\", with or without move numbers, or "
+    "\"e2e4 e7e5 g1f3\"";
+
 // The legal moves that `text` plays from `position`, written as findMoves() takes them, with
 // or without move numbers and with a star behind any of them. `what` names the text in a
 // message.
@@ -14,5 +29,5 @@ std::vector<Move> readMoves(Position position, const std::string& text, const st
 
 // The game that `moves` plays from the position that `words` make: a FEN, whole or in
 // its fields, or "startpos", or nothing for the start position. Blanks in and around the
-// words do no harm.
-Game readGame(const std::vector<std::string>& words, const std::string& moves);
+// words do no harm. Without a sixth field, the position is at move 1.
+NumberedGame readGame(const std::vector<std::string>& words, const std::string& moves);

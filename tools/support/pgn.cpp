@@ -56,9 +56,9 @@ std::string wrapped(const std::string& text) {
 } // namespace
 
 std::string toPgn(const PgnGame& game) {
-    const Position start = readGame({game.fen}, "").position;
-    const std::vector<Move> line = readMoves(start, game.moves, "the game");
-    std::string text = lineToSan(start, line);
+    const NumberedGame start = readGame({game.fen}, "");
+    const std::vector<Move> line = readMoves(start.position, game.moves, "the game");
+    std::string text = lineToSan(start.position, line, start.ply);
     text += game.comment.empty() ? "" : ' ' + comment(game.comment);
 
     std::string tags = tag("Event", game.event) + tag("Site", "?") + tag("Date", today()) +
