@@ -2,12 +2,15 @@
 
 #include "kestran-explain/explainTree.h"
 #include "kestran-explain/htmlPage.h"
+#include "kestran-explain/jsonReport.h"
 #include "kestran-explain/lineAnswer.h"
 #include "kestran-explain/question.h"
 #include "kestran-explain/reportLength.h"
 #include "kestran-explain/searchLimit.h"
 #include "kestran-explain/searchText.h"
 #include "kestran-explain/watchedLine.h"
+#include "support/commandLine.h"
+#include "support/terminal.h"
 #include "support/textFile.h"
 
 #include <algorithm>
@@ -56,7 +59,7 @@ void findLine(Question& question, const EngineConfig& config, SearchLimit& limit
     question.line.resize(std::min<std::size_t>(question.line.size(), Explain::MAX_LINE));
     question.depth = good->depth;
     if (question.line.empty()) {
-        throw UsageError("the position is decided, and the search has no line of its own");
+        throw UsageError("the search has no line of its own: the game is over in this position");
     }
 }
 
@@ -71,7 +74,7 @@ std::pair<int, int> chosenPasses(const Question& question, int count) {
     }
     if (*question.pass >= count) {
         throw UsageError("there is no pass " + std::to_string(*question.pass) +
-                         ", the last one is " + std::to_string(count - 1));
+                         "; the last one is " + std::to_string(count - 1));
     }
     return {*question.pass, *question.pass + 1};
 }
@@ -94,8 +97,15 @@ std::string plainReport(const Question& question, const Explain& explain, int pa
     return passesText(question, passes) + book + (book.empty() ? "" : "\n");
 }
 
+// Columns to wrap at.
+std::size_t widthOf(const Question& question) {
+    const std::size_t width = question.output ? 0 : getTerminalWidth();
+    return width > 0 ? width : std::numeric_limits<std::size_t>::max();
+}
+
 std::string treeReport(const Question& question, const WatchedLine& line) {
-    const TreeReport report(line, question.all, !question.output && isColourWanted());
+    const TreeReport report(line, question.all, !question.output && isColourWanted(),
+                            widthOf(question));
     const auto [first, end] = chosenPasses(question, line.getPassCount());
     std::vector<std::string> passes;
     for (int pass = first; pass < end; ++pass) {
@@ -113,10 +123,17 @@ std::string answeredReport(const Question& question, const EngineConfig& config,
     if (question.format == ReportFormat::HTML) {
         return makePage(line, {words, book, question.all, question.pass});
     }
-    return treeReport(question, line) + '\n' + words + '\n' + book + (book.empty() ? "" : "\n");
+    if (question.format == ReportFormat::JSON) {
+        const auto [first, end] = chosenPasses(question, line.getPassCount());
+        std::ostringstream stream;
+        printJson(makeJson(line, {words, question.all, first, end}), stream);
+        return stream.str();
+    }
+    return treeReport(question, line) + '\n' + wrapText(words, 0, widthOf(question)) + '\n' + book +
+           (book.empty() ? "" : "\n");
 }
 
-int answer(Question question) {
+void answer(Question question) {
     const auto config = EngineConfig::getProdConfig();
     config->hashTableSize = question.hashTableSize.value_or(config->hashTableSize);
     SearchLimit limit(question.time);
@@ -144,7 +161,6 @@ int answer(Question question) {
     } else {
         std::cout << text;
     }
-    return 0;
 }
 
 } // namespace
@@ -164,6 +180,5 @@ std::vector<PassReport> watchSearch(const EngineConfig& config, const Game& game
 }
 
 int explainMain(int argc, const char* const* argv) {
-    return runTool("kestran-explain", EXPLAIN_HELP, argc, argv,
-                   [](CommandLine& commandLine) { return answer(readQuestion(commandLine)); });
+    return ask(argc, argv, answer);
 }

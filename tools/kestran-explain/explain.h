@@ -14,5 +14,5 @@ std::vector<PassReport> watchSearch(const EngineConfig& config, const Game& game
                                     IdaVariant* slot = nullptr,
                                     const std::function<void(const PassReport&)>& onPass = {});
 
-// The tool. Returns its exit status.
+// The main function of kestran-explain.
 int explainMain(int argc, const char* const* argv);

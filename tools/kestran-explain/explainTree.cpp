@@ -1,7 +1,7 @@
 #include "kestran-explain/explainTree.h"
 
 #include "kestran-explain/searchText.h"
-#include "notation/fen.h"
+#include "support/commandLine.h"
 #include "support/san.h"
 
 #include <algorithm>
@@ -23,23 +23,25 @@ constexpr std::size_t LEVEL_WIDTH = 3;   // columns of each of the four
 constexpr std::size_t MOVE_COLUMNS = 26; // for branches and move
 constexpr std::size_t WINDOW_COLUMNS = 18;
 constexpr std::size_t SCORE_COLUMNS = 11;
+constexpr std::size_t MIN_TEXT_COLUMNS = 20; // for a reason, also in a narrow terminal
 
-// Blanks behind a text of `width` columns up to the next column, at least one.
+// Blanks after a text of `width` columns up to the next column, at least one.
 std::string padding(std::size_t width, std::size_t columns) {
     return std::string(std::max(columns, width + 1) - width, ' ');
 }
 
 } // namespace
 
-TreeReport::TreeReport(const WatchedLine& _line, bool _all, bool _colour)
-    : line(_line), all(_all), colour(_colour) {
+TreeReport::TreeReport(const WatchedLine& _line, bool _all, bool _colour, std::size_t _width)
+    : line(_line), all(_all), colour(_colour), width(_width) {
 }
 
 std::string TreeReport::getHead() const {
     std::ostringstream stream;
-    stream << "Position: " << getFen(line.getPosition(0)) << '\n'
-           << "Line:     " << lineToSan(line.getPosition(0), line.getMoves()) << '\n'
-           << "Behind each move stand the window and the score, in pawns, for the side that\n"
+    stream << "Position: " << line.getFen() << '\n'
+           << "Line:     " << lineToSan(line.getPosition(0), line.getMoves(), line.getGamePly(0))
+           << '\n'
+           << "Each move is followed by the window and the score, in pawns, for the side that\n"
            << "makes the move. A star marks the line.\n";
     return stream.str();
 }
@@ -70,9 +72,10 @@ void TreeReport::printNode(std::ostream& stream, int pass, int ply,
         }
         for (const NodeMoveInfo* info : shown) {
             const bool isLast = info == shown.back() && !isLeftOut;
-            printMove(stream, pass, ply, *info, prefix + (isLast ? LAST_BRANCH : BRANCH));
+            const std::string trunk = prefix + (isLast ? NO_TRUNK : TRUNK);
+            printMove(stream, pass, ply, *info, prefix + (isLast ? LAST_BRANCH : BRANCH), trunk);
             if (line.isLineMove(*info, ply)) {
-                printNode(stream, pass, ply + 1, prefix + (isLast ? NO_TRUNK : TRUNK));
+                printNode(stream, pass, ply + 1, trunk);
             }
         }
     }
@@ -84,22 +87,24 @@ void TreeReport::printNode(std::ostream& stream, int pass, int ply,
 // The line's move at a node that did not try it.
 std::string TreeReport::leftOutLine(int pass, int ply) const {
     const Move& move = line.getMoves()[at(ply)];
-    return paint(BOLD, toNumberedSan(line.getPosition(ply), move, ply) + " *") + ' ' +
-           paint(YELLOW, leftOutText(line, pass, ply));
+    return paint(BOLD, toNumberedSan(line.getPosition(ply), move, line.getGamePly(ply)) + " *") +
+           ' ' + paint(YELLOW, leftOutText(line, pass, ply));
 }
 
 void TreeReport::printMove(std::ostream& stream, int pass, int ply, const NodeMoveInfo& info,
-                           const std::string& stem) const {
+                           const std::string& stem, const std::string& trunk) const {
     const bool isLineMove = line.isLineMove(info, ply);
-    const std::string move =
-        toNumberedSan(line.getPosition(ply), info.move, ply) + (isLineMove ? " *" : "");
-    const std::size_t width = LEVEL_WIDTH * at(ply + 1) + move.size();
+    const std::string move = toNumberedSan(line.getPosition(ply), info.move, line.getGamePly(ply)) +
+                             (isLineMove ? " *" : "");
+    const std::size_t level = LEVEL_WIDTH * at(ply + 1);
     const std::string window = '(' + scoreText(info.alfa) + ", " + scoreText(info.beta) + ')';
     const std::string score = info.lmfCut ? "no score" : scoreText(info);
-    stream << stem << (isLineMove ? paint(BOLD, move) : move) << padding(width, MOVE_COLUMNS)
-           << window << padding(window.size(), WINDOW_COLUMNS) << score
-           << padding(score.size(), SCORE_COLUMNS)
-           << paint(colourOf(info), reasonOf(pass, ply, info)) << '\n';
+    const std::string gap = padding(level + move.size(), MOVE_COLUMNS);
+    const std::string numbers = window + padding(window.size(), WINDOW_COLUMNS) + score +
+                                padding(score.size(), SCORE_COLUMNS);
+    const std::size_t column = level + move.size() + gap.size() + numbers.size();
+    stream << stem << (isLineMove ? paint(BOLD, move) : move) << gap << numbers
+           << wrap(colourOf(info), reasonOf(pass, ply, info), column, trunk) << '\n';
 }
 
 // Why the move ended, with the line behind it or the one that refuted it.
@@ -126,6 +131,21 @@ const char* TreeReport::colourOf(const NodeMoveInfo& info) const {
         return RED;
     }
     return verdictOf(info) == Verdict::INSIDE ? GREEN : YELLOW;
+}
+
+std::string TreeReport::wrap(const char* code, const std::string& text, std::size_t column,
+                             const std::string& trunk) const {
+    const std::size_t end = width < column + MIN_TEXT_COLUMNS ? column + MIN_TEXT_COLUMNS : width;
+    std::string result;
+    std::istringstream lines(wrapText(text, column, end));
+    for (std::string part; std::getline(lines, part);) {
+        if (!result.empty()) {
+            result += '\n' + trunk + std::string(column - countColumns(trunk), ' ');
+            part.erase(0, column);
+        }
+        result += paint(code, part);
+    }
+    return result;
 }
 
 std::string TreeReport::paint(const char* code, const std::string& text) const {

@@ -3,6 +3,7 @@
 
 #include "kestran-explain/watchedLine.h"
 
+#include <cstddef>
 #include <iosfwd>
 #include <string>
 
@@ -10,8 +11,9 @@
 // those that raised alfa or cut their node off, or all of them.
 class TreeReport {
 public:
-    // `_line` must outlive the object. `_colour` adds terminal sequences.
-    TreeReport(const WatchedLine& _line, bool _all, bool _colour);
+    // `_line` must outlive the object. `_colour` adds terminal sequences. Lines are wrapped at
+    // `_width` columns.
+    TreeReport(const WatchedLine& _line, bool _all, bool _colour, std::size_t _width);
 
     // What stands above the passes, and one of these, each made of whole lines.
     std::string getHead() const;
@@ -20,13 +22,17 @@ public:
 private:
     void printNode(std::ostream& stream, int pass, int ply, const std::string& prefix) const;
     void printMove(std::ostream& stream, int pass, int ply, const NodeMoveInfo& info,
-                   const std::string& stem) const;
+                   const std::string& stem, const std::string& trunk) const;
     std::string leftOutLine(int pass, int ply) const;
     std::string reasonOf(int pass, int ply, const NodeMoveInfo& info) const;
     const char* colourOf(const NodeMoveInfo& info) const;
+    // A text that begins in `column`, in colour, with `trunk` before each further line.
+    std::string wrap(const char* code, const std::string& text, std::size_t column,
+                     const std::string& trunk) const;
     std::string paint(const char* code, const std::string& text) const;
 
     const WatchedLine& line;
     bool all;
     bool colour;
+    std::size_t width; // columns
 };

@@ -6,7 +6,6 @@
 #include "kestran-explain/pageParts.h"
 #include "kestran-explain/passChart.h"
 #include "kestran-explain/searchText.h"
-#include "notation/fen.h"
 #include "support/san.h"
 
 namespace {
@@ -19,7 +18,7 @@ class Page {
 public:
     Page(const WatchedLine& _line, const PageOptions& _options)
         : line(_line), options(_options), pass(line.getLastGoodPass()),
-          moves(lineToSan(line.getPosition(0), line.getMoves())) {}
+          moves(lineToSan(line.getPosition(0), line.getMoves(), line.getGamePly(0))) {}
 
     std::string make();
 
@@ -95,7 +94,7 @@ void Page::addBoard() {
     const auto caption = html.open("figcaption");
     html.add("p", {{"class", "moves"}}, moves);
     html.add("p", {}, position.colorToMove == WHITE ? "White to move." : "Black to move.");
-    html.add("code", {}, getFen(position));
+    html.add("code", {}, line.getFen());
 }
 
 void Page::addPasses() {

@@ -77,8 +77,10 @@ void HtmlTree::addNode(int pass, int ply) {
     }
     if (isLeftOut) {
         const auto item = html.open("li", {{"class", "remark"}});
-        html.add("strong", {},
-                 toNumberedSan(line.getPosition(ply), line.getMoves()[at(ply)], ply) + " ★");
+        html.add(
+            "strong", {},
+            toNumberedSan(line.getPosition(ply), line.getMoves()[at(ply)], line.getGamePly(ply)) +
+                " ★");
         html.addText(' ' + leftOutText(line, pass, ply));
     }
 }
@@ -93,7 +95,8 @@ void HtmlTree::addMove(int pass, int ply, const NodeMoveInfo& info) {
     const auto details = isLineMove ? html.open("details", {{"open", ""}}) : html.open("details");
     {
         const auto summary = html.open("summary");
-        const std::string move = toNumberedSan(line.getPosition(ply), info.move, ply);
+        const std::string move =
+            toNumberedSan(line.getPosition(ply), info.move, line.getGamePly(ply));
         html.add("span", {{"class", "name"}}, move + (isLineMove ? " ★" : ""));
         drawWindow(html, info);
         html.add("span", {{"class", "outcome"}},
@@ -130,7 +133,7 @@ void HtmlTree::addRefutation(int pass, int ply, const NodeMoveInfo& info,
     const Position& position = line.getPosition(ply + 1);
     std::vector<Move> moves = movesOf(refutation.principalVariant);
     moves.insert(moves.begin(), refutation.move);
-    const std::string text = lineToSan(position, moves, ply + 1);
+    const std::string text = lineToSan(position, moves, line.getGamePly(ply + 1));
     const std::string id = "board-" + std::to_string(pass) + '-' + std::to_string(ply);
     html.addText("Refuted by ");
     const auto peek = html.open("span", {{"class", "peek"}});
@@ -138,6 +141,7 @@ void HtmlTree::addRefutation(int pass, int ply, const NodeMoveInfo& info,
     const auto tip = html.open("span", {{"class", "tip"}, {"role", "tooltip"}, {"id", id}});
     moves.resize(std::min(moves.size(), REFUTING_MOVES));
     drawBoard(html, position, moves,
-              "The board after " + toNumberedSan(line.getPosition(ply), info.move, ply) +
-                  ", with arrows for " + lineToSan(position, moves, ply + 1));
+              "The board after " +
+                  toNumberedSan(line.getPosition(ply), info.move, line.getGamePly(ply)) +
+                  ", with arrows for " + lineToSan(position, moves, line.getGamePly(ply + 1)));
 }

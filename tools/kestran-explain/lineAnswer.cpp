@@ -11,11 +11,11 @@ namespace {
 
 // The line's own move at a node.
 std::string moveText(const WatchedLine& line, int ply) {
-    return toNumberedSan(line.getPosition(ply), line.getMoves()[at(ply)], ply);
+    return toNumberedSan(line.getPosition(ply), line.getMoves()[at(ply)], line.getGamePly(ply));
 }
 
 std::string moveText(const WatchedLine& line, int ply, const NodeMoveInfo& info) {
-    return toNumberedSan(line.getPosition(ply), info.move, ply);
+    return toNumberedSan(line.getPosition(ply), info.move, line.getGamePly(ply));
 }
 
 std::string nodeText(const WatchedLine& line, int ply) {
@@ -23,7 +23,8 @@ std::string nodeText(const WatchedLine& line, int ply) {
         return "at the root";
     }
     const std::span<const Move> path(line.getMoves().data(), at(ply));
-    return "at node " + std::to_string(ply) + ", after " + lineToSan(line.getPosition(0), path);
+    return "at node " + std::to_string(ply) + ", after " +
+           lineToSan(line.getPosition(0), path, line.getGamePly(0));
 }
 
 // A score for the side that moved, and the line behind the move.
@@ -106,8 +107,10 @@ std::string lostMoveText(const Inquiry& inquiry, int pass, const Fate& fate, int
         text += scoreText(worth.score);
     }
     if (!worth.behind.empty()) {
-        text +=
-            " (" + lineToSan(line.getPosition(fate.node + 1), worth.behind, fate.node + 1) + ")";
+        text += " (" +
+                lineToSan(line.getPosition(fate.node + 1), worth.behind,
+                          line.getGamePly(fate.node + 1)) +
+                ")";
     }
     return text + marginText(chosenScore, worth.score);
 }

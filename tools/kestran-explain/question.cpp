@@ -4,78 +4,52 @@
 #include "search/engineParameters.h"
 #include "search/hashTable.h"
 #include "search/searchParameters.h"
-#include "support/gameInput.h"
+#include "support/cli.h"
 #include "support/textFile.h"
 
-#include <charconv>
 #include <limits>
-#include <map>
-
-const char* const EXPLAIN_HELP =
-    R"(Usage: kestran-explain [FEN] [--line "MOVES"] [--moves "MOVES"] [--depth N] [--time S]
-                       [--format=plain|tree|html] [-o FILE] [--all] [--pass N]
-                       [--max-lines N] [--hash MIB]
-
-Searches a position as the engine does, watches a line of moves, and tells why the
-search did not follow it. Moves are written as players do, Nf3 exd6 O-O e8=Q, with or
-without their numbers, or g1f3 e5d6 e1g1 e7e8q.
-
-  FEN              the position, quoted or not; startpos, or nothing, for the start
-  --line "MOVES"   the line to watch, at most 19 moves; if not given, the search's own
-  --moves "MOVES"  a game from FEN to the position to search, so that repetitions count
-  --depth N        plies to search, 1 to 20; 5 if neither depth nor time is given
-  --time S         seconds for all, such as 10 or 0.5; the last pass may come to no end
-  --format=plain   the record as the search keeps it, in thousandths of a pawn (the default)
-  --format=tree    a tree and one sentence that answers, in pawns
-  --format=html    a page for a browser: the line on a board, the passes in a chart, and
-                   the tree, with nodes that open and close
-  -o FILE          writes the report to FILE, whole or not at all
-  --all            every move tried along the line, not only those that raised alfa
-  --pass N         pass N alone, as the report counts them
-  --max-lines N    at most N lines on the passes; the last pass comes first
-  --hash MIB       size of the transposition table; as in play if not given
-
-Ctrl-C ends the search, and what has been found by then is reported.
-
-Exit status: 0; 1 if the search came to nothing before its end or the output cannot be
-written; 2 for input that makes no sense. Colour is used on a terminal unless NO_COLOR is
-set or TERM is "dumb".
-)";
 
 namespace {
 
 constexpr int DEFAULT_DEPTH = 5;
-constexpr int MAX_SECONDS = 1'000'000;
 constexpr int ANY_NUMBER = std::numeric_limits<int>::max();
 
-std::optional<Milliseconds> takeTime(CommandLine& commandLine) {
-    const auto text = commandLine.takeOption("--time");
-    if (!text) {
-        return std::nullopt;
-    }
-    double seconds = 0;
-    const char* end = text->data() + text->size();
-    const auto [stopped, fault] =
-        std::from_chars(text->data(), end, seconds, std::chars_format::fixed);
-    // Put so that what is no number at all does not pass.
-    const bool isGood =
-        fault == std::errc() && stopped == end && seconds > 0 && seconds <= MAX_SECONDS;
-    if (!isGood) {
-        throw UsageError("--time is a number of seconds above 0, at most " +
-                         std::to_string(MAX_SECONDS) + ", not \"" + *text + "\"");
-    }
-    return static_cast<Milliseconds>(seconds * 1000);
-}
+constexpr const char* DESCRIPTION =
+    "Searches a position as the engine does, watches a line of moves, and explains why the search "
+    "did not follow it. Moves are written as players do, Nf3 exd6 O-O e8=Q, with or without move "
+    "numbers, or as g1f3 e5d6 e1g1 e7e8q. Ctrl-C ends the search, and what has been found by then "
+    "is reported.";
 
-ReportFormat takeFormat(CommandLine& commandLine) {
-    const std::string format = commandLine.takeOption("--format").value_or("plain");
-    const std::map<std::string, ReportFormat> formats = {
-        {"plain", ReportFormat::PLAIN}, {"tree", ReportFormat::TREE}, {"html", ReportFormat::HTML}};
-    const auto found = formats.find(format);
-    if (found == formats.end()) {
-        throw UsageError("--format is plain, tree or html, not \"" + format + "\"");
+constexpr const char* FORMAT_HELP =
+    "plain: the record as the search keeps it, in thousandths of a pawn; tree: a tree and one "
+    "sentence that answers, in pawns; html: a page for a browser with the line on a board, the "
+    "passes in a chart, and the tree. By default html if the name of FILE ends in .html, tree on a "
+    "terminal, and otherwise plain";
+
+// The words of the command line.
+struct Asked {
+    std::vector<std::string> words; // a position
+    std::string moves;
+    std::optional<std::string> line;
+    std::optional<int> depth;
+    std::optional<int> hashMebibytes;
+    std::string format; // empty if not given
+    bool asJson = false;
+};
+
+ReportFormat formatOf(const Asked& asked, const std::optional<std::string>& output) {
+    const bool isPage = output && (output->ends_with(".html") || output->ends_with(".htm"));
+    if (asked.asJson) {
+        return ReportFormat::JSON;
     }
-    return found->second;
+    if (asked.format == "html" || (asked.format.empty() && isPage)) {
+        return ReportFormat::HTML;
+    }
+    const bool isShown = !output && isStandardOutputTerminal();
+    if (asked.format == "tree" || (asked.format.empty() && isShown)) {
+        return ReportFormat::TREE;
+    }
+    return ReportFormat::PLAIN;
 }
 
 std::vector<Move> readLine(const Position& position, const std::string& text) {
@@ -90,34 +64,59 @@ std::vector<Move> readLine(const Position& position, const std::string& text) {
     return line;
 }
 
-} // namespace
-
-Question readQuestion(CommandLine& commandLine) {
-    Question question = {};
-    question.all = commandLine.takeFlag("--all");
-    question.format = takeFormat(commandLine);
-    question.time = takeTime(commandLine);
-    const auto depth = takeNumber(commandLine, "--depth", 1, MAX_PASSES);
-    question.depth = depth.value_or(question.time ? MAX_PASSES : DEFAULT_DEPTH);
-    question.pass = takeNumber(commandLine, "--pass", 0, ANY_NUMBER);
-    question.maxLines = takeNumber(commandLine, "--max-lines", 1, ANY_NUMBER);
-    if (const auto mebibytes =
-            takeNumber(commandLine, "--hash", EngineConfig::HASH_MIN, EngineConfig::HASH_MAX)) {
-        question.hashTableSize = entriesOf(*mebibytes);
+// Fills in what follows from several options.
+void complete(Question& question, const Asked& asked) {
+    question.depth = asked.depth.value_or(question.time ? MAX_PASSES : DEFAULT_DEPTH);
+    if (asked.hashMebibytes) {
+        question.hashTableSize = entriesOf(*asked.hashMebibytes);
     }
-    if (question.maxLines && question.format == ReportFormat::HTML) {
-        throw UsageError("--max-lines goes with --format=plain and --format=tree; a page has nodes "
-                         "that close");
+    question.format = formatOf(asked, question.output);
+    const bool isInLines =
+        question.format == ReportFormat::PLAIN || question.format == ReportFormat::TREE;
+    if (question.maxLines && !isInLines) {
+        throw UsageError("--max-lines needs --format plain or tree");
     }
-    question.output = commandLine.takeOption("-o");
-    const std::string moves = commandLine.takeOption("--moves").value_or("");
-    const auto line = commandLine.takeOption("--line");
-    question.game = readGame(commandLine.takeRest(), moves);
-    if (line) {
-        question.line = readLine(question.game.position, *line);
+    question.game = readGame(asked.words, asked.moves);
+    if (asked.line) {
+        question.line = readLine(question.game.position, *asked.line);
     }
     if (question.output) {
         requireWritable(*question.output);
     }
-    return question;
+}
+
+} // namespace
+
+int ask(int argc, const char* const* argv, const std::function<void(const Question&)>& answer) {
+    Asked asked;
+    Question question = {};
+    Program program("kestran-explain", "[OPTION]... [FEN]", DESCRIPTION,
+                    "the search was ended before its first pass, or the output cannot be written");
+    program.addWords("FEN", asked.words, FEN_HELP);
+    program.addText("--line", asked.line, "MOVES",
+                    "the line to watch, at most " + std::to_string(Explain::MAX_LINE) +
+                        " moves; if not given, the search's own");
+    program.addText("--moves", asked.moves, "MOVES", MOVES_HELP);
+    program.addNumber("--depth", asked.depth, 1, MAX_PASSES, "N",
+                      "plies to search; " + std::to_string(DEFAULT_DEPTH) +
+                          " if neither depth nor time is given");
+    program.addSeconds("--time", question.time, MAX_SECONDS,
+                       "seconds for everything, such as 10 or 0.5; the last pass may be cut off");
+    auto* const format = program.addChoice("--format", asked.format, {"plain", "tree", "html"},
+                                           "FORMAT", FORMAT_HELP);
+    program.add_flag("--json", asked.asJson, "print one JSON object")->excludes(format);
+    program.addText("-o", question.output, "FILE", "write the report to FILE, whole or not at all");
+    program.add_flag("--all", question.all,
+                     "show every move tried along the line, not only those that raised alfa");
+    program.addNumber("--pass", question.pass, 0, ANY_NUMBER, "N",
+                      "show only pass N, as the report counts them");
+    program.addNumber("--max-lines", question.maxLines, 1, ANY_NUMBER, "N",
+                      "show at most N lines about the passes, the last pass first");
+    program.addNumber("--hash", asked.hashMebibytes, EngineConfig::HASH_MIN, EngineConfig::HASH_MAX,
+                      "MIB", "size of the hash table in mebibytes; as in play if not given");
+    return program.run(argc, argv, [&] {
+        complete(question, asked);
+        answer(question);
+        return 0;
+    });
 }

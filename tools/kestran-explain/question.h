@@ -2,17 +2,17 @@
 #pragma once
 
 #include "base/clock.h"
-#include "board/game.h"
-#include "support/commandLine.h"
+#include "support/gameInput.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
-enum class ReportFormat { PLAIN, TREE, HTML };
+enum class ReportFormat { PLAIN, TREE, HTML, JSON };
 
 struct Question {
-    Game game;
+    NumberedGame game;
     std::vector<Move> line; // empty for the search's own
     int depth;              // plies
     std::optional<Milliseconds> time;
@@ -24,7 +24,6 @@ struct Question {
     std::optional<std::string> output; // a file; standard output if there is none
 };
 
-// Takes all words of the command line. UsageError if they make no sense.
-Question readQuestion(CommandLine& commandLine);
-
-extern const char* const EXPLAIN_HELP;
+// Parses the command line of kestran-explain, passes the question to `answer`, and returns the
+// exit status.
+int ask(int argc, const char* const* argv, const std::function<void(const Question&)>& answer);

@@ -6,6 +6,7 @@
 #include "support/san.h"
 
 #include <array>
+#include <cmath>
 #include <cstdio>
 
 bool isBeyondMates(int score) {
@@ -20,8 +21,9 @@ std::string scoreText(int score) {
         return score == MATED_EVALUATION ? "mated" : '#' + std::to_string(movesToMate(score));
     }
     std::array<char, 32> buffer;
-    constexpr double ONE_PAWN = pieceEvaluationValues[PAWN];
-    std::snprintf(buffer.data(), buffer.size(), "%+.3f", score / ONE_PAWN);
+    constexpr double HUNDREDTH = pieceEvaluationValues[PAWN] / 100.0;
+    const auto hundredths = std::lround(score / HUNDREDTH); // an integer, so that there is no -0.00
+    std::snprintf(buffer.data(), buffer.size(), "%+.2f", static_cast<double>(hundredths) / 100);
     return buffer.data();
 }
 
@@ -115,18 +117,18 @@ std::string scoreText(const NodeMoveInfo& info) {
 std::string lineText(const WatchedLine& line, int ply, const NodeMoveInfo& info) {
     std::vector<Move> moves = movesOf(info.principalVariant);
     moves.insert(moves.begin(), info.move);
-    return lineToSan(line.getPosition(ply), moves, ply);
+    return lineToSan(line.getPosition(ply), moves, line.getGamePly(ply));
 }
 
 std::string behindText(const WatchedLine& line, int ply, const NodeMoveInfo& info) {
     const Position after = positionAfter(line.getPosition(ply), info.move);
-    return lineToSan(after, movesOf(info.principalVariant), ply + 1);
+    return lineToSan(after, movesOf(info.principalVariant), line.getGamePly(ply + 1));
 }
 
 std::string reportedLineText(const WatchedLine& line, int pass) {
     const Variant& reported = line.getPass(pass).line;
     const std::vector<Move> moves = movesOf(reported);
-    std::string text = lineToSan(line.getPosition(0), moves);
+    std::string text = lineToSan(line.getPosition(0), moves, line.getGamePly(0));
     // The table answered for the first of these moves, and gave those behind it.
     int answered = 0;
     while (answered < reported.varLength && !reported.get(answered).isHash) {
@@ -135,13 +137,14 @@ std::string reportedLineText(const WatchedLine& line, int pass) {
     Position position = line.getPosition(0);
     for (int i = 0; i < reported.varLength && i <= answered; ++i) {
         if (i == answered) {
-            text += "; the table answered " + toNumberedSan(position, moves[at(i)], i);
+            text +=
+                "; the table answered " + toNumberedSan(position, moves[at(i)], line.getGamePly(i));
         }
         position = positionAfter(position, moves[at(i)]);
     }
     if (answered + 1 < reported.varLength) {
         const std::span rest = std::span(moves).subspan(at(answered) + 1);
-        text += " and gave " + lineToSan(position, rest, answered + 1);
+        text += " and gave " + lineToSan(position, rest, line.getGamePly(answered + 1));
     }
     return text;
 }
@@ -155,7 +158,7 @@ std::string leftOutText(const WatchedLine& line, int pass, int ply) {
     }
     const NodeMoveInfo& before = *line.getLineMove(pass, ply - 1);
     return "never tried, as the search looked no further behind " +
-           toNumberedSan(line.getPosition(ply - 1), before.move, ply - 1) + ": " +
+           toNumberedSan(line.getPosition(ply - 1), before.move, line.getGamePly(ply - 1)) + ": " +
            endingText(before.ending);
 }
 

@@ -25,9 +25,10 @@ const NodeMoveInfo* choiceOf(const Node& node) {
     return choice != infos.rend() ? &*choice : nullptr;
 }
 
-WatchedLine::WatchedLine(const Game& game, const Explain& _explain,
+WatchedLine::WatchedLine(const NumberedGame& game, const Explain& _explain,
                          const std::vector<PassReport>& _passes)
-    : explain(_explain), passes(_passes), positions(1, game.position) {
+    : explain(_explain), passes(_passes), gamePly(game.ply), fen(getWholeFen(game)),
+      positions(1, game.position) {
     const Variant& line = explain.getVariant();
     for (int i = 0; i < line.varLength; ++i) {
         moves.push_back(line.get(i).move);

@@ -2,9 +2,9 @@
 // Explain: where the line was left, and why the search looked no further.
 #pragma once
 
-#include "board/game.h"
 #include "explain/treeGeneratorDebug.h"
 #include "kestran-explain/passSearch.h"
+#include "support/gameInput.h"
 
 #include <optional>
 #include <string>
@@ -43,12 +43,18 @@ struct Fate {
 // of which there is at least one. Everything handed in must outlive the object.
 class WatchedLine {
 public:
-    WatchedLine(const Game& game, const Explain& _explain, const std::vector<PassReport>& _passes);
+    WatchedLine(const NumberedGame& game, const Explain& _explain,
+                const std::vector<PassReport>& _passes);
 
     int getLength() const { return static_cast<int>(moves.size()); }
     const std::vector<Move>& getMoves() const { return moves; }
     // The position after `ply` moves of the line.
     const Position& getPosition(int ply) const { return positions[at(ply)]; }
+
+    // The half moves of the game before node `ply`, for the number of a move.
+    int getGamePly(int ply) const { return gamePly + ply; }
+    // The position of the root in FEN.
+    const std::string& getFen() const { return fen; }
 
     // The passes that have ended. None of the queries below takes another one.
     int getPassCount() const { return static_cast<int>(passes.size()); }
@@ -84,6 +90,8 @@ public:
 private:
     const Explain& explain;
     const std::vector<PassReport>& passes;
+    int gamePly; // before the root
+    std::string fen;
     std::vector<Move> moves;
     std::vector<Position> positions; // one more than moves
 };

@@ -44,6 +44,6 @@ private:
     std::unique_ptr<Engine> engine;
 };
 
-// The line of a thought and its worth, such as "3. Nf3 Nc6, +0.312 for White at depth 6". `ply`
+// The line of a thought and its worth, such as "3. Nf3 Nc6, +0.31 for White at depth 6". `ply`
 // counts the half moves of the game so far.
 std::string describe(const Position& position, const Thought& thought, int ply);

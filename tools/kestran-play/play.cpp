@@ -67,7 +67,7 @@ int playMain(int argc, const char* const* argv) {
     program.addChoice("--side", options.side, {"white", "black", "random"}, "SIDE",
                       "your side: white, black or random");
     program.addSeconds("--time", options.strength.time, MAX_SECONDS,
-                       "time for each move of the engine in seconds, such as 5 or 0.2");
+                       "seconds that the engine thinks about each move, such as 5 or 0.2");
     program.addNumber("--depth", options.strength.depth, 1, MAX_PASSES, "N",
                       "how many plies the engine looks ahead at most; fewer are weaker");
     program.addText("--pgn", options.pgn, "FILE",

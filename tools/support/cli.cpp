@@ -29,10 +29,15 @@ private:
     std::ios::iostate before;
 };
 
-std::string rangeText(int least, int most) {
-    const std::string start = ", " + std::to_string(least);
-    return most == std::numeric_limits<int>::max() ? start + " or more"
-                                                   : start + " to " + std::to_string(most);
+// Completes the text of an option, such as " (1 to 20)".
+std::string rangeText(int least, int most, const std::string& more = "") {
+    const bool isOpen = most == std::numeric_limits<int>::max();
+    return " (" + std::to_string(least) + (isOpen ? " or more" : " to " + std::to_string(most)) +
+           more + ')';
+}
+
+std::string defaultText(const std::string& preset) {
+    return preset.empty() ? "" : " (default " + preset + ')';
 }
 
 std::string nameOf(const CLI::Option& option) {
@@ -73,8 +78,7 @@ Program::Program(const std::string& _name, std::string _usage, const std::string
 CLI::Option* Program::addNumber(const std::string& option, int& target, int least, int most,
                                 const std::string& value, const std::string& text) {
     return addValue(
-        option, value,
-        text + rangeText(least, most) + ", " + std::to_string(target) + " by default",
+        option, value, text + rangeText(least, most, "; default " + std::to_string(target)),
         [=, &target](const std::string& word) { target = parseNumber(word, option, least, most); });
 }
 
@@ -88,10 +92,10 @@ CLI::Option* Program::addNumber(const std::string& option, std::optional<int>& t
 CLI::Option* Program::addSeconds(const std::string& option, Milliseconds& target, int most,
                                  const std::string& text) {
     std::ostringstream preset;
-    preset << ", " << static_cast<double>(target) / 1000 << " by default";
-    return addValue(option, "S", text + preset.str(), [=, &target](const std::string& word) {
-        target = parseSeconds(word, option, most);
-    });
+    preset << static_cast<double>(target) / 1000;
+    return addValue(
+        option, "S", text + defaultText(preset.str()),
+        [=, &target](const std::string& word) { target = parseSeconds(word, option, most); });
 }
 
 CLI::Option* Program::addSeconds(const std::string& option, std::optional<Milliseconds>& target,
@@ -105,13 +109,18 @@ CLI::Option* Program::addChoice(const std::string& option, std::string& target,
                                 const std::vector<std::string>& choices, const std::string& value,
                                 const std::string& text) {
     return addValue(
-        option, value, text + ", " + target + " by default", [=, &target](const std::string& word) {
+        option, value, text + defaultText(target), [=, &target](const std::string& word) {
             if (std::ranges::find(choices, word) == choices.end()) {
                 throw UsageError(option + " is one of " + CLI::detail::join(choices, ", ") +
                                  ", not \"" + word + "\"");
             }
             target = word;
         });
+}
+
+CLI::Option* Program::addText(const std::string& option, std::string& target,
+                              const std::string& value, const std::string& text) {
+    return addValue(option, value, text, [&target](const std::string& word) { target = word; });
 }
 
 CLI::Option* Program::addText(const std::string& option, std::optional<std::string>& target,

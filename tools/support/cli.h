@@ -29,11 +29,13 @@ public:
                             const std::string& text);
     CLI::Option* addSeconds(const std::string& option, std::optional<Milliseconds>& target,
                             int most, const std::string& text);
-    // One of several words. The text is completed by the default.
+    // One of several words. The text is completed by the default, unless that is empty.
     CLI::Option* addChoice(const std::string& option, std::string& target,
                            const std::vector<std::string>& choices, const std::string& value,
                            const std::string& text);
     // Any text, such as the name of a file.
+    CLI::Option* addText(const std::string& option, std::string& target, const std::string& value,
+                         const std::string& text);
     CLI::Option* addText(const std::string& option, std::optional<std::string>& target,
                          const std::string& value, const std::string& text);
     // The words that are no options.

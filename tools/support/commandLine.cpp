@@ -34,10 +34,6 @@ bool isContinuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
 }
 
-std::size_t countColumns(const std::string& text) {
-    return text.size() - static_cast<std::size_t>(std::ranges::count_if(text, isContinuation));
-}
-
 std::string_view environmentOf(const char* name) {
     const char* value = std::getenv(name); // NOLINT(concurrency-mt-unsafe)
     return value != nullptr ? value : "";
@@ -146,6 +142,10 @@ Milliseconds parseSeconds(const std::string& text, const std::string& what, int 
                          ", not \"" + text + "\"");
     }
     return std::max<Milliseconds>(std::llround(seconds * 1000), 1);
+}
+
+std::size_t countColumns(const std::string& text) {
+    return text.size() - static_cast<std::size_t>(std::ranges::count_if(text, isContinuation));
 }
 
 std::string wrapText(const std::string& text, std::size_t column, std::size_t width) {

@@ -52,6 +52,9 @@ inline constexpr int MAX_SECONDS = 86400;
 // naming `what`, if `text` is none.
 Milliseconds parseSeconds(const std::string& text, const std::string& what, int most);
 
+// The columns that UTF-8 text takes in a terminal.
+std::size_t countColumns(const std::string& text);
+
 // `text`, which begins in the column `column`, in lines that end before the column `width`. Lines
 // after the first are indented to `column`. Line breaks of the text stay.
 std::string wrapText(const std::string& text, std::size_t column, std::size_t width);
