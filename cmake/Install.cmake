@@ -35,9 +35,7 @@ if(WIN32)
     return() # no man pages, and no common place for chess programs to find engines
 endif()
 
-foreach(program IN ITEMS kestran ${tools})
-    install(FILES docs/man/${program}.6 DESTINATION "${CMAKE_INSTALL_MANDIR}/man6")
-endforeach()
+include(ManPages)
 if(KESTRAN_ARCHIVE)
     return()
 endif()
@@ -45,7 +43,11 @@ endif()
 # XBoard and others look here for engines. Each file holds the full path of its engine, which is only
 # known at installation.
 set(plugins "${CMAKE_INSTALL_DATADIR}/games/plugins")
-foreach(engine IN ITEMS kestran kestran-tester)
+set(engines kestran)
+if(KESTRAN_TOOLS)
+    list(APPEND engines kestran-tester)
+endif()
+foreach(engine IN LISTS engines)
     install(CODE "
         set(ENGINE \"\${CMAKE_INSTALL_PREFIX}/${programs}/${engine}\")
         configure_file(\"${CMAKE_SOURCE_DIR}/desktop/kestran.eng.in\"

@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr std::size_t HELP_WIDTH = 79;      // columns
+constexpr std::size_t HELP_WIDTH = 76;      // columns; man pages escape some of the text
 constexpr std::size_t MAX_NAME_COLUMN = 20; // a longer name has a line of its own
 
 // While it lives, a write to std::cout that fails throws. The stream is as sound as new

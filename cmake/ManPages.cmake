@@ -1,0 +1,43 @@
+# The man pages, in man/ of the build folder. help2man makes that of a program from its --help and
+# from docs/man/PROGRAM.h2m, where the program runs; other builds can take the folder of one that
+# did. A program without such a file has docs/man/PROGRAM.6.
+
+set(KESTRAN_MAN_FOLDER "" CACHE PATH "Man pages of another build, for a build for another machine")
+
+find_program(KESTRAN_HELP2MAN help2man)
+set(man_folder "${CMAKE_BINARY_DIR}/man")
+set(man_pages "")
+set(generated_pages "")
+foreach(program IN ITEMS kestran ${tools})
+    set(source "${CMAKE_SOURCE_DIR}/docs/man/${program}")
+    set(page "${man_folder}/${program}.6")
+    if(NOT EXISTS "${source}.h2m")
+        configure_file("${source}.6" "${page}" COPYONLY)
+    elseif(KESTRAN_MAN_FOLDER)
+        set(page "${KESTRAN_MAN_FOLDER}/${program}.6")
+    else()
+        # The date is that of the version, in the form that mandoc asks for.
+        add_custom_command(
+            OUTPUT "${page}"
+            COMMAND "${KESTRAN_HELP2MAN}" --section=6 --no-info --manual=Kestran
+                    "--include=${source}.h2m" "--output=${page}" "$<TARGET_FILE:${program}>"
+            COMMAND sed -i "/^.TH /s/\"[A-Z][a-z]* [0-9]*\"/\"${KESTRAN_DATE}\"/" "${page}"
+            DEPENDS ${program} "${source}.h2m"
+            COMMENT "Writing the man page of ${program}"
+            VERBATIM)
+        list(APPEND generated_pages "${page}")
+    endif()
+    list(APPEND man_pages "${page}")
+endforeach()
+
+if(generated_pages)
+    if(CMAKE_CROSSCOMPILING)
+        message(STATUS "Without KESTRAN_MAN_FOLDER, only hand-written man pages are installed")
+        list(REMOVE_ITEM man_pages ${generated_pages})
+    elseif(NOT KESTRAN_HELP2MAN)
+        install(CODE "message(FATAL_ERROR \"The man pages need Debian's help2man\")")
+    elseif(NOT KESTRAN_SANITIZE AND NOT KESTRAN_FUZZ AND NOT KESTRAN_PROFILE STREQUAL "record")
+        add_custom_target(man-pages ALL DEPENDS ${generated_pages})
+    endif()
+endif()
+install(FILES ${man_pages} DESTINATION "${CMAKE_INSTALL_MANDIR}/man6")
