@@ -3,6 +3,8 @@
 #include "kestran-book/book.h"
 #include "opening/standard.h"
 #include "support/bookChoices.h"
+#include "support/gameInput.h"
+#include "support/json.h"
 #include "testing/boardSupport.h"
 #include "testing/toolSupport.h"
 
@@ -53,17 +55,29 @@ TEST(BookTool, CountsRepeatedEntriesAndKeepsTheOrderOfEquals) {
 
 TEST(BookTool, DrawsTheBookAsATree) {
     std::ostringstream tree;
-    printBookTree(smallBook(), positionOf(START_FEN), 5, tree);
+    printBookTree(smallBook(), readGame({}, ""), 5, tree);
     EXPECT_EQ(tree.str(), "├─ 1. e4  3  50.0 %\n"
                           "│  ├─ 1... c5  2  66.7 %\n"
                           "│  └─ 1... e5  1  33.3 %\n"
                           "└─ 1. c4  3  50.0 %\n"
                           "   └─ 1... e5  1  100.0 %\n");
     tree.str("");
-    printBookTree(smallBook(), positionAfterMoves("e2e4"), 1, tree);
+    printBookTree(smallBook(), readGame({}, "e2e4"), 1, tree);
     EXPECT_EQ(tree.str(), "├─ 1... c5  2  66.7 %\n└─ 1... e5  1  33.3 %\n");
     EXPECT_NE(runBody(bookMain, {"--tree=2"}).output.find("│  ├─ 1... Nf6  92  61.7 %\n"),
               std::string::npos);
+}
+
+TEST(BookTool, PrintsJson) {
+    const Json json =
+        Json::parse(runBody(bookMain, {"--json", "--moves", "e2e4 c7c5", "--tree=2"}).output);
+    EXPECT_EQ(json["schema"], 1);
+    ASSERT_EQ(json["moves"].size(), 3U);
+    EXPECT_EQ(json["moves"][0]["move"], "g1f3");
+    EXPECT_EQ(json["moves"][0]["san"], "Nf3");
+    EXPECT_EQ(json["moves"][0]["lines"], 25);
+    EXPECT_EQ(json["moves"][0]["moves"][0]["move"], "d7d6");
+    EXPECT_FALSE(json["moves"][0]["moves"][0].contains("moves"));
 }
 
 TEST(BookTool, FindsWhereALineStops) {
@@ -81,13 +95,17 @@ TEST(BookTool, FindsWhereALineStops) {
              {"\r", ""},
              {italian + "e1g1", ""},
              {italian + "e1h1", "", true},
-             {italian + "e1g1", R"(move 7, "e1g1", is no move of the position)", true},
-             {"e2e5 e7e5", R"(move 1, "e2e5", is no move of the position)"},
-             {"e2e4 e2e4", R"(move 2, "e2e4", is no move of the position)"},
-             {"e2e4  e7e5", R"(move 2, " e7e", is no move of the position)"},
-             {"xyzz", R"(move 1, "xyzz", is no move of the position)"},
-             {"e2e", R"(move 1, "e2e", is an unfinished rest)"},
-             {"e2e4 e7e5 g1", R"(move 3, "g1", is an unfinished rest)"},
+             {italian + "e1g1", R"(move 7, "e1g1", is not legal in its position)", true},
+             {"e2e5 e7e5", R"(move 1, "e2e5", is not legal in its position)"},
+             {"e2e4 e2e4", R"(move 2, "e2e4", is not legal in its position)"},
+             {"e2e4  e7e5", R"(move 2, " e7e", is not legal in its position)"},
+             {"xyzz", R"(move 1 of the line, "xyzz", is not legal in its position)"},
+             {"1. e4 e5 2. Nf3 Nc6 3. O-O",
+              R"(move 5 of the line, "O-O", is not legal in its position)"},
+             {"1. e4 e5 2. Nf3 Nc6 3. Bb5", ""},
+             {"e4 e5 Nf3 *", ""},
+             {"e2e", R"(move 1 of the line, "e2e", is not legal in its position)"},
+             {"e2e4 e7e5 g1", R"(move 3, "g1", is incomplete)"},
              {"e2e4 f7f6 d1h5 a7a6", R"(move 4, "a7a6", leaves the king in check)"},
              {"e2e4 f7f6 d1h5 a7a6 g1f3", R"(move 4, "a7a6", leaves the king in check)"},
          }) {
@@ -99,9 +117,14 @@ TEST(BookTool, ChecksAFileLineByLine) {
     const TextFile faulty("e2e4 e7e5\ne2e5\n\nd2d4 d7d5 c2");
     const ToolRun run = runBody(bookMain, {"--check", faulty.path});
     EXPECT_EQ(run.status, 1);
-    EXPECT_EQ(run.output, faulty.path + ":2: move 1, \"e2e5\", is no move of the position\n" +
-                              faulty.path + ":4: move 3, \"c2\", is an unfinished rest\n" +
-                              "4 lines, of which 2 stop before their end\n");
+    EXPECT_EQ(run.output, faulty.path + ":2: move 1, \"e2e5\", is not legal in its position\n" +
+                              faulty.path + ":4: move 3, \"c2\", is incomplete\n" +
+                              "Lines: 4, with a fault: 2\n");
+    const Json json = Json::parse(runBody(bookMain, {"--check", faulty.path, "--json"}).output);
+    EXPECT_EQ(json["lines"], 4);
+    EXPECT_EQ(json["faults"][1], (Json{{"line", 4}, {"fault", "move 3, \"c2\", is incomplete"}}));
+    const TextFile sound("e2e4 e7e5\n1. d4 d5\n");
+    EXPECT_EQ(runBody(bookMain, {"--check", sound.path}).status, 0);
 }
 
 TEST(BookTool, RefusesWhatMakesNoSense) {
@@ -112,18 +135,17 @@ TEST(BookTool, RefusesWhatMakesNoSense) {
     for (const auto& [words, what] : std::vector<Case>{
              {{"--check", "/no/such/file"}, "/no/such/file cannot be opened"},
              {{"--check", testing::TempDir()}, "cannot be opened"},
-             {{"--check"}, "--check needs a value"},
-             {{"--check", "x", "startpos"}, "--check goes with nothing but"},
+             {{"--check"}, "--check takes exactly one value"},
+             {{"--check", "x", "startpos"}, "--check takes no position"},
              {{"--tree", "0"}, "from 1 to 40"},
              {{"--moves", "e2e4 e2e4"}, "move 2 of the game, \"e2e4\", is not legal"},
              {{"8/8/8/8/8/8/8/8 w - - 0 1"}, "cannot be played: a side has not exactly one king"},
-             {{"--trees"}, "unknown option --trees"},
+             {{"--check", "x", "--tree", "2"}, "--tree excludes --check"},
+             {{"--polyglot-castling"}, "--polyglot-castling requires --check"},
+             {{"--trees"}, "not expected: --trees"},
          }) {
         expectRefusal(runBody(bookMain, words), what);
     }
-    const ToolRun help = runBody(bookMain, {"--help"});
-    EXPECT_EQ(help.status, 0);
-    EXPECT_NE(help.output.find("--check FILE"), std::string::npos);
 }
 
 } // namespace

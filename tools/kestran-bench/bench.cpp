@@ -9,13 +9,11 @@
 #include "support/cli.h"
 #include "support/epd.h"
 #include "support/requireTable.h"
-#include "support/requireTable.h"
 
 #include <array>
 #include <iostream>
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <vector>
 
 namespace {
@@ -78,8 +76,8 @@ struct BenchOptions {
 constexpr const char* DESCRIPTION =
     "Searches a fixed set of positions to fixed depths, each with empty tables, and prints depth, "
     "score, nodes, time and best move of each. A score is in thousandths of a pawn for the side "
-    "to move; \"mate +3\" means that it mates in three moves, \"mate -3\" that it is mated. The "
-    "last line, \"Bench: N\", is the number of nodes of all searches together: the signature of "
+    "to move; \"mate +3\" and \"mate -3\" mean that it mates or is mated in three moves. The last "
+    "line, \"Bench: N\", is the number of nodes of all searches together: the signature of "
     "the search, which is the same on every machine.";
 
 constexpr const char* FAILURE =
@@ -107,19 +105,7 @@ std::vector<BenchTask> readTasks(const BenchOptions& options) {
     return tasks;
 }
 
-// Takes the result of one more run. Throws if the search was another one than before.
-void addRun(BenchedPosition& position, const BenchResult& result) {
-    if (!position.millis.empty() && result.nodes != position.nodes) {
-        throw std::runtime_error("the search of " + position.fen +
-                                 " is not the same each time: " + std::to_string(position.nodes) +
-                                 " nodes, then " + std::to_string(result.nodes));
-    }
-    position.line = result.line;
-    position.nodes = result.nodes;
-    position.millis.push_back(result.millis);
-}
-
-// Searches everything once, and tells in the last run of each search.
+// Searches everything once. The last run prints each search.
 void runOnce(const std::vector<BenchTask>& tasks, const BenchOptions& options, int run,
              BenchReport& report) {
     Progress progress;
@@ -135,8 +121,9 @@ void runOnce(const std::vector<BenchTask>& tasks, const BenchOptions& options, i
         }
         const BenchTask& task = tasks[i];
         BenchedPosition& benched = report.positions[i];
-        addRun(benched, searchAfresh(task.position, task.depth, options.hashMebibytes,
-                                     options.withStatistics ? &testStatistics : nullptr));
+        const BenchResult result = searchAfresh(task.position, task.depth, options.hashMebibytes,
+                                                options.withStatistics ? &testStatistics : nullptr);
+        addRun(benched, result.line, result.nodes, result.millis);
         progress.show("");
         if (isLast && !options.asJson) {
             printPosition(i + 1, benched, std::cout);

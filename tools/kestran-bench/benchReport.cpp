@@ -8,6 +8,7 @@
 #include <iomanip>
 #include <numeric>
 #include <ostream>
+#include <stdexcept>
 
 namespace {
 
@@ -77,6 +78,18 @@ Json toJson(const BenchedPosition& position) {
 }
 
 } // namespace
+
+void addRun(BenchedPosition& position, const Variant& line, std::int64_t nodes,
+            Milliseconds millis) {
+    if (!position.millis.empty() && nodes != position.nodes) {
+        throw std::runtime_error("the search of " + position.fen +
+                                 " differs between runs: " + std::to_string(position.nodes) +
+                                 " nodes, then " + std::to_string(nodes));
+    }
+    position.line = line;
+    position.nodes = nodes;
+    position.millis.push_back(millis);
+}
 
 std::string scoreToString(int evaluation) {
     if (!isMate(evaluation)) {

@@ -1,4 +1,4 @@
-// What the bench tells of its searches, for people and for programs.
+// The report on the searches of the bench, as text and as JSON.
 #pragma once
 
 #include "base/clock.h"
@@ -24,6 +24,11 @@ struct BenchReport {
     int runs;          // at least 1
     std::vector<BenchedPosition> positions;
 };
+
+// Adds the result of one more run. Throws std::runtime_error if its nodes differ from those of the
+// runs before.
+void addRun(BenchedPosition& position, const Variant& line, std::int64_t nodes,
+            Milliseconds millis);
 
 // The score of a search for a person: thousandths of a pawn, or "mate +3", "mate -3" for
 // the side to move that mates or is mated in so many moves, or "mated".
