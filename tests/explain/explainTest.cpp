@@ -8,7 +8,9 @@
 #include "kestran-explain/watchedLine.h"
 #include "search/ida.h"
 #include "search/score.h"
+#include "support/commandLine.h"
 #include "support/gameInput.h"
+#include "support/json.h"
 #include "support/san.h"
 #include "testing/searchSupport.h"
 #include "testing/toolSupport.h"
@@ -61,7 +63,7 @@ public:
         return stream.str();
     }
 
-    const Game game;
+    const NumberedGame game;
     std::vector<Position> positions; // along the search's path
     std::vector<Move> path;
     Explain explain;
@@ -205,7 +207,7 @@ TEST(WatchedSearch, CountsScoresAndPlaysAsTheEngineDoes) {
     const auto config = EngineConfig::getProdConfig();
     config->hashTableSize = 1 << 16;
     for (const BenchPosition& bench : getBenchPositions()) {
-        const Game game = readGame({bench.fen}, "");
+        const NumberedGame game = readGame({bench.fen}, "");
         const int depth = std::min(bench.depth, MAX_DEPTH);
         const auto ida = makeSearch(*config);
         Reports played;
@@ -271,6 +273,31 @@ TEST(ExplainTool, TellsWhyMovesEndAndWhereTheLineWasLeft) {
     EXPECT_EQ(count, 15);
 }
 
+TEST(ExplainTool, PrintsJson) {
+    const auto jsonOf = [](std::vector<std::string> words) {
+        words.insert(words.end(), {"--hash=1", "--depth=2", "--line=d4 e5", "--json"});
+        return Json::parse(runBody(explainMain, words).output);
+    };
+    const Json json = jsonOf({});
+    EXPECT_EQ(json["schema"], 1);
+    EXPECT_EQ(json["fen"], START_FEN);
+    EXPECT_EQ(json["line"], Json::array({"d2d4", "e7e5"}));
+    EXPECT_TRUE(json["answer"].get<std::string>().starts_with("The search left the line"));
+    EXPECT_EQ(json["book"][0], "d2d4");
+    ASSERT_EQ(json["passes"].size(), 2U);
+    const Json& root = json["passes"][0]["tree"][0];
+    EXPECT_EQ(root["moves"].size(), 6U);
+    EXPECT_TRUE(root["moves"][0]["alfa"].is_null()) << "an open window";
+    EXPECT_EQ(root["moves"][1]["alfa"], root["moves"][0]["score"]);
+    EXPECT_TRUE(root["moves"][5]["isOfLine"]);
+    EXPECT_TRUE(root["moves"][5]["isChoice"]);
+    EXPECT_FALSE(root["moves"][4]["isChoice"]);
+    const Json one = jsonOf({"--pass=1", "--all"});
+    ASSERT_EQ(one["passes"].size(), 1U);
+    EXPECT_EQ(one["passes"][0]["depth"], 2);
+    EXPECT_EQ(one["passes"][0]["tree"][0]["moves"].size(), 20U);
+}
+
 TEST(ExplainTool, RefusesWhatMakesNoSense) {
     const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
         {{"--line", "e2e4 e7e4"}, "move 2 of the line, \"e7e4\", is not legal"},
@@ -282,17 +309,19 @@ TEST(ExplainTool, RefusesWhatMakesNoSense) {
         {{"8/8/8/8/8/2N5/K6k/4N3 w - -", "--line", "Nd"}, "\"Nd\", is not legal"},
         {{"8/7k/8/8/8/K4N2/8/1N6 w - -", "--line", "Nd2"}, "than one move: Nbd2 Nfd2"},
         {{"--time", "nan"}, "--time is a number of seconds above 0"},
-        {{"--depth=1", "--hash=1", "--pass=2"}, "there is no pass 2, the last one is 1"},
+        {{"--depth=1", "--hash=1", "--pass=2"}, "there is no pass 2; the last one is 1"},
         {{"7k/5Q2/6K1/8/8/8/8/8 b - - 0 1", "--hash=1"}, "has no line of its own"},
         {{"--line", "g1f3 g8f6 f3g1 f6g8 g1f3 g8f6 f3g1 f6g8 g1f3 g8f6 f3g1 f6g8 g1f3 g8f6 f3g1 "
                     "f6g8 g1f3 g8f6 f3g1 f6g8"},
          "a line has at most 19 moves, this one has 20"},
         {{"--line", "e2e4", "--depth", "0"}, "--depth is a whole number from 1 to 20"},
         {{"--line", "e2e4", "--hash", "513"}, "--hash is a whole number from 0 to 512"},
-        {{"--line", "e2e4", "--format", "trees"}, "--format is plain, tree or html"},
-        {{"--format=html", "--max-lines=9"}, "--max-lines goes with --format=plain"},
-        {{"--line", "e2e4", "--colour"}, "unknown option --colour"},
-        {{"--line", "e2e4", "--line=d2d4"}, "--line is given twice"},
+        {{"--line", "e2e4", "--format", "trees"}, "--format is one of plain, tree, html"},
+        {{"--json", "--format=tree"}, "--format excludes --json"},
+        {{"--json", "--max-lines=9"}, "--max-lines needs --format plain"},
+        {{"--format=html", "--max-lines=9"}, "--max-lines needs --format plain"},
+        {{"--line", "e2e4", "--colour"}, "not expected: --colour"},
+        {{"--line", "e2e4", "--line=d2d4"}, "--line takes exactly one value"},
     };
     for (const auto& [words, what] : cases) {
         expectRefusal(runBody(explainMain, words), what);
@@ -368,8 +397,10 @@ public:
         return true;
     }
 
+    // The terminal has 100 columns.
     OnTerminal(const char* noColor, const char* term, const char* line, const char* depth) {
-        child = forkpty(&terminal, nullptr, nullptr, nullptr);
+        const winsize size = {.ws_row = 50, .ws_col = 100, .ws_xpixel = 0, .ws_ypixel = 0};
+        child = forkpty(&terminal, nullptr, nullptr, &size);
         if (child < 0) {
             throw std::runtime_error("there is no pseudo-terminal");
         }
@@ -377,7 +408,7 @@ public:
             const std::string path = KESTRAN_BINARY_DIR "/kestran-explain";
             setenv("NO_COLOR", noColor, 1);
             setenv("TERM", term, 1);
-            execl(path.c_str(), path.c_str(), line, depth, "--format=tree", "--hash=16",
+            execl(path.c_str(), path.c_str(), line, depth, "--hash=16",
                   static_cast<char*>(nullptr));
             _exit(127);
         }
@@ -426,6 +457,28 @@ TEST(ExplainTool, ColoursATerminalOnly) {
     }
 }
 
+// Every line fits, and lines that are continued keep the strokes of the tree.
+TEST(ExplainTool, WrapsTheTreeOnATerminal) {
+    if (!OnTerminal::isPossible()) {
+        GTEST_SKIP() << "there is no pseudo-terminal";
+    }
+    OnTerminal tool("1", "xterm", "--line=d4 e5", "--depth=2");
+    tool.readUntil("In play it would");
+    std::string report = tool.getReport();
+    EXPECT_NE(
+        report.find("\n   │                                                   inside the window"),
+        std::string::npos)
+        << report;
+    std::erase(report, '\r');
+    std::istringstream lines(report);
+    std::size_t widest = 0;
+    for (std::string line; std::getline(lines, line);) {
+        widest = std::max(widest, countColumns(line));
+    }
+    EXPECT_LE(widest, 100U) << report;
+    EXPECT_GT(widest, 90U) << report;
+}
+
 TEST(ExplainTool, ReportsWhatThereIsAtControlC) {
     if (!OnTerminal::isPossible()) {
         GTEST_SKIP() << "there is no pseudo-terminal";
@@ -442,9 +495,11 @@ TEST(ExplainTool, ReportsWhatThereIsAtControlC) {
 
 TEST(SearchText, WritesScoresInPawnsAndMates) {
     const std::vector<std::pair<int, std::string>> cases = {
-        {0, "+0.000"},
-        {-5, "-0.005"},
-        {UPPER_MATE_LIMIT, "+2147483.298"},
+        {0, "+0.00"},
+        {-4, "+0.00"},
+        {-5, "-0.01"},
+        {1234, "+1.23"},
+        {UPPER_MATE_LIMIT, "+2147483.30"},
         {-MATED_EVALUATION - 1, "#1"},
         {-MATED_EVALUATION - 2, "#1"},
         {-MATED_EVALUATION - 5, "#3"},

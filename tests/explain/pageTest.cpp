@@ -67,6 +67,12 @@ TEST(Page, GoesToAFileInPlaceOfStandardOutput) {
     std::ifstream file(path);
     EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), report);
     expectRefusal(runBody(explainMain, {"--line=e4", "-o", folder.path}), "cannot be written");
+    // The name of the file says that it is a page.
+    words.back() = folder.path + "/report.html";
+    EXPECT_EQ(runBody(explainMain, words).status, 0);
+    std::string start;
+    std::ifstream(words.back()) >> start;
+    EXPECT_EQ(start, "<!DOCTYPE");
 }
 
 } // namespace

@@ -227,7 +227,7 @@ PassReport passWith(int score, std::int64_t nodes, IdaNS::GeneratingResult resul
 
 struct PassPicture : testing::Test {
     PassPicture() {
-        const Game game = readGame({}, "");
+        const NumberedGame game = readGame({}, "");
         Explain explain;
         explain.setVariant(game.position, Variant());
         HtmlWriter html;

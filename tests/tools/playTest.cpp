@@ -7,10 +7,13 @@
 #include "testing/boardSupport.h"
 #include "testing/toolSupport.h"
 
+#include <array>
 #include <chrono>
+#include <cmath>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <pty.h>
+#include <set>
 #include <sstream>
 #include <tuple>
 #include <unistd.h>
@@ -25,7 +28,7 @@ TEST(GameRecord, EndsByTheRules) {
              {"6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1", "Ra8", "Checkmate: White wins.", "1-0"},
              {"startpos", "f3 e5 g4 Qh4", "Checkmate: Black wins.", "0-1"},
              {"7k/8/6K1/8/8/8/8/5Q2 w - - 0 1", "Qf7", "Stalemate: ", "1/2-1/2"},
-             {"4k3/8/8/8/8/5b2/4n3/4K3 w - - 0 1", "Kf2 Ke7 Kxf3", "Nobody", "1/2-1/2"},
+             {"4k3/8/8/8/8/5b2/4n3/4K3 w - - 0 1", "Kf2 Ke7 Kxf3", "Neither side", "1/2-1/2"},
              {"4k3/8/8/8/8/8/4P3/4K3 w - - 99 90", "Kd2", "Fifty moves", "1/2-1/2"},
              {"startpos", "Nf3 Nf6 Ng1 Ng8 Nf3 Nf6 Ng1 Ng8", "The position has", "1/2-1/2"}}) {
         GameRecord record(readGame({fen}, ""));
@@ -59,10 +62,41 @@ TEST(BoardView, DrawsFromEitherSide) {
     const auto colours = [&](const Move* last) {
         return drawBoard(position, last, {.withColours = true});
     };
-    const std::string lightRow = "(\\S+48;5;180m...\\S+48;5;137m...){4}\\S+\n";
+    const std::string lightRow = "(\\S+48;5;130m...\\S+48;5;94m...){4}\\S+\n";
     EXPECT_TRUE(TextPattern("  8 " + lightRow).isIn(colours(nullptr)));
-    EXPECT_EQ(colours(nullptr).find("48;5;186m"), std::string::npos);
-    EXPECT_NE(colours(&move).find("\033[1;38;5;231;48;5;186m P \033[0m"), std::string::npos);
+    EXPECT_EQ(colours(nullptr).find("48;5;98m"), std::string::npos);
+    EXPECT_NE(colours(&move).find("\033[1;38;5;231;48;5;98m P \033[0m"), std::string::npos);
+}
+
+// The relative luminance of one of the 216 colours of a terminal from 16 on, 0 to 1.
+double luminanceOf(int colour) {
+    constexpr std::array<double, 6> LEVELS = {0, 95, 135, 175, 215, 255};
+    const auto linear = [&](int step) {
+        const double value = LEVELS[static_cast<std::size_t>(step)] / 255;
+        return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+    };
+    const int cube = colour - 16;
+    return 0.2126 * linear(cube / 36) + 0.7152 * linear(cube / 6 % 6) + 0.0722 * linear(cube % 6);
+}
+
+TEST(BoardView, ShowsPiecesWithEnoughContrast) {
+    const Position position = positionOf("4k3/8/8/8/8/8/P6q/4K2R w - - 0 1");
+    const Move light = moveOf(position, "a2a4");
+    const Move dark = moveOf(position, "a2a3");
+    const TextPattern cell("38;5;(\\d+);48;5;(\\d+)m");
+    std::set<std::string> grounds;
+    for (const Move* last : {static_cast<const Move*>(nullptr), &light, &dark}) {
+        for (const auto& parts : cell.findAll(drawBoard(position, last, {.withColours = true}))) {
+            const double ink = luminanceOf(std::stoi(parts.at(1)));
+            const double ground = luminanceOf(std::stoi(parts.at(2)));
+            const bool isWhite = ink > ground;
+            const double contrast =
+                isWhite ? (ink + 0.05) / (ground + 0.05) : (ground + 0.05) / (ink + 0.05);
+            EXPECT_GE(contrast, isWhite ? 4.5 : 3.5) << parts.at(0);
+            grounds.insert(parts.at(2));
+        }
+    }
+    EXPECT_EQ(grounds.size(), 4U);
 }
 
 TEST(BoardView, HasSymbolsWhereTheTerminalHas) {
@@ -108,52 +142,129 @@ protected:
         return out.str();
     }
 
+    // The games that were written.
+    std::string written() const {
+        std::ostringstream text;
+        text << std::ifstream(file).rdbuf();
+        return text.str();
+    }
+
     std::ostringstream out;
-    const Game start = readGame({"6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - 0 1"}, "");
-    Table table{start, WHITE, {.time = 60000, .depth = 2}, {}, out};
+    const TestFolder folder;
+    const std::string file = folder.path + "/games.pgn";
+    GameKeeper keeper{file, out};
+    // The position is that of move 12.
+    const NumberedGame start =
+        readGame({"6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - 3 12"}, "");
+    Table table{start, WHITE, {.time = 60000, .depth = 2}, {}, keeper, out};
 };
 
 TEST_F(PlayTable, PlaysTakesBackAndChangesSides) {
     table.begin();
-    EXPECT_EQ(table.getPgn(), "");
-    EXPECT_EQ(table.getPrompt(), "1. ");
-    EXPECT_NE(say({"Kg2"}).find("Kestran plays 1... "), std::string::npos);
-    EXPECT_EQ(table.getPrompt(), "2. ");
-    EXPECT_TRUE(TextPattern("1\\. Kg2 \\S+\n").matches(say({"moves"})));
-    EXPECT_NE(say({"back", "moves", "fen"}).find("\n\n6k1/pp3p1p/2p2np1/"), std::string::npos);
-    EXPECT_NE(say({"switch"}).find("Kestran plays 1. "), std::string::npos);
-    EXPECT_EQ(table.getPrompt(), "1... ");
+    EXPECT_EQ(table.getPrompt(), "12. ");
+    EXPECT_NE(say({"Kg2"}).find("Kestran plays 12... "), std::string::npos);
+    EXPECT_EQ(table.getPrompt(), "13. ");
+    EXPECT_TRUE(TextPattern("12\\. Kg2 \\S+\n").matches(say({"moves"})));
+    for (const char* command : {"back", "undo", "takeback"}) {
+        const std::string answer = say({"moves", command, "fen", "Kg2"});
+        EXPECT_TRUE(TextPattern("\nTaken back: 12\\. Kg2 \\S+\n"
+                                "6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - 3 12\n")
+                        .isIn(answer))
+            << answer;
+    }
+    say({"back"});
+    EXPECT_NE(say({"switch"}).find("Kestran plays 12. "), std::string::npos);
+    EXPECT_EQ(table.getPrompt(), "12... ");
     EXPECT_NE(table.getPgn().find("[White \"Kestran\"]\n[Black \"Human\"]\n[Result \"*\"]"),
               std::string::npos);
-    EXPECT_EQ(say({"resign"}), "Black resigns.\n");
-    EXPECT_EQ(table.getPrompt(), "over> ");
+    EXPECT_TRUE(say({"resign"}).starts_with("Black resigns.\n"));
+    EXPECT_EQ(table.getPrompt(), "game over> ");
     EXPECT_NE(table.getPgn().find("Black resigns.} 1-0\n"), std::string::npos);
     EXPECT_NE(say({"g8f8"}).find("the game is over"), std::string::npos);
-    EXPECT_NE(say({"new", "moves"}).find("Kestran plays 1. "), std::string::npos);
+    EXPECT_NE(say({"new", "moves"}).find("Kestran plays 12. "), std::string::npos);
     EXPECT_FALSE(table.handleLine("quit"));
 }
 
+TEST_F(PlayTable, KeepsTheNumbersOfTheGameInPgn) {
+    say({"Kg2"});
+    const std::string pgn = table.getPgn();
+    EXPECT_NE(pgn.find("[FEN \"6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - 3 12\"]"),
+              std::string::npos);
+    EXPECT_NE(pgn.find("\n12. Kg2 "), std::string::npos) << pgn;
+}
+
+// A game that is resigned, one that is left for a new one, one that is taken back to its start,
+// and one without a move.
+TEST_F(PlayTable, WritesEachGameWithAMoveOnce) {
+    say({"Kg2", "resign"});
+    EXPECT_NE(written().find("{White resigns.} 0-1"), std::string::npos) << written();
+    say({"new", "Kf1", "new"});
+    EXPECT_NE(written().find("12. Kf1 "), std::string::npos) << written();
+    say({"Kh1", "back", "new", "resign", "new"});
+    keeper.leave();
+    EXPECT_EQ(TextPattern("\\[Event ").findAll(written()).size(), 2U) << written();
+}
+
+TEST_F(PlayTable, ChangesItsStrength) {
+    EXPECT_EQ(say({"depth 1"}), "The engine looks at most 1 ply ahead.\n");
+    EXPECT_TRUE(TextPattern("12\\. \\S+ .*, [+-]\\d\\.\\d\\d for White at depth 1\n")
+                    .matches(say({"hint"})));
+    EXPECT_EQ(say({"depth 21"}), "depth is a whole number from 1 to 20, not \"21\"\n");
+    EXPECT_EQ(say({"time 0.05", "depth 20"}), "The engine thinks 0.05 s about each move.\n"
+                                              "The engine looks at most 20 plies ahead.\n");
+    const auto begin = std::chrono::steady_clock::now();
+    say({"hint"}); // would take hours
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, PATIENCE);
+    EXPECT_NE(say({"time never"}).find("time is a number of seconds"), std::string::npos);
+}
+
 TEST_F(PlayTable, GivesHintsAndReasons) {
-    EXPECT_TRUE(TextPattern("1\\. \\S+ .*, [+-]\\d\\.\\d{3} for White at depth 2\n")
+    EXPECT_TRUE(TextPattern("12\\. \\S+ .*, [+-]\\d\\.\\d\\d for White at depth 2\n")
                     .matches(say({"hint"})));
     say({"g1g2"});
     EXPECT_TRUE(say({"why"}).starts_with("The search followed the line to its end in pass "));
-    EXPECT_NE(say({"why a6"}).find("instead of 1... a6 it chose 1... "), std::string::npos);
+    EXPECT_NE(say({"why a6"}).find("instead of 12... a6 it chose 12... "), std::string::npos);
+    say({"back"});
+    EXPECT_EQ(say({"why"}), "the engine has no move to explain\n") << "it was taken back";
+}
+
+TEST_F(PlayTable, ExplainsBookMoves) {
+    Table opening(readGame({}, ""), BLACK, {.time = 60000, .depth = 2}, {}, keeper, out);
+    opening.begin();
+    out.str("");
+    opening.handleLine("why");
+    EXPECT_TRUE(out.str().starts_with("That is a move of its book")) << out.str();
+    out.str("");
+    opening.handleLine("why a3");
+    EXPECT_NE(out.str().find("instead of 1. a3 it chose 1. "), std::string::npos) << out.str();
 }
 
 TEST_F(PlayTable, RefusesWhatMakesNoSense) {
+    const std::string oneAtATime = "type one move or command at a time; \"help\" lists them\n";
     for (const auto& [line, answer] : std::vector<std::pair<std::string, std::string>>{
-             {"back", "there is no move of yours to take back\n"},
-             {"why", "there is no move of the engine to explain\n"},
-             {"Kg3", "\"Kg3\" is no move here, and no command; \"help\" lists those\n"},
-             {"Nf3 Nc6", "one move or command at a time, please; \"help\" lists them\n"},
+             {"back", "you have no move to take back\n"},
+             {"why", "the engine has no move to explain\n"},
+             {"Kg3", "\"Kg3\" is not a legal move here\n"},
+             {"hello", "\"hello\" is neither a move nor a command; \"help\" lists the commands\n"},
+             {"Nf3 Nc6", oneAtATime},
+             {"depth", oneAtATime},
              {"", ""}}) {
         EXPECT_EQ(say({line}), answer);
     }
-    std::ostringstream twoKnights;
-    Table other(readGame({"4k3/8/8/8/8/8/8/1N2KN2 w - - 0 1"}, ""), WHITE, {}, {}, twoKnights);
-    other.handleLine("Nd2");
-    EXPECT_EQ(twoKnights.str(), "\"Nd2\" can mean more than one move: Nbd2 Nfd2\n");
+    for (const auto& [fen, line, answer] :
+         std::vector<std::tuple<std::string, std::string, std::string>>{
+             {"4k3/8/8/8/8/8/8/1N2KN2 w - - 0 1", "Nd2",
+              "\"Nd2\" can mean more than one move: Nbd2 Nfd2\n"},
+             {"4k3/1P6/8/8/8/8/8/4K3 w - - 0 1", "b8", "to promote, type b8=Q\n"},
+             {"4k3/1P6/8/8/8/8/8/4K3 w - - 0 1", "b7b8", "to promote, type b8=Q\n"},
+             {"n3k3/1P6/8/8/8/8/8/4K3 w - - 0 1", "bxa8", "to promote, type bxa8=Q\n"},
+             {"4k3/8/8/8/8/8/4r3/R3K3 w Q - 0 1", "O-O-O",
+              "\"O-O-O\" is not possible: you are in check\n"}}) {
+        out.str("");
+        Table other(readGame({fen}, ""), WHITE, {}, {}, keeper, out);
+        other.handleLine(line);
+        EXPECT_EQ(out.str(), answer);
+    }
 }
 
 // ---- The program ----
@@ -169,6 +280,30 @@ TEST(Play, ThinksForTheTimeThatItIsGiven) {
     EXPECT_GT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(100));
 }
 
+TEST(Play, LetsThePersonPlayBlack) {
+    const std::string open = "6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1";
+    for (const auto& [side, white] : {std::pair{"black", "Kestran"}, {"white", "Human"}}) {
+        UciProcess process(PLAY, {open, "--side", side, "--depth", "2"});
+        process.send("a1a8"); // refused to Black
+        process.closeInput();
+        std::string output;
+        while (const auto line = process.readLine(PATIENCE)) {
+            output += *line + '\n';
+        }
+        EXPECT_EQ(process.waitForEnd(PATIENCE)->status, 0);
+        EXPECT_NE(output.find(std::string("[White \"") + white + "\"]"), std::string::npos)
+            << output;
+        const bool isWhiteNear = output.find("\n  8  ") < output.find("\n  1  ");
+        EXPECT_EQ(isWhiteNear, white == std::string("Human")) << output;
+    }
+}
+
+std::size_t countGames(const std::string& file, const char* game) {
+    std::ostringstream text;
+    text << std::ifstream(file).rdbuf();
+    return TextPattern(game).findAll(text.str()).size();
+}
+
 TEST(Play, AddsItsGamesToAFile) {
     const TestFolder folder;
     const std::string file = folder.path + "/games.pgn";
@@ -177,17 +312,32 @@ TEST(Play, AddsItsGamesToAFile) {
         process.send("a1a8");
         process.closeInput();
         EXPECT_EQ(process.waitForEnd(PATIENCE)->status, 0);
-        std::ostringstream text;
-        text << std::ifstream(file).rdbuf();
-        const TextPattern GAME(R"(1\. Ra8# \{Checkmate: White wins\.\} 1-0)");
-        EXPECT_EQ(GAME.findAll(text.str()).size(), games);
+        EXPECT_EQ(countGames(file, R"(1\. Ra8# \{Checkmate: White wins\.\} 1-0)"), games);
+    }
+}
+
+// The end of input, and signals at the prompt.
+TEST(Play, WritesAnUnfinishedGame) {
+    const TestFolder folder;
+    const std::string file = folder.path + "/games.pgn";
+    std::size_t games = 0;
+    for (const char* ending :
+         {"exit 0", "kill -INT $!; wait $!", "kill -TERM $!; wait $!", "kill -HUP $!; wait $!"}) {
+        const std::string script = std::string(R"(
+            mkfifo "$1.pipe"; "$0" --depth 1 --pgn "$1" < "$1.pipe" > "$1.out" &
+            exec 3> "$1.pipe"; echo e4 >&3
+            until grep -q "Kestran plays" "$1.out"; do sleep 0.05; done
+            rm "$1.pipe"; if [ "$2" = "exit 0" ]; then exec 3>&-; wait $!; else eval "$2"; fi)");
+        const ToolRun left = run("/bin/bash", {"-c", script, PLAY, file, ending});
+        EXPECT_EQ(left.status, 0) << ending << left.errors;
+        EXPECT_EQ(countGames(file, R"(\n1\. e4 \S+ \*\n)"), ++games) << ending;
     }
 }
 
 TEST(Play, RefusesBadInput) {
     for (const auto& [words, reason] :
          std::vector<std::pair<std::vector<std::string>, std::string>>{
-             {{"--side", "green"}, "--side is white, black or random"},
+             {{"--side", "green"}, "--side is one of white, black, random"},
              {{"--time", "0"}, "--time is a number of seconds"},
              {{"--time", "1x"}, "--time is a number of seconds"},
              {{"--depth", "21"}, "from 1 to 20"},

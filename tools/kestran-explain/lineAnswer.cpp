@@ -80,7 +80,8 @@ std::string marginText(int chosen, int score) {
     if (isMate(chosen) || isMate(score)) {
         return "";
     }
-    const std::string size = scoreText(chosen > score ? chosen - score : score - chosen).substr(1);
+    std::string size = scoreText(chosen > score ? chosen - score : score - chosen).substr(1);
+    size = size == "0.00" ? "under 0.01" : size;
     return chosen > score ? ", " + size + " less"
                           : ", " + size + " more, which window, table or lmf kept out of sight";
 }

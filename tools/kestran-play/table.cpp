@@ -47,7 +47,8 @@ std::string whyNoMove(const Position& position, const std::string& text) {
         return '"' + text + R"(" is neither a move nor a command; "help" lists the commands)";
     }
     if (const auto promotion = findPromotion(position, text)) {
-        return "to promote, type " + toSan(position, *promotion);
+        const std::string san = toSan(position, *promotion);
+        return "to promote, type " + san.substr(0, san.find_last_not_of("+#") + 1);
     }
     if (isInCheckNoCaching(position)) {
         return '"' + text + "\" is not possible: you are in check";
