@@ -138,8 +138,11 @@ bool isWellFormedRank(const std::string& rank) {
 }
 
 std::string findTextFault(const std::vector<std::string>& tokens) {
+    if (tokens.size() < EDGE) {
+        return "it has fewer than eight ranks";
+    }
     if (tokens.size() < MIN_TOKENS) {
-        return "it has fewer than eight ranks and four fields";
+        return "it has fewer than four fields";
     }
     for (int i = 0; i < EDGE; ++i) {
         if (!isWellFormedRank(tokens[at(i)])) {

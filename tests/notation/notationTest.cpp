@@ -59,12 +59,12 @@ TEST(Fen, ClockLeavesRoomToCountOn) {
 
 TEST(PlayableFen, RejectsWhatCannotBePlayed) {
     const std::pair<const char*, const char*> cases[] = {
-        {"", "fields"},
-        {"4k3/8/8/8/8/8/8/4K3", "fields"},
-        {"4k3/8/8/8/8/8/8/4K3 w -", "fields"},
-        {"4k3/8/8/8/8/8/8/4K3 w - ", "fields"},
-        {" 4k3/8/8/8/8/8/8/4K3 w", "fields"},
-        {"4k3/8/8/8/8/8/4K3 w - - 0 1", "fields"},
+        {"", "eight ranks"},
+        {"4k3/8/8/8/8/8/8/4K3", "four fields"},
+        {"4k3/8/8/8/8/8/8/4K3 w -", "four fields"},
+        {"4k3/8/8/8/8/8/8/4K3 w - ", "four fields"},
+        {" 4k3/8/8/8/8/8/8/4K3 w", "four fields"},
+        {"4k3/8/8/8/8/8/4K3 w - - 0 1", "eight ranks"},
         {"4k3/9/8/8/8/8/8/4K3 w - - 0 1", "rank 7"},
         {"4k3//8/8/8/8/8/4K3 w - - 0 1", "rank 7"},
         {"4k3/88888888888888888888888/8/8/8/8/8/4K3 w - - 0 1", "rank 7"},

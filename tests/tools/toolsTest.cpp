@@ -316,7 +316,8 @@ TEST(Tools, RefuseBadInputInOneLine) {
              BadInput{PERFT, {"--epd", "/no/file"}, "/no/file cannot be opened"},
              BadInput{PERFT, {"--epd", "/", "startpos", "3"}, "--epd takes only"},
              BadInput{PERFT, {"startpos", "--split", "3"}, "not expected: --split"},
-             BadInput{PERFT, {"endpos", "3"}, "four fields"},
+             BadInput{PERFT, {"endpos", "3"}, "fewer than eight ranks"},
+             BadInput{PERFT, {"8/8/8/8/8/8/8/8 w -", "3"}, "fewer than four fields"},
              BadInput{PERFT, {noKing, "3"}, "not exactly one king"},
          }) {
         const ToolRun bad = run(input.path, input.arguments);
