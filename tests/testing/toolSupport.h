@@ -75,7 +75,7 @@ struct TestFolder {
     const std::string path = testing::TempDir() + "toolTestFolder." + std::to_string(getpid());
 };
 
-// Status 2, nothing on standard output, and one sentence on standard error that tells `what`.
+// Status 2, nothing on standard output, and one sentence on standard error that contains `what`.
 inline void expectRefusal(const ToolRun& run, const std::string& what) {
     EXPECT_EQ(run.status, 2);
     EXPECT_EQ(run.output, "");

@@ -145,10 +145,10 @@ TEST(Bench, IsThatOfTheTester) {
     const auto signature = TextPattern("Bench: (\\d+)").findAll(bench.output);
     ASSERT_EQ(signature.size(), 1U);
     const std::string nodes = signature[0].at(1);
-    const auto told = TextPattern(nodes + " nodes (\\d+) nps\n").match(tester.output);
-    ASSERT_TRUE(told) << tester.output;
+    const auto printed = TextPattern(nodes + " nodes (\\d+) nps\n").match(tester.output);
+    ASSERT_TRUE(printed) << tester.output;
     // Not all of it in a single millisecond.
-    EXPECT_LT(std::stoll(told->at(1)), 1000 * std::stoll(nodes));
+    EXPECT_LT(std::stoll(printed->at(1)), 1000 * std::stoll(nodes));
 }
 
 // Mates for and against the side to move, one on the board, and a stalemate.
@@ -423,7 +423,7 @@ TEST(Scripts, RefuseWrongArguments) {
     EXPECT_NE(unknown.errors.find("unknown word \"paly\""), std::string::npos);
 }
 
-// A file that cannot be written leaves nothing behind, and what it was to replace as it was.
+// A file that cannot be written leaves no draft, and the file that it was to replace unchanged.
 TEST(WriteWhole, WritesAllOrNothing) {
     const TestFolder folder;
     const std::string path = folder.path + "/file";

@@ -31,7 +31,7 @@ void addRun(BenchedPosition& position, const Variant& line, std::int64_t nodes,
             Milliseconds millis);
 
 // The score of a search for a person: thousandths of a pawn, or "mate +3", "mate -3" for
-// the side to move that mates or is mated in so many moves, or "mated".
+// the side to move that mates or is mated in that number of moves, or "mated".
 std::string scoreToString(int evaluation);
 
 // One line for a position; its time is the median of its runs.

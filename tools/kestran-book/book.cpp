@@ -230,7 +230,7 @@ int bookMain(int argc, const char* const* argv) {
     program.addWords("FEN", options.words, FEN_HELP);
     auto* const moves = program.addText("--moves", options.moves, "MOVES", MOVES_HELP);
     auto* const tree = program.addNumber("--tree", options.depth, 1, MAX_TREE_DEPTH, "DEPTH",
-                                         "show the book from there as a tree of so many plies");
+                                         "show the book from there as a tree of DEPTH plies");
     auto* const check = program.addText("--check", options.path, "FILE", CHECK_HELP)
                             ->excludes(moves)
                             ->excludes(tree);

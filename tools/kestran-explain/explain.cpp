@@ -45,7 +45,7 @@ private:
     std::int64_t nodes = 0;
 };
 
-// The line of the deepest good pass of a search that nobody watches. Sets the depth of the
+// The line of the deepest good pass of an unwatched search. Sets the depth of the
 // question to what that pass has shown to be within reach.
 void findLine(Question& question, const EngineConfig& config, SearchLimit& limit) {
     ShownProgress progress("finding the line");
@@ -80,7 +80,7 @@ std::pair<int, int> chosenPasses(const Question& question, int count) {
 }
 
 std::string plainReport(const Question& question, const Explain& explain, int passCount) {
-    // The record also tells of the pass that was under way, in a line that stays with the
+    // The record also has the pass that was under way, in a line that stays with the
     // pass before it.
     const auto [first, end] = chosenPasses(question, passCount + 1);
     std::vector<std::string> passes;

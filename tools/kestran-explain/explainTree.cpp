@@ -107,7 +107,7 @@ void TreeReport::printMove(std::ostream& stream, int pass, int ply, const NodeMo
            << wrap(colourOf(info), reasonOf(pass, ply, info), column, trunk) << '\n';
 }
 
-// Why the move ended, with the line behind it or the one that refuted it.
+// Why the move ended, with the line after it or the one that refuted it.
 std::string TreeReport::reasonOf(int pass, int ply, const NodeMoveInfo& info) const {
     std::string reason = endingText(info.ending, verdictOf(info));
     if (info.lmfCut) {

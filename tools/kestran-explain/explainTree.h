@@ -15,7 +15,7 @@ public:
     // `_width` columns.
     TreeReport(const WatchedLine& _line, bool _all, bool _colour, std::size_t _width);
 
-    // What stands above the passes, and one of these, each made of whole lines.
+    // The lines above the passes, and those of one pass.
     std::string getHead() const;
     std::string getPass(int pass) const;
 

@@ -120,14 +120,14 @@ void HtmlTree::addMore(int pass, int ply, const NodeMoveInfo& info) {
     if (!behind.empty()) {
         html.addText("Then " + behind + ". ");
     } else if (refutation == nullptr) {
-        html.addText("No line is known behind it.");
+        html.addText("No line is known after it.");
     }
     if (refutation != nullptr) {
         addRefutation(pass, ply, info, *refutation);
     }
 }
 
-// A small board hides behind the words, for whoever points at them or comes there by keyboard.
+// A small board appears when the words are pointed at or focused by keyboard.
 void HtmlTree::addRefutation(int pass, int ply, const NodeMoveInfo& info,
                              const NodeMoveInfo& refutation) {
     const Position& position = line.getPosition(ply + 1);

@@ -9,7 +9,7 @@ public:
     // Everything handed in must outlive the object. With `_all`, every move that was tried.
     HtmlTree(HtmlWriter& _html, const WatchedLine& _line, bool _all);
 
-    // Writes a pass; `isOpen` tells whether one sees its nodes from the start.
+    // Writes a pass; `isOpen`: whether its nodes are shown at first.
     void addPass(int pass, bool isOpen);
 
 private:

@@ -33,7 +33,7 @@ public:
     void add(std::string_view name, Attributes attributes, std::string_view text);
     void addEmpty(std::string_view name, Attributes attributes = {});
     void addText(std::string_view text);
-    // Markup, styles and scripts of our own, as they stand.
+    // Markup, styles and scripts of our own, unescaped.
     void addVerbatim(std::string_view markup) { result += markup; }
 
     const std::string& getResult() const { return result; }

@@ -27,7 +27,7 @@ std::string nodeText(const WatchedLine& line, int ply) {
            lineToSan(line.getPosition(0), path, line.getGamePly(0));
 }
 
-// A score for the side that moved, and the line behind the move.
+// A score for the side that moved, and the line after the move.
 struct Worth {
     int score;
     std::vector<Move> behind;

@@ -8,7 +8,7 @@
 
 #include <string>
 
-// One sentence that tells where the last good pass left the line, for which move and by how
+// One sentence that says where the last good pass left the line, for which move and by how
 // much. Where the record holds only a bound of the move's score, the move is searched
 // once more, on its own and with an open window, unless `limit` ends that search.
 std::string answerInWords(const EngineConfig& config, const Game& game, const WatchedLine& line,

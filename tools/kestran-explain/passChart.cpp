@@ -10,7 +10,7 @@
 
 namespace {
 
-// The picture, in its own units, and the frame that the values stand in.
+// The picture, in its own units, and the frame of the values.
 constexpr double WIDTH = 640;
 constexpr double HEIGHT = 260;
 constexpr double LEFT = 74;
@@ -67,7 +67,7 @@ PassChart::PassChart(HtmlWriter& _html, const WatchedLine& _line) : html(_html),
     findRange();
 }
 
-// Mates stand at the edge, and count for nothing here.
+// Mates are drawn at the edge and ignored here.
 void PassChart::findRange() {
     bool isFirst = true;
     for (int pass = 0; pass < line.getPassCount(); ++pass) {

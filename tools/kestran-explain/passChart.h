@@ -4,6 +4,6 @@
 #include "kestran-explain/htmlWriter.h"
 #include "kestran-explain/watchedLine.h"
 
-// Draws the score of each pass as a line and its nodes as columns. The same stands in words
+// Draws the score of each pass as a line and its nodes as columns. The same is in words
 // next to the chart.
 void drawPasses(HtmlWriter& html, const WatchedLine& line);

@@ -21,7 +21,7 @@ struct PassReport {
     std::int64_t nodes; // moves played in this pass
 };
 
-// Whether a pass told more than a bound.
+// Whether a pass gave more than a bound.
 bool isGood(const PassReport& pass);
 
 // A search with empty tables. UsageError if there is no memory for them.
@@ -29,6 +29,6 @@ std::unique_ptr<Ida> makeSearch(const EngineConfig& config);
 
 // Searches the position of `game` with a fresh `ida`, without the book, to `depth` plies or
 // until `slot` ends it, pass by pass. A pass that was abandoned is left out. `onPass` may be
-// empty; it is told of each pass.
+// empty; it is called after each pass.
 std::vector<PassReport> searchPasses(Ida& ida, const Game& game, int depth, IdaVariant* slot,
                                      const std::function<void(const PassReport&)>& onPass = {});

@@ -129,7 +129,7 @@ std::string reportedLineText(const WatchedLine& line, int pass) {
     const Variant& reported = line.getPass(pass).line;
     const std::vector<Move> moves = movesOf(reported);
     std::string text = lineToSan(line.getPosition(0), moves, line.getGamePly(0));
-    // The table answered for the first of these moves, and gave those behind it.
+    // The table answered for the first of these moves, and gave those after it.
     int answered = 0;
     while (answered < reported.varLength && !reported.get(answered).isHash) {
         ++answered;
@@ -157,7 +157,7 @@ std::string leftOutText(const WatchedLine& line, int pass, int ply) {
         return "never tried: " + endingText(MoveEnding::CLOCK);
     }
     const NodeMoveInfo& before = *line.getLineMove(pass, ply - 1);
-    return "never tried, as the search looked no further behind " +
+    return "never tried, as the search looked no further after " +
            toNumberedSan(line.getPosition(ply - 1), before.move, line.getGamePly(ply - 1)) + ": " +
            endingText(before.ending);
 }

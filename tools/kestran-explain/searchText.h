@@ -34,10 +34,10 @@ std::string endingText(MoveEnding ending, Verdict verdict);
 // The score of a record, with a sign before it if it is only a bound.
 std::string scoreText(const NodeMoveInfo& info);
 
-// The move of a record at node `ply` with the line behind it.
+// The move of a record at node `ply` with the line after it.
 std::string lineText(const WatchedLine& line, int ply, const NodeMoveInfo& info);
 
-// The line behind the move of a record at node `ply`; empty if there is none.
+// The line after the move of a record at node `ply`; empty if there is none.
 std::string behindText(const WatchedLine& line, int ply, const NodeMoveInfo& info);
 
 // The line that a good pass reported, and which of it the table has answered; empty if there

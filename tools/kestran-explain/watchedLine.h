@@ -59,9 +59,9 @@ public:
     // The passes that have ended. None of the queries below takes another one.
     int getPassCount() const { return static_cast<int>(passes.size()); }
     const PassReport& getPass(int pass) const { return passes[at(pass)]; }
-    // The last one that told more than a bound. The first pass always does.
+    // The last one that gave more than a bound. The first pass always does.
     int getLastGoodPass() const;
-    // The node of the line so many plies from the root, null if the pass tried no move there.
+    // The node of the line `ply` plies from the root, null if the pass tried no move there.
     const Node* getNode(int pass, int ply) const;
 
     // The record of the line's own move at a node, null if it was not tried.

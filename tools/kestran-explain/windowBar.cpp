@@ -18,7 +18,7 @@ constexpr double MARK_HALF = 5.5;
 constexpr double SCORE_BASE = 9;    // base line of the text above the bar
 constexpr double BOUND_BASE = 33;   // and of those below it
 constexpr double LETTER_HALF = 3.3; // half the width of a letter of a wide font
-// Where the bounds stand, unless they are infinite.
+// The places of the bounds, unless they are infinite.
 constexpr double ALFA_PLACE = 50;
 constexpr double BETA_PLACE = PICTURE_WIDTH - ALFA_PLACE;
 // A distance that fills half of what is left beyond a bound, in thousandths of a pawn.
@@ -29,7 +29,7 @@ double squash(double distance) {
     return distance / (distance + HALF_DISTANCE);
 }
 
-// Where alfa, beta and the score stand, from the left.
+// The places of alfa, beta and the score, from the left.
 struct Places {
     double alfa;
     double beta;

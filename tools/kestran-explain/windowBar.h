@@ -4,6 +4,6 @@
 #include "explain/treeGeneratorDebug.h"
 #include "kestran-explain/htmlWriter.h"
 
-// Draws where alfa, beta and the score of a move stand to each other. A score that is only a
+// Draws alfa, beta and the score of a move on one scale. A score that is only a
 // bound is an arrow head that points to where the true one lies; lmf's moves have none.
 void drawWindow(HtmlWriter& html, const NodeMoveInfo& info);

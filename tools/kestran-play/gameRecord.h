@@ -13,7 +13,7 @@ public:
 
     const NumberedGame& getGame() const { return states.back(); }
     const Position& getPosition() const { return getGame().position; }
-    // The game before the last `plies` moves. Requires that there are so many.
+    // The game before the last `plies` moves. Requires at least that many moves.
     const NumberedGame& getGameBefore(int plies) const;
     const std::vector<Move>& getMoves() const { return moves; }
     // The last `plies` moves in algebraic notation, such as "2. Nf3 Nc6".
@@ -21,12 +21,12 @@ public:
 
     // Plays a legal move. Requires that the game is not over.
     void play(const Move& move);
-    // Takes moves back, and with them the end of the game. Requires that there are so many.
+    // Takes moves back, and with them the end of the game. Requires at least that many moves.
     void takeBack(int plies);
     // A side gives up.
     void resign(Color color);
 
-    // One sentence that tells why the game is over, empty while it is not.
+    // One sentence that says why the game is over, empty while it is not.
     const std::string& getEnd() const { return end; }
     bool isOver() const { return !end.empty(); }
 

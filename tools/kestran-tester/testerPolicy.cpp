@@ -40,8 +40,8 @@ std::string joined(Word first, Word last) {
     return text;
 }
 
-// The number behind the word `name`, 1 or more. Nothing if the word is not there, is the last
-// one, or has no such number behind it.
+// The number after the word `name`, 1 or more. Nothing if the word is not there, is the last
+// one, or has no such number after it.
 std::optional<std::int64_t> numberBehind(const std::vector<std::string>& words,
                                          std::string_view name) {
     const auto place = std::ranges::find(words, name);
@@ -52,7 +52,7 @@ std::optional<std::int64_t> numberBehind(const std::vector<std::string>& words,
     return number > 0 ? std::optional(number) : std::nullopt;
 }
 
-// The legal moves among the words behind `searchmoves`, as far as they are moves.
+// The legal moves among the words after `searchmoves`, as far as they are moves.
 std::vector<Move> getSearchMoves(const std::vector<std::string>& words, const Position& position) {
     MoveArray moves;
     const int count = generateLegalMoves(position, moves);

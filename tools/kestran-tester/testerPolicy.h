@@ -19,7 +19,7 @@ public:
     bool keepsIdleStop() const override { return false; }
     // Depth, score and counts first, then the line.
     std::string getReportLine(const InfoStruct& report) const override;
-    // The last report once more, with the score of the position as it stands if there was none.
+    // The last report once more, or the static score of the position if there was none.
     std::vector<std::string> getAnswerLines(const SearchResult& result,
                                             const Position& position) const override;
 

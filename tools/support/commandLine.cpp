@@ -19,10 +19,6 @@ bool looksLikeOption(const std::string& word) {
     return word.size() > 1 && word[0] == '-' && (word[1] < '0' || word[1] > '9');
 }
 
-bool isHelpWanted(std::string_view word) {
-    return word == "--help" || word == "-h";
-}
-
 std::string withoutControls(std::string text) {
     const auto isControl = [](unsigned char letter) { return std::iscntrl(letter) != 0; };
     std::ranges::replace_if(text, isControl, '?');
@@ -42,22 +38,6 @@ std::string_view environmentOf(const char* name) {
 bool isTerminalDumb() {
     return environmentOf("TERM") == "dumb";
 }
-
-// While it lives, a write to std::cout that fails throws. The stream is as sound as new
-// before and after.
-class FailingOutput {
-public:
-    FailingOutput() : before(std::cout.exceptions()) { std::cout.exceptions(std::ios::badbit); }
-    FailingOutput(const FailingOutput&) = delete;
-    FailingOutput& operator=(const FailingOutput&) = delete;
-    ~FailingOutput() {
-        std::cout.clear();
-        std::cout.exceptions(before);
-    }
-
-private:
-    std::ios::iostate before;
-};
 
 } // namespace
 
@@ -183,32 +163,6 @@ std::optional<int> takeNumber(CommandLine& commandLine, const std::string& name,
                               int most) {
     const std::optional<std::string> text = commandLine.takeOption(name);
     return text ? std::optional(parseNumber(*text, name, least, most)) : std::nullopt;
-}
-
-int runTool(const std::string& name, const std::string& help, int argc, const char* const* argv,
-            const std::function<int(CommandLine&)>& body) {
-    const auto fail = [&](const std::string& message, int status) {
-        std::cerr << name << ": " << message << '\n';
-        return status;
-    };
-    prepareMemory();
-    try {
-        const FailingOutput failing;
-        if (std::any_of(argv + 1, argv + argc, isHelpWanted)) {
-            std::cout << help << std::flush;
-            return 0;
-        }
-        CommandLine commandLine(argc, argv);
-        const int status = body(commandLine);
-        std::cout.flush();
-        return status;
-    } catch (const UsageError& error) {
-        return fail(std::string(error.what()) + " (--help tells more)", 2);
-    } catch (const std::ios_base::failure&) {
-        return fail("standard output cannot be written", 1);
-    } catch (const std::exception& error) {
-        return fail(error.what(), 1);
-    }
 }
 
 bool isColourWanted() {

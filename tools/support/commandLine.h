@@ -75,7 +75,7 @@ int runTool(const std::string& name, const std::string& help, int argc, const ch
 // not set NO_COLOR.
 bool isColourWanted();
 
-// A line on standard error that tells how far long work has come. Shows nothing if
+// A line on standard error that shows how far long work has come. Shows nothing if
 // standard error is no terminal, or a "dumb" one.
 class Progress {
 public:

@@ -21,7 +21,7 @@ std::string joined(std::span<const std::string> words) {
     return text;
 }
 
-// The parts of a line between semicolons, except those that stand in double quotes.
+// The parts of a line between semicolons, except those in double quotes.
 std::vector<std::string> splitAtSemicolons(const std::string& line) {
     std::vector<std::string> parts(1);
     bool isQuoted = false;

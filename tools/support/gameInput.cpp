@@ -54,7 +54,7 @@ std::string withoutNumber(const std::string& word) {
     return word.substr(std::min(word.find_first_not_of('.', digits), word.size()));
 }
 
-// Whether a word holds nothing but marks behind a move.
+// Whether a word holds nothing but marks after a move.
 bool isMark(const std::string& word) {
     return word.find_first_not_of("*!?+#") == std::string::npos;
 }

@@ -23,7 +23,7 @@ inline constexpr const char* MOVES_HELP =
     "\"e2e4 e7e5 g1f3\"";
 
 // The legal moves that `text` plays from `position`, written as findMoves() takes them, with
-// or without move numbers and with a star behind any of them. `what` names the text in a
+// or without move numbers and with a star after any of them. `what` names the text in a
 // message.
 std::vector<Move> readMoves(Position position, const std::string& text, const std::string& what);
 

@@ -12,7 +12,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// What `path` leads to behind all links.
+// What `path` leads to, with all links resolved.
 fs::path targetOf(const std::string& path) {
     std::error_code fault;
     const fs::path target = fs::weakly_canonical(path, fault);

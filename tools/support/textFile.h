@@ -12,7 +12,7 @@ std::ifstream openText(const std::string& path);
 // be lost at its end.
 void requireWritable(const std::string& path);
 
-// Writes a file that is whole or not there: what stood under the name stays until all of
+// Writes a file that is whole or not there: the old file stays until all of
 // `text` is written, and its permissions beyond that. A device or a pipe is written as it
-// is. Throws std::runtime_error, and leaves nothing behind, if that fails.
+// is. Throws std::runtime_error, and leaves no draft, if that fails.
 void writeWhole(const std::string& path, const std::string& text);
