@@ -292,6 +292,7 @@ TEST(ExplainTool, PrintsJson) {
     EXPECT_TRUE(root["moves"][5]["isOfLine"]);
     EXPECT_TRUE(root["moves"][5]["isChoice"]);
     EXPECT_FALSE(root["moves"][4]["isChoice"]);
+    EXPECT_FALSE(root["moves"][4]["isOfLine"]);
     const Json one = jsonOf({"--pass=1", "--all"});
     ASSERT_EQ(one["passes"].size(), 1U);
     EXPECT_EQ(one["passes"][0]["depth"], 2);

@@ -51,6 +51,16 @@ TEST(Page, HoldsWhatTheTreeHolds) {
     EXPECT_LT(board.find(">3</text></g>"), board.find(">1</text></g>"));
     EXPECT_EQ(countOf(page, "://") + countOf(page, "src="), 0); // nothing from outside
 
+    // The board of a refutation shows the refuted move as played, and Black's answer as an arrow.
+    const std::size_t tip =
+        page.find("aria-label=\"The board after 5. Nxe5, with arrows for 5... Qd4");
+    ASSERT_NE(tip, std::string::npos);
+    const std::string refutation = page.substr(tip, page.find("</svg>", tip) - tip);
+    EXPECT_EQ(countOf(refutation, "href=\"#N\" class=\"white\" x=\"4\" y=\"3\""), 1);
+    EXPECT_EQ(countOf(refutation, "href=\"#Q\" class=\"black\" x=\"3\" y=\"0\""), 1);
+    EXPECT_EQ(countOf(refutation, "arrow of-black"), 1);
+    EXPECT_EQ(countOf(refutation, "arrow of-white"), 0);
+
     words.emplace_back("--pass=1");
     EXPECT_EQ(countOf(runBody(explainMain, words).output, "<details class=\"pass\""), 1);
 }
