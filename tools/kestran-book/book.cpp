@@ -140,7 +140,7 @@ int runBook(const BookOptions& options) {
     if (options.path) {
         return check(options);
     }
-    const PolyglotBook book = PolyglotBook::getStandard();
+    const PolyglotBook& book = PolyglotBook::getStandard();
     const NumberedGame game = readGame(options.words, options.moves.value_or(""));
     const Position& position = game.position;
     if (options.asJson) {

@@ -10,7 +10,7 @@
 #include "kestran-explain/searchText.h"
 #include "kestran-explain/watchedLine.h"
 #include "support/commandLine.h"
-#include "support/terminal.h"
+#include "support/system.h"
 #include "support/textFile.h"
 
 #include <algorithm>

@@ -3,7 +3,7 @@
 #include "kestran-explain/searchText.h"
 #include "notation/longAlgebraicMove.h"
 #include "support/bookChoices.h"
-#include "support/mateScore.h"
+#include "search/score.h"
 
 namespace {
 

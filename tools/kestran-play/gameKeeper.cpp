@@ -1,5 +1,8 @@
 #include "kestran-play/gameKeeper.h"
 
+#include "base/clock.h"
+#include "base/process.h"
+
 #include <csignal>
 #include <exception>
 #include <fstream>

@@ -1,7 +1,7 @@
 // Keeps games from being lost.
 #pragma once
 
-#include "base/platform.h"
+#include "base/thread.h"
 
 #include <atomic>
 #include <iosfwd>

@@ -1,5 +1,7 @@
 #include "support/cli.h"
 
+#include "base/process.h"
+
 #include <algorithm>
 #include <cctype>
 #include <exception>

@@ -2,7 +2,7 @@
 // are declared once; --help is made from them, and the man page from --help.
 #pragma once
 
-#include "base/platform.h"
+#include "base/clock.h"
 #include "support/commandLine.h"
 
 #include <CLI/CLI.hpp>

@@ -1,6 +1,5 @@
 #include "support/commandLine.h"
 
-#include "base/process.h"
 #include "support/system.h"
 
 #include <algorithm>

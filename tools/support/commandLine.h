@@ -1,7 +1,7 @@
 // What every tool does with its command line, and how it shows that it is at work.
 #pragma once
 
-#include "base/platform.h"
+#include "base/clock.h"
 
 #include <functional>
 #include <optional>

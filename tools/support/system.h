@@ -2,12 +2,15 @@
 // load. Implemented in systemPosix.cpp and systemWindows.cpp.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <system_error>
 
 // Whether the stream goes to a terminal.
 bool isStandardOutputTerminal();
 bool isStandardErrorTerminal();
+// Columns of the terminal of standard output; 0 if there is none or its width is not known.
+std::size_t getTerminalWidth();
 
 // The process id.
 int getProcessNumber();

@@ -3,6 +3,7 @@
 #include <array>
 #include <cerrno>
 #include <cstdlib>
+#include <sys/ioctl.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -21,6 +22,11 @@ bool isStandardOutputTerminal() {
 
 bool isStandardErrorTerminal() {
     return isatty(STDERR_FILENO) != 0;
+}
+
+std::size_t getTerminalWidth() {
+    winsize size = {};
+    return ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
 }
 
 int getProcessNumber() {
