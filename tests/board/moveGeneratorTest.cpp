@@ -152,4 +152,16 @@ TEST(DoMove, CountsCastlingsForTheirColour) {
     EXPECT_EQ(position.incremental.moveEvaluation, 0);
 }
 
+TEST(NaiveTwin, DeadMaterial) {
+    for (const auto& [pieces, isDead] : {std::pair("8/8", true),
+                                         {"8/N7", true},
+                                         {"8/b7", true},
+                                         {"8/bN6", false},
+                                         {"8/p7", false},
+                                         {"r7/8", false}}) {
+        const NaiveBoard board("k7/8/8/8/8/" + std::string(pieces) + "/7K w - - 0 1");
+        EXPECT_EQ(board.canAnyoneMate(), !isDead) << pieces;
+    }
+}
+
 } // namespace

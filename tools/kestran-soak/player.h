@@ -1,58 +1,68 @@
-// An engine at the board: its process, and all that is said to it and heard from it. Nothing
-// here waits for the engine.
+// An engine that plays: its process, the form of its lines, its memory, and all that was said.
 #pragma once
 
-#include "support/processorWaits.h"
+#include "kestran-soak/game.h"
+#include "support/uciLines.h"
 #include "support/uciProcess.h"
 
 #include <chrono>
 #include <cstdint>
 #include <optional>
+#include <random>
 #include <string>
+#include <utility>
 #include <vector>
+
+struct PlayerOptions {
+    std::string path{};
+    std::vector<std::string> arguments{};
+    int pause = 0; // milliseconds; longest random pause before a `go`
+    // How long to wait for an answer, beyond the time of a move.
+    std::chrono::milliseconds patience{10000};
+};
 
 class Player {
 public:
-    using Clock = std::chrono::steady_clock;
+    // `job` makes its pauses differ from those of other jobs.
+    Player(PlayerOptions playerOptions, int job);
 
-    // Starts the engine. CannotStart if that fails.
-    Player(const std::string& path, const std::vector<std::string>& arguments);
+    const std::string& getPath() const { return options.path; }
 
-    // ProtocolFault if the engine does not listen.
-    void say(const std::string& line);
+    // The next four throw Fault if the engine breaks the protocol.
 
-    // Takes what has come from the engine.
-    void listen();
-    // The next line of that.
-    std::optional<std::string> takeLine();
-    // When something last came.
-    Clock::time_point getHeard() const { return heard; }
-    // Nothing more can come.
-    bool isSilent() const { return process.isOutputOver(); }
+    // Starts the engine if it does not run, CannotStart if that fails, and prepares it for a game.
+    void beginGame(int hash);
+    // Lets the engine search, and checks all that it says. The move, and the milliseconds.
+    std::pair<std::string, std::int64_t> think(const Game& game);
+    // Measures the memory after a game.
+    void endGame(GameRecord& record);
+    // Ends the engine.
+    void quit();
 
-    // What has been said since the last call of forgetConversation(), a line each: the
-    // milliseconds since the start, ">" to the engine or "<" from it, the words.
+    // Describes a fault in one line. Ends the process, unless the engine was only late.
+    std::string settle(const Fault& fault);
+    // Since the game began, for a person: milliseconds since the engine was started, "<" or ">",
+    // and the line.
     const std::string& getConversation() const { return conversation; }
-    void forgetConversation() { conversation.clear(); }
-
-    const UciProcess& getProcess() const { return process; }
-    // From now on count how long the engine waits for a processor; milliseconds of that, of
-    // all its threads together.
-    void beginWaits() { waits.restart(); }
-    std::int64_t getWaitedMillis() const { return waits.getMillis(); }
-    // How the process has ended, or nothing if it still runs.
-    std::optional<UciProcess::End> getEnd();
-    // All that it has written to standard error.
-    const std::string& getErrors() { return process.readErrors(); }
-    // In words: whether it runs, or how it has ended.
-    std::string describeEnd();
 
 private:
-    void note(Clock::time_point when, char direction, const std::string& line);
+    void say(const std::string& line);
+    std::string hear(std::chrono::milliseconds timeout);
+    void expectReady();
+    // Waits for `time`. Standard error has to be empty then, too.
+    void expectSilence(std::chrono::milliseconds time);
+    std::pair<std::string, std::int64_t> search(const NaiveBoard& board, const std::string& go,
+                                                std::int64_t allowed);
+    void note(char direction, const std::string& line);
 
-    UciProcess process;
-    ProcessorWaits waits{process.getPid()};
-    Clock::time_point started = Clock::now();
-    Clock::time_point heard = started;
+    const PlayerOptions options;
+    std::mt19937 random;               // for the pauses
+    std::optional<UciProcess> process; // while there is a sound one
+    const UciDialect* dialect = &OTHER_DIALECT;
+    std::chrono::steady_clock::time_point started;
     std::string conversation;
+    int games = 0; // of the process
+    // Resident KiB after the first game, and the most after one of the first ten.
+    std::int64_t first = 0;
+    std::int64_t settled = 0;
 };

@@ -1,173 +1,204 @@
 #include "kestran-soak/soak.h"
 
-#include "kestran-soak/journal.h"
-#include "kestran-soak/outputWatch.h"
-#include "kestran-soak/selfPlay.h"
-#include "support/system.h"
+#include "support/commandLine.h"
+#include "support/textFile.h"
 
 #include <algorithm>
-#include <chrono>
-#include <iomanip>
-#include <memory>
-#include <optional>
+#include <deque>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <mutex>
+#include <nlohmann/json.hpp>
 #include <set>
-#include <sstream>
-#include <utility>
-#include <vector>
+#include <thread>
+
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(PgnGame, event, round, white, black, result, termination,
+                                   timeControl, fen, moves, comment)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(GameRecord, number, pgn, plies, overruns, settling, growth,
+                                   fault)
 
 namespace {
 
-using Clock = SelfPlay::Clock;
-using std::chrono::ceil;
-using std::chrono::duration_cast;
-using std::chrono::milliseconds;
+using nlohmann::json;
 
-// So many engines are started at once: hundreds would keep each other from answering.
-constexpr std::ptrdiff_t MOST_STARTING = 4;
-// The longest wait for output. One that takes longer tells that the machine stood still.
-constexpr milliseconds LONGEST_WAIT{10};
+// A line of JSON; bytes that are no UTF-8 are replaced.
+std::string toLine(const json& value) {
+    return value.dump(-1, ' ', false, json::error_handler_t::replace) + '\n';
+}
 
-// The games to play, and those that have been played.
-class Ledger : public SoakDesk {
+class Soak {
 public:
-    using OnGame = std::function<void(const SoakReport&)>;
-
-    Ledger(const SoakOptions& soakOptions, const OnGame& _onGame)
+    Soak(const SoakOptions& soakOptions, const std::function<void(const SoakReport&)>& _onGame)
         : options(soakOptions), onGame(_onGame), next(options.first) {
         if (!options.state.empty()) {
-            journal.emplace(options.state, options.engine, options.describeGames(), report);
-            report.resumed = report.games;
+            openState();
+        }
+        report.resumed = static_cast<int>(report.games.size());
+        for (const GameRecord& game : report.games) {
+            played.insert(game.number);
         }
     }
 
-    std::optional<int> takeNumber() override {
-        if (!hasGames() || isStopWanted()) {
-            return std::nullopt;
+    SoakReport run() {
+        std::vector<std::jthread> threads;
+        for (int job = 0; job < std::min(options.jobs, options.games); ++job) {
+            threads.emplace_back([this, job] { work(job); });
         }
-        return next++;
+        threads.clear(); // waits for their end
+        if (failure) {
+            std::rethrow_exception(failure);
+        }
+        std::ranges::sort(report.games, {}, &GameRecord::number);
+        return std::move(report);
     }
 
-    // Whether there are games left that nobody plays yet.
-    bool hasGames() {
-        while (journal && journal->getPlayed().contains(next)) {
+private:
+    // Reads the games of the state file and opens it to append others. Its lines are JSON: the
+    // options, then the games. A line that was cut short is passed over.
+    void openState() {
+        const std::string heading = // what decides how the games go
+            toLine({3, options.engine.path, options.against ? options.against->path : "",
+                    options.game.seed, options.game.plies, options.game.margin, options.game.times,
+                    options.game.hashes});
+        std::ifstream old(options.state, std::ios::binary);
+        std::string line;
+        const bool isNew = !std::getline(old, line);
+        if (!isNew && line + '\n' != heading) {
+            throw UsageError("the state file " + options.state + " has other options: " + line);
+        }
+        bool isCut = false;
+        while (std::getline(old, line)) {
+            const json game = json::parse(line, nullptr, false);
+            if (game.is_object()) {
+                report.games.push_back(game.get<GameRecord>());
+            }
+            isCut = old.eof();
+        }
+        requireWritable(options.state);
+        state.open(options.state, std::ios::binary | std::ios::app);
+        state << (isNew ? heading : isCut ? "\n" : "") << std::flush;
+    }
+
+    using Players = std::deque<Player>; // one that plays itself, or two
+
+    void work(int job) {
+        try {
+            Players players;
+            players.emplace_back(options.engine, 2 * job + 1);
+            if (options.against) {
+                players.emplace_back(*options.against, 2 * job + 2);
+            }
+            while (const std::optional<int> number = takeNumber()) {
+                play(players, *number);
+            }
+            for (Player& player : players) {
+                quit(player, job);
+            }
+        } catch (...) {
+            const std::lock_guard lock(mutex);
+            failure = std::current_exception();
+        }
+    }
+
+    bool isStopWanted() const { return options.isStopWanted && options.isStopWanted(); }
+
+    // The next game to play, or nothing if there is none.
+    std::optional<int> takeNumber() {
+        const std::lock_guard lock(mutex);
+        while (played.contains(next)) {
             ++next;
         }
-        return next < options.first + options.games;
+        const bool isOver = next >= options.first + options.games || failure || isStopWanted() ||
+                            (options.sprt && options.sprt->judge(report.getScore()) != "open");
+        return isOver ? std::nullopt : std::optional(next++);
     }
 
-    bool isStopWanted() override { return options.isStopWanted && options.isStopWanted(); }
+    // Plays the game and adds it to the report, unless it is stopped.
+    void play(Players& players, int number) {
+        Game game(options.game, number);
+        const auto playerOf = [&](bool isWhite) {
+            return &players[players.size() > 1 && hasEngineWhite(number) != isWhite ? 1 : 0];
+        };
+        game.record.pgn.white = playerOf(true)->getPath();
+        game.record.pgn.black = playerOf(false)->getPath();
+        Player* busy = nullptr;
+        try {
+            for (Player& player : players) {
+                busy = &player;
+                busy->beginGame(game.getHash());
+            }
+            while (!game.isOver()) {
+                if (isStopWanted()) {
+                    return;
+                }
+                busy = playerOf(game.getBoard().isWhiteToMove());
+                const auto [move, millis] = busy->think(game);
+                game.take(move, millis);
+            }
+            for (Player& player : players) {
+                busy = &player;
+                busy->endGame(game.record);
+            }
+        } catch (const Fault& fault) {
+            const bool isWhite =
+                players.size() > 1 ? busy == playerOf(true) : game.getBoard().isWhiteToMove();
+            const std::string text = "game " + std::to_string(number) + ", ply " +
+                                     std::to_string(game.record.plies) + ", ";
+            game.note(fault.kind, isWhite,
+                      settle(fault, *busy, text, "game" + std::to_string(number)));
+        }
+        add(game.record);
+    }
 
-    // A game that was stopped is to be played again another time.
-    void add(const GameResult& result, bool isStopped) override {
-        report.add(result);
-        report.stopped += isStopped;
-        if (journal && !isStopped) {
-            journal->add(result);
+    void add(const GameRecord& game) {
+        const std::lock_guard lock(mutex);
+        report.games.push_back(game);
+        if (!options.state.empty() && !(state << toLine(game) << std::flush)) {
+            throw std::runtime_error("the state file " + options.state + " cannot be written");
         }
         if (onGame) {
             onGame(report);
         }
     }
 
-    void add(const EngineResult& result) override {
-        report.add(result);
-        if (journal) {
-            journal->add(result);
+    void quit(Player& player, int job) {
+        try {
+            player.quit();
+        } catch (const Fault& fault) {
+            const std::string text =
+                settle(fault, player, "at the end, ", "quit" + std::to_string(job));
+            const std::lock_guard lock(mutex);
+            report.quitFaults.push_back(text);
         }
     }
 
-    std::string describeCircumstances() override {
-        std::ostringstream text;
-        text << ", load " << std::setprecision(3) << getSystemLoad();
-        return text.str();
+    // Writes the fault and the conversation to a file of that name. Returns a line on the fault,
+    // which begins with `start`.
+    std::string settle(const Fault& fault, Player& player, const std::string& start,
+                       const std::string& name) const {
+        const std::string text = start + player.settle(fault);
+        const std::string seed = std::to_string(options.game.seed);
+        const auto path =
+            std::filesystem::path(options.records) / ("soak-seed" + seed + '-' + name + ".txt");
+        std::filesystem::create_directories(options.records);
+        writeWhole(path.string(), text + '\n' + player.getConversation());
+        return text + "; see " + path.string();
     }
 
-    std::int64_t getAway() override { return away; }
-
-    // Nobody has looked at the engines for so many milliseconds longer than planned.
-    void noteAway(std::int64_t millis) {
-        away += millis;
-        report.longestAway = std::max(report.longestAway, millis);
-    }
-
-    SoakReport takeReport() {
-        std::ranges::sort(report.record, {}, &PlayedGame::number);
-        return std::move(report);
-    }
-
-private:
     const SoakOptions& options;
-    const OnGame& onGame;
+    const std::function<void(const SoakReport&)>& onGame;
+    std::mutex mutex; // guards all that follows
     SoakReport report;
-    std::optional<Journal> journal;
-    int next;
-    std::int64_t away = 0;
-};
-
-// All places, and the one thread that looks after them.
-class Hall {
-public:
-    Hall(const SoakOptions& soakOptions, Ledger& _ledger) : options(soakOptions), ledger(_ledger) {}
-
-    // Plays to the end of all games.
-    void run() {
-        Clock::time_point lastLook = Clock::now();
-        open();
-        while (!std::ranges::all_of(places, [](const auto& place) { return place->isDone(); })) {
-            const std::vector<std::size_t> news = watch.wait(getWait());
-            const auto gap = duration_cast<milliseconds>(Clock::now() - lastLook);
-            lastLook += gap;
-            ledger.noteAway(std::max(gap - LONGEST_WAIT, milliseconds(0)).count());
-            // First the times, which later work would spoil.
-            for (const std::size_t id : news) {
-                places[id]->listen();
-            }
-            for (const std::size_t id : news) {
-                places[id]->advance();
-            }
-            for (const auto& place : places) {
-                if (place->getWakeTime() <= lastLook) {
-                    place->advance();
-                }
-            }
-            open();
-        }
-    }
-
-private:
-    // Opens another place, as long as there are games for it.
-    void open() {
-        const auto isStarting = [](const auto& place) { return place->isStarting(); };
-        while (std::ssize(places) < options.jobs && ledger.hasGames() && !ledger.isStopWanted() &&
-               std::ranges::count_if(places, isStarting) < MOST_STARTING) {
-            places.push_back(std::make_unique<SelfPlay>(options, ledger, watch, places.size()));
-            places.back()->advance();
-        }
-    }
-
-    // Until the first place is due.
-    milliseconds getWait() const {
-        const auto now = Clock::now();
-        milliseconds wait = LONGEST_WAIT;
-        for (const auto& place : places) {
-            if (!place->isDone()) {
-                wait = std::min(wait, ceil<milliseconds>(place->getWakeTime() - now));
-            }
-        }
-        return std::max(wait, milliseconds(0));
-    }
-
-    const SoakOptions& options;
-    Ledger& ledger;
-    OutputWatch watch;
-    std::vector<std::unique_ptr<SelfPlay>> places; // by their names at `watch`
+    std::ofstream state;
+    std::set<int> played;       // games in the state file
+    int next;                   // game
+    std::exception_ptr failure; // what ended a job
 };
 
 } // namespace
 
 SoakReport runSoak(const SoakOptions& options,
                    const std::function<void(const SoakReport&)>& onGame) {
-    Ledger ledger(options, onGame);
-    Hall(options, ledger).run();
-    return ledger.takeReport();
+    return Soak(options, onGame).run();
 }

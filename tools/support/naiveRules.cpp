@@ -144,6 +144,14 @@ bool NaiveBoard::isInCheck() const {
     return isAttackedByEnemy(static_cast<int>(king - squares.begin()));
 }
 
+bool NaiveBoard::canAnyoneMate() const {
+    const auto count = [this](const std::string& kinds) {
+        return std::ranges::count_if(
+            squares, [&](char piece) { return kinds.find(kindOf(piece)) != std::string::npos; });
+    };
+    return count("prq") > 0 || count("nb") > 1;
+}
+
 void NaiveBoard::addPawnSteps(std::vector<Step>& steps, int from, int to) const {
     if (rowOf(to) != 0 && rowOf(to) != 7) {
         steps.push_back({from, to, 0});
@@ -282,7 +290,7 @@ bool NaiveBoard::play(const std::string& move) {
     return false;
 }
 
-// Who stands where the taking pawn has to stand attacks the passed square.
+// A pawn that can take en passant attacks the passed square.
 bool NaiveBoard::isEnPassantUsable() const {
     if (enPassant == NO_SQUARE) {
         return false;

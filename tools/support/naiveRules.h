@@ -1,5 +1,5 @@
-// The rules of chess once more, written for plainness alone and sharing no code with
-// the engine: the twin that the engine's moves are held against.
+// The rules of chess in a plain form that shares no code with the engine, to check its moves
+// against.
 #pragma once
 
 #include <array>
@@ -19,10 +19,12 @@ public:
     bool play(const std::string& move);
     // Whether the side to move is in check.
     bool isInCheck() const;
+    // Whether there is more than one knight or bishop beside the kings.
+    bool canAnyoneMate() const;
     bool isWhiteToMove() const { return whiteToMove; }
     // Half moves since the last pawn move or capture.
     int getHalfMoveClock() const { return halfMoveClock; }
-    // The first four fields of FEN, with the en passant field only if a pawn of the
+    // The first four fields of FEN, with the en passant square only if a pawn of the
     // side to move stands beside the one that has just made its double step. Two
     // positions that count as the same have the same text.
     std::string getIdentity() const;
@@ -34,8 +36,8 @@ private:
         char promotion; // a small letter, or 0
     };
 
-    bool isOwn(int square) const;   // a piece of the side to move stands there
-    bool isEnemy(int square) const; // a piece of the other side stands there
+    bool isOwn(int square) const;   // holds a piece of the side to move
+    bool isEnemy(int square) const; // holds a piece of the other side
     bool isFree(int square) const;
     // Whether all fields strictly between two on a line are free.
     bool isPathFree(int from, int to) const;
@@ -60,6 +62,6 @@ private:
     std::array<char, 64> squares;
     bool whiteToMove;
     std::string castling; // the letters of FEN that still hold
-    int enPassant;        // square behind the pawn that has made a double step, or -1
+    int enPassant;        // square that a pawn has just passed over, or -1
     int halfMoveClock;
 };

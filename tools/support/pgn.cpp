@@ -30,7 +30,7 @@ std::string tag(const std::string& name, const std::string& value) {
     return text + "\"]\n";
 }
 
-// In braces, in which no brace may stand.
+// In braces, without any brace inside.
 std::string comment(std::string text) {
     std::erase(text, '{');
     std::erase(text, '}');

@@ -9,12 +9,12 @@ struct PgnGame {
     std::string white{};
     std::string black{};
     std::string result = "*";  // "1-0", "0-1", "1/2-1/2", or "*" for none
-    std::string termination{}; // in the words of PGN, empty if nothing is to be told
-    std::string timeControl{}; // in those too, empty if nothing is to be told
+    std::string termination{}; // in the terms of PGN, empty to leave it out
+    std::string timeControl{}; // in those too, empty to leave it out
     std::string fen{};         // where the game began, empty for the start position
     std::string moves{};       // legal ones, in long algebraic notation, by blanks
-    std::string comment{};     // behind the last move
+    std::string comment{};     // after the last move
 };
 
-// The game with its tags, played on the day of the call, and an empty line behind it.
+// The game with its tags, played on the day of the call, followed by an empty line.
 std::string toPgn(const PgnGame& game);

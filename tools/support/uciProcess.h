@@ -1,7 +1,6 @@
-// An engine as a chess program sees it: a child process behind three pipes.
+// An engine as a chess program runs it: a child process with three pipes.
 #pragma once
 
-#include <array>
 #include <chrono>
 #include <cstdint>
 #include <optional>
@@ -10,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-// A program that cannot be started. The message names it and tells why.
+// A program that cannot be started. The message names it and says why.
 class CannotStart : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
@@ -20,10 +19,10 @@ public:
 using SystemHandle = std::intptr_t;
 inline constexpr SystemHandle NO_HANDLE = -1;
 
-// While such an object lives, and ever after, this process ignores SIGPIPE: an engine
-// that has gone is told by the result of send(). The engine itself starts with every
-// signal at its default and none blocked, in a process group of its own: a Ctrl-C in the
-// terminal does not reach it. On Windows it starts without a window.
+// The first object makes this process ignore SIGPIPE for good: send() reports that the engine has
+// gone. The engine itself starts with every signal at its default and none blocked, in a process
+// group of its own, so that a Ctrl-C in the terminal does not reach it. On Windows it starts
+// without a window.
 class UciProcess {
 public:
     using Timeout = std::chrono::milliseconds;
@@ -52,21 +51,14 @@ public:
     void closeOutput();
 
     // The next line of standard output without its line end, or nothing if none comes
-    // in time or the output has ended. What stands behind the last line end counts as
-    // a line once the output has ended.
+    // in time or the output has ended. Text after the last line end counts as a line
+    // once the output has ended.
     std::optional<std::string> readLine(Timeout timeout);
     // Lines up to and including the first that begins with `prefix`, or all that came
     // in time.
     std::vector<std::string> readUntil(const std::string& prefix, Timeout timeout);
-    // For a caller that waits for many processes at once: takes all that can be read now,
-    // without waiting.
-    void takeOutput();
-    // The next line of what has been taken, as readLine() makes lines of it.
-    std::optional<std::string> takeLine();
     // No more output can come.
     bool isOutputOver() const { return output == NO_HANDLE; }
-    // What to wait on: standard output and standard error, NO_HANDLE for a closed one.
-    std::array<SystemHandle, 2> getOutputs() const { return {output, errors}; }
     // All that the engine has written to standard error since it was started.
     const std::string& readErrors();
 
@@ -81,6 +73,11 @@ public:
     std::int64_t getProcessorMillis() const;
 
 private:
+    // Takes all that can be read now.
+    void takeOutput();
+    // The next line of what has been taken, as readLine() makes lines of it.
+    std::optional<std::string> takeLine();
+
     // ---- What each system does in its own way ----
 
     // Writes what there is room for; nothing if the engine reads no more.

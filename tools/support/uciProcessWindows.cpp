@@ -3,12 +3,13 @@
 #include "base/clock.h"
 
 #include <array>
+#include <mutex>
 #include <system_error>
 #include <utility>
 
 #define WIN32_LEAN_AND_MEAN
 #include <windows.h>
-// Behind windows.h, which it needs.
+// After windows.h, which it needs.
 #include <psapi.h>
 
 namespace {
@@ -56,7 +57,7 @@ struct Pipe {
 };
 
 // The word as the C library of the child reads it back: in quotes, with a backslash before each
-// quote, and backslashes doubled that stand before a quote.
+// quote, and backslashes before a quote doubled.
 std::string quoted(const std::string& word) {
     std::string text = "\"";
     std::size_t backslashes = 0;
@@ -79,6 +80,9 @@ Milliseconds toMillis(const FILETIME& span) {
 } // namespace
 
 UciProcess::UciProcess(const std::string& path, const std::vector<std::string>& arguments) {
+    // Another process that is started at the same time would inherit these pipes.
+    static std::mutex starting;
+    const std::lock_guard lock(starting);
     Pipe toEngine(true);
     Pipe fromEngine(false);
     Pipe errorsOfEngine(false);

@@ -1,0 +1,134 @@
+#include "kestran-soak/game.h"
+
+#include "support/commandLine.h"
+
+#include <algorithm>
+#include <random>
+
+namespace {
+
+constexpr int LEAST_OPENING = 4; // plies of a random opening
+constexpr int MOST_OPENING = 8;
+constexpr int DRAWN_CLOCK = 100; // half moves
+constexpr int DRAWN_REPETITIONS = 3;
+
+template <class T> const T& pick(const std::vector<T>& turns, std::size_t number) {
+    return turns[number % turns.size()];
+}
+
+} // namespace
+
+TimeControl parseTimeControl(const std::string& text) {
+    constexpr int MOST_SECONDS = 86400;
+    const std::string what =
+        "a time is like 1/0.001, 2+0.1 or 40/5; of \"" + text + "\", each part";
+    const std::size_t slash = text.find('/'); // may be npos, which is one less than 0
+    const std::size_t plus = text.find('+');
+    TimeControl control;
+    if (slash != std::string::npos) {
+        control.moves = parseNumber(text.substr(0, slash), what, 1, 1000);
+    }
+    control.clock = parseSeconds(text.substr(slash + 1, plus - slash - 1), what, MOST_SECONDS);
+    if (plus != std::string::npos) {
+        control.increment = parseSeconds(text.substr(plus + 1), what, MOST_SECONDS);
+    }
+    return control;
+}
+
+Game::Game(const GameOptions& gameOptions, int number)
+    : options(gameOptions), opening(static_cast<std::size_t>(number / (options.isMatch ? 2 : 1))),
+      control(parseTimeControl(pick(options.times, opening))),
+      hash(pick(options.hashes, opening / options.times.size())) {
+    record.number = number;
+    record.pgn.event = "Soak";
+    record.pgn.round = std::to_string(number);
+    record.pgn.timeControl = pick(options.times, opening);
+    left.fill(control.clock);
+    std::seed_seq seeds{options.seed, static_cast<unsigned>(opening)};
+    std::mt19937 random(seeds);
+    const std::size_t plies = LEAST_OPENING + random() % (MOST_OPENING - LEAST_OPENING + 1);
+    for (std::size_t ply = 0; ply < plies && !board.getLegalMoves().empty(); ++ply) {
+        play(std::string(pick(board.getLegalMoves(), random())));
+    }
+    // Every other opening is sent as a FEN instead of moves.
+    if (opening % 2 != 0) {
+        record.pgn.fen =
+            board.getIdentity() + ' ' + std::to_string(board.getHalfMoveClock()) + " 1";
+        record.pgn.moves.clear();
+        occurrences = {{board.getIdentity(), 1}};
+    }
+    judge();
+}
+
+void Game::play(const std::string& move) {
+    record.pgn.moves += (record.pgn.moves.empty() ? "" : " ") + move;
+    board.play(move);
+    ++occurrences[board.getIdentity()];
+}
+
+std::string Game::getPositionLine() const {
+    return "position " + (record.pgn.fen.empty() ? "startpos" : "fen " + record.pgn.fen) +
+           (record.pgn.moves.empty() ? "" : " moves ") + record.pgn.moves;
+}
+
+std::string Game::getGoLine() const {
+    if (control.isPerMove()) {
+        return "go movetime " + std::to_string(control.clock);
+    }
+    std::string line = "go wtime " + std::to_string(left[1]) + " btime " + std::to_string(left[0]);
+    if (control.moves > 0) {
+        line += " movestogo " + std::to_string(control.moves - record.plies / 2 % control.moves);
+    }
+    if (control.increment > 0) {
+        const std::string increment = std::to_string(control.increment);
+        line += " winc " + increment + " binc " + increment;
+    }
+    return line;
+}
+
+std::int64_t Game::getAllowed() const {
+    return control.isPerMove() ? control.clock : left.at(board.isWhiteToMove() ? 1 : 0);
+}
+
+void Game::take(const std::string& move, std::int64_t used) {
+    const std::int64_t over = std::max<std::int64_t>(used - getAllowed(), 0);
+    ++record.overruns[over];
+    if (over > options.margin) {
+        throw Fault(Fault::TIME_LOSS, '"' + getGoLine() + "\" took " + std::to_string(used) +
+                                          " ms, " + std::to_string(over) + " too many");
+    }
+    std::int64_t& own = left.at(board.isWhiteToMove() ? 1 : 0);
+    const bool isRenewed = control.moves > 0 && (record.plies / 2 + 1) % control.moves == 0;
+    own = std::max<std::int64_t>(own + control.increment - used, 1);
+    own += isRenewed ? control.clock : 0;
+    play(move);
+    ++record.plies;
+    judge();
+}
+
+void Game::note(Fault::Kind kind, bool isWhite, const std::string& text) {
+    constexpr std::array TERMINATIONS = {"", "time forfeit", "rules infraction", "abandoned"};
+    if (!isOver()) {
+        end(isWhite ? "0-1" : "1-0", TERMINATIONS.at(kind));
+    }
+    record.fault = kind;
+    record.pgn.comment = text;
+}
+
+void Game::judge() {
+    const std::string identity = board.getIdentity();
+    const bool hasMoves = !board.getLegalMoves().empty();
+    if (!hasMoves && board.isInCheck()) {
+        end(board.isWhiteToMove() ? "0-1" : "1-0", "normal");
+    } else if (!hasMoves || board.getHalfMoveClock() >= DRAWN_CLOCK ||
+               occurrences[identity] >= DRAWN_REPETITIONS || !board.canAnyoneMate()) {
+        end("1/2-1/2", "normal");
+    } else if (record.plies >= options.plies) {
+        end("1/2-1/2", "adjudication");
+    }
+}
+
+void Game::end(const std::string& result, const std::string& termination) {
+    record.pgn.result = result;
+    record.pgn.termination = termination;
+}

@@ -1,0 +1,139 @@
+#include "kestran-soak/soak.h"
+
+#include <algorithm>
+#include <iomanip>
+#include <ostream>
+#include <utility>
+
+namespace {
+
+// KiB that a process may gain in its first ten games, and after them.
+constexpr std::int64_t MOST_SETTLING = 8192;
+constexpr std::int64_t MOST_GROWTH = 4096;
+
+using Numbers = std::vector<std::pair<std::string, std::int64_t>>;
+
+void writeOverruns(std::ostream& stream, const std::vector<GameRecord>& games) {
+    std::map<std::string, std::vector<std::int64_t>> byTime; // one entry for each move
+    for (const GameRecord& game : games) {
+        for (const auto& [millis, count] : game.overruns) {
+            std::vector<std::int64_t>& overruns = byTime[game.pgn.timeControl];
+            overruns.insert(overruns.end(), static_cast<std::size_t>(count), millis);
+        }
+    }
+    stream
+        << "milliseconds beyond the time of a move\n"
+           "    time             moves    in time   median     90 %     99 %   99.9 %     most\n";
+    for (auto& [time, overruns] : byTime) {
+        std::ranges::sort(overruns);
+        stream << "    " << std::left << std::setw(12) << time << std::right << std::setw(10)
+               << overruns.size() << std::setw(11) << std::ranges::count(overruns, 0);
+        for (const std::size_t share : {500, 900, 990, 999, 1000}) {
+            stream << std::setw(9) << overruns[(overruns.size() * share + 999) / 1000 - 1];
+        }
+        stream << '\n';
+    }
+}
+
+Numbers collectNumbers(const SoakReport& report, std::chrono::seconds elapsed) {
+    const auto count = [&](const std::string& text, std::string PgnGame::*member) {
+        return std::ranges::count(report.games, text,
+                                  [=](const GameRecord& game) { return game.pgn.*member; });
+    };
+    std::int64_t plies = 0;
+    for (const GameRecord& game : report.games) {
+        plies += game.plies;
+    }
+    return {{"games", std::ssize(report.games)},
+            {"white", count("1-0", &PgnGame::result)},
+            {"black", count("0-1", &PgnGame::result)},
+            {"drawn", count("1/2-1/2", &PgnGame::result)},
+            {"adjudicated", count("adjudication", &PgnGame::termination)},
+            {"plies", plies},
+            {"timeLosses", report.count(Fault::TIME_LOSS)},
+            {"illegalMoves", report.count(Fault::ILLEGAL_MOVE)},
+            {"protocolFaults", report.count(Fault::PROTOCOL)},
+            {"settlingKib", report.getMost(&GameRecord::settling)},
+            {"growthKib", report.getMost(&GameRecord::growth)},
+            {"resumed", report.resumed},
+            {"seconds", elapsed.count()}};
+}
+
+void writeMatch(std::ostream& stream, const MatchScore& score, const std::optional<Sprt>& sprt) {
+    stream << "pairs with 0, 0.5, 1, 1.5 and 2 points:";
+    for (const int count : score.getPairs()) {
+        stream << ' ' << count;
+    }
+    stream << std::fixed << std::setprecision(1) << "\nElo " << score.getElo() << " +- "
+           << score.getEloError() << " with 95 % confidence\n";
+    if (sprt) {
+        stream << std::setprecision(2) << "SPRT of Elo " << sprt->elo0 << " (H0) or " << sprt->elo1
+               << " (H1): LLR " << score.getLlr(sprt->elo0, sprt->elo1) << " of 2.94, "
+               << sprt->judge(score) << '\n';
+    }
+}
+
+} // namespace
+
+std::int64_t SoakReport::count(Fault::Kind kind) const {
+    return std::ranges::count(games, kind, &GameRecord::fault) +
+           (kind == Fault::PROTOCOL ? std::ssize(quitFaults) : 0);
+}
+
+std::int64_t SoakReport::getMost(std::int64_t GameRecord::*member) const {
+    const auto most = std::ranges::max_element(games, {}, member);
+    return most == games.end() ? 0 : *most.*member;
+}
+
+bool SoakReport::isClean() const {
+    return quitFaults.empty() && count(Fault::NONE) == std::ssize(games) &&
+           getMost(&GameRecord::settling) <= MOST_SETTLING &&
+           getMost(&GameRecord::growth) <= MOST_GROWTH;
+}
+
+bool hasEngineWhite(int game) {
+    return game % 2 == 0;
+}
+
+MatchScore SoakReport::getScore() const {
+    MatchScore score;
+    std::map<int, int> halfPoints; // in the game of a pair that came first
+    for (const GameRecord& game : games) {
+        const bool isWon = (game.pgn.result == "1-0") == hasEngineWhite(game.number);
+        const int points = game.pgn.result == "1/2-1/2" ? 1 : isWon ? 2 : 0;
+        const auto [other, isFirst] = halfPoints.try_emplace(game.number / 2, points);
+        if (!isFirst) {
+            score.addPair(points + other->second);
+        }
+    }
+    return score;
+}
+
+void writeReport(std::ostream& stream, const SoakReport& report, const SoakOptions& options,
+                 std::chrono::seconds elapsed) {
+    const Numbers numbers = collectNumbers(report, elapsed);
+    const MatchScore score = report.getScore();
+    for (const auto& [name, number] : numbers) {
+        stream << std::left << std::setw(17) << name << number << '\n';
+    }
+    writeOverruns(stream, report.games);
+    for (const GameRecord& game : report.games) {
+        stream << game.pgn.comment << (game.pgn.comment.empty() ? "" : "\n");
+    }
+    for (const std::string& text : report.quitFaults) {
+        stream << text << '\n';
+    }
+    if (options.against) {
+        writeMatch(stream, score, options.sprt);
+    }
+    stream << (report.isClean() ? "No fault.\n" : "FAULTS.\n") << "summary";
+    for (const auto& [name, number] : numbers) {
+        stream << ' ' << name << '=' << number;
+    }
+    if (options.against) {
+        stream << std::setprecision(1) << " pairs=" << score.countPairs()
+               << " elo=" << score.getElo() << " eloError=" << score.getEloError()
+               << " sprt=" << (options.sprt ? options.sprt->judge(score) : "none");
+    }
+    stream << " clean=" << (report.isClean() ? "yes" : "no") << '\n';
+}

@@ -1,0 +1,120 @@
+#include "support/uciLines.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace {
+
+const std::string AUTHOR = "id author Bremo Talvik";
+const std::string HASH_OPTION = "option name Hash type spin min 0 max 512 default 192 ";
+const std::vector<std::string> TESTER_REPORTS = {
+    "info depth # seldepth # score cp @ nodes # nps # time # pv%",
+    "info depth # seldepth # score mate @ nodes # nps # time # pv%"};
+
+bool isWithin(char letter, char least, char most) {
+    return least <= letter && letter <= most;
+}
+
+// Removes the number at the start of `line`. Returns whether there was one.
+bool takeNumber(std::string_view& line, bool mayBeNegative, std::vector<long long>& numbers) {
+    const std::size_t sign = mayBeNegative && line.starts_with('-') ? 1 : 0;
+    const std::size_t end = std::min(line.find_first_not_of("0123456789", sign), line.size());
+    if (end == sign) {
+        return false;
+    }
+    std::from_chars(line.begin(), line.begin() + end, numbers.emplace_back());
+    line.remove_prefix(end);
+    return true;
+}
+
+// Removes the moves at the start of `line`.
+void takeMoves(std::string_view& line, std::vector<std::string>& moves) {
+    while (line.starts_with(' ')) {
+        const std::string_view word = line.substr(1, line.find(' ', 1) - 1);
+        if (!isMoveText(word)) {
+            return;
+        }
+        moves.emplace_back(word);
+        line.remove_prefix(1 + word.size());
+    }
+}
+
+std::optional<LineParts> matchAny(const std::string& line, const std::vector<std::string>& forms) {
+    for (const std::string& form : forms) {
+        if (std::optional<LineParts> parts = matchForm(line, form)) {
+            return parts;
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+const UciDialect KESTRAN_DIALECT = {
+    {AUTHOR, HASH_OPTION, "uciok"},
+    {"info pv% score cp @ depth # seldepth # nodes # time # nps # "},
+    {"info pv%"}};
+const UciDialect TESTER_DIALECT = {
+    {AUTHOR, HASH_OPTION, "option name OwnBook type check default false",
+     "option name Move Overhead type spin min 0 max 5000 default 10 ", "uciok"},
+    TESTER_REPORTS,
+    TESTER_REPORTS};
+const UciDialect OTHER_DIALECT = {{}, {"info *"}, {}};
+
+const UciDialect& dialectOf(const std::string& nameLine) {
+    if (!nameLine.starts_with("id name KESTRAN CHESS ")) {
+        return OTHER_DIALECT;
+    }
+    return nameLine.ends_with(" Tester") ? TESTER_DIALECT : KESTRAN_DIALECT;
+}
+
+bool isMoveText(std::string_view text) {
+    return (text.size() == 4 || (text.size() == 5 && text.find_last_of("qrbn") == 4)) &&
+           isWithin(text[0], 'a', 'h') && isWithin(text[1], '1', '8') &&
+           isWithin(text[2], 'a', 'h') && isWithin(text[3], '1', '8');
+}
+
+std::optional<LineParts> matchForm(std::string_view line, std::string_view form) {
+    LineParts parts;
+    for (const char wanted : form) {
+        if (wanted == '*') {
+            return parts;
+        }
+        if (wanted == '%') {
+            takeMoves(line, parts.moves);
+        } else if (wanted == '#' || wanted == '@') {
+            if (!takeNumber(line, wanted == '@', parts.numbers)) {
+                return std::nullopt;
+            }
+        } else if (line.starts_with(wanted)) {
+            line.remove_prefix(1);
+        } else {
+            return std::nullopt;
+        }
+    }
+    return line.empty() ? std::optional(parts) : std::nullopt;
+}
+
+std::string findFault(const std::vector<std::string>& lines, const UciDialect& dialect,
+                      const NaiveBoard& board) {
+    const bool hasClosing = !dialect.closing.empty();
+    const std::string& last = lines.back();
+    std::vector<std::string> moves; // of the line before the last
+    for (std::size_t i = 0; i + 1 < lines.size(); ++i) {
+        const bool isClosing = hasClosing && i + 2 == lines.size();
+        const std::optional<LineParts> parts =
+            matchAny(lines[i], isClosing ? dialect.closing : dialect.reports);
+        if (!parts) {
+            return "malformed line \"" + lines[i] + '"';
+        }
+        moves = parts->moves;
+        NaiveBoard after = board;
+        if (!std::ranges::all_of(moves, [&](const auto& move) { return after.play(move); })) {
+            return "illegal move in \"" + lines[i] + '"';
+        }
+    }
+    if (hasClosing && (moves.empty() || last != "bestmove " + moves.front())) {
+        return "no closing line that fits \"" + last + '"';
+    }
+    return "";
+}
