@@ -6,7 +6,7 @@
 #include "kestran-explain/windowBar.h"
 #include "search/score.h"
 #include "support/gameInput.h"
-#include "support/textPattern.h"
+#include "testing/regex.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,11 +1,10 @@
 // A conversation with the built engine, driven from outside. Whatever a test asks for,
 // every line of the engine is held against the exact form of its kind and against its
 // place: reports belong to a `go` that is under way, each `go` has one closing line and
-// one `bestmove`, and what nobody has asked for fails the test.
+// one `bestmove`, and an unasked line fails the test.
 #pragma once
 
 #include "support/naiveRules.h"
-#include "support/processorWaits.h"
 #include "support/uciProcess.h"
 
 #include <chrono>
@@ -43,8 +42,8 @@ public:
     //   lose          read no more          term        send SIGTERM
     //   halt N        stop the process for that time, as a machine that is suspended does
     //   signals N     N times the signals that interrupt it without a consequence
-    // What must come, with numbers in milliseconds, upper bounds through patience() and longer by
-    // getWaited() for an answer and an end:
+    // What must come, with numbers in milliseconds and upper bounds through patience(), to which
+    // answers and ends get half a second more:
     //   = TEXT        exactly this line next
     //   greet N       the reply to `uci` with this size of the table
     //   ready         `isready` is answered, with nothing but reports before it
@@ -57,7 +56,7 @@ public:
     // What must not come for N milliseconds:
     //   silent N      any line
     //   think N       an answer, though a search is under way
-    // Words behind `answer` and `end` can be left out.
+    // Words after `answer` and `end` can be left out.
     void hold(const std::string& script);
 
     void say(const std::string& line) { sayRaw(line + '\n'); }
@@ -70,20 +69,16 @@ public:
 
     // Of the last answer, also of one that has only begun.
     const UciAnswer& getAnswer() const { return answer; }
-    // From our last words until now, and how long in that time the engine, or we, have waited for
-    // a processor, the threads together.
+    // From our last words until now.
     Millis getAge() const;
-    Millis getWaited() const;
     const UciProcess& getProcess() const { return process; }
 
 private:
     void act(const std::string& verb, const std::string& rest);
     bool actOnEngine(const std::string& verb, const std::string& rest);
     bool expectLine(const std::string& verb, const std::string& rest);
-    void beginAge();
     void sayRaw(const std::string& bytes);
     std::optional<std::string> hear(Millis timeout);
-    std::optional<std::string> hearBefore(Millis age);
     void takeInfo(const std::string& line);
     void takeBestMove(const std::string& line);
     void expectNext(const std::string& line);
@@ -95,8 +90,6 @@ private:
     UciProcess process;
     std::string transcript;
     std::chrono::steady_clock::time_point lastSaid;
-    ProcessorWaits engineWaits; // since our last words
-    ProcessorWaits ownWaits;
     int awaited = 0;        // `go` lines that have no answer yet
     int complaints = 0;     // lines that standard error must hold
     bool isComplete = true; // the last answer; otherwise one has begun

@@ -3,8 +3,8 @@
 #include "kestran-play/table.h"
 #include "support/commandLine.h"
 #include "support/gameInput.h"
-#include "support/textPattern.h"
 #include "testing/boardSupport.h"
+#include "testing/regex.h"
 #include "testing/toolSupport.h"
 
 #include <array>

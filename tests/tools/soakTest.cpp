@@ -139,7 +139,7 @@ TEST_F(Soak, MatchIsLostByTheFaultyEngine) {
         options.game.margin = margin;
         options.games = 2;
         options.against = scripted(WRONGS.at(static_cast<std::size_t>(index)).script);
-        for (const std::size_t halfPoints : {4, 0}) {
+        for (const std::size_t halfPoints : {4U, 0U}) {
             const SoakReport report = runSoak(options);
             ASSERT_EQ(report.games.size(), 2U);
             for (const GameRecord& game : report.games) {
@@ -337,9 +337,9 @@ TEST(SoakGame, MarginAndLength) {
 TEST(SoakGame, ThirdRepetitionIsADraw) {
     const GameOptions options;
     Game game(options, 5); // begins with its position
-    for (int ply = 0; ply < 8; ++ply) {
+    for (std::size_t ply = 0; ply < 8; ++ply) {
         ASSERT_FALSE(game.isOver()) << ply;
-        const std::string move = std::array{"g1f3", "g8f6", "f3g1", "f6g8"}.at(ply % 4U);
+        const std::string move = std::array{"g1f3", "g8f6", "f3g1", "f6g8"}.at(ply % 4);
         ASSERT_TRUE(std::ranges::count(game.getBoard().getLegalMoves(), move)) << move;
         game.take(move, 0);
     }

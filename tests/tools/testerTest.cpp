@@ -5,9 +5,9 @@
 #include "kestran-tester/testerPolicy.h"
 #include "notation/fen.h"
 #include "search/searchParameters.h"
-#include "support/textPattern.h"
 #include "support/uciProcess.h"
 #include "testing/boardSupport.h"
+#include "testing/regex.h"
 #include "testing/toolSupport.h"
 
 #include <gtest/gtest.h>

@@ -6,9 +6,9 @@
 #include "support/cli.h"
 #include "support/json.h"
 #include "support/textFile.h"
-#include "support/textPattern.h"
 #include "support/uciProcess.h"
 #include "testing/boardSupport.h"
+#include "testing/regex.h"
 #include "testing/toolSupport.h"
 
 #include <algorithm>

@@ -479,6 +479,16 @@ TEST(ResponseTest, StopIsQuick) {
     EXPECT_LE(median, patience(150).count());
 }
 
+TEST(ResponseTest, OneMoveIsAnsweredAtOnce) {
+    UciTalk talk;
+    talk.hold(withPositions("> position fen $one"));
+    const long median = medianOf(9, 350, [&talk] {
+        talk.hold("ready | > go movetime 5000 | answer a1a2 0-80 | bare");
+        return static_cast<long>(talk.getAnswer().age.count());
+    });
+    EXPECT_LE(median, patience(80).count());
+}
+
 // At the look nearest to the end of its time, which may be before it. One that is late on a
 // busy machine has further tries.
 TEST(ResponseTest, AnswersHalfAStepBeforeTheEnd) {
@@ -497,7 +507,7 @@ TEST(ResponseTest, ReadyOkIsQuickDuringASearch) {
     talk.hold(withPositions("> position fen $busy | > go infinite | think 300"));
     const long median = medianOf(21, 100, [&talk] {
         talk.hold("think 20 | ready");
-        return (talk.getAge() - talk.getWaited()).count();
+        return static_cast<long>(talk.getAge().count());
     });
     EXPECT_LE(median, patience(20).count());
     talk.hold("> stop | answer");

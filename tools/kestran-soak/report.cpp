@@ -28,7 +28,7 @@ void writeOverruns(std::ostream& stream, const std::vector<GameRecord>& games) {
         std::ranges::sort(overruns);
         stream << "    " << std::left << std::setw(12) << time << std::right << std::setw(10)
                << overruns.size() << std::setw(11) << std::ranges::count(overruns, 0);
-        for (const std::size_t share : {500, 900, 990, 999, 1000}) {
+        for (const std::size_t share : {500U, 900U, 990U, 999U, 1000U}) {
             stream << std::setw(9) << overruns[(overruns.size() * share + 999) / 1000 - 1];
         }
         stream << '\n';

@@ -4,14 +4,15 @@
 #include "board/makeMove.h"
 #include "notation/letters.h"
 #include "notation/longAlgebraicMove.h"
-#include "support/textPattern.h"
 
 #include <algorithm>
 #include <optional>
+#include <string_view>
 
 namespace {
 
-// What a piece's move needs to be told from those of its like to the same field.
+// The part of the start square that distinguishes a move from others of its kind to the same
+// square.
 std::string disambiguation(const Position& position, const Move& move) {
     MoveArray moves;
     const int count = generateLegalMoves(position, moves);
@@ -68,33 +69,55 @@ struct MoveWords {
     PieceType promotion;
 };
 
+std::string withoutMarks(const std::string& text) {
+    return text.substr(0, text.find_last_not_of("+#!?") + 1);
+}
+
+// Removes the last letter of `text` and returns it if it is one of `letters`; a blank otherwise.
+char takeLast(std::string& text, std::string_view letters) {
+    if (text.empty() || letters.find(text.back()) == std::string_view::npos) {
+        return ' ';
+    }
+    const char last = text.back();
+    text.pop_back();
+    return last;
+}
+
+// Reads the text from its end, where what has to be there is.
 std::optional<MoveWords> readWords(const std::string& text) {
-    static const TextPattern form(
-        "([KQRBN]?)([a-h]?)([1-8]?)([x-]?)([a-h])([1-8])(?:=?([QRBNqrbn]))?[+#!?]*");
-    const auto parts = form.match(text);
-    if (!parts) {
+    std::string rest = withoutMarks(text);
+    const char promotion = takeLast(rest, "QRBNqrbn");
+    if (promotion != ' ') {
+        takeLast(rest, "=");
+    }
+    const char toRow = takeLast(rest, "12345678");
+    const char toFile = takeLast(rest, "abcdefgh");
+    const char sign = takeLast(rest, "x-");
+    const char row = takeLast(rest, "12345678");
+    const char file = takeLast(rest, "abcdefgh");
+    const char piece = takeLast(rest, "KQRBN");
+    if (toRow == ' ' || toFile == ' ' || !rest.empty()) {
         return std::nullopt;
     }
-    const auto letter = [&](std::size_t i) { return parts->at(i).empty() ? ' ' : parts->at(i)[0]; };
     MoveWords words = {};
-    if (letter(2) != ' ') {
-        words.file = parse07File(letter(2));
+    if (file != ' ') {
+        words.file = parse07File(file);
     }
-    if (letter(3) != ' ') {
-        words.row = parse07Row(letter(3));
+    if (row != ' ') {
+        words.row = parse07Row(row);
     }
-    const bool isBare = words.file && words.row && letter(1) == ' ';
-    const PieceType named = parsePiece(letter(1));
+    const bool isBare = words.file && words.row && piece == ' ';
+    const PieceType named = parsePiece(piece);
     words.piece = named == NO_PIECE && !isBare ? PAWN : named;
-    words.isCapture = letter(4) == 'x';
-    words.to = parseField(letter(5), letter(6));
-    words.promotion = parsePromotionType(letter(7));
+    words.isCapture = sign == 'x';
+    words.to = parseField(toFile, toRow);
+    words.promotion = parsePromotionType(promotion);
     return words;
 }
 
 bool fits(const MoveWords& words, const Move& move) {
     const bool isCapture = move.pieceCaptured != NO_PIECE;
-    // A pawn that captures is told by its file.
+    // A pawn that captures is named by its file.
     const bool needsFile = isCapture && move.pieceMoved == PAWN;
     return !move.isCastle() && (words.piece == NO_PIECE || words.piece == move.pieceMoved) &&
            words.to == move.to && words.promotion == move.promotionPieceType &&
@@ -136,16 +159,17 @@ std::string lineToSan(Position position, std::span<const Move> moves, int ply) {
 }
 
 std::vector<Move> findMoves(const Position& position, const std::string& text) {
-    static const TextPattern castlingForm("([O0])-\\1(-\\1)?[+#!?]*");
-    const auto castling = castlingForm.match(text);
+    const std::string castling = withoutMarks(text);
+    const bool isShort = castling == "O-O" || castling == "0-0";
+    const bool isLong = castling == "O-O-O" || castling == "0-0-0";
     const Color us = position.colorToMove;
     const auto words = readWords(text);
     MoveArray legal;
     const int count = generateLegalMoves(position, legal);
     std::vector<Move> moves;
     for (const Move& move : legal.first(count)) {
-        if (castling
-                ? move.castle_ep_flag == castlingFlag(us, !castling->at(2).empty())
+        if (isShort || isLong
+                ? move.castle_ep_flag == castlingFlag(us, isLong)
                 : (words && fits(*words, move)) || LongAlgebraicMove(move).toString() == text) {
             moves.push_back(move);
         }

@@ -10,7 +10,7 @@
 // A legal move of `position`, with its sign of check or mate.
 std::string toSan(const Position& position, const Move& move);
 
-// The number that stands before a move of the side `color`: "2." or "2...". `ply` counts
+// The number before a move of the side `color`: "2." or "2...". `ply` counts
 // half moves from the position that the numbers begin at, whose move is number 1.
 std::string moveNumber(Color color, int ply);
 
