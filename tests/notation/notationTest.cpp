@@ -6,6 +6,7 @@
 #include "notation/moveText.h"
 #include "notation/polyglotEntry.h"
 #include "testing/boardSupport.h"
+#include "testing/printed.h"
 
 #include <gtest/gtest.h>
 #include <limits>
@@ -14,12 +15,6 @@
 namespace {
 
 // What `write` prints to standard output.
-template <typename Write> std::string printed(Write write) {
-    testing::internal::CaptureStdout();
-    write();
-    return testing::internal::GetCapturedStdout();
-}
-
 // ---- FEN ----
 
 TEST(Fen, ComesBackAsItWasRead) {

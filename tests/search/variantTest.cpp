@@ -1,17 +1,13 @@
 // Lines of moves as text.
 #include "search/variant.h"
 
+#include "testing/printed.h"
+
 #include <gtest/gtest.h>
 
 #include <iostream>
 
 namespace {
-
-template <typename Write> std::string printed(Write write) {
-    testing::internal::CaptureStdout();
-    write();
-    return testing::internal::GetCapturedStdout();
-}
 
 constexpr Move DOUBLE_STEP = {E2, E4, PAWN, NO_PIECE, ORDINARY_MOVE, NO_PIECE};
 constexpr Move CASTLING = {NO_FIELD, NO_FIELD, NO_PIECE, NO_PIECE, BLACK_QUEEN_SIDE, NO_PIECE};
