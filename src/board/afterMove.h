@@ -4,8 +4,8 @@
 #include "board/hashFunctions.h"
 #include "board/position.h"
 
-// The mover's gain in material, in thousandths of a pawn: the captured piece, and the difference
-// between a promoted piece and its pawn.
+// The mover's gain in material, in thousandths of a pawn: the value of the captured piece, plus the
+// difference between the promoted piece and the pawn.
 inline int getMaterialGain(const Move& move) {
     const int promotionGain =
         move.promotionPieceType != NO_PIECE
@@ -14,7 +14,7 @@ inline int getMaterialGain(const Move& move) {
     return pieceEvaluationValues[move.pieceCaptured] + promotionGain;
 }
 
-// The worth of all pieces of both sides after a move.
+// The value of all pieces of both sides after a move, in thousandths of a pawn.
 inline int getTotalMaterialAfter(const Position& position, const Move& move) {
     const ByColor<int>& material = position.incremental.material;
     return material[WHITE] + material[BLACK] + getMaterialGain(move) -
@@ -44,16 +44,18 @@ inline PieceSum getSumAfter(const Position& position, const Move& move) {
     return sum;
 }
 
-// Whether the position after a move may have occurred before. If the move is a castling, a
-// capture or a pawn move, it cannot.
+// Whether the position after a move may have occurred before. After a castling, a capture or a pawn
+// move it cannot.
 inline bool canRepeatPosition(const Move& move) {
     return !move.isCastle() && !move.resetsClock();
 }
 
-// The key that an earlier position has if the move repeats it. Requires canRepeatPosition(), and
-// that no double step has just been made. Only of a move that spends a castling right it is not
-// the key after the move: it still contains that right. But then no earlier position has the
-// key either, since while a side has a right its king and rook have not moved.
+// The key after a move, for finding an earlier position with the same key. Requires
+// canRepeatPosition(), and that the last move was not a double step.
+//
+// If the move loses a castling right, the result still includes that right. This does no harm: the
+// move repeats no position, and no earlier position has such a key, because king and rook are at
+// home as long as the right exists.
 inline std::uint64_t getRepeatedKey(const Position& position, const Move& move) {
     const auto& own = pieceHashes[position.colorToMove][move.pieceMoved];
     return position.incremental.hash ^ own[move.from] ^ own[move.to] ^ WHITE_TO_MOVE_HASH;

@@ -4,7 +4,6 @@
 
 SliderTable::SliderTable(Attacks attacks) {
     for (const FieldIndex field : BOARD_FIELDS) {
-        // The squares where an obstacle makes a difference.
         const FieldSet unhindered = attacks(field, NO_FIELDS);
         FieldSet& relevant = relevantFields[field];
         forEachField(unhindered, [&](FieldIndex obstacle) {

@@ -6,7 +6,7 @@
 
 #include <array>
 
-// Zen 1 and 2 have pext in microcode, which is slower than doing without.
+// On Zen 1 and 2, pext is microcode and slower than the code without tables.
 #if defined(__BMI2__) && !defined(__znver1__) && !defined(__znver2__)
 #define KESTRAN_SLIDER_TABLES
 #include <immintrin.h>
@@ -15,7 +15,7 @@
 
 namespace attackTables {
 
-// The squares that one step of each offset reaches.
+// By square: the squares that one step of each offset reaches.
 template <std::size_t N> constexpr ByField<FieldSet> stepsOf(const std::array<int, N>& offsets) {
     ByField<FieldSet> table{};
     for (const FieldIndex field : BOARD_FIELDS) {
@@ -26,7 +26,7 @@ template <std::size_t N> constexpr ByField<FieldSet> stepsOf(const std::array<in
     return table;
 }
 
-// The squares in one direction, up to the edge of the board.
+// The squares from `field`, which is not included, in one direction to the edge of the board.
 constexpr FieldSet rayOf(FieldIndex field, int offset) {
     FieldSet ray = NO_FIELDS;
     for (field += offset; isOnBoard(field); field += offset) {
@@ -35,7 +35,7 @@ constexpr FieldSet rayOf(FieldIndex field, int offset) {
     return ray;
 }
 
-// The two rays of a line through a square: its lower bits and its higher bits.
+// The two rays of a line through a square, towards lower and towards higher bits.
 struct Line {
     FieldSet lower;
     FieldSet upper;
@@ -79,9 +79,9 @@ inline constexpr auto connections = [] {
     return table;
 }();
 
-// What a slider attacks along one line: up to and including the first occupied square of each
-// ray. Subtracting the last obstacle below from twice the first one above leaves exactly the
-// bits from one to the other.
+// The squares that a slider attacks along one line: up to and including the first occupied square
+// of each ray. Subtracting the last obstacle below from twice the first one above leaves exactly
+// the bits from one to the other, both included.
 constexpr FieldSet attacksOn(const Line& line, FieldSet occupied) {
     const FieldSet lower = line.lower & occupied;
     const FieldSet upper = line.upper & occupied;
@@ -92,9 +92,10 @@ constexpr FieldSet attacksOn(const Line& line, FieldSet occupied) {
 
 } // namespace attackTables
 
+// The squares that a knight, a king or a pawn attacks, by its own square.
 inline constexpr ByField<FieldSet> knightAttacks = attackTables::stepsOf(knightMovesOffsets);
 inline constexpr ByField<FieldSet> kingAttacks = attackTables::stepsOf(kralOffset);
-// The squares that a pawn of a colour attacks.
+// By colour and square of the pawn.
 inline constexpr ByColor<ByField<FieldSet>> pawnAttacks = {
     attackTables::stepsOf(pawnCaptureOffsets[WHITE]),
     attackTables::stepsOf(pawnCaptureOffsets[BLACK]),
@@ -110,9 +111,13 @@ constexpr FieldSet bishopAttacksByLine(FieldIndex field, FieldSet occupied) {
            attackTables::attacksOn(attackTables::antiDiagonals[field], occupied);
 }
 
+// rookAttacks() and bishopAttacks() return the same sets as the functions above, from tables if the
+// build has them.
+
 #ifdef KESTRAN_SLIDER_TABLES
 
-// The same from a table: pext gathers the relevant occupied squares into the table index.
+// The attacks of one kind of slider. pext gathers the relevant occupied squares into the index of
+// the table.
 class SliderTable {
 public:
     using Attacks = FieldSet (*)(FieldIndex field, FieldSet occupied);
@@ -127,7 +132,7 @@ public:
 private:
     // The last square of each ray is not relevant: an obstacle there changes nothing.
     ByField<FieldSet> relevantFields{};
-    ByField<std::uint32_t> firstAnswers{};
+    ByField<std::uint32_t> firstAnswers{}; // index of the first entry of each square in `answers`
     std::vector<FieldSet> answers;
 };
 
@@ -173,11 +178,12 @@ inline constexpr auto bishopLines = [] {
     return lines;
 }();
 
-// The squares strictly between `a` and `b` if both lie on one line; otherwise none.
+// The squares strictly between `a` and `b` if both lie on one rank, file or diagonal; otherwise
+// none.
 constexpr FieldSet betweenOf(FieldIndex a, FieldIndex b) {
     return attackTables::connections.between[at(bitOf(a))][at(bitOf(b))];
 }
-// The whole line through `a` and `b`, edge to edge; none if they share none.
+// The whole rank, file or diagonal through `a` and `b`; none if they do not share one.
 constexpr FieldSet lineOf(FieldIndex a, FieldIndex b) {
     return attackTables::connections.line[at(bitOf(a))][at(bitOf(b))];
 }

@@ -24,7 +24,7 @@ public:
         return contains(discoverers, from) ? fields[type] | ~lineOf(enemyKing, from) : fields[type];
     }
 
-    // Own pieces that alone block the line of an own slider to the enemy king.
+    // The pieces of the side to move that alone block the line of an own slider to the enemy king.
     FieldSet getDiscoverers() const { return discoverers; }
 
 private:
@@ -32,6 +32,6 @@ private:
 
     const Position& position;
     FieldIndex enemyKing;
-    ByType<FieldSet> fields; // from which each type attacks the enemy king
+    ByType<FieldSet> fields; // the squares from which each type attacks the enemy king
     FieldSet discoverers = NO_FIELDS;
 };

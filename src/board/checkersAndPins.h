@@ -33,8 +33,8 @@ private:
     FieldIndex king;
     FieldSet checkers = NO_FIELDS;
     FieldSet pinned = NO_FIELDS;
-    // The squares to which a move of another piece ends every check: all if there is no check,
-    // none in a double check.
+    // The squares to which a piece other than the king must move to end every check: all if there
+    // is no check, none in a double check.
     FieldSet answers = ALL_FIELDS;
 };
 

@@ -2,8 +2,8 @@
 //
 // The score is the balance of material plus two kinds of terms: values of a piece on its square,
 // which PieceSum adds up from move to move, and bonuses, which depend on counts in that sum. A term
-// of the first kind belongs into PieceSum's constructor. One of the second kind belongs into
-// bonusOf(), and quietGainBound() must cover it: the quiescence search skips moves by that bound.
+// of the first kind belongs in PieceSum's constructor. One of the second kind belongs in bonusOf(),
+// and quietGainBound() must cover it: the quiescence search skips moves by that bound.
 #pragma once
 
 #include "board/pieceSquareTables.h"
@@ -16,7 +16,7 @@
 // Value of a piece.
 inline constexpr ByType<int> pieceEvaluationValues = {0, 1000, 5000, 3000, 3100, 9500, 0};
 
-// Value of all pieces of both sides up to which the position is an end game.
+// The position is an end game if the pieces of both sides are worth at most this.
 inline constexpr int END_GAME_MAX_MATERIAL = 26200;
 
 constexpr bool isEndGame(int totalMaterial) {
@@ -25,9 +25,10 @@ constexpr bool isEndGame(int totalMaterial) {
 
 // ---- Pieces on their squares ----
 
-// The piece-square sums of some pieces for both phases, good for White if positive, and the counts
-// that the bonuses need, in one word: adding and subtracting words adds and subtracts everything.
-// A sum fits in 16 bits, as 32 pieces add less than 40 each; a count has room for 15 pieces.
+// The piece-square sums of a set of pieces for both phases, good for White if positive, and the
+// counts that the bonuses need. All are packed into one word, so that one addition or subtraction
+// updates everything. A sum fits in 16 bits, because each of 32 pieces adds less than 40; a count
+// has room for 15 pieces.
 class PieceSum {
 public:
     constexpr PieceSum() = default;
@@ -63,7 +64,7 @@ private:
     static constexpr int ROOKS = 40;
     static constexpr int KINGS = 48;
 
-    // A negative sum has borrowed from the counts; adding half of its range undoes that.
+    // A negative sum has borrowed from the counts; adding 2^31 undoes that.
     constexpr int getCount(int place) const {
         return static_cast<int>((word + (std::uint64_t{1} << 31)) >> place & 15);
     }
@@ -75,7 +76,7 @@ private:
     std::uint64_t word = 0;
 };
 
-// Whether a field is on the last two ranks, as seen by a colour.
+// Whether a square is on the last two ranks, as seen by a colour.
 constexpr bool isOnLastTwoRanks(FieldIndex field, Color color) {
     return color == WHITE ? field >= A7 : field <= H2;
 }
@@ -110,7 +111,7 @@ constexpr PieceSum::PieceSum(Color color, PieceType type, FieldIndex field) {
     }
 }
 
-// The contribution of each piece on each field.
+// The contribution of each piece on each square.
 inline constexpr auto pieceSums = [] {
     ByColor<ByType<ByField<PieceSum>>> sums{};
     for (const Color color : COLORS) {
@@ -128,11 +129,12 @@ inline constexpr auto pieceSums = [] {
 
 // For a pair of bishops or more.
 inline constexpr int BISHOP_PAIR_BONUS = 10;
-// For rooks on their last two ranks while the enemy king is on these ranks too.
+// For the first rook on its last two ranks, and for all further ones together, while the enemy king
+// is on these ranks too.
 inline constexpr int ADVANCED_ROOK_BONUS = 10;
 inline constexpr int SECOND_ADVANCED_ROOK_BONUS = 25;
 
-// The bonuses of a colour.
+// The sum of the bonuses of a colour.
 constexpr int bonusOf(PieceSum sum, Color color) {
     int bonus = sum.getBishops(color) > 1 ? BISHOP_PAIR_BONUS : 0;
     const int rooks = sum.isKingBack(opposite(color)) ? sum.getAdvancedRooks(color) : 0;
@@ -141,8 +143,9 @@ constexpr int bonusOf(PieceSum sum, Color color) {
     return bonus;
 }
 
-// An upper bound on what a quiet move adds to the static score of its side. A rook that becomes
-// advanced may gain either bonus; a king that leaves its first two ranks may cost the enemy both.
+// An upper bound on what a quiet move adds to the static score of its side. A rook that reaches its
+// last two ranks may gain either rook bonus; a king that leaves its first two ranks may cost the
+// enemy both.
 constexpr int quietGainBound(Color color, PieceType type, FieldIndex from, FieldIndex to,
                              bool inEndGame) {
     constexpr int ROOK_BONUS = std::max(ADVANCED_ROOK_BONUS, SECOND_ADVANCED_ROOK_BONUS);
@@ -159,8 +162,8 @@ constexpr int quietGainBound(Color color, PieceType type, FieldIndex from, Field
 
 // ---- The score ----
 
-// The static score for `side`. `balance` is its material less the enemy's, and `totalMaterial`,
-// that of both sides, decides the phase.
+// The static score for `side`. `balance` is its material minus the enemy's. `totalMaterial` is the
+// material of both sides and decides the phase.
 constexpr int staticScore(PieceSum sum, int balance, int totalMaterial, Color side) {
     const int values = isEndGame(totalMaterial) ? sum.getEndGame() : sum.getMiddleGame();
     const int eval =

@@ -24,13 +24,13 @@ enum FieldIndex : std::int8_t {
 };
 // clang-format on
 
-inline constexpr int EDGE = 8;         // files, and rows, of the board
+inline constexpr int EDGE = 8;         // number of files, and of rows, of the board
 inline constexpr int BOARD_SIZE = 120; // squares of the mailbox, border included
 inline constexpr FieldIndex FIRST_FIELD = A1;
 inline constexpr FieldIndex LAST_FIELD = H8;
 inline constexpr int ROW_STEP = 10; // from a square to the one a rank up
 
-// 128 slots, a power of two, so that nested tables are indexed by shifts.
+// A table by square. It has 128 slots, a power of two, so that nested tables are indexed by shifts.
 template <class Element> using ByField = Indexed<FieldIndex, Element, BOARD_SIZE, 128>;
 
 constexpr FieldIndex operator+(FieldIndex field, int offset) {
@@ -76,6 +76,7 @@ inline constexpr auto BOARD_FIELDS = [] {
 static_assert(H8 == 98 && fieldOf(0, 0) == A1 && fieldOf(7, 7) == H8);
 static_assert(fileOf(E8) == 4 && rowOf(E8) == 7 && !isOnBoard(H1 + 1));
 
+// Whether `field` lies between `first` and `last`, both included.
 constexpr bool isWithin(FieldIndex field, FieldIndex first, FieldIndex last) {
     return first <= field && field <= last;
 }

@@ -35,12 +35,13 @@ constexpr FieldSet setOf(FieldIndex field) {
     return fieldSets[field];
 }
 
+// Whether `field` is in `set`; false for the border.
 constexpr bool contains(FieldSet set, FieldIndex field) {
     return (set & setOf(field)) != 0;
 }
 
-// The number of squares. Without -mpopcnt GCC calls a library function; the inline bit count,
-// which adds bits to pairs, nibbles and bytes, is faster.
+// The number of squares in a set. On x86-64 without -mpopcnt, std::popcount() calls a library
+// function; the bit count written out here is faster.
 constexpr int countOf(FieldSet set) {
 #if defined(__x86_64__) && !defined(__POPCNT__)
     constexpr FieldSet EACH_BYTE = 0x0101010101010101;
@@ -80,7 +81,7 @@ constexpr FieldSet fieldsFromTo(FieldIndex first, FieldIndex last) {
 inline constexpr FieldSet A_FILE = 0x0101010101010101;
 inline constexpr FieldSet H_FILE = A_FILE << (EDGE - 1);
 
-// The squares one rank ahead of `fields`, as `color` sees it.
+// The squares one rank ahead of `fields`, as seen by `color`.
 constexpr FieldSet aheadOf(FieldSet fields, Color color) {
     return color == WHITE ? fields << EDGE : fields >> EDGE;
 }

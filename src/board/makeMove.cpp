@@ -21,7 +21,7 @@ void checkInvariants([[maybe_unused]] const Position& position) {
 #endif
 }
 
-// Replaces the piece on `field` by one of another type, which keeps its list entry.
+// Changes the type of the piece on `field`, which keeps its list entry.
 void changePiece(Position& position, IncrementalState& incremental, FieldIndex field,
                  PieceType type) {
     const Color color = position.board[field].color;
@@ -108,7 +108,7 @@ void loseCastles(IncrementalState& incremental, const Move& move, Color mover) {
     }
 }
 
-// Where the pawn of a double step arrives, else NO_FIELD.
+// The square that a double step of a pawn reaches; NO_FIELD for any other move.
 FieldIndex epFieldAfter(const Move& move, Color mover) {
     const bool isDoubleStep = !move.isCastle() && move.pieceMoved == PAWN &&
                               move.to - move.from == barva_OffsetDvePoleDopredu[mover];

@@ -4,8 +4,8 @@
 #include "board/move.h"
 #include "board/position.h"
 
-// The undo record of one move, owned by the caller: doMove() saves here what the move does not
-// contain, undoMove() restores it.
+// The undo record of one move, owned by the caller. doMove() saves here what the move does not
+// contain, and undoMove() restores it.
 struct DoMoveContext {
     IncrementalState incremental;       // before the move
     std::int8_t tempPieceCapturedIndex; // list entry of the captured piece; unset if none
@@ -16,10 +16,10 @@ struct DoMoveContext {
 // generateMoves() returned for this position.
 bool doMove(Position& position, const Move& move, DoMoveContext& context);
 
-// The same without the test. Requires a legal move.
+// Like doMove(), without the test for legality. Requires a legal move.
 void playMove(Position& position, const Move& move, DoMoveContext& context);
 
-// Takes back the last move played. Requires the same move and context as doMove(). Resets
+// Takes back the last move played. Requires the move and the context of its doMove(). Resets
 // position.check to CHECK_UNKNOWN.
 void undoMove(Position& position, const Move& move, const DoMoveContext& context);
 

@@ -5,7 +5,7 @@
 
 #include <span>
 
-// What is special about a move. Castling flag f uses castling right f - 1.
+// Marks castlings and en passant captures. The castling with flag f uses castling right f - 1.
 enum MoveFlag : std::int8_t {
     ORDINARY_MOVE = 0,
     WHITE_QUEEN_SIDE = 1,
@@ -21,6 +21,7 @@ inline constexpr int CASTLES = 4;
 
 template <class Element> using ByRight = Indexed<int, Element, CASTLES>;
 
+// The castling right of a colour and a side of the board.
 constexpr int rightOf(Color color, bool queenSide) {
     return 2 * color + (queenSide ? 0 : 1);
 }
@@ -29,7 +30,7 @@ constexpr MoveFlag castlingFlag(Color color, bool queenSide) {
     return static_cast<MoveFlag>(rightOf(color, queenSide) + 1);
 }
 
-// The squares that a castling touches.
+// The squares that king and rook leave and reach in a castling.
 struct CastlingFields {
     FieldIndex kingFrom;
     FieldIndex kingTo;
@@ -72,8 +73,8 @@ struct Move {
 
 static_assert(sizeof(Move) == 6, "a move fits in six bytes");
 
-// Whether both records describe the same move. If the flag of `a` is neither 0 nor EN_PASSANT,
-// only the flags are compared. Otherwise everything but the flag of `b` is.
+// Whether both records describe the same move. If `a` is a castling, compares only the flags;
+// otherwise compares everything but the flags.
 bool testMoveEquality(const Move& a, const Move& b);
 
 // An upper bound on the pseudo-legal moves of a position that the engine accepts: a side has
@@ -81,9 +82,9 @@ bool testMoveEquality(const Move& a, const Move& b);
 // than a queen in the open (27).
 inline constexpr int MAX_MOVES = (PIECES_PER_SIDE - 1) * 27 + 8 + 2;
 
-// Room for the moves of a position, indexed by their number.
+// Room for the moves of a position.
 struct MoveArray : Indexed<int, Move, MAX_MOVES> {
-    // The first `count` moves.
+    // The first `count` moves. Requires 0 <= count <= MAX_MOVES.
     std::span<const Move> first(int count) const {
         return {elements.data(), checkedIndex(count, MAX_MOVES + 1)};
     }

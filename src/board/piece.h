@@ -6,7 +6,7 @@
 
 #include <cstdint>
 
-// The colour of a side or a piece. As the state of a square also EMPTY or BORDER.
+// The colour of a side or a piece. A square of the mailbox can also be EMPTY or BORDER.
 enum Color : std::int8_t { WHITE = 0, BLACK = 1, EMPTY = 2, BORDER = 3 };
 
 inline constexpr std::array<Color, 2> COLORS = {WHITE, BLACK};

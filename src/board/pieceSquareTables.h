@@ -1,4 +1,4 @@
-// The positional value of a piece by the field that it stands on, in thousandths of a pawn.
+// The positional value of a piece by its square, in thousandths of a pawn.
 // Rooks and queens have none.
 #pragma once
 
@@ -6,12 +6,12 @@
 
 #include <cstdint>
 
-// One value a field for White, rank 1 first, file a to h.
+// One value per square for White, rank 1 first, file a to h.
 using WhiteHalf = std::array<std::int16_t, EDGE * EDGE>;
-// By field of the mailbox; border fields hold 0 and are never read.
+// By square of the mailbox; the border holds 0 and is never read.
 using FieldTable = ByField<std::int16_t>;
-// By colour and field. Black's half is White's, mirrored by rank and negated, so that
-// every value counts for a sum that is good for White.
+// By colour and square. Black's values are White's, mirrored by rank and negated, so that a sum
+// over both colours is good for White if positive.
 using ColorTable = ByColor<FieldTable>;
 
 constexpr FieldTable onMailbox(const WhiteHalf& half) {
@@ -69,8 +69,8 @@ inline constexpr ColorTable bishopPosition = forBothColors({
      14,  10,  10,  10,  10,  10,  10,  14,
 });
 
-// Kings until the end game. Black subtracts the value of the same field, which equals
-// the mirrored one.
+// Kings until the end game. The table is symmetric by rank, so Black subtracts the value of the same
+// square.
 inline constexpr FieldTable kingOpening = onMailbox({
      -6,  -2,  -5, -10, -10,  -6,   0,  -4,
      -7, -12, -10, -14, -14, -10, -12,  -5,

@@ -1,8 +1,8 @@
 // The three primitives that change the pieces of a position: put, remove and move a piece.
 //
-// Once a position is set up, nothing else writes the mailbox, the list, the sets, and the
-// material, sum and key. `incremental` is a separate parameter because undoMove() restores the
-// saved copy and passes a scratch object here.
+// Once a position is set up, nothing else changes the mailbox, the list, the sets, the material,
+// the sum, and the pieces' part of the key. `incremental` is a separate parameter because
+// undoMove() restores the saved copy and passes a scratch object here.
 #pragma once
 
 #include "board/hashFunctions.h"

@@ -1,7 +1,7 @@
 // A position: plain data, copied by value.
 //
 // The pieces are stored three times: the mailbox of 120 squares gives the piece on a square, the
-// list of 32 pieces determines the order of moves, the sets answer questions about many squares
+// list of 32 pieces determines the order of moves, and the sets answer questions about many squares
 // at once.
 #pragma once
 
@@ -38,7 +38,7 @@ struct IncrementalState {
     FieldIndex epField;    // the pawn that has just made a double step, or NO_FIELD
     ByRight<bool> castles; // castling rights, by rightOf()
     int halfMoveClock;     // half moves since the last pawn move or capture
-    int moveEvaluation;    // +10 for each White castling so far, -10 for each Black one
+    int moveEvaluation;    // +10 for each White castling, -10 for each Black one; in no score
 
     // Derived; the comment names the function that computes the value from scratch.
     ByColor<int> material; // in thousandths of a pawn: materialForColor()

@@ -4,7 +4,7 @@
 
 namespace {
 
-// The rank that the pawns of a colour reach by their first single step.
+// The rank that the pawns of a colour reach with their first single step.
 constexpr ByColor<FieldSet> firstStepRank = {fieldsFromTo(A3, H3), fieldsFromTo(A6, H6)};
 
 FieldSet attacksOf(PieceType type, FieldIndex from, FieldSet occupied) {
@@ -22,7 +22,7 @@ FieldSet attacksOf(PieceType type, FieldIndex from, FieldSet occupied) {
     }
 }
 
-// By right: the squares between king and rook, which must be empty.
+// By castling right: the squares between king and rook, which must be empty.
 constexpr auto castlingPaths = [] {
     ByRight<FieldSet> paths{};
     for (int right = 0; right < CASTLES; ++right) {
@@ -58,7 +58,7 @@ PseudoLegalMoves::PseudoLegalMoves(const Position& _position) : position(_positi
     addPawns();
 }
 
-// Whether castling is possible by a right that the king has.
+// Whether castling is possible. Requires that the side to move has `right`.
 bool PseudoLegalMoves::canCastleBy(int right) const {
     return (castlingPaths[right] & position.getOccupied()) == NO_FIELDS &&
            isCastlingSafe(position, right);

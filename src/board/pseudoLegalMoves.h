@@ -39,7 +39,7 @@ public:
     // Keeps a reference to the position, which must not change while this object is in use.
     explicit PseudoLegalMoves(const Position& _position);
 
-    // Counts the moves. Each promotion counts, castling and en passant are included.
+    // The number of moves, with castlings, en passant captures and each promotion.
     int getCount() const;
 
     // Calls `visit(PieceTargets)` for each piece in `entries`, in list order. Returns false if the
@@ -61,7 +61,7 @@ public:
     // The list entries of the pieces that can capture, en passant included.
     EntrySet getCapturers() const { return capturers; }
 
-    // Whether the king can castle to the queen side or the king side.
+    // Whether castling to the queen side or the king side is legal.
     bool canCastle(bool queenSide) const {
         const int right = rightOf(position.colorToMove, queenSide);
         return position.incremental.castles[right] && canCastleBy(right);
@@ -153,8 +153,8 @@ bool forEachOnRays(const PieceTargets& piece, FieldSet fields, const std::array<
 } // namespace targetWalk
 
 // Calls `visit(FieldIndex)` for each square of `fields`, a subset of the piece's targets, in move
-// order: by direction, then by distance. Returns false if the visitor stopped. Inlined, as a call
-// for each piece costs two instructions a node.
+// order: by direction, then by distance. Returns false if the visitor stopped. Inlined, because a
+// call for each piece costs two instructions a node.
 template <class Visit>
 [[gnu::always_inline]] inline bool forEachTarget(const PieceTargets& piece, FieldSet fields,
                                                  Color color, Visit visit) {
@@ -181,8 +181,8 @@ template <class Visit>
 
 inline constexpr std::array<PieceType, 4> pawnPromotePieceTypes = {KNIGHT, BISHOP, ROOK, QUEEN};
 
-// Calls `visit(Move)` with the move of a piece to `to`, which captures `captured`; for a promotion,
-// with one move for each piece that the pawn can become. Returns false if the visitor stopped.
+// Calls `visit(Move)` with the move of a piece to `to`, which captures `captured`. For a promotion,
+// calls it once for each piece that the pawn can become. Returns false if the visitor stopped.
 template <class Visit>
 bool forEachMoveTo(const PieceTargets& piece, FieldIndex to, PieceType captured, Color color,
                    Visit visit) {

@@ -21,13 +21,14 @@ void reflectBoardToPieces(Position& position);
 // Computes `material` from the piece list.
 void countMaterial(Position& position);
 
-// Computes every derived value and the key. The last step of building a position.
+// Computes the piece list and every derived value except `check`. The last step of building a
+// position.
 void deriveAll(Position& position);
 
 // Sets up the complete start position.
 void initializeToStartPosition(Position& position);
 
-// Worth of a colour's pieces in the list, in thousandths of a pawn. Any colour but WHITE counts
+// The value of a colour's pieces in the list, in thousandths of a pawn. Any colour but WHITE counts
 // as BLACK.
 int materialForColor(const Position& position, Color color);
 
@@ -41,7 +42,7 @@ EntrySet entriesWhere(const Position& position, bool onlyPawns);
 // IncrementalState::sum of the pieces in the list.
 PieceSum sumOfPieces(const Position& position);
 
-// Worth of all pieces, kings counting 0, in thousandths of a pawn.
+// The value of all pieces, in thousandths of a pawn. Kings count 0.
 inline int totalMaterial(const Position& position) {
     return position.incremental.material[WHITE] + position.incremental.material[BLACK];
 }
