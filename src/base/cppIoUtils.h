@@ -6,7 +6,7 @@
 
 enum class EnvSystem { LINUX = 0, WINDOWS = 1 };
 
-// The conventions of the operating system for paths.
+// The path conventions of the operating system.
 class Env {
 public:
     Env();
@@ -18,14 +18,14 @@ public:
     std::string slashSafeString(const char* path) const;
     // Replaces the separators in place and returns `path`.
     char* slashSafeCString(char* path) const;
-    // Prints the number of the system to standard output.
+    // Prints `system` to standard output, as a number.
     void print() const;
 
-    EnvSystem system;
+    EnvSystem system; // the one that the program was built for
 };
 
 // `original` with `indentation` blanks at its start and after each line end, the last included.
 std::string indentString(int indentation, const std::string& original);
 
-// Splits text at any white space. UCI lines have separators of their own; see UciEngine.
+// Splits text at any white space. UCI lines have other separators; see UciEngine.
 std::vector<std::string> splitString(const std::string& str);

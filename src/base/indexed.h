@@ -1,7 +1,7 @@
-// A table with an index type of its own: a colour, a piece type, a square, a list entry. An
-// index of any other type does not compile.
+// A table with a typed index: a colour, a piece type, a square or a list entry. A table indexed by
+// an enumeration accepts no index of another type.
 //
-// This header is included everywhere and is kept light.
+// Almost every file includes this header, so it includes little itself.
 #pragma once
 
 #include <array>

@@ -1,4 +1,4 @@
-// The interface of everything that takes log messages.
+// The interface for receiving log messages.
 #pragma once
 
 #include <string>

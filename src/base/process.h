@@ -1,5 +1,5 @@
-// The process of an engine: signals, memory, standard streams, and how it ends. What depends on
-// the system is in processPosix.cpp and processWindows.cpp.
+// The process of an engine: signals, memory, standard streams, and termination. The parts that
+// depend on the system are in processPosix.cpp and processWindows.cpp.
 #pragma once
 
 // Prepares the process of an engine. After this call
@@ -10,8 +10,8 @@
 void prepareProcess();
 
 // After this call, running out of memory exits with status 1 and one line on standard error.
-// Code that allocates without `new` (the hash table) still sees the failure. Large blocks
-// return to the system when they are freed; glibc would keep up to 64 MiB per arena.
+// Code that allocates without `new` (the hash table) can still handle the failure. Large blocks
+// return to the system when they are freed; otherwise glibc may keep up to 64 MiB per arena.
 void prepareMemory();
 
 // Whether the reader of standard output has closed its end.

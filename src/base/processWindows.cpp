@@ -12,7 +12,7 @@
 
 namespace {
 
-// What the system reports about one end of a pipe; the headers do not declare it.
+// The system's information about one end of a pipe; the headers do not declare it.
 struct PipeInformation {
     ULONG type;
     ULONG configuration;

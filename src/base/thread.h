@@ -4,7 +4,7 @@
 #include <functional>
 #include <thread>
 
-// Can be started again after each run. The destructor joins.
+// Can be started again after each run. The destructor waits for the thread to end.
 class Thread {
 public:
     Thread() = default;
@@ -12,8 +12,8 @@ public:
     Thread& operator=(const Thread&) = delete;
     ~Thread() { join(); }
 
-    // Joins the previous run, then runs `body` on a new thread. Returns false, and runs
-    // nothing, if the system cannot create one.
+    // Waits for the previous run to end, then runs `body` on a new thread. Returns false, and runs
+    // nothing, if the system cannot create a thread.
     bool start(std::function<void()> body);
     // Waits for the thread to end. Returns false if none was started since the last join.
     bool join();

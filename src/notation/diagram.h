@@ -8,6 +8,6 @@
 // Prints the piece list to standard output, four entries a line.
 void printPieces(const Position& position);
 
-// Prints the board as a diagram, White at the bottom; printPosition() to standard output.
+// Prints the board as a diagram, White at the bottom. printPosition() prints to standard output.
 void printPosition(const Position& position);
 std::ostream& operator<<(std::ostream& stream, const Position& position);

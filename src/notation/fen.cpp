@@ -20,7 +20,7 @@ constexpr std::size_t EN_PASSANT_TOKEN = EDGE + 2;
 constexpr std::size_t CLOCK_TOKEN = EDGE + 3;
 constexpr std::size_t MIN_TOKENS = EN_PASSANT_TOKEN + 1;
 
-// The half-move clock is capped so that no game can count it past the range of int.
+// The half-move clock is capped so that no game can make it overflow an int.
 constexpr long MAX_FEN_CLOCK = std::numeric_limits<int>::max() / 2;
 
 // The letter of each castling right, in the order in which FEN writes them.
@@ -45,7 +45,7 @@ bool isEmptyRun(char c) {
 }
 
 // Puts the pieces of one rank on the board. `rankIndex` counts from rank 8 down. Ignores pieces
-// past the h-file and unknown characters, which count as an empty square.
+// past the h-file. An unknown character counts as an empty square.
 void handleRank(const std::string& rank, int rankIndex, Position& position) {
     int file = 0;
     for (const char c : rank) {
@@ -75,7 +75,7 @@ void readCastling(const std::string& token, Position& position) {
     }
 }
 
-// FEN has the square that the pawn passed over, Position::epField the pawn's own.
+// FEN names the square that the pawn passed over; Position has the square of the pawn itself.
 void readEnPassant(const std::string& token, Position& position) {
     if (token.size() < 2 || token[0] == '-') {
         return;
@@ -106,7 +106,7 @@ void readTokens(const std::vector<std::string>& tokens, Position& position) {
 
 // ---- The check ----
 
-// `text` with single blanks between its fields and none around them.
+// `text` with single blanks between its fields, and none at either end.
 std::string withSingleBlanks(const std::string& text) {
     constexpr std::string_view BLANKS(" \r\n\0", 4);
     std::string tidy;
@@ -155,7 +155,8 @@ std::string findTextFault(const std::vector<std::string>& tokens) {
     return "";
 }
 
-// Reads only the mailbox and the side to move.
+// The reason why the position cannot be played, or an empty text. Reads only the mailbox and the
+// side to move.
 std::string findBoardFault(const Position& position) {
     ByColor<int> pieces = {};
     ByColor<int> kings = {};

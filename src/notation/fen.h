@@ -1,4 +1,4 @@
-// Reads and writes positions in FEN, and rejects those that cannot be played.
+// Reads and writes positions in FEN.
 #pragma once
 
 #include "board/position.h"
@@ -6,20 +6,22 @@
 #include <string>
 #include <vector>
 
-// Sets `position` from FEN text of four to six fields. Does not check the text.
+// Sets `position` from FEN text of four to six fields. Does not check the text; readPlayableFen()
+// does.
 void setFenNotation(Position& position, const std::string& fenString);
 
-// The same without the clock and the derived values. Returns the tokens of getFenTokens().
+// Like setFenNotation(), but leaves the clock at 0 and computes neither the piece list nor derived
+// values. Returns the tokens of the text.
 std::vector<std::string> setFenEpdCommon(Position& position, const std::string& fenString);
 
-// Splits FEN text into tokens: eight ranks at "/", then the other fields at single blanks.
+// Splits FEN text into at most 30 tokens: the eight ranks, separated by "/", and the other fields,
+// separated by single blanks.
 std::vector<std::string> getFenTokens(const std::string& input);
 
 // Sets `position` from `fen` and returns an empty text. If the position cannot be played, returns
-// the reason and leaves `position` unchanged. Extra blanks are ignored. So are a castling right
-// without its king and rook at home and an en passant square without the pawn that has just
-// passed over it.
+// the reason and leaves `position` unchanged. Ignores extra blanks, castling rights without king
+// and rook at home, and an en passant square without the pawn that has just passed over it.
 std::string readPlayableFen(Position& position, const std::string& fen);
 
-// The position in FEN with five fields; there is no move number.
+// The position in FEN, with five fields: the move number is left out.
 std::string getFen(const Position& position);

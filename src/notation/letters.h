@@ -7,11 +7,11 @@
 #include <span>
 #include <string>
 
-// The result of a failed search for a letter or a square. As a square it is on the border.
+// The result of a failed search for a letter or a square. As a square, it is on the border.
 inline constexpr int NOT_FOUND = 100;
 
-// Letters by piece type, and by file or row. The first table writes a pawn of either colour with
-// a small letter.
+// The letters by piece type, and by file or row. pieceNameChars is for moves of either colour:
+// small for a pawn, capital for the other pieces.
 inline constexpr std::array<char, 7> pieceNameChars = {'0', 'p', 'R', 'N', 'B', 'Q', 'K'};
 inline constexpr std::array<char, 7> pieceNameCharsLower = {'0', 'p', 'r', 'n', 'b', 'q', 'k'};
 inline constexpr std::array<char, 7> pieceNameCharsUpper = {'0', 'P', 'R', 'N', 'B', 'Q', 'K'};
@@ -30,12 +30,12 @@ FieldIndex parseField(char c1, char c2);
 // File or row, 0 to 7, or NOT_FOUND.
 int parse07File(char f);
 int parse07Row(char row);
-// Whether the character is a file letter in either case, or a rank digit.
+// Whether the character is a file letter in either case; whether it is a rank digit.
 bool isFile(char c1);
 bool isRow(char c1);
-// The piece type of a letter in either case, or NO_PIECE. A pawn has only its small letter.
+// The piece type of a letter in either case (but not 'P'), or NO_PIECE.
 PieceType parsePiece(char c);
-// The same for exactly the letters p, R, N, B, Q and K.
+// The piece type of one of the letters p, R, N, B, Q and K; NO_PIECE for any other.
 PieceType parseUpperPiece(char c);
 // The piece to which a pawn promotes, by its letter in either case, or NO_PIECE.
 PieceType parsePromotionType(char c);
@@ -43,5 +43,5 @@ PieceType parsePromotionType(char c);
 std::string promotionTypeToString(PieceType type);
 // File letter and rank digit: E4, or e4.
 std::string fieldToString(FieldIndex fieldIndex, bool lowerCase);
-
+// Prints the text of fieldToString().
 void printField(std::ostream& stream, FieldIndex fieldIndex, bool lowerCase = false);

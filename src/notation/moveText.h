@@ -6,11 +6,12 @@
 #include <iosfwd>
 #include <string>
 
+// Prints a move in this notation.
 void printMove(std::ostream& stream, const Move& move);
 
 // Reads the format of printMove(), with squares in either case, for the side `color`. Any colour
 // but WHITE counts as BLACK. En passant is read from "(e.p.)", with a full stop that printMove()
-// omits. A castling has its flag only. A capture has 7 as captured piece, because the text does
-// not name it. If the text is too short, the missing squares are NOT_FOUND. So are all after the
-// fourth character if that is neither '-' nor 'x', which also prints a message to standard error.
+// omits. Of a castling, only the flag is set. The captured piece is 7, because the text does not
+// name it. Squares that are missing or invalid are NOT_FOUND. If the fourth character is neither
+// '-' nor 'x', prints a message to standard error and reads no further.
 Move parseMove(const std::string& str, Color color);

@@ -1,5 +1,5 @@
-// A move in the 16-bit code of the Polyglot book format, in which the opening book and the
-// transposition table store moves.
+// A move in the 16-bit code of the Polyglot book format. The opening book and the transposition
+// table store moves in this code.
 #pragma once
 
 #include "board/move.h"
@@ -14,9 +14,9 @@ public:
     explicit PolyglotEntry(const Move& move);
     explicit PolyglotEntry(std::int16_t _moveInt) : moveInt(_moveInt) {}
 
-    // The code of a move.
+    // The code of a move, never negative.
     static std::int16_t getIntRepresentation(const Move& move);
-    // Adds start and target to a code that has neither.
+    // Adds start and target to `result`, a code that has neither.
     static void fillMove(FieldIndex from, FieldIndex to, std::int16_t& result);
 
     std::int16_t getMoveInt() const { return moveInt; }
@@ -31,5 +31,5 @@ public:
     int getMove(std::span<const Move> moves) const;
 
 private:
-    std::int16_t moveInt; // not negative
+    std::int16_t moveInt;
 };

@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::size_t MOVE_STRIDE = 5; // characters of a move and its separator
 
-// The rook's square if the move is a castling written as the king's move, else `to`.
+// The rook's square if the squares are those of a castling king, else `to`.
 FieldIndex rookTargetOf(FieldIndex from, FieldIndex to) {
     for (const CastlingFields& fields : castlingFields) {
         if (from == fields.kingFrom && to == fields.kingTo) {

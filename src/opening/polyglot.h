@@ -16,7 +16,7 @@ public:
     // `from` of the result of getMove() if there is no book move.
     static constexpr auto NO_BOOK_MOVE = static_cast<FieldIndex>(127);
 
-    // Constructs an empty book. The first one of the process seeds the random generator.
+    // Constructs an empty book. The first book of the process seeds the random generator.
     PolyglotBook();
 
     // The book that the engine plays from. The first call builds it.
@@ -30,10 +30,10 @@ public:
 
     // Appends an entry to those of a key.
     void put(std::uint64_t hash, const PolyglotEntry& entry);
-    // The entries of a key in the order of insertion.
+    // The entries of a key in the order of insertion; empty if there are none.
     std::vector<PolyglotEntry> get(std::uint64_t hash) const;
-    // Draws one of the entries of the position and returns its pseudo-legal move. `from` is
-    // NO_BOOK_MOVE if there is no entry, or if the one drawn describes no such move.
+    // Draws one of the entries of the position and returns its move. `from` is NO_BOOK_MOVE if
+    // there is no entry, or if the one drawn describes no pseudo-legal move.
     Move getMove(const Position& position) const;
 
 private:
@@ -47,10 +47,10 @@ struct HashEntryPair {
     PolyglotEntry polyglotEntry;
 };
 
-// Reads a line of moves from the start position. Each move is four characters and a separator. The
-// first move that is not pseudo-legal ends the line. A castling is the king's move; with
-// `usePolyglotNotation`, the king capturing its own rook.
+// Reads a line of moves from the start position: four characters each, separated by one character.
+// The first move that is not pseudo-legal ends the line. A castling is written as the king's move;
+// with `usePolyglotNotation`, as the king capturing its own rook.
 std::vector<HashEntryPair> getLineFromString(const std::string& str, bool usePolyglotNotation);
 
-// Puts each move of a line into the book.
+// Puts each move of a line into the book; see getLineFromString().
 void addLine(PolyglotBook& book, const std::string& str, bool usePolyglotNotation = false);

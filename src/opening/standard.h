@@ -4,6 +4,7 @@
 #include <span>
 #include <string_view>
 
-// Moves from the start position, four characters each and separated by a blank. A castling is the
-// king's move. A line occurs several times if its moves are to be drawn more often.
+// Each line is moves from the start position, four characters each, separated by blanks. A castling
+// is written as the king's move. A line is listed several times if its moves are to be drawn more
+// often.
 extern const std::span<const std::string_view> STANDARD_LINES;
