@@ -17,13 +17,13 @@ constexpr const char* TREE_MAX_DEPTH_STR = "TreeMaxDepth: ";
 constexpr const char* QUISCENCE_DELTA_WINDOW_STR = "QuiscenceDeltaWindow: ";
 constexpr const char* QUISCENCE_MAX_DEPTH_STR = "QuiscenceMaxDepth: ";
 
-// Values of the engine that plays, where they differ from the defaults.
+// The settings of the playing engine; the others are the defaults.
 constexpr int PROD_HASH_TABLE_SIZE = 16777216;
 constexpr int PROD_TREE_MAX_DEPTH = 3;
 constexpr int PROD_QUISCENCE_MAX_DEPTH = 10;
 
-// If `line` starts with `key`, stores the number after it, brought to the range
-// of an int, and returns true.
+// If `line` starts with `key`, stores the number after it, clamped to the range of int, and returns
+// true.
 bool readInt(const std::string& line, const std::string& key, int& value) {
     long number = value;
     if (!readLong(line, key, number)) {
@@ -67,7 +67,7 @@ void EngineConfig::readLine(const std::string& line) {
     } else if (startsWith(line, NOT_USING_HASH_TABLE_STR)) {
         useTable = false;
     } else {
-        // The first key that matches takes the line.
+        // Stops at the first key that matches.
         readInt(line, HASH_TABLE_SIZE_STR, hashTableSize) ||
             readInt(line, TREE_MAX_DEPTH_STR, treeMaxDepth) ||
             readInt(line, QUISCENCE_DELTA_WINDOW_STR, quiscenceDeltaWindow) ||

@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-// Made at process start, shared by reference, and unchanged while the engine runs.
+// Created at process start, shared by reference, and unchanged while the engine runs.
 class EngineConfig {
 public:
     static constexpr int DEFAULT_HASH_TABLE_SIZE = 8388608; // table entries
@@ -25,11 +25,11 @@ public:
     // Reads one line of print(). A line with no known key changes nothing.
     void readLine(const std::string& line);
 
-    // Depth in plies of a search with neither time nor depth.
+    // Depth in plies of a search that is given neither time nor depth.
     int treeMaxDepth = DEFAULT_TREE_MAX_DEPTH;
-    // Most plies of quiescence below the tree; 0 switches that search off.
+    // Maximum plies of quiescence below the tree; 0 switches quiescence off.
     int quiscenceMaxDepth = QUI_DEFAULT_MAX_DEPTH;
-    // Margin of the delta rule, in thousandths of a pawn.
+    // Margin of delta pruning in quiescence, in thousandths of a pawn.
     int quiscenceDeltaWindow = DEFAULT_DELTA_WINDOW;
     // Whether the tree search reads and writes the transposition table.
     bool useTable = true;

@@ -63,7 +63,7 @@ void HashTable::empty() {
 }
 
 void HashTable::touchPages() {
-    constexpr int ENTRIES_OF_A_PAGE = 64; // or more
+    constexpr int ENTRIES_OF_A_PAGE = 64; // a lower bound
     empty();
     for (int i = 0; i < size; i += ENTRIES_OF_A_PAGE) {
         getEntry(i); // writes the new generation

@@ -1,5 +1,5 @@
-// The storage of the transposition table: entries addressed by the position key. What is written
-// and read is decided in transpositionTable.h.
+// The storage of the transposition table: entries addressed by the position key. TranspositionTable
+// decides what is written and read.
 #pragma once
 
 #include <concepts>
@@ -13,27 +13,28 @@ enum HashTableEntryState : std::uint8_t {
     NOFAIL = 3,   // the value lay strictly between: an exact score
 };
 
-// One slot: what the move into a position was worth for the side that made it. A fresh slot is
-// all zero bytes.
+// One slot: the value of the move into a position, for the side that made it. A fresh slot is all
+// zero bytes.
 struct GenericEntry {
     std::uint16_t checkHashProduction = 0; // top 16 bits of the position's key
     HashTableEntryState state = FREE;
-    std::int8_t maxVariantDepth = 0;     // plies that were still to be searched
-    std::int32_t evaluation = 0;         // for the side that has just moved
-    std::int16_t moveRepresentation = 0; // best move from here, as a Polyglot code
-    std::uint16_t generation = 0;        // of the table when the slot was last cleared
+    std::int8_t maxVariantDepth = 0;     // plies of tree search after the move
+    std::int32_t evaluation = 0;         // the value, for the side that made the move
+    std::int16_t moveRepresentation = 0; // best reply, as a Polyglot code; 0 if none
+    std::uint16_t generation = 0;        // of the table when the slot was last accessed
 };
 
-// Bytes of a slot; `Hash` is counted in them.
+// Bytes per slot; the option `Hash` is converted to entries of this size.
 inline constexpr int ENTRY_SIZE = 12;
 static_assert(sizeof(GenericEntry) == ENTRY_SIZE);
 
-// Entries that fit into `mebibytes`, rounded down, 0 if out of range; and the inverse.
+// The number of entries that fit into `mebibytes`, 0 if out of range; and the size of `entries` in
+// mebibytes. Both are rounded down.
 int entriesOf(int mebibytes);
 int mebibytesOf(int entries);
 
 // An owned array of entries, addressed by the key modulo its size. A table of size 0 has no array;
-// no entry may then be asked for.
+// getEntry() must not be called then.
 class HashTable {
 public:
     explicit HashTable(int _size) { allocate(_size); }
@@ -52,17 +53,18 @@ public:
     int getSize() const { return size; }
 
     // Sets the state of every slot to FREE; the rest of a slot stays. Takes constant time: a slot
-    // of an old generation is freed when it is next asked for. Invalidates references to entries.
+    // of an old generation is freed when it is next accessed. Do not use references to entries
+    // after this call.
     void empty();
 
-    // Empties the table and writes to every memory page of it, so that the system provides them now
-    // and not during a search.
+    // Empties the table and writes to each of its memory pages, so that the system provides them
+    // now and not during a search.
     void touchPages();
 
     // The entry at an index below the size.
     GenericEntry& getEntry(std::signed_integral auto index) { return upToDate(table[index]); }
-    // The slot of a key. `clash` becomes whether a position with another check value wrote it,
-    // whatever its state; clashes are counted.
+    // The slot of a key. Sets `clash` to whether the slot holds another check value, whatever its
+    // state. Counts the clashes.
     GenericEntry& getEntry(std::unsigned_integral auto hash, bool& clash) {
         GenericEntry& entry = upToDate(table[hash % static_cast<std::uint64_t>(size)]);
         clash = entry.checkHashProduction != getCheckValue(hash);

@@ -8,7 +8,7 @@
 
 namespace {
 
-// A bound of the window, kept inside the full one.
+// `score` as a bound of the window, clamped to the full window.
 int windowBound(std::int64_t score) {
     return static_cast<int>(
         std::clamp<std::int64_t>(score, DEFAULT_FIRST_ALFA, DEFAULT_FIRST_BETA));
@@ -20,8 +20,8 @@ struct Verdict {
     RootWindow next;
 };
 
-// A failed pass says only on which side of the window the score lies. That side is opened, and
-// the other one is closed to just past the bound that failed.
+// Judges a pass by its score. A failed pass shows only on which side of the window the score lies.
+// The next window is open on that side and ends just past the bound that failed.
 Verdict judge(const Variant& variant, const RootWindow& window) {
     const int score = variant.evaluation;
     if (isBottomMateLimit(score) || isUpperMateLimit(score)) {

@@ -1,5 +1,5 @@
-// Iterative deepening: runs the passes of depth 1, 2, 3 and so on, each in a narrow
-// window around the score of the last good one, and decides when to stop.
+// Iterative deepening: runs passes of depth 1, 2, 3 and so on, each in a narrow window around the
+// score of the last good one, and decides when to stop.
 #pragma once
 
 #include "search/engineParameters.h"
@@ -14,15 +14,15 @@
 
 class IdaVariant;
 
-// One pass of a search, after its end.
+// The outcome of one pass of a search.
 struct SearchPass {
     int depth;                                     // plies
     RootWindow window;                             // the window that it ran with
     std::optional<IdaNS::GeneratingResult> result; // nothing if the pass was abandoned
     RootWindow next;                               // the window of the next pass
-    std::int64_t nodes;                            // moves played since the search began
-    // Score for the side to move and, after a good pass, the line. After a failed pass the score
-    // is the bound that failed, and the line is meaningless.
+    std::int64_t nodes;                            // moves counted since the search began
+    // The score, for the side to move, and the line. After a failed pass the score is the bound
+    // that failed, and the line is meaningless. Valid until the next pass.
     const Variant& line;
 
     // Whether the score lies inside the window.
@@ -31,7 +31,7 @@ struct SearchPass {
 
 class Ida final {
 public:
-    // Called after each pass, also an abandoned one. False ends the search.
+    // Called after each pass, even an abandoned one. Returns false to end the search.
     using PassCallback = std::function<bool(const SearchPass&)>;
 
     // `_config` is shared and must outlive the object.
@@ -45,9 +45,10 @@ public:
     // search does not ask the book.
     void deepen(const SearchRequest& request, IdaVariant* idaVariant, const PassCallback& onPass);
 
-    // The timed search: deepens as long as another pass is worth its time, publishes
-    // and reports each good pass, and raises the ready flag at its end. It ends early when that
-    // flag goes up. `threadId` is the number that `idaVariant` gave to this search.
+    // The timed search: deepens until another pass is not worth its time or the ready flag is
+    // raised. Publishes and reports each good pass; a mate or a book move is reported only if the
+    // time is unlimited. Raises the ready flag at its end. `threadId` is the number that
+    // `idaVariant` gave to this search.
     void generateTree(const SearchRequest& request, int threadId, IdaVariant& idaVariant);
 
     // The depth search: deepens to the depth of the request and reports each good pass.
@@ -60,16 +61,16 @@ public:
     // Resets what the passes of a search share, and takes over the limits and the game.
     void prepareSearch(const SearchRequest& request, IdaVariant* idaVariant);
 
-    // Whether the timed search must end after a pass with this result. `lastDuration`
-    // is the time from one good pass to the next, below 0 before the first, and
-    // `lastCheck` the clock at the last good one: both are updated here.
+    // Whether the timed search must end after a pass with this result. After a good pass, updates
+    // `lastCheck` to the clock and `lastDuration` to the milliseconds since the previous good pass;
+    // `lastDuration` is negative before the first one.
     static bool timeUp(Milliseconds totalMilliseconds, double& lastDuration,
                        Milliseconds& lastCheck, Milliseconds clockStart,
                        IdaNS::GeneratingResult result, IdaVariant& idaVariant);
 
     // ---- Set-up; no search may run ----
 
-    // Reports every move and every pass to `_observer`, which must outlive the searches.
+    // Reports every move and every finished pass to `_observer`, which must outlive the searches.
     void watchBy(SearchObserver& _observer);
     void setInfoListener(InfoListenerInterface* listener) { infoListener = listener; }
     // Resizes the hash table, losing all entries; does nothing if the size is the same. Returns the

@@ -7,35 +7,36 @@
 #include <condition_variable>
 #include <mutex>
 
-// Every search draws a number first. A thread of an older search still holds the old
-// number, so whatever it calls has no effect on the new one. Safe from any thread.
+// Every search first draws a number. Calls with the number of an older search are ignored, so that
+// a thread that is still winding down cannot affect the new search. Thread-safe.
 class IdaVariant {
 public:
-    // Opens a search: lowers the ready flag, forgets wake-ups and returns the search's number.
+    // Opens a search: lowers the ready flag, forgets pending wake-ups and returns the number of the
+    // search.
     int getNextThreadId();
     // Publishes a line without a report, if the number is that of the current search.
     void setVariant(const Variant& variantPar, int _threadId);
     // Publishes the report of a pass with its line, if the number is that of the current search.
-    // An empty line, as of a drawn root, replaces the score but not the moves.
+    // An empty line, such as that of a drawn root, replaces the score but not the moves.
     void setReport(const InfoStruct& info, int _threadId);
     // Raises the ready flag and wakes the waiting thread, if the number is that of the current
     // search.
     void signalReady(int _fakeThreadId);
     // Whether the search is to end, or has ended.
     bool isReady();
-    // The line and the report published last. The request's number is left at 0.
+    // The line and the report published last. SearchResult::number is 0.
     SearchResult getResult();
 
-    // Wakes the thread that waits for the current search, or does so later.
+    // Wakes the waiting thread. If it is not waiting yet, its next wait ends at once.
     void wake();
-    // Waits to be woken, but no longer than `duration`.
+    // Waits until wake() or signalReady() is called, but no longer than `duration`.
     void waitToBeWoken(Milliseconds duration);
 
 private:
     std::mutex pMutex; // guards the rest
     std::condition_variable woken;
-    bool isWoken = false;
-    bool ready = false;
+    bool isWoken = false; // a wake-up is pending
+    bool ready = false;   // the ready flag: the search is to end, or has ended
     int fakeThreadId = 0; // number of the search that owns the slot
     SearchResult published;
 };

@@ -1,4 +1,4 @@
-// The report of a pass, and the interfaces of those who receive reports and stop searches.
+// The report of a pass, and the interfaces for receiving reports and for stopping a search.
 #pragma once
 
 #include "base/clock.h"
@@ -8,16 +8,16 @@
 
 // A progress report at the end of a pass.
 struct InfoStruct {
-    std::int64_t nodesSearched; // moves played since the search began
+    std::int64_t nodesSearched; // moves counted since the search began; see NodeCounter
     std::int64_t nodesPerSec;   // see nodesPerSecond()
-    int depth;                  // of the pass
-    int selDepth;               // plies from the root that quiescence can reach at most
+    int depth;                  // of the pass, in plies
+    int selDepth;               // the most plies from the root that quiescence can reach
     Variant pv;                 // the line found, with its score
     Milliseconds time;          // milliseconds since the search began
-    int number;                 // of the request that is searched
+    int number;                 // SearchRequest::number
 };
 
-// The rate of a search, rounded down. An elapsed time of 0 counts as 1 millisecond.
+// Nodes per second, rounded down. An elapsed time of 0 counts as 1 millisecond.
 std::int64_t nodesPerSecond(std::int64_t nodes, Milliseconds elapsed);
 
 // Receives the reports of a search, on the search thread.
@@ -32,7 +32,7 @@ protected:
 // Polled by the thread that waits for a search.
 class StopListenerInterface {
 public:
-    // Whether a stop was requested since the last call.
+    // Whether the search must stop. The call may clear the request.
     virtual bool checkForStop() = 0;
 
 protected:

@@ -8,7 +8,7 @@
 
 namespace {
 
-// Drawers of the tree, tried in this order.
+// Drawers of the tree search, tried in this order.
 constexpr int TABLE_MOVE_DRAWER = 0;
 constexpr int FIRST_KILLER_DRAWER = 6;
 constexpr int SECOND_KILLER_DRAWER = 7;
@@ -17,7 +17,7 @@ constexpr int TREE_DRAWERS = 9;
 // By captured piece: queen, rook, bishop, knight, pawn.
 constexpr ByType<int> captureDrawers = {QUIET_DRAWER, 5, 2, 4, 3, 1, QUIET_DRAWER};
 
-// Drawers of quiescence by moved and captured piece, best attack first.
+// Drawers of quiescence: one row per moved piece, one column per captured piece.
 constexpr std::int8_t NO_CAPTURE_DRAWER = 9;
 constexpr Indexed<int, std::int8_t, 64> pieceEvaluationBuckets = {
     -1, -1, -1, -1, -1, -1, -1, -1, // none
@@ -111,7 +111,7 @@ void MoveOrder::updateKiller(const Move& move, int depth) {
 }
 
 void MoveOrder::clearKillersTable() {
-    killers[0] = 0; // what `actualKillers` has for none
+    killers[0] = 0; // the count for index 0, which means no killer
     actualKillers.fill(0);
 }
 
@@ -126,7 +126,7 @@ int MoveOrder::getMoveKillersIndex(const Move& move, int depth) {
 }
 
 void orderMoves(const MoveArray& moves, MoveIndices& moveOrderIndices, int length) {
-    // An insertion sort, as there are rarely more than a few captures.
+    // An insertion sort, because there are rarely more than a few captures.
     Indexed<int, std::int8_t, MAX_MOVES> drawers;
     for (int i = 0; i < length; ++i) {
         const Move& move = moves[i];

@@ -1,4 +1,5 @@
-// Counts the moves that a search has played, and polls the stop flag every 20001 of them.
+// Counts the moves that a search tries or QuietSkipper skips, and polls the stop flag every 20001
+// of them.
 #pragma once
 
 #include "search/searchParameters.h"
@@ -13,13 +14,14 @@ class NodeCounter {
 public:
     // Sets the counts to 0 and removes the limit.
     void resetSearchedNodes();
-    // The search is abandoned when it has counted `limit` moves, 1 or more.
+    // Abandons the search when it has counted `limit` moves since resetSearchedNodes(). Requires 1
+    // or more.
     void setNodeLimit(std::int64_t limit);
     // The slot whose ready flag stops the search, null for none. Not owned.
     void setIdaVariant(IdaVariant* _idaVariant) { idaVariant = _idaVariant; }
 
-    // Count a move of the tree or of quiescence, and poll the stop flag when that is due. True if
-    // the pass is to be abandoned; isAbandoned() is then true as well.
+    // Count a move of the tree or of quiescence, and poll the stop flag if a poll is due. Return
+    // true if the pass is to be abandoned; isAbandoned() is then true as well.
     bool countTreeMoveAndPoll() {
         ++searchedTreeNodes;
         return countMoveAndPoll();
@@ -30,22 +32,23 @@ public:
         return searchedAllNodesAfterTimeControl > TIME_CHECK_AFTER_NODES && poll();
     }
 
-    // Whether `moves` more moves fit before the next poll; and counts `moves` moves.
+    // Whether `moves` more moves fit before the next poll.
     bool isFarFromPoll(int moves) const {
         return searchedAllNodesAfterTimeControl + moves <= TIME_CHECK_AFTER_NODES;
     }
+    // Counts `moves` moves of quiescence without polling. Requires isFarFromPoll(moves).
     void countMoves(int moves) {
         searchedAllNodes += moves;
         searchedAllNodesAfterTimeControl += moves;
     }
 
-    // Whether the ready flag is up.
+    // Whether the ready flag is up. Without a slot it never is.
     bool timerUp();
-    // Whether the pass was abandoned, because of the flag or the limit. True until
+    // Whether the pass was abandoned, because of the flag or the limit. Stays true until
     // resetSearchedNodes().
     bool isAbandoned() const { return searchedAllNodesAfterTimeControl == TIME_CHECK_QUIT; }
 
-    // Moves played by both searches, the count that is reported; and by the tree alone.
+    // All moves, which is the number reported; and those of the tree alone.
     std::int64_t getSearchedAllNodes() const { return searchedAllNodes; }
     std::int64_t getSearchedTreeNodes() const { return searchedTreeNodes; }
 

@@ -11,7 +11,7 @@ bool readLong(const std::string& line, const std::string& key, long& value) {
     if (!readString(line, key, rest)) {
         return false;
     }
-    // Stores 0 for a word that is no number; without any word it stores nothing.
+    // Stores 0 for a word that is not a number, and nothing if there is no word.
     std::istringstream(rest) >> value;
     return true;
 }

@@ -8,7 +8,7 @@
 
 using QuietBounds = ByType<ByField<int>>;
 
-// The squares that a quiet move of a piece reaches on an empty board, castling apart.
+// The squares that a quiet move of a piece reaches on an empty board, without castling.
 constexpr FieldSet quietFieldsOf(Color color, PieceType type, FieldIndex from) {
     switch (type) {
     case PAWN:
@@ -27,7 +27,7 @@ constexpr FieldSet quietFieldsOf(Color color, PieceType type, FieldIndex from) {
     }
 }
 
-// The bounds of a colour in one phase: the most that quietGainBound() gives for any target.
+// The bounds of a colour in one phase: the maximum of quietGainBound() over all targets.
 template <Color color, bool isEndGame>
 inline constexpr QuietBounds quietBoundsOf = [] {
     QuietBounds bounds{};

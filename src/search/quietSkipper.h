@@ -7,12 +7,12 @@
 #include "search/score.h"
 #include "search/searchState.h"
 
-// A quiet move gets the static score after it, unless it gives check or repeats a position. It can
-// be skipped if that score is known not to raise alfa. A repetition can be skipped too if alfa is
-// at or above the draw score: a draw does not beat it, and alfa only rises.
+// The score of a quiet move is the static score after it, unless it gives check or repeats a
+// position. The move can be skipped if that score cannot raise alfa. A repetition can be skipped if
+// alfa is at or above the draw score, because alfa only rises.
 class QuietSkipper {
 public:
-    // A watched search skips nothing.
+    // `isWatched`: every move is to be reported, so none is skipped.
     QuietSkipper(QuiscenceNode& _node, SearchState& _state, bool isWatched)
         : node(_node), state(_state) {
         const Position& position = node.position;
@@ -27,7 +27,8 @@ public:
         }
     }
 
-    // Of `fields`, free squares that a piece may legally go to, those whose moves can be skipped.
+    // The squares of `fields` whose moves can be skipped. Requires empty squares to which the piece
+    // may legally move.
     FieldSet getSkippable(const PieceTargets& piece, FieldSet fields) const {
         const Position& position = node.position;
         if (score == SKIP_NOTHING ||
@@ -42,8 +43,8 @@ public:
                    : getFieldsNotAboveAlfa(piece, fields);
     }
 
-    // Skips `moves` moves. False if they have to be tried after all, because a poll is due
-    // among them.
+    // Counts `moves` moves as skipped and returns true. If a poll is due among them, counts nothing
+    // and returns false; the moves must then be tried.
     bool trySkip(int moves) {
         if (!state.nodes.isFarFromPoll(moves)) {
             return false;
@@ -53,10 +54,15 @@ public:
         return true;
     }
 
-    // Skips the steps of all pawns at once, where one bound holds for all of them: none can raise
-    // alfa, promotes, or gives check, directly or by discovery. No pawn may be pinned, as then the
-    // legal steps could not be counted as a set, and no other piece may come between the pawns in
-    // list order, as a poll or a cut-off in between would then see another count.
+    // Skips the legal steps of all pawns at once and returns true, if
+    // - no step can raise alfa,
+    // - no pawn is pinned, so that the legal steps can be counted as a set,
+    // - no step promotes,
+    // - no step gives check, directly or by discovery,
+    // - the pawns directly follow the king in list order, so that every other move is tried at the
+    //   same node count as without skipping, and
+    // - no poll is due among the steps.
+    // Otherwise skips nothing and returns false.
     bool trySkipPawns() {
         const FieldSet pawns = node.position.getPieces(node.position.colorToMove, PAWN);
         const FieldSet singleSteps = node.moves.getSingleSteps();
@@ -76,11 +82,12 @@ private:
     // Sentinel for `score` above every possible alfa, so that nothing is skipped.
     static constexpr std::int64_t SKIP_NOTHING = 2 * std::int64_t{DEFAULT_FIRST_BETA};
 
-    // The static score for the side to move if its quiet move leads to `sum`.
+    // The static score for the side to move if a quiet move leads to `sum`.
     int scoreOf(PieceSum sum) const {
         return staticScore(sum, node.material, allMaterial, node.position.colorToMove);
     }
 
+    // The squares of `fields` where the exact static score does not raise alfa.
     FieldSet getFieldsNotAboveAlfa(const PieceTargets& piece, FieldSet fields) const {
         const auto& sums = pieceSums[node.position.colorToMove][piece.type];
         PieceSum others = node.position.incremental.sum;
@@ -96,8 +103,8 @@ private:
         return skippable;
     }
 
-    // Whether a pawn step to one of `steps` can give check. Checks count only where they are
-    // searched.
+    // Whether a pawn step to one of `steps` can give check. Always false at the deepest ply, where
+    // checks are not searched.
     bool canPawnsCheck(FieldSet pawns, FieldSet steps) const {
         return !node.isDeepestPly &&
                ((pawns & node.checkInfo->getDiscoverers()) |
@@ -106,8 +113,9 @@ private:
 
     QuiscenceNode& node;
     SearchState& state;
-    std::int64_t score = SKIP_NOTHING; // static, before any move
-    int allMaterial = 0;               // of both sides; a quiet move keeps it
-    // Of the side to move in this phase; any table while nothing is skipped.
+    // The static score before any move, for the side to move, or SKIP_NOTHING.
+    std::int64_t score = SKIP_NOTHING;
+    int allMaterial = 0; // of both sides; a quiet move does not change it
+    // The table of the side to move in this phase; not used with SKIP_NOTHING.
     const QuietBounds* bounds = &quietBoundsOf<WHITE, false>;
 };

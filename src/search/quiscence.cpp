@@ -11,13 +11,14 @@
 
 namespace {
 
-// Whether the search goes deeper after a move: it captures, promotes or gives check.
+// Whether a move captures, promotes or gives check, so that the search goes deeper.
 bool isMoveInteresting(const Move& move, const CheckInfo& checkInfo) {
     return move.pieceCaptured != NO_PIECE || move.promotionPieceType != NO_PIECE ||
            checkInfo.givesCheck(move);
 }
 
-// The static score after a move, for the side that makes it. `material` is its balance then.
+// The static score after a move, for the side that makes it. `material` is its balance of material
+// after the move.
 [[gnu::always_inline]] inline int staticScoreAfter(const Position& position, const Move& move,
                                                    int material) {
     return staticScore(getSumAfter(position, move), material, getTotalMaterialAfter(position, move),
@@ -30,11 +31,12 @@ template <class Observer>
 MoveEnding Quiscence<Observer>::quiscenceSearchInner(Position& position, int alfa, int beta,
                                                      Variant& variant) {
     if (state.getQuiscenceMaxDepth() == 0) {
-        // The bounds go in unturned, although they belong to the other side.
+        // totalEval() scores the other side, but the bounds are passed on without negating them:
+        // that would change the scores.
         variant.evaluation = -totalEval(position, alfa, beta);
         return MoveEnding::NO_QUISCENCE;
     }
-    // Standing pat: the only exit with a score beyond beta.
+    // Standing pat. The score is not limited to beta.
     if (state.config._new_feature_quiscence_optimization && !isInCheck(position)) {
         const int material = basicPositionEvaluationByMaterial(position);
         const int betterAlfa = -material - positionalEval(position, material);
@@ -138,7 +140,7 @@ template <class Observer> bool Quiscence<Observer>::tryQuietMoves(QuiscenceNode&
     return tryQuietMovesOf(node, pieces & ~king & ~skipped, skipper);
 }
 
-// The same for the pieces in some entries of the list.
+// Tries the quiet moves of the pieces in `entries`, without castlings.
 template <class Observer>
 bool Quiscence<Observer>::tryQuietMovesOf(QuiscenceNode& node, EntrySet entries,
                                           QuietSkipper& skipper) {
@@ -185,8 +187,8 @@ template <class Observer> bool Quiscence<Observer>::tryMove(QuiscenceNode& node,
     return true;
 }
 
-// Scores a legal move for the side that makes it: `localVariant` gets the score and, if the move
-// is searched, the line after it.
+// Scores a legal move for the side that makes it. Stores the score and, if the move is searched,
+// the line after it in `localVariant`.
 template <class Observer>
 MoveEnding Quiscence<Observer>::scoreQuiscenceMove(QuiscenceNode& node, const Move& move) {
     const Position& position = node.position;
@@ -215,7 +217,7 @@ MoveEnding Quiscence<Observer>::scoreQuiscenceMove(QuiscenceNode& node, const Mo
     return searchMove(node, move);
 }
 
-// At the deepest ply quiet and other moves get the same score; only reports tell them apart.
+// At the deepest ply quiet and other moves are scored alike; only reports distinguish them.
 template <class Observer>
 MoveEnding Quiscence<Observer>::endingAtDeepestPly(const QuiscenceNode& node, const Move& move) {
     const bool isQuiet = Observer::IS_WATCHING && !node.isInCheckOriginally &&
@@ -223,7 +225,7 @@ MoveEnding Quiscence<Observer>::endingAtDeepestPly(const QuiscenceNode& node, co
     return isQuiet ? MoveEnding::QUIET : MoveEnding::DEEPEST_PLY;
 }
 
-// Scores a legal move by a search.
+// Scores a legal move by searching the position after it.
 template <class Observer>
 MoveEnding Quiscence<Observer>::searchMove(QuiscenceNode& node, const Move& move) {
     DoMoveContext context;

@@ -1,7 +1,8 @@
-// The quiescence search: settles captures, promotions and checks below the tree.
+// The quiescence search: follows captures, promotions and checks below the tree.
 //
-// Every score of a node is for the side to move there, in thousandths of a pawn. The search
-// is fail-hard alpha-beta; `alfa` and `beta` are the node's window.
+// Every score of a node is for the side to move there, in thousandths of a pawn. `alfa` and `beta`
+// are the node's window. The search is fail-hard, except for mates, draws and the static scores at
+// the entry.
 #pragma once
 
 #include "board/position.h"
@@ -20,17 +21,17 @@ public:
     // `_state` must outlive the object.
     Quiscence(SearchState& _state, Observer _observer) : state(_state), observer(_observer) {}
 
-    // The search as the tree calls it: leaves score and line in `variant` and returns how the
-    // move into `position` ended. In an abandoned pass neither is meaningful.
+    // Searches a leaf of the tree. Stores score and line in `variant` and returns how the move into
+    // `position` ended. In an abandoned pass neither is meaningful.
     MoveEnding quiscenceSearchInner(Position& position, int alfa, int beta, Variant& variant);
 
-    // One node, `depth` plies below the entry. A move that raises `alfa` and stays below
-    // `beta` makes the line; otherwise it stays as it was given.
+    // Searches one node, `depth` plies below the entry. A move that raises alfa and stays below
+    // beta replaces the line; a score at beta and a draw by the half-move clock empty it.
     MoveEnding quiscenceSearchRek(Position& position, Variant& variant, int alfa, int beta,
                                   int depth);
 
 private:
-    // False if the node is over: a move reached beta, or the pass is abandoned.
+    // These return false if the node is over: a move reached beta, or the pass is abandoned.
     bool tryCaptures(QuiscenceNode& node);
     bool tryQuietMoves(QuiscenceNode& node);
     bool tryQuietMovesOf(QuiscenceNode& node, EntrySet entries, QuietSkipper& skipper);

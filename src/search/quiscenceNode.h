@@ -20,22 +20,22 @@ struct QuiscenceNode {
         }
     }
 
-    // Of `fields`, pseudo-legal targets of a piece, those that are legal.
+    // The squares of `fields` to which the piece may legally move. Requires pseudo-legal targets.
     FieldSet getLegalFields(const PieceTargets& piece, FieldSet fields) const {
         return piece.type == KING ? pins.getSafeFields(fields)
                                   : fields & pins.getAllowedFields(piece.from);
     }
 
     Position& position;
-    Variant& variant; // gets the line
-    int alfa;         // the best score so far
-    const int beta;
-    const int depth;                    // plies below the entry
+    Variant& variant;                   // receives the line
+    int alfa;                           // lower bound of the window; rises to the best score
+    const int beta;                     // upper bound of the window
+    const int depth;                    // plies from the entry of quiescence
     const PseudoLegalMoves moves;       // all moves
-    const CheckersAndPins pins;         // which of them are legal
-    const bool isInCheckOriginally;     // before the moves
-    const bool isDeepestPly;            // nothing is searched further
-    const int material;                 // balance for the side to move
+    const CheckersAndPins pins;         // for testing which of them are legal
+    const bool isInCheckOriginally;     // whether the side to move is in check
+    const bool isDeepestPly;            // whether no move is searched deeper
+    const int material;                 // balance for the side to move, in thousandths of a pawn
     std::optional<CheckInfo> checkInfo; // set unless in check or at the deepest ply
     int numberOfLegalMoves = 0;         // tried or skipped
     Variant localVariant;               // score of the move tried last, and the line after it

@@ -9,20 +9,21 @@
 
 class RepetitionTable {
 public:
-    // Starts over with the positions of a game, the current one last.
+    // Replaces all positions by those of a game, the current one last.
     void begin(std::span<const std::uint64_t> game) {
         keys.assign(game.begin(), game.end());
         keys.reserve(game.size() + MAX_PASSES + MAX_QUISCENCE_DEPTH + 1);
     }
 
-    // Adds the position after a move to the path; removes the last one added. Both searches call
-    // the pair around the search of a position, also when the pass is abandoned in between.
+    // Adds the position after a move to the path; removes the position added last. The tree search
+    // and quiescence call the two around the search of a position, even if the pass is abandoned in
+    // between.
     void increaseRepetitions(std::uint64_t key) { keys.push_back(key); }
     void decreaseRepetitions() { keys.pop_back(); }
 
-    // Whether the position after a move from the last one has occurred before. `key` and `clock`,
-    // the half-move clock, are those of the position after the move. Only positions since the last
-    // irreversible move, with the same side to move and at least four plies back, can repeat.
+    // Whether the position after the next move has occurred before. `key` and `clock`, the
+    // half-move clock, are those after that move. Looks only at positions since the last pawn move
+    // or capture, with the same side to move, and at least four plies back.
     bool isRepetition(std::uint64_t key, int clock) const {
         for (std::size_t back = 4; back <= static_cast<std::size_t>(clock) && back <= keys.size();
              back += 2) {
@@ -32,7 +33,7 @@ public:
         }
         return false;
     }
-    // Whether any position can have occurred before at this half-move clock.
+    // Whether isRepetition() can be true for any key at this half-move clock.
     bool canRepeat(int clock) const { return clock >= 4 && keys.size() >= 4; }
 
 private:

@@ -3,7 +3,7 @@
 
 #include "search/score.h"
 
-// For the side to move. The default is the full window, which every score lies inside.
+// Both bounds are for the side to move. The default is the full window, which contains every score.
 struct RootWindow {
     int firstAlpha = DEFAULT_FIRST_ALFA;
     int firstBeta = DEFAULT_FIRST_BETA;

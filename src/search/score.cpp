@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr int MATE_TEXT_LIMIT = 2147483398; // scores beyond it are printed as mates
+constexpr int MATE_TEXT_LIMIT = 2147483398; // printEval() prints scores beyond it as mates
 constexpr std::int64_t MATE_IN_BASE = 1073741724;
 
 } // namespace

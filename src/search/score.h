@@ -3,7 +3,7 @@
 #pragma once
 
 inline constexpr int MATED_EVALUATION = -2147483448; // the side to move is checkmated
-// The full window: every mate score lies inside it.
+// The bounds of the full window, which contains every score.
 inline constexpr int DEFAULT_FIRST_ALFA = -2147483548;
 inline constexpr int DEFAULT_FIRST_BETA = -DEFAULT_FIRST_ALFA;
 // A score strictly outside these limits is a mate.
@@ -12,7 +12,8 @@ inline constexpr int BOTTOM_MATE_LIMIT = -UPPER_MATE_LIMIT;
 // The score of a drawn position.
 inline constexpr int DRAW_EVALUATION = 0;
 
-// Whether the score is a mate by the side that it belongs to, or against it.
+// isUpperMateLimit(): whether the side that the score belongs to mates. isBottomMateLimit():
+// whether that side is mated.
 constexpr bool isUpperMateLimit(int eval) {
     return eval > UPPER_MATE_LIMIT;
 }
@@ -20,7 +21,7 @@ constexpr bool isBottomMateLimit(int eval) {
     return eval < BOTTOM_MATE_LIMIT;
 }
 
-// A bound of the window on its way one ply down: mates move one step outward.
+// Converts a bound of the window for the next ply: mate scores move one step outward.
 constexpr int closerToCheckMate(int hodnoceni) {
     if (isUpperMateLimit(hodnoceni)) {
         return hodnoceni + 1;
@@ -28,7 +29,7 @@ constexpr int closerToCheckMate(int hodnoceni) {
     return isBottomMateLimit(hodnoceni) ? hodnoceni - 1 : hodnoceni;
 }
 
-// A score on its way one ply up: mates move one step inward.
+// Converts a score for the previous ply: mate scores move one step inward.
 constexpr int furtherFromCheckMate(int hodnoceni) {
     if (isUpperMateLimit(hodnoceni)) {
         return hodnoceni - 1;
@@ -38,17 +39,19 @@ constexpr int furtherFromCheckMate(int hodnoceni) {
 
 // ---- Mates in moves ----
 
-// Whether a score is a mate, given or suffered.
+// Whether a score is a mate by either side.
 constexpr bool isMate(int eval) {
     return isUpperMateLimit(eval) || isBottomMateLimit(eval);
 }
-// The moves of the mating side up to the mate, negative if the side that the score belongs to is
+// The number of moves that the mating side needs, negative if the side that the score belongs to is
 // mated; 0 if the mate is on the board. Requires isMate(eval).
 int movesToMate(int eval);
-// The score of a mate in `mateIn` moves, negative if the side is mated; 0 for 0. Saturates at the
-// ends of the integer range.
+// The score of a mate in `mateIn` moves; 0 for 0. A negative `mateIn` gives a score below
+// MATED_EVALUATION, the lowest score that a search returns. Saturates at the ends of the integer
+// range.
 int mateInEval(int mateIn);
-// The moves to mate that printEval() prints, 0 if it prints a number.
+// The number of moves to mate that printEval() prints, whichever side mates; 0 if it prints a plain
+// number.
 int mateInFromEval(int eval);
 
 // Prints a score to standard output: in words if it is a mate in 25 moves or less, else as a

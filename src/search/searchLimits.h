@@ -1,4 +1,5 @@
-// The limits of a search. By default nothing but a depth of MAX_PASSES limits it.
+// The limits of a search. A timed search needs a value for `time`; a depth search has no time
+// limit.
 #pragma once
 
 #include "board/move.h"
@@ -15,12 +16,12 @@ struct SearchLimits {
     TimeBudget time = {};
     // The deepest pass, in plies.
     int depth = MAX_PASSES;
-    // The same if only one move is legal, unless the search is infinite. With 0 that move is the
-    // answer without a search.
+    // The deepest pass of a timed search if only one move is legal, unless the search is infinite.
+    // 0 makes that move the answer without a search.
     int onlyMoveDepth = 0;
-    // The search ends after playing this many moves, 1 or more.
+    // The search ends after counting this many moves, 1 or more; see NodeCounter.
     std::int64_t nodes = ANY_NODES;
-    // Whether to ask the book; a search of unlimited time never does.
+    // Whether to ask the book. A search of unlimited time never does.
     bool useBook = true;
     // The legal moves to choose from; all if empty.
     std::vector<Move> rootMoves = {};

@@ -1,5 +1,5 @@
-// The interface through which a search reports every move. The recursive routines take an
-// observer as a template parameter, so the search that plays pays nothing for it.
+// The interface through which a search reports every move. The recursive routines take the type of
+// the observer as a template parameter, so that an unobserved search costs nothing extra.
 #pragma once
 
 #include "search/moveEnding.h"
@@ -20,30 +20,30 @@ enum GeneratingResult : int {
 
 } // namespace IdaNS
 
-// Receives everything that a search does. Every doMove() is followed by exactly one
-// of the two explain calls for a move, unless the pass is abandoned.
+// Receives every move and every pass of a search. Every doMove() is followed by exactly one
+// explainTreeGenMove() or explainQuiscenceMove() for the same move, unless the pass is abandoned.
 class SearchObserver {
 public:
     // The search is about to try `move`.
     virtual void doMove(const Move& move) = 0;
-    // The tree search has finished the last move and taken it back. `alfa` and `beta` are the
-    // node's window when it was tried, `localVariant` the score, for the side that made it, and
-    // the line after it; `ending` is how it was scored.
+    // The tree search has scored `move` and taken it back. `alfa` and `beta` are the node's window
+    // when the move was tried. `localVariant` has its score, for the side that made it, and the
+    // line after it. `ending` is how it was scored.
     virtual void explainTreeGenMove(int alfa, int beta, const Variant& localVariant,
                                     const Move& move, MoveEnding ending) = 0;
     // The same for the quiescence search.
     virtual void explainQuiscenceMove(int alfa, int beta, const Variant& localVariant,
                                       const Move& move, MoveEnding ending) = 0;
-    // A pass has ended. A pass that was abandoned has not.
+    // A pass has ended. Not called for an abandoned pass.
     virtual void explainEndTreePass(IdaNS::GeneratingResult result) = 0;
 
 protected:
     ~SearchObserver() = default;
 };
 
-// The observers that the recursive routines have as a template parameter.
+// ---- The types that the recursive routines take as `Observer` ----
 
-// The search that plays: the compiler leaves nothing of this.
+// Observes nothing. The compiler removes all its calls.
 struct NoObserver {
     static constexpr bool IS_WATCHING = false; // whether moves are reported
     static constexpr bool IS_COUNTING = false; // whether count() has an effect
@@ -57,7 +57,7 @@ struct NoObserver {
     void count(int /*type*/, int /*ply*/, int /*increment*/) const {}
 };
 
-// The same search, counted in `statistics`, which is not owned.
+// Counts in `statistics`, which is not owned.
 struct CountedBy : NoObserver {
     static constexpr bool IS_COUNTING = true;
 

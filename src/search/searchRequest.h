@@ -1,4 +1,4 @@
-// What a search is asked for, and what it has found.
+// The request for a search, and its result.
 #pragma once
 
 #include "board/game.h"
@@ -8,14 +8,15 @@
 #include <optional>
 
 struct SearchRequest {
-    int number = 0; // the caller's; every report and the result carry it
+    int number = 0; // chosen by the caller; repeated in every report and in the result
     SearchLimits limits;
     Game game; // the position to search, with the keys of the game so far
 };
 
 struct SearchResult {
     int number = 0; // of the request
-    // The best line; without a finished pass, a legal move. Empty if there is no legal move.
+    // The best line. If a timed search has finished no pass, one legal move. Empty if there is no
+    // legal move.
     Variant line;
     std::optional<InfoStruct> report; // of the last finished pass, if there was one
 };

@@ -1,4 +1,4 @@
-// What all nodes of a search share. While a search runs, it belongs to its thread.
+// The state that all nodes of a search share. While a search runs, only its thread may use it.
 #pragma once
 
 #include "search/engineParameters.h"
@@ -14,8 +14,8 @@ struct SearchState {
     explicit SearchState(const EngineConfig& _config)
         : config(_config), table(_config.hashTableSize) {}
 
-    // Plies of quiescence, as far as there is room for them; 0 switches it off, and a
-    // negative setting works as 1.
+    // The configured plies of quiescence, at most MAX_QUISCENCE_DEPTH; 0 switches quiescence off.
+    // Any negative setting gives -1, which searches like 1.
     int getQuiscenceMaxDepth() const {
         return std::clamp(config.quiscenceMaxDepth, -1, MAX_QUISCENCE_DEPTH);
     }

@@ -39,7 +39,8 @@ public:
     }
     // Sums the counters of every run over the depths, for the reports below.
     void sumStatistics();
-    // Reports one run. The sums are those of the last sumStatistics().
+    // Reports one run, with the sums of the last sumStatistics(). Requires 0 <= run <=
+    // getRunPointer().
     void printStatistics(int run, std::ostream& stream) const;
     // Sums up and reports every run.
     void printAll(std::ostream& stream);
@@ -51,7 +52,7 @@ public:
 
     // Index of the current run, -1 before the first.
     int getRunPointer() const { return runPointer; }
-    // A counter, 0 of a run that was never opened. `type` and `ply` must be in range.
+    // A counter; 0 for a run that was never opened. Requires `type` and `ply` in range.
     std::int64_t get(int run, int type, int ply) const;
 
 private:

@@ -4,13 +4,14 @@
 #include "base/clock.h"
 
 struct TimeBudget {
-    // From this value on the search ignores the time limit; the waiting thread still enforces it.
+    // With a total of this or more, the search ignores the time limit; the waiting thread still
+    // enforces it.
     static constexpr Milliseconds UNLIMITED = 2147483647;
 
-    Milliseconds start = 0;  // the clock when the time began to run, in milliseconds
-    Milliseconds total = -1; // milliseconds from then on, -1 if not given
-    bool infinite = false;   // the search ends only when it is stopped; `total` means nothing
+    Milliseconds start = 0;  // the reading of the clock when the time began to run
+    Milliseconds total = -1; // duration; -1 if not given, which stops a timed search at once
+    bool infinite = false;   // no time limit; `total` is ignored
 
-    // Whether only a stop, a mate or the deepest pass ends the search.
+    // Whether the search itself ignores the time limit.
     bool isUnlimited() const { return infinite || total >= UNLIMITED; }
 };

@@ -13,7 +13,7 @@ HashTableEntryState stateOf(int evaluation, int alfa, int beta) {
     return evaluation > alfa ? NOFAIL : FAILLOW;
 }
 
-// The two states whose value is an upper limit of what the move is worth.
+// Whether the stored value is an upper limit of the move's value.
 bool isUpperLimit(HashTableEntryState state) {
     return state == NOFAIL || state == FAILLOW;
 }

@@ -1,8 +1,8 @@
-// The policy of the transposition table: what is written to it, and what it is asked.
+// The policy of the transposition table: what it stores, and how its entries are used.
 //
-// An entry is written by the node that tries a move, under the key of the position after
-// the move, and holds what the move was worth for the side that made it. So every position
-// below is one after a move, and every score and bound is for the side that made it.
+// The node that tries a move stores the value of the move under the key of the position after it.
+// So every `position` below is one after a move, and every score and bound is for the side that
+// made the move.
 #pragma once
 
 #include "board/position.h"
@@ -14,20 +14,22 @@ public:
     // which stores nothing and finds nothing.
     explicit TranspositionTable(int size) : hashTable(size) {}
 
-    // Stores the value of the move into `position`, searched `maxVariantDepth` plies deep
-    // in the window `alfa`, `beta`. Overwrites the slot, except that its move stays if
-    // `firstVariantMove`, the first of the line after the move, is null.
+    // Stores the value of the move into `position`, searched `maxVariantDepth` plies deep in the
+    // window `alfa`, `beta`. `firstVariantMove` is the best reply, or null. Overwrites the slot,
+    // but keeps its move if there is no reply.
     void addTableEntry(const Position& position, const Move* firstVariantMove, int maxVariantDepth,
                        int evaluation, int alfa, int beta);
     // If the table holds the exact value of the move into `position`, searched at least
-    // `maxVariantDepth` plies deep, stores it in `evaluation` and returns true. Otherwise false.
+    // `maxVariantDepth` plies deep, stores it in `evaluation` and returns true. Otherwise returns
+    // false and leaves `evaluation` unchanged.
     bool useTableEntry(const Position& position, int maxVariantDepth, int& evaluation);
-    // Whether, by the table, the move into `position` is worse than the best move of its node so
-    // far by more than a pawn. `alfa` and `originalAlfa` are the node's bound now and at its
-    // start, `maxVariantDepth` the plies to be searched.
+    // Whether the table shows that the move into `position` is worse than the best move of its node
+    // so far by more than LMF_MARGIN. `alfa` and `originalAlfa` are the node's lower bound now and
+    // at its start: if they are equal, there is no best move, and the result is false.
+    // `maxVariantDepth` is the depth still to be searched, in plies.
     bool lmf(const Position& position, int alfa, int originalAlfa, int maxVariantDepth);
     // The move to try first in `position`, as a Polyglot code, or 0. It may belong to another
-    // position of the same slot, which affects only the order.
+    // position with the same slot; that affects only the order of moves.
     std::int16_t getBestMoveHint(const Position& position);
     // The move of the slot of `position`, whatever its state, as a Polyglot code. Requires a
     // table that is not empty.

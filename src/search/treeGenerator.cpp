@@ -41,8 +41,8 @@ void TreeGenerator::generateTree(Position& position, Variant& variant, int depth
     if (state.nodes.isAbandoned()) {
         return;
     }
-    // This entry hands the best move to the root of the next pass. After a fail low
-    // the line, and so the move, is still that of the pass before.
+    // The root of the next pass takes its first move from this entry. After a fail low, that is
+    // still the move of the previous pass.
     if (state.config.useTable) {
         state.table.addTableEntry(position, variant.getFirstMove(), state.actualMoveDepth,
                                   variant.evaluation, window.firstAlpha, window.firstBeta);
@@ -77,7 +77,7 @@ void TreeGenerator::completeVariant(const Position& position, Variant& variant,
         ++newMoves;
     }
 
-    // The line is stored back to front, so what is played last goes to the front.
+    // The line is stored back to front, so the new moves go to the front.
     auto& stored = variant.variantMoves;
     std::copy_backward(stored.begin(), stored.begin() + variant.varLength,
                        stored.begin() + variant.varLength + newMoves);
@@ -87,7 +87,7 @@ void TreeGenerator::completeVariant(const Position& position, Variant& variant,
 
 void TreeGenerator::quiscenceSearch(Position& position, int alfa, int beta, Variant& variant) {
     state.table.clearTable();
-    // If no pass of the tree came before, no run of the counters is open.
+    // Without a pass of the tree before, no run of the counters is open.
     if (statistics != nullptr && statistics->getRunPointer() < 0) {
         statistics->newRun();
     }

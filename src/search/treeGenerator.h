@@ -1,5 +1,4 @@
-// The search object: one pass of a given depth, with the state that the passes of a search share
-// and the opening book.
+// Runs passes of a given depth. Owns the state that the passes of a search share.
 #pragma once
 
 #include "opening/polyglot.h"
@@ -17,15 +16,16 @@ public:
     // `_config` is shared and must outlive the object.
     explicit TreeGenerator(const EngineConfig& _config);
 
-    // Report every move to `observer`, or count in `statistics`, from now on. Either must outlive
-    // the searches; the later call replaces the earlier.
+    // From this call on, report every move to `observer`, or count in `statistics`. Either must
+    // outlive the searches. Each call replaces the one before.
     void watchBy(SearchObserver& observer);
     void countIn(TestStatistics& _statistics);
 
     // One pass, `depth` plies deep; a depth outside 1 to MAX_PASSES works as the nearest inside.
     // The line in `variant` is replaced if the score lies inside the window, emptied if it is at
-    // or above `firstBeta`, and otherwise kept; `evaluation` is always set. Unless `skipOpening`,
-    // a book move is the whole answer. Check `state.nodes.isAbandoned()` before using any of it.
+    // or above `firstBeta`, and otherwise kept; `evaluation` is always set. If the book has a move
+    // for the position, that move is the line, unless `skipOpening`. Check
+    // `state.nodes.isAbandoned()` before using the result.
     void generateTree(Position& position, Variant& variant, int depth, const RootWindow& window,
                       bool skipOpening);
 
@@ -33,7 +33,7 @@ public:
     // `maxTotalLength` moves in all. The score is unchanged.
     void completeVariant(const Position& position, Variant& variant, int maxTotalLength);
 
-    // The quiescence search on its own, with a cleared table.
+    // Clears the table and runs quiescence alone. Stores score and line in `variant`.
     void quiscenceSearch(Position& position, int alfa, int beta, Variant& variant);
 
     SearchState state;

@@ -11,13 +11,13 @@ struct TreeNode {
           depth(_depth), maxVariantDepth(_maxVariantDepth), pins(_position) {}
 
     Position& position;
-    Variant& variant; // gets the line
-    int alfa;         // the best score so far
-    const int originalAlfa;
-    const int beta;
-    const int depth;            // plies below the root
-    const int maxVariantDepth;  // plies that the tree search goes on after a move
-    const CheckersAndPins pins; // which moves are legal
-    int numberOfLegalMoves = 0;
-    Variant localVariant; // score of the move tried last, and the line after it
+    Variant& variant;           // receives the line
+    int alfa;                   // lower bound of the window; rises to the best score
+    const int originalAlfa;     // alfa before the first move
+    const int beta;             // upper bound of the window
+    const int depth;            // plies from the root
+    const int maxVariantDepth;  // plies of tree search after a move; 0 if quiescence follows
+    const CheckersAndPins pins; // for testing which moves are legal
+    int numberOfLegalMoves = 0; // tried so far
+    Variant localVariant;       // score of the move tried last, and the line after it
 };

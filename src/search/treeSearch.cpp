@@ -11,8 +11,8 @@
 
 namespace {
 
-// Writes the pseudo-legal moves of a node and returns their number. At the root only those in
-// `rootMoves` count, unless that is empty.
+// Writes the pseudo-legal moves of a node and returns their number. At the root, writes only those
+// in `rootMoves`, unless that is empty.
 int generateMovesAt(int depth, const Position& position, const std::vector<Move>& rootMoves,
                     MoveArray& moves) {
     const int count = generateMoves(position, moves);
@@ -32,7 +32,7 @@ int generateMovesAt(int depth, const Position& position, const std::vector<Move>
 template <class Observer>
 MoveEnding TreeSearch<Observer>::generateTreeRek(Position& position, Variant& outputVar, int alfa,
                                                  int beta, int depth) {
-    // The clock comes before everything else: at its limit even a mate is a draw.
+    // The half-move clock is tested first: at its limit even a mate is a draw.
     if (position.incremental.halfMoveClock >= MAX_HALF_MOVE_CLOCK) {
         outputVar.clear(DRAW_EVALUATION);
         return MoveEnding::CLOCK;
@@ -84,12 +84,12 @@ template <class Observer> bool TreeSearch<Observer>::tryMove(TreeNode& node, con
     return isLmfCut(ending) || takeScore(node, move, ending);
 }
 
-// Scores the move that has just been played, for the side that made it: `localVariant` gets the
-// score and the line after the move.
+// Scores the move that has just been played, for the side that made it. Stores the score and the
+// line after the move in `localVariant`.
 template <class Observer> MoveEnding TreeSearch<Observer>::scoreMove(TreeNode& node) {
     const Position& position = node.position;
     Variant& variantLocal = node.localVariant;
-    // One earlier occurrence, in the game or on the path, is enough.
+    // One earlier occurrence, in the game or on the path, counts as a draw.
     if (state.repetitionTable.isRepetition(position.incremental.hash,
                                            position.incremental.halfMoveClock)) {
         variantLocal.evaluation = DRAW_EVALUATION;
@@ -108,7 +108,7 @@ template <class Observer> MoveEnding TreeSearch<Observer>::scoreMove(TreeNode& n
     return searchMove(node);
 }
 
-// The same by a search, `maxVariantDepth` plies and then quiescence.
+// Scores the move by a search of `maxVariantDepth` plies, followed by quiescence.
 template <class Observer> MoveEnding TreeSearch<Observer>::searchMove(TreeNode& node) {
     Position& position = node.position;
     Variant& variantLocal = node.localVariant;
@@ -136,7 +136,8 @@ template <class Observer> MoveEnding TreeSearch<Observer>::searchMove(TreeNode& 
     return ending;
 }
 
-// Compares the score in `localVariant` with the window. False if it reaches beta.
+// Compares the score in `localVariant` with the window, and raises alfa and replaces the line if it
+// is a new best one. Returns false if it reaches beta.
 template <class Observer>
 bool TreeSearch<Observer>::takeScore(TreeNode& node, const Move& move, MoveEnding ending) {
     const int score = node.localVariant.evaluation;

@@ -1,7 +1,7 @@
-// The nodes of the tree search, down to where quiescence takes over.
+// The nodes of the tree search, down to the leaves, where quiescence takes over.
 //
-// Every score of a node is for the side to move there, in thousandths of a pawn. The search
-// is fail-hard alpha-beta; `alfa` and `beta` are the node's window.
+// Every score of a node is for the side to move there, in thousandths of a pawn. `alfa` and `beta`
+// are the node's window. The search is fail-hard, except for mates and draws.
 #pragma once
 
 #include "board/position.h"
@@ -13,7 +13,7 @@
 
 struct TreeNode;
 
-// A search of nodes with any observer.
+// The interface of TreeSearch, whatever its observer.
 class NodeSearch {
 public:
     NodeSearch() = default;
@@ -21,13 +21,13 @@ public:
     NodeSearch& operator=(const NodeSearch&) = delete;
     virtual ~NodeSearch() = default;
 
-    // One node, `depth` plies below the root, with all below it. The score goes to `outputVar`.
-    // A move that raises `alfa` and stays below `beta` makes the line; without one the line stays
-    // as it was given, and a score at `beta` empties it. Returns how the move into `position`
+    // Searches one node, `depth` plies below the root. Stores score and line in `outputVar`: a move
+    // that raises alfa and stays below beta replaces the line, a score at beta and a draw by the
+    // half-move clock empty it, and otherwise the line stays. Returns how the move into `position`
     // ended. If the pass is abandoned, none of this is meaningful.
     virtual MoveEnding generateTreeRek(Position& position, Variant& outputVar, int alfa, int beta,
                                        int depth) = 0;
-    // The quiescence search of a position, as the tree calls it.
+    // Calls Quiscence::quiscenceSearchInner().
     virtual MoveEnding quiscenceSearchInner(Position& position, int alfa, int beta,
                                             Variant& variant) = 0;
 };

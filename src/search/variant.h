@@ -13,18 +13,19 @@ inline constexpr int MAX_VARIANT_MOVES = 20;
 struct VariantMove {
     Move move;
     bool isQuiscence; // the quiescence search added it
-    bool isHash;      // the table held its score, or it completes a line from the table
+    bool isHash;      // its score is from the table, or completeVariant() took it from there
     bool isOpening;   // it comes from the opening book
 };
 
 // A line with its score, stored back to front: variantMoves[varLength - 1] is the move to play,
-// variantMoves[0] the last move. So a node extends the line of its child by appending one move.
+// variantMoves[0] the last move. So a node extends the line of its child by appending its own move.
 struct Variant {
     int varLength = 0;  // moves in the line, 0 to MAX_VARIANT_MOVES
     int evaluation = 0; // score for the side to move where the line starts
     Indexed<int, VariantMove, MAX_VARIANT_MOVES> variantMoves; // unset from varLength on
 
-    // Leaves the moves unset, as each node has a line; `= default` would zero them.
+    // Leaves the moves unset, because each node constructs a line. With `= default`, Variant()
+    // would zero them.
     Variant() {} // NOLINT(modernize-use-equals-default)
 
     // The i-th move in the order of play; 0 is the one to play. Requires i below
@@ -35,8 +36,8 @@ struct Variant {
     // The move to play, or null if the line is empty.
     const Move* getFirstMove() const { return varLength > 0 ? &get(0).move : nullptr; }
 
-    // Becomes `move` followed by the line of `child`; the score stays. A full line loses its last
-    // move in the order of play; the result is then false.
+    // Becomes `move` followed by the line of `child`; the score stays. If the line of `child` is
+    // full, drops its last move in the order of play and returns false.
     bool extend(const Variant& child, const VariantMove& move);
 
     // Becomes the empty line with `score`.
