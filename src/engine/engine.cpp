@@ -10,8 +10,8 @@
 
 namespace {
 
-// A line of one move: the first of `rootMoves`, or the first legal one if they are empty; without
-// a legal move an empty line. `isOnly` becomes whether exactly one move is legal.
+// A line of one move: the first of `rootMoves`, or the first legal one if they are empty. The line
+// is empty if there is no legal move. Sets `isOnly` to whether exactly one move is legal.
 Variant getInitialVariant(const Position& position, const std::vector<Move>& rootMoves,
                           bool& isOnly) {
     MoveArray moves;
@@ -79,7 +79,7 @@ void Engine::doMoveEngine(const Move& move) {
 
 void Engine::applyChanges() {
     int wanted = wantedTableSize;
-    // Unless another size has been set meanwhile, show that there was no memory.
+    // Out of memory: the wanted size becomes 0, unless another size has been set meanwhile.
     if (ida.applyChanges(wanted) != wanted) {
         wantedTableSize.compare_exchange_strong(wanted, 0);
     }
@@ -96,7 +96,7 @@ SearchResult Engine::search(const SearchRequest& request) {
         logger.info("Old thread joined");
     }
 
-    // From here on there is a move to play, whatever the search does.
+    // After this there is a move to play, whatever the search does.
     const int threadId = lastThreadId = idaVariant.getNextThreadId();
     bool isOnly = false;
     idaVariant.setVariant(getInitialVariant(position, request.limits.rootMoves, isOnly), threadId);
@@ -122,7 +122,7 @@ SearchResult Engine::search(const SearchRequest& request) {
     return stopAndTakeResult(request, threadId);
 }
 
-// Ends the search, and returns what it has published last.
+// Ends the search and returns its last published result.
 SearchResult Engine::stopAndTakeResult(const SearchRequest& request, int threadId) {
     idaVariant.signalReady(threadId);
     SearchResult result = idaVariant.getResult();
@@ -156,7 +156,7 @@ SearchResult Engine::searchHere(int depth, bool useBook) {
     return ida.generateTree({0, limits, game});
 }
 
-// Sleeps until the search is to end: by a stop request, by time, or by itself.
+// Waits for a stop request, the end of the time, or the end of the search.
 void Engine::waitForEnd(const TimeBudget& budget) {
     for (;;) {
         if (waitPolicy.isWokenByEnd) {

@@ -11,7 +11,7 @@
 
 namespace {
 
-// Indentation of the reports of a node and of its moves.
+// Indentation of the reports of a node and of its moves, in blanks.
 constexpr int INDENT_A_LEVEL = 4;
 constexpr int NODE_INDENT = 5;
 constexpr int MOVE_INDENT = 9;

@@ -1,5 +1,5 @@
 // Records, pass by pass, every move that a search tried at the nodes along a given line, to show
-// why it did not follow that line.
+// why the search did not prefer that line.
 #pragma once
 
 #include "board/position.h"
@@ -13,12 +13,13 @@
 // One move tried at a node.
 struct NodeMoveInfo {
     bool isQuiscence = false;       // in the quiescence search
-    bool lmfCut = false;            // passed over by lmf
+    bool lmfCut = false;            // skipped because of lmf()
     bool useTableEntryBool = false; // scored by the table
     MoveEnding ending = MoveEnding::SEARCHED;
-    int alfa = 0;             // the node's window when the move was tried, for the
-    int beta = 0;             // side that makes it
-    Variant principalVariant; // the score for that side, and the line after the move
+    // The node's window when the move was tried, for the side that makes the move.
+    int alfa = 0;
+    int beta = 0;
+    Variant principalVariant; // the score for the same side, and the line after the move
     Move move;
     std::string evalInfo; // free text about the evaluation, written by a caller
 };
@@ -40,8 +41,8 @@ struct TreeSearchPass {
 
 class Explain final : public SearchObserver {
 public:
-    static constexpr int POSITION_LENGTH = 20;
-    // Most moves of a watched line, as one more position than moves is stored.
+    static constexpr int POSITION_LENGTH = 20; // positions that can be stored
+    // Most moves of a watched line. A line has one more position than moves.
     static constexpr int MAX_LINE = POSITION_LENGTH - 1;
 
     Explain();
@@ -50,9 +51,9 @@ public:
     // Before this call nothing is recorded.
     void setVariant(const Position& position, const Variant& _variant);
 
-    // Whether the search's current path lies on the line, or is one move off it.
+    // Whether the current path of the search lies on the line, except perhaps for its last move.
     bool inVariant() const;
-    // Whether it lies on the line.
+    // Whether the whole path lies on the line.
     bool preciselyInVariant() const;
 
     void doMove(const Move& move) override;
@@ -71,10 +72,10 @@ public:
     // Prints the record: all moves, or only those that raised alfa or have an evalInfo.
     void explainAll(bool all) const; // on standard output
     void explainAll(bool all, std::ostream& stream) const;
-    // Prints one pass of it. Requires pass < getData().size().
+    // Prints the record of one pass. Requires pass < getData().size().
     void explainPass(std::size_t pass, bool all, std::ostream& stream) const;
 
-    // The passes so far; the last one is not finished.
+    // The passes so far; the last one is always unfinished.
     const std::vector<TreeSearchPass>& getData() const { return data; }
     const Variant& getVariant() const { return variant; }
 
@@ -83,7 +84,7 @@ private:
     void beginRecord(const Move& move);
     void recordResult(NodeMoveInfo result);
 
-    Indexed<int, Position, POSITION_LENGTH> positions; // by number of moves of the line played
+    Indexed<int, Position, POSITION_LENGTH> positions; // after 0, 1, 2, ... moves of the line
     Variant variant;                                   // the watched line
     int actualCommonDepth = 0; // moves that the current path shares with the line
     int actualDepth = 0;       // moves of the current path

@@ -17,7 +17,7 @@ constexpr std::string_view MOVETIME = "movetime";
 constexpr std::string_view MOVES_TO_GO = "movestogo";
 constexpr std::string_view INFINITE_UCI = "infinite";
 
-// The number at the start of a text, saturated at 32 bits; 0 without one.
+// The number at the start of a text, saturated at 32 bits; 0 if there is none.
 Milliseconds parseMillis(const std::string& str) {
     return std::clamp<long>(std::strtol(str.c_str(), nullptr, 10),
                             std::numeric_limits<std::int32_t>::min(),

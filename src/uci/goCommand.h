@@ -1,4 +1,4 @@
-// Reads what a `go` line says about time.
+// Reads the times in a `go` line.
 #pragma once
 
 #include "board/piece.h"
@@ -16,12 +16,12 @@ struct GoWords {
     ByColor<Milliseconds> time = {NOT_GIVEN, NOT_GIVEN};
     ByColor<Milliseconds> increment = {NOT_GIVEN, NOT_GIVEN};
     Milliseconds moveTimeLocal = NOT_GIVEN;
-    Milliseconds movesToGo = DEFAULT_MOVES_TO_GO; // 1 or more
+    Milliseconds movesToGo = DEFAULT_MOVES_TO_GO; // a number of moves, 1 or more
     bool infinite = false;
 };
 GoWords readGoWords(const std::vector<std::string>& commands);
 
-// The time budget for the words of a `go` line. Only the clock of the side to move counts; the
-// time runs from `start`. Without a usable time the total is -1.
+// The time budget for the words of a `go` line. Uses only the clock of the side to move. The time
+// runs from `start`. Without a usable time the total is -1.
 TimeBudget handleGoCommandProps(const std::vector<std::string>& commands, Color colorToMove,
                                 Milliseconds start);

@@ -35,8 +35,8 @@ bool isLimitingChar(char c) {
     return c == LF || c == CR || c == SPACE || c == END_OF_C_STR;
 }
 
-// The FEN text of a `position` line: from the word after `fen`, or without that from the second
-// word, to one character before the first "moves".
+// The FEN text of a `position` line: from the word after `fen` (from the second word if that is not
+// `fen`) to one character before the first "moves".
 std::string fenTextOf(const std::string& line, const std::vector<std::string>& vec) {
     const std::size_t textWord = vec[1] == FEN ? 2 : 1;
     std::size_t start = 0;
@@ -114,8 +114,8 @@ bool UciEngine::handleLine(const std::string& line) {
     return true;
 }
 
-// One call writes a whole line, so that lines of different threads never mix. Ends the process if
-// the reader has gone away.
+// Writes a whole line in one call, so that lines of different threads never mix. Ends the process
+// if the write fails.
 void UciEngine::send(std::string_view str) {
     const std::string line = std::string(str) + '\n';
     std::fwrite(line.data(), 1, line.size(), stdout);
@@ -125,7 +125,7 @@ void UciEngine::send(std::string_view str) {
     logger.info([&line] { return "---> " + line; });
 }
 
-// False at the end of input.
+// Returns false at the end of input.
 bool UciEngine::readLine(std::string& line) {
     if (!std::getline(std::cin, line)) {
         return false;
@@ -201,7 +201,8 @@ void UciEngine::workOffGoQueue() {
     }
 }
 
-// The next request. Without one, the go thread is marked as ended.
+// Takes the next request. If there is none, or the engine is quitting, marks the go thread as
+// ended.
 std::optional<SearchRequest> UciEngine::takeFromGoQueue() {
     const std::lock_guard lock(goMutex);
     if (goQueue.empty() || quitting) {
@@ -225,7 +226,7 @@ void UciEngine::handleGo(const SearchRequest& request) {
                           [this](const std::string& line) { send(line); });
 }
 
-// From now on no report of this `go`, or of an earlier one, is sent.
+// After this call, no report of this `go` or of an earlier one is sent.
 void UciEngine::closeReports(int number) {
     const std::lock_guard lock(infoMutex);
     answeredGo = number;

@@ -1,8 +1,8 @@
 // The Universal Chess Interface on standard input and output.
 //
-// The command loop runs on the caller's thread and never waits for a search. It puts each `go`
-// into a queue, which the go thread works off in order. That thread starts with the first `go`
-// and ends with the last `bestmove`.
+// The command loop runs on the caller's thread and never waits for a search. It puts each `go` into
+// a queue, which the go thread processes in order. That thread starts when a `go` arrives and ends
+// when the queue is empty.
 #pragma once
 
 #include "base/thread.h"
@@ -23,8 +23,8 @@
 
 class UciEngine final : public InfoListenerInterface, public StopListenerInterface {
 public:
-    // With the standard front end, or with that of a policy. `config` is shared and must outlive
-    // the object.
+    // Uses the standard front end, or that of a policy. `config` is shared and must outlive the
+    // object.
     explicit UciEngine(const EngineConfig& config);
     UciEngine(const EngineConfig& config, std::unique_ptr<UciPolicy> _policy);
     UciEngine(const UciEngine&) = delete;
@@ -35,7 +35,7 @@ public:
     // Runs the command loop. Returns after `quit`, or at the end of input once the searches have
     // answered.
     void start();
-    // Executes one line of input. False for `quit`.
+    // Executes one line of input. Returns false for `quit`.
     bool handleLine(const std::string& line);
 
     // The words of a line, separated by line feeds, carriage returns, blanks and NULs. A tab is
@@ -45,7 +45,8 @@ public:
     // Sends the `info` line of a report, unless its `go` has been answered: the search thread may
     // finish one more pass while it winds down.
     void onInfo(const InfoStruct& info) override;
-    // Whether the running search is to stop. Consumes a kept `stop`; see keepsIdleStop().
+    // Whether the running search must stop. Ends the process if the reader of the output is gone.
+    // Clears a kept `stop`; see UciPolicy::keepsIdleStop().
     bool checkForStop() override;
 
     const Engine& getEngine() const { return engine; }
@@ -67,18 +68,18 @@ private:
 
     const std::unique_ptr<UciPolicy> policy;
     std::mutex infoMutex;                 // serialises onInfo(), guards answeredGo
-    int answeredGo = 0;                   // no report of it or of an earlier one is sent
+    int answeredGo = 0;                   // number of the last answered `go`; see onInfo()
     std::atomic<bool> stop = false;       // set by the loop, cleared by checkForStop()
-    std::atomic<int> stoppedGo = 0;       // the last `go` line before the last `stop`
+    std::atomic<int> stoppedGo = 0;       // number of the last `go` before the last `stop`
     std::atomic<bool> inputEnded = false; // no further `stop` can come
     std::atomic<bool> quitting = false;   // searches end without an answer
-    int lastGo = 0;                       // the number of the last `go` line, for the loop
-    int currentGo = 0;                    // that of the one being searched, for the go thread
-    bool infinite = false;                // whether that one has no limit
+    int lastGo = 0;                       // number of the last `go`; used by the loop only
+    int currentGo = 0;                    // number of the current search; for the go thread only
+    bool infinite = false;                // whether that search is infinite; likewise
     Engine engine;
 
     std::mutex goMutex;                // guards the queue and isGoThreadRunning
-    std::deque<SearchRequest> goQueue; // in order; numbered from 1
+    std::deque<SearchRequest> goQueue; // oldest first; numbered from 1
     bool isGoThreadRunning = false;
     Thread goThread;
 };

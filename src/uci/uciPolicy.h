@@ -1,4 +1,4 @@
-// What differs between front ends. Everything else is in UciEngine.
+// The differences between the front ends. Everything else is in UciEngine.
 #pragma once
 
 #include "board/position.h"
@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-// Lines have no line ends. `words` are those of a line, including the first. The const functions
-// are called from search threads, the others only from the command loop.
+// Lines have no line ends. `words` are all words of a line. The const functions are called from
+// search threads, the others only from the command loop.
 class UciPolicy {
 public:
     UciPolicy() = default;
@@ -26,13 +26,15 @@ public:
     // Sets the option of a `setoption` line, if it exists. Returns the wanted size of the hash
     // table in mebibytes if that is the option.
     virtual std::optional<int> setOption(const std::vector<std::string>& words) = 0;
-    // The limits that a `go` line sets for the search of `position`; the time runs from `start`.
-    // Nothing if the line gets no answer.
+    // The limits that a `go` line sets for the search of `position`. The time runs from `start`.
+    // Returns nothing if the line gets no answer.
     virtual std::optional<SearchLimits> readGo(const std::vector<std::string>& words,
                                                const Position& position, Milliseconds start) = 0;
 
     // ---- Searches ----
 
+    // How the go thread waits for the end of a search. Called once, by the constructor of
+    // UciEngine.
     virtual WaitPolicy getWaitPolicy() const = 0;
     // Whether a `stop` that arrives while no search is running ends the next one.
     virtual bool keepsIdleStop() const = 0;
@@ -43,5 +45,5 @@ public:
                                                     const Position& position) const = 0;
 };
 
-// The number at the start of an option's value, 0 without one. The name is for the log.
+// The number at the start of an option's value, 0 if there is none. The name is for the log.
 int getIntOption(const std::string& name, const std::string& value);

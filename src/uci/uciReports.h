@@ -1,4 +1,4 @@
-// Every line that the engine sends, without its line end.
+// The lines and parts of lines that the engine sends, without line ends.
 #pragma once
 
 #include "search/infoStruct.h"
@@ -12,7 +12,8 @@
 std::vector<std::string> getGreeting(const std::string& nameExtra,
                                      const std::vector<std::string>& options);
 
-// The line of an option that is a number. The default of `Hash` is its current size in mebibytes.
+// The line of an option whose value is a number. The default of `Hash` is the current size in
+// mebibytes.
 std::string getSpinOption(std::string_view name, int min, int max, int defaultVal);
 std::string getHashOption(int hashMebibytes);
 
@@ -34,5 +35,5 @@ std::string getPvInfo(const Variant& variant);
 std::string getClosingInfo(const Variant& variant);
 std::string getBestMove(const Variant& variant);
 
-// The name of the option for the size of the hash table, in `setoption` too.
+// The name of the option for the size of the hash table.
 inline constexpr std::string_view HASH = "Hash";
