@@ -1,6 +1,7 @@
-# The man pages, in man/ of the build folder. help2man makes that of a program from its --help and
-# from docs/man/PROGRAM.h2m, where the program runs; other builds can take the folder of one that
-# did. A program without such a file has docs/man/PROGRAM.6.
+# Builds the man pages, in man/ of the build folder. If docs/man/PROGRAM.h2m exists, help2man makes
+# the page of the program from that file and the program's --help. Otherwise the page is
+# docs/man/PROGRAM.6. A cross build cannot run help2man and takes the pages of another build from
+# KESTRAN_MAN_FOLDER.
 
 set(KESTRAN_MAN_FOLDER "" CACHE PATH "Man pages of another build, for a build for another machine")
 
