@@ -1,8 +1,8 @@
 #include "board/attacks.h"
 
-bool isFieldThreatened(const Position& pozice, FieldIndex policko) {
-    return isAttacked(pozice, policko, pozice.ofColor[pozice.oppositeColorToMove()],
-                      pozice.getOccupied());
+bool isFieldThreatened(const Position& position, FieldIndex field) {
+    return isAttacked(position, field, position.ofColor[position.oppositeColorToMove()],
+                      position.getOccupied());
 }
 
 bool isInCheckNoCaching(const Position& position) {

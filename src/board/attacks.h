@@ -34,9 +34,9 @@ inline bool isAttacked(const Position& position, FieldIndex field, FieldSet atta
     return false;
 }
 
-// Whether a piece of the side not to move attacks square `policko`. Whatever is on that square
+// Whether a piece of the side not to move attacks square `field`. Whatever is on that square
 // is ignored.
-bool isFieldThreatened(const Position& pozice, FieldIndex policko);
+bool isFieldThreatened(const Position& position, FieldIndex field);
 
 // Whether the side to move is in check. Neither reads nor writes position.check.
 bool isInCheckNoCaching(const Position& position);

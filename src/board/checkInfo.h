@@ -14,13 +14,13 @@ public:
     bool givesCheck(const Move& move) const {
         const bool isPlain =
             move.castle_ep_flag == ORDINARY_MOVE && move.promotionPieceType == NO_PIECE;
-        return isPlain ? contains(getFields(move.pieceMoved, move.from), move.to)
+        return isPlain ? contains(getCheckingFields(move.pieceMoved, move.from), move.to)
                        : givesCheckOtherwise(move);
     }
 
     // The squares to which a move of a `type` piece from `from` gives check. Does not cover
     // promotions, castlings and en passant captures.
-    FieldSet getFields(PieceType type, FieldIndex from) const {
+    FieldSet getCheckingFields(PieceType type, FieldIndex from) const {
         return contains(discoverers, from) ? fields[type] | ~lineOf(enemyKing, from) : fields[type];
     }
 

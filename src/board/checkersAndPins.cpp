@@ -22,7 +22,8 @@ CheckersAndPins::CheckersAndPins(const Position& _position)
         }
     });
     if (checkers != NO_FIELDS) {
-        answers = hasSeveral(checkers) ? NO_FIELDS : checkers | betweenOf(king, firstOf(checkers));
+        checkEnders =
+            hasSeveral(checkers) ? NO_FIELDS : checkers | betweenOf(king, firstOf(checkers));
     }
 }
 

@@ -18,7 +18,7 @@ public:
     // The squares to which a piece on `from`, other than the king, may move without leaving its
     // king in check. Does not cover en passant captures, which vacate two squares.
     FieldSet getAllowedFields(FieldIndex from) const {
-        return contains(pinned, from) ? answers & lineOf(king, from) : answers;
+        return contains(pinned, from) ? checkEnders & lineOf(king, from) : checkEnders;
     }
 
     // The squares of `fields` that no enemy attacks once the king has left its square. Requires a
@@ -35,7 +35,7 @@ private:
     FieldSet pinned = NO_FIELDS;
     // The squares to which a piece other than the king must move to end every check: all if there
     // is no check, none in a double check.
-    FieldSet answers = ALL_FIELDS;
+    FieldSet checkEnders = ALL_FIELDS;
 };
 
 // Whether a pseudo-legal move does not leave the mover's king in check. Requires

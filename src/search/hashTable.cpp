@@ -52,7 +52,7 @@ void HashTable::resize(int _newSize) {
     }
 }
 
-void HashTable::empty() {
+void HashTable::clear() {
     if (++generation != 0) {
         return;
     }
@@ -63,9 +63,9 @@ void HashTable::empty() {
 }
 
 void HashTable::touchPages() {
-    constexpr int ENTRIES_OF_A_PAGE = 64; // a lower bound
-    empty();
-    for (int i = 0; i < size; i += ENTRIES_OF_A_PAGE) {
+    constexpr int FEWEST_ENTRIES_OF_A_PAGE = 64; // a lower bound
+    clear();
+    for (int i = 0; i < size; i += FEWEST_ENTRIES_OF_A_PAGE) {
         getEntry(i); // writes the new generation
     }
 }

@@ -55,7 +55,7 @@ public:
     // Sets the state of every slot to FREE; the rest of a slot stays. Takes constant time: a slot
     // of an old generation is freed when it is next accessed. Do not use references to entries
     // after this call.
-    void empty();
+    void clear();
 
     // Empties the table and writes to each of its memory pages, so that the system provides them
     // now and not during a search.

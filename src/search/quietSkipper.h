@@ -21,9 +21,9 @@ public:
             node.alfa < DRAW_EVALUATION &&
             state.repetitionTable.canRepeat(position.incremental.halfMoveClock + 1);
         if (isStatic && !canBeDraw && !isWatched) {
-            allMaterial = totalMaterial(position);
+            totalMaterial = ::totalMaterial(position);
             score = scoreOf(position.incremental.sum);
-            bounds = &getQuietBounds(position.colorToMove, isEndGame(allMaterial));
+            bounds = &getQuietBounds(position.colorToMove, isEndGame(totalMaterial));
         }
     }
 
@@ -36,7 +36,7 @@ public:
             return NO_FIELDS;
         }
         if (!node.isDeepestPly) {
-            fields &= ~node.checkInfo->getFields(piece.type, piece.from);
+            fields &= ~node.checkInfo->getCheckingFields(piece.type, piece.from);
         }
         return score + (*bounds)[piece.type][piece.from] <= node.alfa
                    ? fields
@@ -84,7 +84,7 @@ private:
 
     // The static score for the side to move if a quiet move leads to `sum`.
     int scoreOf(PieceSum sum) const {
-        return staticScore(sum, node.material, allMaterial, node.position.colorToMove);
+        return staticScore(sum, node.material, totalMaterial, node.position.colorToMove);
     }
 
     // The squares of `fields` where the exact static score does not raise alfa.
@@ -108,14 +108,14 @@ private:
     bool canPawnsCheck(FieldSet pawns, FieldSet steps) const {
         return !node.isDeepestPly &&
                ((pawns & node.checkInfo->getDiscoverers()) |
-                (steps & node.checkInfo->getFields(PAWN, NO_FIELD))) != NO_FIELDS;
+                (steps & node.checkInfo->getCheckingFields(PAWN, NO_FIELD))) != NO_FIELDS;
     }
 
     QuiscenceNode& node;
     SearchState& state;
     // The static score before any move, for the side to move, or SKIP_NOTHING.
     std::int64_t score = SKIP_NOTHING;
-    int allMaterial = 0; // of both sides; a quiet move does not change it
+    int totalMaterial = 0; // of both sides; a quiet move does not change it
     // The table of the side to move in this phase; not used with SKIP_NOTHING.
     const QuietBounds* bounds = &quietBoundsOf<WHITE, false>;
 };

@@ -22,19 +22,19 @@ constexpr bool isBottomMateLimit(int eval) {
 }
 
 // Converts a bound of the window for the next ply: mate scores move one step outward.
-constexpr int closerToCheckMate(int hodnoceni) {
-    if (isUpperMateLimit(hodnoceni)) {
-        return hodnoceni + 1;
+constexpr int closerToCheckMate(int eval) {
+    if (isUpperMateLimit(eval)) {
+        return eval + 1;
     }
-    return isBottomMateLimit(hodnoceni) ? hodnoceni - 1 : hodnoceni;
+    return isBottomMateLimit(eval) ? eval - 1 : eval;
 }
 
 // Converts a score for the previous ply: mate scores move one step inward.
-constexpr int furtherFromCheckMate(int hodnoceni) {
-    if (isUpperMateLimit(hodnoceni)) {
-        return hodnoceni - 1;
+constexpr int furtherFromCheckMate(int eval) {
+    if (isUpperMateLimit(eval)) {
+        return eval - 1;
     }
-    return isBottomMateLimit(hodnoceni) ? hodnoceni + 1 : hodnoceni;
+    return isBottomMateLimit(eval) ? eval + 1 : eval;
 }
 
 // ---- Mates in moves ----

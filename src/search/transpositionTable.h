@@ -36,7 +36,7 @@ public:
     std::int16_t getAnyMove(const Position& position);
 
     // Sets every slot to FREE; its move and check value stay. Takes constant time.
-    void clearTable() { hashTable.empty(); }
+    void clearTable() { hashTable.clear(); }
     // Changes the size, losing all entries; does nothing if the size is the same. Returns the new
     // size, which is 0 if out of memory.
     int resize(int size);

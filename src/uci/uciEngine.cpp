@@ -27,7 +27,7 @@ constexpr std::string_view MOVES = "moves";
 constexpr std::string_view GO_COMMAND = "go";
 constexpr std::string_view SETOPTION_COMMAND = "setoption";
 
-bool isLimitingChar(char c) {
+bool isSeparator(char c) {
     constexpr char LF = 10;
     constexpr char CR = 13;
     constexpr char SPACE = 32;
@@ -41,7 +41,7 @@ std::string fenTextOf(const std::string& line, const std::vector<std::string>& v
     const std::size_t textWord = vec[1] == FEN ? 2 : 1;
     std::size_t start = 0;
     for (std::size_t word = 0; word <= textWord; ++word) {
-        while (start < line.size() && isLimitingChar(line[start])) {
+        while (start < line.size() && isSeparator(line[start])) {
             ++start;
         }
         if (word < textWord) {
@@ -138,11 +138,11 @@ std::vector<std::string> UciEngine::splitString(const std::string& str) {
     std::vector<std::string> words;
     auto end = str.begin();
     for (;;) {
-        const auto begin = std::find_if_not(end, str.end(), isLimitingChar);
+        const auto begin = std::find_if_not(end, str.end(), isSeparator);
         if (begin == str.end()) {
             return words;
         }
-        end = std::find_if(begin, str.end(), isLimitingChar);
+        end = std::find_if(begin, str.end(), isSeparator);
         words.emplace_back(begin, end);
     }
 }
@@ -189,13 +189,13 @@ void UciEngine::handleGoSeparateThread(const std::vector<std::string>& vec) {
         }
         isGoThreadRunning = true;
     }
-    if (!goThread.start([this] { workOffGoQueue(); })) {
+    if (!goThread.start([this] { runGoQueue(); })) {
         logger.error("Thread cannot be created, the engine now cannot be stopped");
-        workOffGoQueue();
+        runGoQueue();
     }
 }
 
-void UciEngine::workOffGoQueue() {
+void UciEngine::runGoQueue() {
     while (const std::optional<SearchRequest> request = takeFromGoQueue()) {
         handleGo(*request);
     }

@@ -49,8 +49,6 @@ public:
     // Clears a kept `stop`; see UciPolicy::keepsIdleStop().
     bool checkForStop() override;
 
-    const Engine& getEngine() const { return engine; }
-
 private:
     void send(std::string_view str);
     bool readLine(std::string& line);
@@ -59,7 +57,7 @@ private:
     void playMoves(const std::vector<std::string>& vec, std::size_t first);
 
     void handleGoSeparateThread(const std::vector<std::string>& vec);
-    void workOffGoQueue();
+    void runGoQueue();
     std::optional<SearchRequest> takeFromGoQueue();
     void handleGo(const SearchRequest& request);
     void closeReports(int number);
