@@ -1,10 +1,5 @@
-// The front end for test programs: what it reads from a `go` line, and whole conversations with
-// the program.
+// Conversations with kestran-tester.
 
-#include "base/cppIoUtils.h"
-#include "kestran-tester/testerPolicy.h"
-#include "notation/fen.h"
-#include "search/searchParameters.h"
 #include "support/uciProcess.h"
 #include "testing/boardSupport.h"
 #include "testing/regex.h"
@@ -14,67 +9,7 @@
 
 namespace {
 
-constexpr Milliseconds START = 12345;
-constexpr Milliseconds UNLIMITED = TimeBudget::UNLIMITED;
 constexpr const char* QUIET_FEN = "6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - 0 1";
-
-TEST(TesterPolicy, ReadsTheLimitsOfALine) {
-    struct Case {
-        std::string words;
-        Milliseconds total;
-        bool infinite = false;
-        int depth = MAX_PASSES;
-        std::int64_t nodes = SearchLimits::ANY_NODES;
-    };
-    TesterPolicy policy;
-    const Position position = positionOf(START_FEN);
-    for (const auto& [words, total, infinite, depth, nodes] : std::initializer_list<Case>{
-             // The overhead is taken from the clock, and no budget is more than the rest.
-             {"wtime 40010 btime 1", 1000},
-             {"wtime 40010 winc 500 btime 1 binc 1", 1500},
-             {"wtime 110 winc 500", 100},
-             {"wtime 1010 movestogo 1", 1000},
-             {"wtime 210", 10}, // no less than for a pass or two
-             {"wtime 15", 5},
-             {"wtime 3", 0},
-             {"wtime -50 winc 10", 0},
-             {"btime 60000", 0}, // a clock, but not the own one
-             {"movetime 300", 300},
-             {"movetime 300 wtime 110", 10},
-             {"movetime -7", 0},
-             // Limits that are no time.
-             {"", UNLIMITED, true},
-             {"infinite wtime 5000", UNLIMITED, true},
-             {"ponder", UNLIMITED, true},
-             {"depth 6", UNLIMITED, false, 6},
-             {"depth 99", UNLIMITED, false, MAX_PASSES},
-             {"depth 0", UNLIMITED, true},
-             {"depth x", UNLIMITED, true},
-             {"depth", UNLIMITED, true},
-             {"infinite depth 6", UNLIMITED, false, 6},
-             {"mate 3", UNLIMITED, false, 5},
-             {"mate 9999999999 depth 3", UNLIMITED, false, 3},
-             {"nodes 99999999999", UNLIMITED, false, MAX_PASSES, 99999999999},
-             {"wtime 40010 depth 4 nodes 7", 1000, false, 4, 7}}) {
-        const auto limits = policy.readGo(splitString("go " + words), position, START);
-        ASSERT_TRUE(limits) << words;
-        EXPECT_EQ(limits->time.start, START);
-        EXPECT_EQ(limits->time.total, total) << words;
-        EXPECT_EQ(limits->time.infinite, infinite) << words;
-        EXPECT_EQ(limits->depth, depth) << words;
-        EXPECT_EQ(limits->nodes, nodes) << words;
-        EXPECT_FALSE(limits->useBook) << words;
-    }
-    policy.setOption(splitString("setoption name move overhead value 1010"));
-    policy.setOption(splitString("setoption name OWNBOOK value True"));
-    const auto limits = policy.readGo(splitString("go wtime 41010"), position, START);
-    EXPECT_EQ(limits->time.total, 1000);
-    EXPECT_TRUE(limits->useBook);
-    EXPECT_EQ(policy.setOption(splitString("setoption name hash value 7")), 7);
-    EXPECT_EQ(policy.setOption(splitString("setoption name Hash")), std::nullopt);
-}
-
-// ---- The program ----
 
 const std::string NAME = "id name KESTRAN CHESS " KESTRAN_VERSION " Tester";
 const std::string TESTER = KESTRAN_BINARY_DIR "/kestran-tester";
@@ -171,10 +106,11 @@ TEST_F(Tester, StopEndsTheSearchThatIsUnderWayAndNoOther) {
     }
 }
 
-TEST_F(Tester, PlaysTheBookIfItIsTold) {
+TEST_F(Tester, PlaysTheBookOnRequest) {
     process.send("setoption name OwnBook value true");
     EXPECT_EQ(answerTo("go movetime 5000", START_FEN).size(), 2U) << "answered at once";
     EXPECT_GT(answerTo("go depth 3", START_FEN).size(), 3U) << "a search without time";
+    EXPECT_EQ(answerTo("go searchmoves a2a3 movetime 50", START_FEN).back(), "bestmove a2a3");
 }
 
 // The reports of a search that has just begun, up to a depth, as "depth nodes score line".

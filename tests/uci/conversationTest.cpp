@@ -266,7 +266,7 @@ Conversations rejections() {
 
 // ---- The time for a move ----
 
-// That the words of `go` reach the search; goCommandTest has what they mean. A search may end
+// That the words of `go` reach the search; goCommandTest.cpp has what they mean. A search may end
 // early, when no further pass is worth its start, but not before two thirds of its budget;
 // and it ends at the first step of 100 ms that is at most 50 ms before the budget's end.
 Conversations allocations() {

@@ -2,7 +2,7 @@
 
 #include "base/process.h"
 #include "kestran-bench/bench.h"
-#include "kestran-tester/testerPolicy.h"
+#include "uci/modernPolicy.h"
 #include "notation/fen.h"
 #include "search/engineParameters.h"
 #include "search/infoStruct.h"
@@ -47,7 +47,7 @@ int runTester(const std::string& word) {
     }
     prepareProcess();
     const std::unique_ptr<EngineConfig> config = EngineConfig::getProdConfig();
-    std::make_unique<UciEngine>(*config, std::make_unique<TesterPolicy>())->start();
+    std::make_unique<UciEngine>(*config, std::make_unique<ModernPolicy>())->start();
     return 0;
 }
 

@@ -1,4 +1,4 @@
-// The engine for testing engines: the search of Kestran with a TesterPolicy.
+// The engine for testing engines: the search of Kestran with a ModernPolicy.
 #pragma once
 
 // The main function of kestran-tester.

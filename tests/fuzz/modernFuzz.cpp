@@ -2,7 +2,7 @@
 
 #include "fuzz/conversation.h"
 #include "fuzz/fuzz.h"
-#include "kestran-tester/testerPolicy.h"
+#include "uci/modernPolicy.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -35,7 +35,7 @@ bool isTooLong(const Words& words) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    converse({.makePolicy = [] { return std::unique_ptr<UciPolicy>(new TesterPolicy); },
+    converse({.makePolicy = [] { return std::unique_ptr<UciPolicy>(new ModernPolicy); },
               .isAnswered = [](const Words&) { return true; },
               .isEndless = isEndless,
               .isTooLong = isTooLong,

@@ -1,6 +1,5 @@
-#include "kestran-tester/testerPolicy.h"
+#include "uci/modernPolicy.h"
 
-#include "base/cppIoUtils.h"
 #include "board/attacks.h"
 #include "board/makeMove.h"
 #include "board/moveGenerator.h"
@@ -21,7 +20,7 @@ namespace {
 constexpr std::string_view OWN_BOOK = "OwnBook";
 constexpr std::string_view MOVE_OVERHEAD = "Move Overhead";
 constexpr int MAX_OVERHEAD = 5000; // milliseconds
-// What a move gets in any case, if it is left: a pass or two.
+// The least budget of a move, unless less is left on the clock. Enough for a pass or two.
 constexpr Milliseconds SHORTEST = 10;
 
 std::string lowered(std::string text) {
@@ -30,7 +29,7 @@ std::string lowered(std::string text) {
     return text;
 }
 
-// The words from `first` to `last`, with a blank before each, in small letters.
+// The words from `first` to `last` in lower case, with a blank before each.
 using Word = std::vector<std::string>::const_iterator;
 std::string joined(Word first, Word last) {
     std::string text;
@@ -40,10 +39,9 @@ std::string joined(Word first, Word last) {
     return text;
 }
 
-// The number after the word `name`, 1 or more. Nothing if the word is not there, is the last
-// one, or has no such number after it.
-std::optional<std::int64_t> numberBehind(const std::vector<std::string>& words,
-                                         std::string_view name) {
+// The number after the word `name`, if there is one and it is positive.
+std::optional<std::int64_t> numberAfter(const std::vector<std::string>& words,
+                                        std::string_view name) {
     const auto place = std::ranges::find(words, name);
     if (words.end() - place < 2) {
         return std::nullopt;
@@ -52,7 +50,7 @@ std::optional<std::int64_t> numberBehind(const std::vector<std::string>& words,
     return number > 0 ? std::optional(number) : std::nullopt;
 }
 
-// The legal moves among the words after `searchmoves`, as far as they are moves.
+// The legal moves among the words after `searchmoves`.
 std::vector<Move> getSearchMoves(const std::vector<std::string>& words, const Position& position) {
     MoveArray moves;
     const int count = generateLegalMoves(position, moves);
@@ -85,14 +83,14 @@ int getStaticScore(const Position& position) {
 
 // ---- Commands ----
 
-std::vector<std::string> TesterPolicy::getUciReply(int hashMebibytes) {
+std::vector<std::string> ModernPolicy::getUciReply(int hashMebibytes) {
     return getGreeting(" Tester",
                        {getHashOption(hashMebibytes),
                         "option name " + std::string(OWN_BOOK) + " type check default false",
                         getSpinOption(MOVE_OVERHEAD, 0, MAX_OVERHEAD, DEFAULT_OVERHEAD)});
 }
 
-std::optional<int> TesterPolicy::setOption(const std::vector<std::string>& words) {
+std::optional<int> ModernPolicy::setOption(const std::vector<std::string>& words) {
     const auto value = std::ranges::find(words, "value");
     if (words[1] != "name" || words.end() - value < 2) {
         return std::nullopt;
@@ -112,11 +110,11 @@ std::optional<int> TesterPolicy::setOption(const std::vector<std::string>& words
     return std::nullopt;
 }
 
-std::optional<SearchLimits> TesterPolicy::readGo(const std::vector<std::string>& words,
+std::optional<SearchLimits> ModernPolicy::readGo(const std::vector<std::string>& words,
                                                  const Position& position, Milliseconds start) {
-    const std::optional<std::int64_t> depth = numberBehind(words, "depth");
-    const std::optional<std::int64_t> nodes = numberBehind(words, "nodes");
-    const std::optional<std::int64_t> mate = numberBehind(words, "mate");
+    const std::optional<std::int64_t> depth = numberAfter(words, "depth");
+    const std::optional<std::int64_t> nodes = numberAfter(words, "nodes");
+    const std::optional<std::int64_t> mate = numberAfter(words, "mate");
 
     SearchLimits limits = {.time = {start, 0}, .useBook = ownBook};
     const bool isLimited = depth || nodes || mate;
@@ -125,7 +123,7 @@ std::optional<SearchLimits> TesterPolicy::readGo(const std::vector<std::string>&
     if (depth) {
         limits.depth = static_cast<int>(std::min<std::int64_t>(*depth, MAX_PASSES));
     }
-    if (mate) { // which is the last ply of the last pass
+    if (mate) { // the mating move is the last ply of the last pass
         const auto moves = static_cast<int>(std::min<std::int64_t>(*mate, MAX_PASSES));
         limits.depth = std::min(limits.depth, 2 * moves - 1);
     }
@@ -133,13 +131,13 @@ std::optional<SearchLimits> TesterPolicy::readGo(const std::vector<std::string>&
     if (!limits.rootMoves.empty()) {
         limits.useBook = false;
     }
-    // So that there is a score where the clock alone would ask for none.
+    // With a clock alone, a forced move is searched one ply deep, for its score.
     limits.onlyMoveDepth = isLimited ? MAX_PASSES : 1;
     return limits;
 }
 
-// By itself a search is infinite. One with other limits than time ends by them.
-TimeBudget TesterPolicy::getBudget(const std::vector<std::string>& words, Color colorToMove,
+// Without words about time, a search has unlimited time, and is infinite unless `isLimited`.
+TimeBudget ModernPolicy::getBudget(const std::vector<std::string>& words, Color colorToMove,
                                    Milliseconds start, bool isLimited) const {
     constexpr Milliseconds NOT_GIVEN = GoWords::NOT_GIVEN;
     const GoWords go = readGoWords(words);
@@ -163,7 +161,7 @@ TimeBudget TesterPolicy::getBudget(const std::vector<std::string>& words, Color 
 
 // ---- Searches ----
 
-std::string TesterPolicy::getReportLine(const InfoStruct& report) const {
+std::string ModernPolicy::getReportLine(const InfoStruct& report) const {
     std::ostringstream text;
     text << "info depth " << report.depth << " seldepth " << report.selDepth << ' '
          << getScore(report.pv.evaluation) << " nodes " << report.nodesSearched << " nps "
@@ -174,7 +172,7 @@ std::string TesterPolicy::getReportLine(const InfoStruct& report) const {
     return text.str();
 }
 
-std::vector<std::string> TesterPolicy::getAnswerLines(const SearchResult& result,
+std::vector<std::string> ModernPolicy::getAnswerLines(const SearchResult& result,
                                                       const Position& position) const {
     InfoStruct last = result.report.value_or(InfoStruct{});
     last.pv = result.line;

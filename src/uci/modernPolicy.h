@@ -1,15 +1,13 @@
-// The front end for test programs of today, with all that it does otherwise than the standard
-// one: the form of its lines, the limits of a search that it obeys, its clock, its options.
+// The front end for current chess programs. Everything that differs from StandardPolicy is here:
+// the form of the lines, the limits of a search, the clock, and the options.
 #pragma once
 
 #include "uci/uciPolicy.h"
 
-#include <string_view>
-
-class TesterPolicy final : public UciPolicy {
+class ModernPolicy final : public UciPolicy {
 public:
     std::vector<std::string> getUciReply(int hashMebibytes) override;
-    // Names are compared without regard to case, and may hold blanks.
+    // Compares names case-insensitively. A name may contain blanks.
     std::optional<int> setOption(const std::vector<std::string>& words) override;
     std::optional<SearchLimits> readGo(const std::vector<std::string>& words,
                                        const Position& position, Milliseconds start) override;
@@ -17,9 +15,9 @@ public:
         return {.interval = 1, .margin = 5, .isWokenByEnd = true};
     }
     bool keepsIdleStop() const override { return false; }
-    // Depth, score and counts first, then the line.
+    // Depth, score and counts, then the line.
     std::string getReportLine(const InfoStruct& report) const override;
-    // The last report once more, or the static score of the position if there was none.
+    // The last report once more; without one, the static score of the position.
     std::vector<std::string> getAnswerLines(const SearchResult& result,
                                             const Position& position) const override;
 
@@ -30,5 +28,5 @@ private:
                          Milliseconds start, bool isLimited) const;
 
     bool ownBook = false;
-    Milliseconds moveOverhead = DEFAULT_OVERHEAD; // left of the own clock, whatever happens
+    Milliseconds moveOverhead = DEFAULT_OVERHEAD; // never used of the own clock
 };

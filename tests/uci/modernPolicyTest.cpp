@@ -1,0 +1,104 @@
+// The front end for current chess programs: what it reads from a line, and what it answers without
+// a pass.
+
+#include "uci/modernPolicy.h"
+
+#include "base/cppIoUtils.h"
+#include "search/searchParameters.h"
+#include "testing/boardSupport.h"
+
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+
+namespace {
+
+constexpr Milliseconds ARRIVAL = 12345;
+constexpr Milliseconds UNLIMITED = TimeBudget::UNLIMITED;
+
+TEST(ModernPolicy, ReadsTheLimitsOfALine) {
+    struct Case {
+        std::string words;
+        Milliseconds total;
+        bool infinite = false;
+        int depth = MAX_PASSES;
+        std::int64_t nodes = SearchLimits::ANY_NODES;
+    };
+    ModernPolicy policy;
+    const Position position = positionOf(START_FEN);
+    for (const auto& [words, total, infinite, depth, nodes] : std::initializer_list<Case>{
+             // The overhead is taken from the clock; no budget exceeds what is left.
+             {"wtime 40010 btime 1", 1000},
+             {"wtime 40010 winc 500 btime 1 binc 1", 1500},
+             {"wtime 110 winc 500", 100},
+             {"wtime 1010 movestogo 1", 1000},
+             {"wtime 210", 10}, // at least a pass or two
+             {"wtime 15", 5},
+             {"wtime 3", 0},
+             {"wtime -50 winc 10", 0},
+             {"btime 60000", 0}, // only the clock of the opponent
+             {"movetime 300", 300},
+             {"movetime 300 wtime 110", 10},
+             {"movetime -7", 0},
+             // Limits other than time.
+             {"", UNLIMITED, true},
+             {"infinite wtime 5000", UNLIMITED, true},
+             {"ponder", UNLIMITED, true},
+             {"depth 6", UNLIMITED, false, 6},
+             {"depth 99", UNLIMITED, false, MAX_PASSES},
+             {"depth 0", UNLIMITED, true},
+             {"depth x", UNLIMITED, true},
+             {"depth", UNLIMITED, true},
+             {"infinite depth 6", UNLIMITED, false, 6},
+             {"mate 3", UNLIMITED, false, 5},
+             {"mate 9999999999 depth 3", UNLIMITED, false, 3},
+             {"nodes 99999999999", UNLIMITED, false, MAX_PASSES, 99999999999},
+             {"wtime 40010 depth 4 nodes 7", 1000, false, 4, 7}}) {
+        const auto limits = policy.readGo(splitString("go " + words), position, ARRIVAL);
+        ASSERT_TRUE(limits) << words;
+        EXPECT_EQ(limits->time.start, ARRIVAL);
+        EXPECT_EQ(limits->time.total, total) << words;
+        EXPECT_EQ(limits->time.infinite, infinite) << words;
+        EXPECT_EQ(limits->depth, depth) << words;
+        EXPECT_EQ(limits->nodes, nodes) << words;
+        EXPECT_FALSE(limits->useBook) << words;
+    }
+    policy.setOption(splitString("setoption name move overhead value 1010"));
+    policy.setOption(splitString("setoption name OWNBOOK value True"));
+    const auto limits = policy.readGo(splitString("go wtime 41010"), position, ARRIVAL);
+    EXPECT_EQ(limits->time.total, 1000);
+    EXPECT_TRUE(limits->useBook);
+    EXPECT_EQ(policy.setOption(splitString("setoption name hash value 7")), 7);
+    EXPECT_EQ(policy.setOption(splitString("setoption name Hash")), std::nullopt);
+}
+
+// The greatest overhead leaves the greatest budget on a long clock, and the least the whole share.
+TEST(ModernPolicy, KeepsTheOverheadInItsRange) {
+    ModernPolicy policy;
+    const Position position = positionOf(START_FEN);
+    for (const auto& [value, total] :
+         std::initializer_list<std::pair<std::string, Milliseconds>>{{"0", 250},
+                                                                     {"-1", 250},
+                                                                     {"x", 250},
+                                                                     {"5000", 125},
+                                                                     {"5001", 125},
+                                                                     {"99999999999", 125}}) {
+        policy.setOption(splitString("setoption name Move Overhead value " + value));
+        const auto limits = policy.readGo(splitString("go wtime 10000"), position, ARRIVAL);
+        EXPECT_EQ(limits->time.total, total) << value;
+    }
+}
+
+TEST(ModernPolicy, ScoresAPositionWithoutAPassForTheSideToMove) {
+    const ModernPolicy policy;
+    for (const auto& [fen, sign] : std::initializer_list<std::pair<std::string, std::string>>{
+             {"4k3/8/8/8/8/8/8/3QK3 w - - 0 1", ""},
+             {"4k3/8/8/8/8/8/8/3QK3 b - - 0 1", "-"},
+             {"3qk3/8/8/8/8/8/8/4K3 w - - 0 1", "-"},
+             {"3qk3/8/8/8/8/8/8/4K3 b - - 0 1", ""}}) {
+        const std::string report = policy.getAnswerLines({}, positionOf(fen)).front();
+        EXPECT_TRUE(report.starts_with("info depth 0 seldepth 0 score cp " + sign + '9')) << report;
+    }
+}
+
+} // namespace
