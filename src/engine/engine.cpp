@@ -96,6 +96,7 @@ SearchResult Engine::search(const SearchRequest& request) {
         logger.info("Old thread joined");
     }
 
+    const Milliseconds start = clockMilliseconds();
     // After this there is a move to play, whatever the search does.
     const int threadId = lastThreadId = idaVariant.getNextThreadId();
     bool isOnly = false;
@@ -107,7 +108,7 @@ SearchResult Engine::search(const SearchRequest& request) {
     }
     if (limited.limits.depth == 0) {
         logger.info("only possible move, stopped calculating");
-        return stopAndTakeResult(request, threadId);
+        return stopAndTakeResult(request, threadId, start);
     }
 
     applyChanges(); // the table belongs to this thread until the new one exists
@@ -119,14 +120,16 @@ SearchResult Engine::search(const SearchRequest& request) {
         return {request.number, {}, {}};
     }
     waitForEnd(budget);
-    return stopAndTakeResult(request, threadId);
+    return stopAndTakeResult(request, threadId, start);
 }
 
-// Ends the search and returns its last published result.
-SearchResult Engine::stopAndTakeResult(const SearchRequest& request, int threadId) {
+// Ends the search that began at `start` and returns its last published result.
+SearchResult Engine::stopAndTakeResult(const SearchRequest& request, int threadId,
+                                       Milliseconds start) {
     idaVariant.signalReady(threadId);
     SearchResult result = idaVariant.getResult();
     result.number = request.number;
+    result.time = clockMilliseconds() - start;
     return result;
 }
 

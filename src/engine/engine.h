@@ -90,7 +90,7 @@ private:
     SearchResult searchHere(int depth, bool useBook);
     bool isTimeUp(const TimeBudget& budget);
     void waitForEnd(const TimeBudget& budget);
-    SearchResult stopAndTakeResult(const SearchRequest& request, int threadId);
+    SearchResult stopAndTakeResult(const SearchRequest& request, int threadId, Milliseconds start);
 
     StopListenerInterface* stopListener = nullptr; // not owned
     Ida ida;

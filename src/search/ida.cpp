@@ -87,6 +87,7 @@ void Ida::generateTree(const SearchRequest& request, int threadId, IdaVariant& i
     double lastDuration = -1.0;
     Milliseconds lastCheck = clockStart;
     deepen(request, &idaVariant, [&](const SearchPass& pass) {
+        idaVariant.setNodes(pass.nodes);
         if (pass.isGood()) {
             const InfoStruct info = reportOf(pass, generator.state, clockStart, request.number);
             idaVariant.setReport(info, threadId);
@@ -107,6 +108,7 @@ SearchResult Ida::generateTree(const SearchRequest& request) {
     const Milliseconds clockStart = clockMilliseconds();
     SearchResult result = {request.number, {}, {}};
     deepen(request, nullptr, [&](const SearchPass& pass) {
+        result.nodes = pass.nodes;
         if (pass.isGood()) {
             result.line = pass.line;
             result.report = reportOf(pass, generator.state, clockStart, request.number);
@@ -114,6 +116,7 @@ SearchResult Ida::generateTree(const SearchRequest& request) {
         }
         return true;
     });
+    result.time = clockMilliseconds() - clockStart;
     return result;
 }
 

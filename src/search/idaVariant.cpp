@@ -15,8 +15,7 @@ void IdaVariant::setVariant(const Variant& variantPar, int _threadId) {
     logger.debug([&] { return variantToString(variantPar); });
     const std::lock_guard lock(pMutex);
     if (fakeThreadId == _threadId) {
-        published.line = variantPar;
-        published.report.reset();
+        published = {0, variantPar, {}};
     }
 }
 
@@ -30,6 +29,11 @@ void IdaVariant::setReport(const InfoStruct& info, int _threadId) {
         published.line.evaluation = info.pv.evaluation;
         published.report = info;
     }
+}
+
+void IdaVariant::setNodes(std::int64_t nodes) {
+    const std::lock_guard lock(pMutex);
+    published.nodes = nodes;
 }
 
 void IdaVariant::signalReady(int _fakeThreadId) {

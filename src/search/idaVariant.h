@@ -5,6 +5,7 @@
 #include "search/searchRequest.h"
 
 #include <condition_variable>
+#include <cstdint>
 #include <mutex>
 
 // Every search first draws a number. Calls with the number of an older search are ignored, so that
@@ -19,12 +20,14 @@ public:
     // Publishes the report of a pass with its line, if the number is that of the current search.
     // An empty line, such as that of a drawn root, replaces the score but not the moves.
     void setReport(const InfoStruct& info, int _threadId);
+    // Publishes how many moves the current search has counted. No older search may be running.
+    void setNodes(std::int64_t nodes);
     // Raises the ready flag and wakes the waiting thread, if the number is that of the current
     // search.
     void signalReady(int _fakeThreadId);
     // Whether the search is to end, or has ended.
     bool isReady();
-    // The line and the report published last. SearchResult::number is 0.
+    // The line, the report and the nodes published last. SearchResult::number and time are 0.
     SearchResult getResult();
 
     // Wakes the waiting thread. If it is not waiting yet, its next wait ends at once.

@@ -23,6 +23,9 @@ bool NodeCounter::timerUp() {
 }
 
 bool NodeCounter::poll() {
+    if (idaVariant != nullptr) {
+        idaVariant->setNodes(searchedAllNodes);
+    }
     const bool isAtEnd = timerUp() || searchedAllNodes >= nodeLimit;
     countFromPoll();
     if (isAtEnd) {

@@ -1,5 +1,5 @@
-// Counts the moves that a search tries or QuietSkipper skips, and polls the stop flag every 20001
-// of them.
+// Counts the moves that a search tries or QuietSkipper skips. Every 20001 of them, publishes the
+// count and polls the stop flag.
 #pragma once
 
 #include "search/searchParameters.h"
@@ -17,7 +17,7 @@ public:
     // Abandons the search when it has counted `limit` moves since resetSearchedNodes(). Requires 1
     // or more.
     void setNodeLimit(std::int64_t limit);
-    // The slot whose ready flag stops the search, null for none. Not owned.
+    // The slot whose ready flag stops the search and that gets the count, null for none. Not owned.
     void setIdaVariant(IdaVariant* _idaVariant) { idaVariant = _idaVariant; }
 
     // Count a move of the tree or of quiescence, and poll the stop flag if a poll is due. Return

@@ -5,6 +5,7 @@
 #include "search/infoStruct.h"
 #include "search/searchLimits.h"
 
+#include <cstdint>
 #include <optional>
 
 struct SearchRequest {
@@ -19,4 +20,6 @@ struct SearchResult {
     // legal move.
     Variant line;
     std::optional<InfoStruct> report; // of the last finished pass, if there was one
+    std::int64_t nodes = 0; // moves counted until its end, or its last poll if it is winding down
+    Milliseconds time = 0;  // from the start of the search to the result
 };

@@ -176,6 +176,9 @@ std::vector<std::string> ModernPolicy::getAnswerLines(const SearchResult& result
                                                       const Position& position) const {
     InfoStruct last = result.report.value_or(InfoStruct{});
     last.pv = result.line;
+    last.nodesSearched = result.nodes;
+    last.nodesPerSec = nodesPerSecond(result.nodes, result.time);
+    last.time = result.time;
     if (!result.report) {
         last.pv.evaluation = getStaticScore(position);
     }

@@ -17,7 +17,8 @@ public:
     bool keepsIdleStop() const override { return false; }
     // Depth, score and counts, then the line.
     std::string getReportLine(const InfoStruct& report) const override;
-    // The last report once more; without one, the static score of the position.
+    // The last report with the counts of the whole search; without one, the static score of the
+    // position.
     std::vector<std::string> getAnswerLines(const SearchResult& result,
                                             const Position& position) const override;
 

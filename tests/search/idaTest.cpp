@@ -128,6 +128,7 @@ TEST_F(Deepening, AbandonedPassIsNoResult) {
         ida.generateTreeIdaOneLoop(request.game.position, unfinished, 4, window, true);
     EXPECT_EQ(pass.result, std::nullopt);
     EXPECT_EQ(pass.next, window);
+    EXPECT_EQ(slot.getResult().nodes, pass.nodes);
     EXPECT_EQ(observer.getData().size(), 1U);
     EXPECT_EQ(findDifference(request.game.position, start), "");
 
@@ -139,6 +140,7 @@ TEST_F(Deepening, AbandonedPassIsNoResult) {
     const SearchResult limited = ida.generateTree(request);
     EXPECT_EQ(limited.report.value().depth, 2);
     EXPECT_EQ(generator.state.nodes.getSearchedAllNodes(), 5000);
+    EXPECT_EQ(limited.nodes, 5000);
 }
 
 TEST_F(Deepening, TimeUpWeighsTheLastPassAgainstTheTimeLeft) {

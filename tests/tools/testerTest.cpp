@@ -5,7 +5,10 @@
 #include "testing/regex.h"
 #include "testing/toolSupport.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <gtest/gtest.h>
+#include <iterator>
 
 namespace {
 
@@ -60,8 +63,8 @@ TEST_F(Tester, ObeysEachLimit) {
     const std::string ONE = "8/8/8/8/8/8/8/K1k5 w - - 0 1";
     for (const auto& [fen, words, report, answer] : std::initializer_list<Case>{
              {QUIET_FEN, "depth 4", "info depth 4 .* cp .*", ".*"},
-             {QUIET_FEN, "nodes 10000", "info depth 2 .* nodes [0-9]{1,4} .*", ".*"},
-             {QUIET_FEN, "nodes 1", "info depth 0 .* score cp -?[1-9].* nodes 0 .* pv \\S+", ".*"},
+             {QUIET_FEN, "nodes 10000", "info depth 2 .* nodes 10000 .*", ".*"},
+             {QUIET_FEN, "nodes 1", "info depth 0 .* score cp -?[1-9].* nodes 1 .* pv \\S+", ".*"},
              {QUIET_FEN, "searchmoves a2a3 h2h4 h7h8 depth 3", ".* pv (a2a3|h2h4) .*", "a2a3|h2h4"},
              {QUIET_FEN, "searchmoves a2a4 movetime 50", ".* pv a2a4 .*", "a2a4"},
              {QUIET_FEN, "mate 2", "info depth 3 .* cp .*", ".*"},
@@ -104,6 +107,31 @@ TEST_F(Tester, StopEndsTheSearchThatIsUnderWayAndNoOther) {
         process.send("stop");
         hearAnswer();
     }
+}
+
+// The counts of the last pass are those of its own end.
+TEST_F(Tester, ReportsTheCountsOfTheWholeSearchLast) {
+    static const TextPattern COUNTS(".* nodes (\\d+) nps (\\d+) time (\\d+) .*");
+    const auto countsIn = [](const std::string& line) {
+        std::vector<long> counts;
+        for (const std::string& part : COUNTS.match(line).value_or(TextPattern::Parts(4, "-1"))) {
+            counts.push_back(std::strtol(part.c_str(), nullptr, 10));
+        }
+        return counts;
+    };
+    constexpr int MILLIS = 300;
+    process.send("position fen " + std::string(QUIET_FEN));
+    process.send("go infinite");
+    auto reports = process.readUntil("info", PATIENCE);
+    ASSERT_EQ(reports.size(), 1U);
+    std::ranges::copy(process.readUntil("bestmove", UciProcess::Timeout(MILLIS)),
+                      std::back_inserter(reports));
+    process.send("stop");
+    const auto answer = hearAnswer();
+    const auto last = countsIn(answer[answer.size() - 2]);
+    EXPECT_GE(last[1], countsIn(reports.back())[1]);
+    EXPECT_GE(last[3], MILLIS - 1); // both ends of the search are rounded down
+    EXPECT_EQ(last[2], last[1] * 1000 / last[3]);
 }
 
 TEST_F(Tester, PlaysTheBookOnRequest) {

@@ -30,9 +30,10 @@ Thought Opponent::think(const Game& game) {
     request.limits.depth = strength.depth;
     request.limits.onlyMoveDepth = 1;
     request.game = game;
-    const auto [number, line, report] = engine->search(request);
+    const SearchResult result = engine->search(request);
+    const Variant& line = result.line;
     const bool isFromBook = line.varLength > 0 && line.get(0).isOpening;
-    return {movesOf(line), line.evaluation, report ? report->depth : 0, isFromBook};
+    return {movesOf(line), line.evaluation, result.report ? result.report->depth : 0, isFromBook};
 }
 
 std::string Opponent::explain(const NumberedGame& game, const Thought& thought,
