@@ -178,6 +178,14 @@ bool Ida::timeUp(Milliseconds totalMilliseconds, double& lastDuration, Milliseco
     return false;
 }
 
+int Ida::applyChanges(int hashTableSize) {
+    const int size = generator.state.table.resize(hashTableSize);
+    if (size < hashTableSize && infoListener != nullptr) {
+        infoListener->onTableMissing();
+    }
+    return size;
+}
+
 void Ida::watchBy(SearchObserver& _observer) {
     observer = &_observer;
     generator.watchBy(_observer);

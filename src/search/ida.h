@@ -74,8 +74,8 @@ public:
     void watchBy(SearchObserver& _observer);
     void setInfoListener(InfoListenerInterface* listener) { infoListener = listener; }
     // Resizes the hash table, losing all entries; does nothing if the size is the same. Returns the
-    // new size, which is 0 if out of memory.
-    int applyChanges(int hashTableSize) { return generator.state.table.resize(hashTableSize); }
+    // new size, which is 0 if out of memory; the listener is informed of that.
+    int applyChanges(int hashTableSize);
     TreeGenerator& getTreeGenerator() { return generator; }
 
 private:

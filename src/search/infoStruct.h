@@ -20,10 +20,13 @@ struct InfoStruct {
 // Nodes per second, rounded down. An elapsed time of 0 counts as 1 millisecond.
 std::int64_t nodesPerSecond(std::int64_t nodes, Milliseconds elapsed);
 
-// Receives the reports of a search, on the search thread.
+// Receives what a search reports.
 class InfoListenerInterface {
 public:
+    // Called on the search thread at the end of a pass.
     virtual void onInfo(const InfoStruct& info) = 0;
+    // Called before a search if there is no memory for the hash table.
+    virtual void onTableMissing() {}
 
 protected:
     ~InfoListenerInterface() = default;

@@ -239,6 +239,11 @@ void UciEngine::onInfo(const InfoStruct& info) {
     }
 }
 
+// Not by std::cerr, which two threads must not use at the same time.
+void UciEngine::onTableMissing() {
+    std::fputs("Hash rejected: not enough memory, searching without a table\n", stderr);
+}
+
 bool UciEngine::checkForStop() {
     if (isStandardOutputLost()) {
         endProcess();
@@ -250,9 +255,15 @@ bool UciEngine::checkForStop() {
 // ---- Options ----
 
 // The new size shows in the next `uci` reply. The table itself is resized when the next search
-// starts, as a search may be using it now.
+// starts, as a search may be using it now. A size that no table can have is rejected at once.
 void UciEngine::handleSetOption(const std::vector<std::string>& vec) {
-    if (const std::optional<int> hash = policy->setOption(vec)) {
-        engine.setHashTableSize(entriesOf(*hash));
+    const std::optional<int> hash = policy->setOption(vec);
+    if (!hash) {
+        return;
+    }
+    const int entries = entriesOf(*hash);
+    engine.setHashTableSize(entries);
+    if (*hash > 0 && entries == 0) {
+        onTableMissing();
     }
 }

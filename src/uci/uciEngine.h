@@ -45,6 +45,8 @@ public:
     // Sends the `info` line of a report, unless its `go` has been answered: the search thread may
     // finish one more pass while it winds down.
     void onInfo(const InfoStruct& info) override;
+    // Reports on standard error that the wanted hash table does not fit into memory.
+    void onTableMissing() override;
     // Whether the running search must stop. Ends the process if the reader of the output is gone.
     // Clears a kept `stop`; see UciPolicy::keepsIdleStop().
     bool checkForStop() override;

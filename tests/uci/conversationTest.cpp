@@ -145,8 +145,8 @@ Conversations options() {
         {"NoNumber", "ready" + shows("many", 0) + search},
         {"NumberAndMore", "ready" + shows("64MB", 63) + shows("128 now", 127) + shows("+3", 3)},
         {"NegativeIsNone", "ready" + shows("-1", 0) + search + shows("-99999999999", 0)},
-        {"HugeIsNone",
-         "ready" + shows("2147483647", 0) + shows("99999999999999999999", 0) + search},
+        {"HugeIsNone", "ready" + shows("2147483647", 0) + " | complain" +
+                           shows("99999999999999999999", 0) + " | complain" + search},
         {"NoTableAndBack", "ready" + shows("0", 0) + search + shows("16", 15) + search},
         {"LastsThroughNewGame", "ready" + shows("16", 15) + " | > ucinewgame | > uci | greet 15"},
         {"DuringASearch", "> setoption name Hash value 16 | > position fen $busy | > go infinite"

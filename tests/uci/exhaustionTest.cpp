@@ -47,7 +47,7 @@ TEST(Memory, MayBeTooLittleForATable) {
     GTEST_SKIP() << "a sanitizer needs more memory than there is";
 #endif
     UciProcess process("/bin/bash", {"-c", "ulimit -v 409600; exec \"$0\"", ENGINE});
-    // Plays a move and tells the size of the table in the end.
+    // Plays a move and returns the size of the table after it.
     const auto sizeAfterAMove = [&process] {
         process.send("position fen 6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - 0 1");
         process.send("go movetime 0");
@@ -57,17 +57,21 @@ TEST(Memory, MayBeTooLittleForATable) {
         return lines.empty() ? "" : lines.back().substr(lines.back().rfind("default"));
     };
     EXPECT_EQ(sizeAfterAMove(), "default 192 ");
+    const std::string rejection = "Hash rejected: not enough memory, searching without a table\n";
+    std::string rejections;
     for (const std::string size :
          {"512", "513", "24000", "1000000", "2147483647", "99999999999999999999", "-1"}) {
         process.send("setoption name Hash value " + size);
         EXPECT_EQ(sizeAfterAMove(), "default 0 ") << size;
+        EXPECT_EQ(sizeAfterAMove(), "default 0 ") << size << ", without a second rejection";
+        rejections += size == "-1" ? "" : rejection;
         process.send("setoption name Hash value 64");
         EXPECT_EQ(sizeAfterAMove(), "default 63 ") << size;
     }
     process.send("quit");
     const auto end = process.waitForEnd(PATIENCE);
     EXPECT_TRUE(end && end->exited && end->status == 0);
-    EXPECT_EQ(process.readErrors(), "");
+    EXPECT_EQ(process.readErrors(), rejections);
 }
 
 // Tables of any size that a game had leave nothing behind.
