@@ -3,8 +3,15 @@
 #include "uci/goCommand.h"
 #include "uci/uciReports.h"
 
+namespace {
+
+// Part of the protocol, whatever the version of the project.
+constexpr const char* PROTOCOL_VERSION = "1.1.2";
+
+} // namespace
+
 std::vector<std::string> StandardPolicy::getUciReply(int hashMebibytes) {
-    return getGreeting("", {getHashOption(hashMebibytes)});
+    return getGreeting(PROTOCOL_VERSION, {getHashOption(hashMebibytes)});
 }
 
 // Accepts only `setoption name Hash value N`; every option here has a value of one word.

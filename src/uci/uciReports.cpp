@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr const char* ID_NAME = "id name KESTRAN CHESS " KESTRAN_VERSION;
+constexpr const char* ID_NAME = "id name KESTRAN CHESS ";
 constexpr const char* ID_AUTHOR = "id author Bremo Talvik";
 constexpr const char* UCI_OK = "uciok";
 
@@ -34,9 +34,9 @@ constexpr int CENTIPAWN = 10; // in the unit of a score
 
 } // namespace
 
-std::vector<std::string> getGreeting(const std::string& nameExtra,
+std::vector<std::string> getGreeting(const std::string& version,
                                      const std::vector<std::string>& options) {
-    std::vector<std::string> lines = {ID_NAME + nameExtra, ID_AUTHOR};
+    std::vector<std::string> lines = {ID_NAME + version, ID_AUTHOR};
     lines.insert(lines.end(), options.begin(), options.end());
     lines.emplace_back(UCI_OK);
     return lines;

@@ -242,7 +242,7 @@ void UciTalk::expectNext(const std::string& line) {
 }
 
 void UciTalk::expectGreeting(int hash) {
-    expectNext("id name KESTRAN CHESS " KESTRAN_VERSION);
+    expectNext("id name KESTRAN CHESS 1.1.2");
     expectNext("id author Bremo Talvik");
     expectNext("option name Hash type spin min 0 max 512 default " + std::to_string(hash) + ' ');
     expectNext("uciok");
