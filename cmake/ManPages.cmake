@@ -1,7 +1,7 @@
 # Builds the man pages, in man/ of the build folder. If docs/man/PROGRAM.h2m exists, help2man makes
-# the page of the program from that file and the program's --help. Otherwise the page is
-# docs/man/PROGRAM.6. A cross build cannot run help2man and takes the pages of another build from
-# KESTRAN_MAN_FOLDER.
+# the page of the program from that file, the program's --help and a list of the other pages.
+# Otherwise the page is docs/man/PROGRAM.6. A cross build cannot run help2man and takes the pages of
+# another build from KESTRAN_MAN_FOLDER.
 
 set(KESTRAN_MAN_FOLDER "" CACHE PATH "Man pages of another build, for a build for another machine")
 
@@ -17,13 +17,20 @@ foreach(program IN ITEMS kestran ${tools})
     elseif(KESTRAN_MAN_FOLDER)
         set(page "${KESTRAN_MAN_FOLDER}/${program}.6")
     else()
+        set(others kestran ${tools})
+        list(REMOVE_ITEM others ${program})
+        list(SORT others)
+        list(JOIN others " (6),\n.BR " others)
+        set(see_also "${man_folder}/${program}.h2m")
+        file(CONFIGURE OUTPUT "${see_also}" CONTENT "[SEE ALSO]\n.BR ${others} (6)\n" @ONLY)
         # The date is that of the version, in the form that mandoc asks for.
         add_custom_command(
             OUTPUT "${page}"
             COMMAND "${KESTRAN_HELP2MAN}" --section=6 --no-info --manual=Kestran
-                    "--include=${source}.h2m" "--output=${page}" "$<TARGET_FILE:${program}>"
+                    "--include=${source}.h2m" "--include=${see_also}" "--output=${page}"
+                    "$<TARGET_FILE:${program}>"
             COMMAND sed -i "/^.TH /s/\"[A-Z][a-z]* [0-9]*\"/\"${KESTRAN_DATE}\"/" "${page}"
-            DEPENDS ${program} "${source}.h2m"
+            DEPENDS ${program} "${source}.h2m" "${see_also}"
             COMMENT "Writing the man page of ${program}"
             VERBATIM)
         list(APPEND generated_pages "${page}")
@@ -36,7 +43,7 @@ if(generated_pages)
         message(STATUS "Without KESTRAN_MAN_FOLDER, only hand-written man pages are installed")
         list(REMOVE_ITEM man_pages ${generated_pages})
     elseif(NOT KESTRAN_HELP2MAN)
-        install(CODE "message(FATAL_ERROR \"The man pages need Debian's help2man\")")
+        install(CODE "message(FATAL_ERROR \"The man pages need help2man: apt-get install help2man\")")
     elseif(NOT KESTRAN_SANITIZE AND NOT KESTRAN_FUZZ AND NOT KESTRAN_PROFILE STREQUAL "record")
         add_custom_target(man-pages ALL DEPENDS ${generated_pages})
     endif()

@@ -20,10 +20,11 @@ if(KESTRAN_ARCHIVE)
     return()
 endif()
 
-foreach(tool IN ITEMS file dpkg-shlibdeps)
+foreach(tool IN ITEMS file dpkg-shlibdeps help2man)
     find_program(KESTRAN_${tool} ${tool})
     if(NOT KESTRAN_${tool})
-        message(FATAL_ERROR "The Debian package needs ${tool}: apt-get install file dpkg-dev")
+        message(FATAL_ERROR "The Debian package needs ${tool}: "
+                            "apt-get install file dpkg-dev help2man")
     endif()
 endforeach()
 set(CPACK_GENERATOR DEB)
