@@ -2,11 +2,11 @@
 
 #include "base/process.h"
 #include "kestran-bench/bench.h"
-#include "uci/modernPolicy.h"
 #include "notation/fen.h"
 #include "search/engineParameters.h"
 #include "search/infoStruct.h"
 #include "support/cli.h"
+#include "uci/modernPolicy.h"
 #include "uci/uciEngine.h"
 
 #include <cstdint>
@@ -16,7 +16,7 @@
 
 namespace {
 
-// In the form that test frameworks read.
+// Prints the signature in the form that test frameworks read.
 void printSignature() {
     constexpr int HASH_MEBIBYTES = 16;
     std::int64_t nodes = 0;
@@ -32,10 +32,10 @@ void printSignature() {
 }
 
 constexpr const char* DESCRIPTION =
-    "Plays chess as kestran does, by the same search, and speaks the Universal Chess Interface as "
-    "today's test programs expect it: reports with depth, score, nodes and time before the line, a "
-    "score in each, mates in moves; depth, nodes, mate and searchmoves are obeyed, and a bare "
-    "\"go\" searches until \"stop\". It looks at the clock every millisecond.";
+    "Searches as kestran does, and speaks the Universal Chess Interface as current chess programs "
+    "expect it: each report has depth, score, nodes and time before the line; mates are counted in "
+    "moves; depth, nodes, mate and searchmoves are obeyed; and \"go\" alone searches until "
+    "\"stop\". It checks the clock every millisecond.";
 
 int runTester(const std::string& word) {
     if (word == "bench") {

@@ -1,4 +1,4 @@
-// The engine for testing engines: the search of Kestran with a ModernPolicy.
+// The engine for current chess programs: UciEngine with a ModernPolicy.
 #pragma once
 
 // The main function of kestran-tester.

@@ -1,4 +1,4 @@
-// kestran-tester: the engine with the front end that today's test programs expect.
+// kestran-tester: the engine for current chess programs.
 
 #include "kestran-tester/tester.h"
 
