@@ -1,4 +1,4 @@
-// Conversations with the engine for test programs.
+// Conversations with the second front end.
 
 #include "fuzz/conversation.h"
 #include "fuzz/fuzz.h"
@@ -23,8 +23,8 @@ bool isEndless(const Words& words) {
            !hasAny(words, {"movetime", "wtime", "btime", "winc", "binc", "movestogo"});
 }
 
-// Without a clock a search ends by its nodes, or by `stop` and the end of input if it has no limit
-// at all. A limit of depth may take for ever.
+// Without a clock a search ends by its nodes, or, if it has no limit at all, by `stop` and the end
+// of input. A search limited by depth may take too long.
 bool isTooLong(const Words& words) {
     const auto nodes = std::ranges::find(words, "nodes");
     const bool endsByNodes =

@@ -19,7 +19,7 @@ const std::string TESTER = KESTRAN_BINARY_DIR "/kestran-tester";
 
 class Tester : public testing::Test {
 protected:
-    // The lines of the next answer; each that is no answer has the form of a report.
+    // Reads lines up to the next answer and checks that all others are reports.
     std::vector<std::string> hearAnswer() {
         static const TextPattern REPORT(
             "info depth \\d+ seldepth \\d+ score (cp|mate) -?\\d+"
@@ -109,7 +109,7 @@ TEST_F(Tester, StopEndsTheSearchThatIsUnderWayAndNoOther) {
     }
 }
 
-// The counts of the last pass are those of its own end.
+// The last report has the counts of the whole search, not those of the last pass.
 TEST_F(Tester, ReportsTheCountsOfTheWholeSearchLast) {
     static const TextPattern COUNTS(".* nodes (\\d+) nps (\\d+) time (\\d+) .*");
     const auto countsIn = [](const std::string& line) {
@@ -141,7 +141,7 @@ TEST_F(Tester, PlaysTheBookOnRequest) {
     EXPECT_EQ(answerTo("go searchmoves a2a3 movetime 50", START_FEN).back(), "bestmove a2a3");
 }
 
-// The reports of a search that has just begun, up to a depth, as "depth nodes score line".
+// The first four reports of a search, as "depth|score|nodes|line|".
 std::vector<std::string> countsOf(const std::string& program, const TextPattern& report,
                                   const std::vector<std::size_t>& groups) {
     UciProcess process(program);

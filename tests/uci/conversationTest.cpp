@@ -1,7 +1,6 @@
-// Conversations with the built engine, as chess programs hold them and as they should
-// not. A talk checks by itself what holds for all of them (see uciTalk.h): the form of
-// each line, one closing line and one answer for each `go`, nothing unasked, nothing
-// on standard error, and the end with status 0 at `quit`.
+// Conversations with the built engine, correct and incorrect ones. UciTalk checks what holds for
+// all of them: the form of each line, one closing line and one answer for each `go`, no other line,
+// nothing on standard error, and status 0 after `quit`.
 
 #include "testing/uciTalk.h"
 
@@ -27,12 +26,12 @@ void PrintTo(const Conversation& conversation, std::ostream* stream) {
 const std::map<std::string, std::string> POSITIONS = {
     // One legal move, a1a2, so that the position is known by its answer.
     {"$one", "8/8/8/8/8/8/8/K1k5 w - - 0 1"},
-    // Out of the book, with first passes that are done at once and no end in sight.
+    // Not in the book. The first passes are short, and the search never ends by itself.
     {"$busy", "6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - 0 1"},
     {"$black", "6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 b - - 0 1"},
     // A first pass of about 100 milliseconds.
     {"$slow", "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1"},
-    // 15 queens a side, where no pass is ever done, and as many moves as there can be.
+    // 15 queens a side, where no pass ends, and the greatest number of moves.
     {"$queens", "qqqqqqqk/qqqqqqqq/8/8/8/8/QQQQQQQQ/QQQQQQQK w - - 0 1"},
     {"$many", "R6R/3Q4/1Q4Q1/4Q3/2Q4Q/Q4Q2/pp1Q4/kBNN1KB1 w - - 0 1"},
     {"$mate", "6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1"}, // by a1a8
@@ -59,7 +58,7 @@ std::string repeated(int count, const std::string& text) {
     return result;
 }
 
-// Every way to start a search in the present position, and what its answer must be.
+// Every way to start a search of the current position, and the required answer.
 std::string eachGo(const std::string& answer) {
     std::string script;
     for (const char* go : {"nodes 1", "movetime 250", "wtime 1 btime 1",
@@ -211,8 +210,8 @@ Conversations positions() {
     };
 }
 
-// Positions at the edge of what there can be, under every kind of `go`. A draw by the clock
-// of half moves still has a move to play.
+// Extreme positions under every kind of `go`. A draw by the fifty-move rule still has a move to
+// play.
 Conversations edges() {
     struct Edge {
         const char* name;
@@ -266,9 +265,9 @@ Conversations rejections() {
 
 // ---- The time for a move ----
 
-// That the words of `go` reach the search; goCommandTest.cpp has what they mean. A search may end
-// early, when no further pass is worth its start, but not before two thirds of its budget;
-// and it ends at the first step of 100 ms that is at most 50 ms before the budget's end.
+// The words of `go` reach the search; goCommandTest.cpp tests their meaning. A search may end
+// early, when no further pass is worth its time, but not before two thirds of its budget. Otherwise
+// it ends at the first step of 100 ms that is at most 50 ms before the end of its budget.
 Conversations allocations() {
     return {
         {"ClockOfTheSideToMove", "> position fen $black | ready"
@@ -399,7 +398,7 @@ Conversations signals() {
     return conversations;
 }
 
-// Nobody reads the engine any more: it ends, though its input is still open.
+// The output is closed: the engine ends, although its input is still open.
 Conversations lostReaders() {
     Conversations conversations = {
         {"BeforeAReply", "ready | lose | > isready | end 1200"},
@@ -414,8 +413,7 @@ Conversations lostReaders() {
 
 class ConversationTest : public testing::TestWithParam<Conversation> {};
 
-// A process that ends in the midst of its work joins no threads: ThreadSanitizer is not to
-// take that for a fault.
+// A process that ends during a search joins no threads. ThreadSanitizer must not report that.
 void allowThreadsToBeLeft() {
     const char* present = std::getenv("TSAN_OPTIONS");
     const std::string options = present == nullptr ? "" : std::string(present) + ':';
@@ -456,8 +454,8 @@ TEST(StartTest, ArgumentsAreIgnored) {
 
 // ---- Bounds of time ----
 
-// The middle one of an odd number of measurements, of which at most one may exceed `most`: a
-// virtual machine stands still now and then.
+// The median of an odd number of measurements, of which at most one may exceed `most`, because a
+// virtual machine may pause.
 long medianOf(std::size_t count, int most, const std::function<long()>& measure) {
     std::vector<long> values(count);
     std::generate(values.begin(), values.end(), measure);
@@ -471,7 +469,7 @@ TEST(ResponseTest, StopIsQuick) {
     talk.hold(withPositions("> position fen $busy"));
     int count = 0;
     const long median = medianOf(9, 350, [&talk, &count] {
-        // Early in the first step of the polling loop, and just behind it.
+        // Early in the first step of the polling loop, and just after it.
         const char* pause = ++count % 2 == 1 ? "30" : "105";
         talk.hold(std::string("> go infinite | think ") + pause + " | > stop | answer");
         return talk.getAnswer().age.count();
@@ -489,8 +487,8 @@ TEST(ResponseTest, OneMoveIsAnsweredAtOnce) {
     EXPECT_LE(median, patience(80).count());
 }
 
-// At the look nearest to the end of its time, which may be before it. One that is late on a
-// busy machine has further tries.
+// The search ends at the step nearest to the end of its time, which may be before it. If it is
+// late, as on a busy machine, the test tries again.
 TEST(ResponseTest, AnswersHalfAStepBeforeTheEnd) {
     UciTalk talk;
     talk.hold(withPositions("> position fen $queens"));
@@ -513,7 +511,7 @@ TEST(ResponseTest, ReadyOkIsQuickDuringASearch) {
     talk.hold("> stop | answer");
 }
 
-// Half a second without work takes next to no processor time; with work it does.
+// Half a second without a search uses hardly any processor time; with one it does.
 TEST(ResponseTest, IdlenessIsFree) {
     UciTalk talk;
     const auto timeOf = [&talk](const std::string& script) {
@@ -528,7 +526,7 @@ TEST(ResponseTest, IdlenessIsFree) {
     talk.hold("> stop | answer | silent 100");
     EXPECT_LT(timeOf("silent 500"), patience(20).count()) << "after a search";
     talk.hold(withPositions("> position fen $mate | > go infinite | reports 1"));
-    EXPECT_LT(timeOf("silent 500"), patience(20).count()) << "behind a finished search";
+    EXPECT_LT(timeOf("silent 500"), patience(20).count()) << "after a finished search";
     talk.hold("> stop | answer a1a8");
 }
 

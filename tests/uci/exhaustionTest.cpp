@@ -1,4 +1,4 @@
-// What the engine does at the end of its means: no memory for the table, and no thread.
+// The engine without memory for the table or anything else, and without threads.
 
 #include "search/engineParameters.h"
 #include "support/uciProcess.h"
@@ -21,8 +21,8 @@ unsigned failures = 0; // the creations that fail, as bits
 
 } // namespace
 
-// The linker leads here every call by which std::thread starts one in this program: with the
-// object, a pointer to what it is to run, and a function that it needs for nothing.
+// The linker redirects every start of a std::thread in this program to scarceStart(). The arguments
+// are the object, a pointer to what it runs, and a function that is not needed.
 #define START_THREAD                                                                               \
     "_ZNSt6thread15_M_start_threadESt10unique_ptrINS_6_StateESt14default_deleteIS1_EEPFvvE"
 void realStart(void* thread, void* state, void (*depend)()) __asm__("__real_" START_THREAD);
@@ -41,7 +41,7 @@ namespace {
 constexpr UciProcess::Timeout PATIENCE{5000};
 const std::string ENGINE = KESTRAN_BINARY_DIR "/kestran";
 
-// The engine's process gets no more than 400 MiB, of which the table of 192 is a part.
+// The engine's process gets at most 400 MiB, including the table of 192 MiB.
 TEST(Memory, MayBeTooLittleForATable) {
 #ifdef KESTRAN_SLOW_BUILD
     GTEST_SKIP() << "a sanitizer needs more memory than there is";
@@ -74,7 +74,7 @@ TEST(Memory, MayBeTooLittleForATable) {
     EXPECT_EQ(process.readErrors(), rejections);
 }
 
-// Tables of any size that a game had leave nothing behind.
+// The memory of earlier tables is freed.
 TEST(Memory, GoesBackToTheSystem) {
 #ifdef KESTRAN_SLOW_BUILD
     GTEST_SKIP() << "a sanitizer keeps what is freed";
@@ -113,7 +113,7 @@ ShortTalk talkWithFailing(long allocation) {
     process.sendRaw("uci\nsetoption name Hash value 16\n"
                     "position fen 6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - 0 1 moves c3c4\n"
                     "go movetime 150\nisready\n");
-    // The last two answers have no order where the go thread could not be had.
+    // The order of the last two answers depends on whether the go thread could be created.
     std::set<std::string> awaited = {"uciok", "readyok", "bestmove"};
     while (!awaited.empty()) {
         const std::optional<std::string> line = process.readLine(PATIENCE);
@@ -128,8 +128,8 @@ ShortTalk talkWithFailing(long allocation) {
     return {end.value_or(UciProcess::End{false, 0}), awaited.empty(), process.readErrors()};
 }
 
-// Allocations by the number, each in turn. Some of the first are the loader's, and most that
-// follow are the book's. KESTRAN_ALLOCATION_STEP=1 takes no steps; see docs/reliability.md.
+// Lets every 61st allocation fail, one per process. Some of the first are the loader's, most others
+// the book's. KESTRAN_ALLOCATION_STEP=1 skips none; see docs/reliability.md.
 TEST(Memory, MayEndAtAnyAllocation) {
     const std::string errors = talkWithFailing(0).errors;
     const std::string mark = "allocations: ";
@@ -156,8 +156,8 @@ TEST(Memory, MayEndAtAnyAllocation) {
 
 // ---- No thread ----
 
-// What an engine answers to a whole conversation, in which the creations of threads
-// whose bits are set fail.
+// The answers of an engine to a whole conversation. The creations of threads whose bits are set
+// fail.
 std::vector<std::string> talk(const std::string& conversation, unsigned failingCreations) {
     creations = 0;
     failures = failingCreations;
@@ -188,7 +188,7 @@ const std::string MATE_IN_ONE = "position fen k7/8/1K6/8/8/8/8/7R w - - 0 1\n";
 
 // The first `go` makes two threads: its own, and that of the search.
 TEST(NoThread, GoThreadFailsAndTheLoopSearches) {
-    // `isready` is answered behind the search that holds the loop up.
+    // `isready` is answered after the search, which blocks the loop.
     EXPECT_EQ(talk(MATE_IN_ONE + "go movetime 0\nisready\n", 0b1),
               (std::vector<std::string>{"info pv h1h8", "bestmove h1h8", "readyok"}));
     EXPECT_EQ(creations, 2);

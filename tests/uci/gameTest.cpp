@@ -34,14 +34,14 @@ TEST(GameTest, IsPlayedByTheRulesAndInTime) {
         const std::string& move = player.getAnswer().bestMove;
         EXPECT_TRUE(board.play(move)) << move;
         position += ' ' + move;
-        // What a slow build takes longer by is not counted.
+        // The extra time of a slow build is not counted.
         const Millis taken = player.getAnswer().age - patience(100) + Millis(100);
         clocks[mover] -= static_cast<int>(std::max(taken, Millis(0)).count());
         EXPECT_GT(clocks[mover], 0) << "the flag falls after " << position;
         clocks[mover] += INCREMENT;
         mover = 1 - mover;
     }
-    // The loser and the one who is stalemated know it too.
+    // The side that is mated or stalemated answers that it has no move.
     if (board.getLegalMoves().empty()) {
         players[mover].hold("> " + position + " | > go depth 1 | answer \\(none\\)");
     }

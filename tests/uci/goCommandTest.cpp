@@ -50,7 +50,7 @@ TEST(GoCommand, GivesTheTimeThatTheFirstRuleFinds) {
              {"wtime 400000 btime -3000 winc 0 binc 0", 10000, -1},
              {"depth 5", -1, -1},
              {"WTIME 400000 Infinite MoveTime 9000", -1, -1},
-             // Words that are no numbers, no keys, or are there twice.
+             // Words that are no numbers or no keys, and repeated words.
              {"wtime x winc y", -1, -1},
              {"movetime x wtime 400000", 0, 0},
              {"wtime 24000 movetime", 600, -1},
@@ -82,7 +82,8 @@ TEST(UciReports, ScoreIsInHundredthsOfAPawn) {
     }
 }
 
-// What an engine without a hash table sends for some lines of input, whose end ends the searches.
+// The output of an engine without a hash table for some lines of input. The end of input ends the
+// searches.
 std::string outputOf(UciEngine& uciEngine, const std::string& lines) {
     std::istringstream input(lines);
     std::streambuf* const before = std::cin.rdbuf(input.rdbuf());

@@ -1,6 +1,5 @@
-// Loaded before the C library, it lets the time of day jump by an hour or two, to and fro, each
-// time that somebody asks for it, as where a clock is set while the engine plays. Other clocks go
-// on as ever.
+// Preloaded into the engine, it makes the time of day jump by an hour or two at each call, as if
+// the clock were set during play. Other clocks are not changed.
 
 #include <atomic>
 #include <ctime>
@@ -9,7 +8,7 @@
 
 // NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
 extern "C" int clock_gettime(clockid_t clock, timespec* time) {
-    // Who asks twice for each look is not to see the same jump every time: there are three.
+    // Three jumps in turn, so that two calls per poll do not always see the same one.
     static std::atomic<int> calls = 0;
     const auto result = static_cast<int>(syscall(SYS_clock_gettime, clock, time));
     if (clock == CLOCK_REALTIME) {

@@ -1,5 +1,5 @@
-// What the world around the engine can do to it: signals, a clock that jumps, streams that fail,
-// input in any pieces, `go` and `stop` in any order.
+// Disturbances from outside the engine: signals, a clock that jumps, streams that fail, input in
+// pieces, `go` and `stop` in any order.
 
 #include "testing/uciTalk.h"
 
@@ -28,7 +28,7 @@ TEST(Outside, SignalsInterruptNothing) {
 
 TEST(Outside, MachineIsSuspended) {
     UciTalk talk;
-    // The time has passed all the same; the search ends at its next look.
+    // The time passed nevertheless; the search ends at its next poll.
     talk.hold("> position fen " + QUEENS +
               " | > go movetime 500 | pause 50 | halt 700 | answer * 750-950");
     talk.hold("halt 300 | > go movetime 250 | answer * 190-450");
@@ -106,8 +106,8 @@ TEST(Outside, InputComesInOnePieceOf100Mebibytes) {
 
 // ---- `go` and `stop` in random order ----
 
-// Sends them, and knows what must be answered. A `stop` ends the search that looks for it next,
-// now or later; several before that look are one.
+// Sends them and knows the required answers. A `stop` ends the search that polls for it next, now
+// or later; several before that poll count as one.
 class RandomTalk {
 public:
     explicit RandomTalk(unsigned seed) : random(seed) {}
@@ -137,7 +137,7 @@ public:
         }
     }
 
-    // All that is left is answered, once.
+    // Each of the rest is answered once.
     void finish() {
         while (!waiting.empty()) {
             stop();
@@ -175,7 +175,7 @@ private:
     }
 
     void stop() {
-        // Whether it comes before or behind the look of such a search cannot be told.
+        // It may come before or after the poll of such a search.
         if (std::ranges::any_of(due, &Go::looks)) {
             read();
         }
@@ -185,7 +185,7 @@ private:
         settle();
     }
 
-    // As only the first may be used up, a search follows that uses up the last.
+    // Only the first may have been consumed, so a further search consumes the last.
     void stopOften() {
         if (std::ranges::count_if(waiting, &Go::isEndless) == 1) {
             stop();
@@ -216,7 +216,7 @@ private:
 
     std::mt19937 random;
     UciTalk talk;
-    std::deque<Go> waiting; // behind a search without limit
+    std::deque<Go> waiting; // after a search without limit
     std::deque<Go> due;     // not read yet
     bool isStopped = false; // by a `stop` that no search has seen
     int goes = 0;

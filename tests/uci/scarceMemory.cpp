@@ -1,6 +1,6 @@
-// Loaded before the C library, it lets one allocation fail: that of the number in
-// KESTRAN_FAILING_ALLOCATION, counted from the start of the process. At the end it tells on
-// standard error how many there were.
+// Preloaded into the engine, it makes one allocation fail: that with the number in
+// KESTRAN_FAILING_ALLOCATION, counted from the start of the process. At exit it prints the number
+// of allocations on standard error.
 
 #include <atomic>
 #include <cerrno>
@@ -8,7 +8,7 @@
 #include <string>
 #include <unistd.h>
 
-// What the library itself calls them.
+// The library's own names.
 extern "C" {
 void* realMalloc(std::size_t size) __asm__("__libc_malloc");
 void* realCalloc(std::size_t count, std::size_t size) __asm__("__libc_calloc");
@@ -31,7 +31,7 @@ bool isToFail() {
     return true;
 }
 
-[[gnu::destructor]] void tellAllocations() {
+[[gnu::destructor]] void printAllocations() {
     const long count = allocations;
     const std::string text = "allocations: " + std::to_string(count) + '\n';
     [[maybe_unused]] const auto written = write(STDERR_FILENO, text.data(), text.size());
