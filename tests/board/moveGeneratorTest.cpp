@@ -2,7 +2,7 @@
 #include "base/cppIoUtils.h"
 #include "board/attacks.h"
 #include "board/pseudoLegalMoves.h"
-#include "support/naiveRules.h"
+#include "support/plainRules.h"
 #include "testing/boardSupport.h"
 
 #include <gtest/gtest.h>
@@ -45,29 +45,29 @@ TEST(Perft, CountsKnownNumbers) {
     }
 }
 
-// ---- Against the naive twin ----
+// ---- Against the plain twin ----
 
-void expectLikeTwin(Position& position, const NaiveBoard& twin) {
+void expectLikeTwin(Position& position, const plain::Position& twin) {
     const std::string fen = getFen(position);
-    EXPECT_EQ(sorted(textsOf(legalMovesOf(position))), twin.getLegalMoves()) << fen;
+    EXPECT_EQ(sorted(textsOf(legalMovesOf(position))), twin.legalMoves()) << fen;
     EXPECT_EQ(at(PseudoLegalMoves(position).getCount()), pseudoLegalMovesOf(position).size())
         << fen;
     EXPECT_EQ(isInCheck(position), twin.isInCheck()) << fen;
-    EXPECT_EQ(isInMate(position), twin.isInCheck() && twin.getLegalMoves().empty()) << fen;
-    const std::string identity = twin.getIdentity();
+    EXPECT_EQ(isInMate(position), twin.isInCheck() && twin.legalMoves().empty()) << fen;
+    const std::string identity = twin.identity();
     EXPECT_TRUE(fen.starts_with(identity.substr(0, identity.rfind(' ')))) << fen << identity;
-    EXPECT_EQ(position.incremental.halfMoveClock, twin.getHalfMoveClock()) << fen;
+    EXPECT_EQ(position.incremental.halfMoveClock, twin.clock) << fen;
 }
 
 using KeysByIdentity = std::map<std::string, std::uint64_t>;
 
-void walkWithTwin(Position position, const NaiveBoard& twin, int depth, KeysByIdentity& keys) {
+void walkWithTwin(Position position, const plain::Position& twin, int depth, KeysByIdentity& keys) {
     expectLikeTwin(position, twin);
-    const auto [entry, isNew] = keys.try_emplace(twin.getIdentity(), position.incremental.hash);
+    const auto [entry, isNew] = keys.try_emplace(twin.identity(), position.incremental.hash);
     EXPECT_EQ(entry->second, position.incremental.hash) << entry->first;
-    for (const std::string& move : depth > 0 ? twin.getLegalMoves() : std::vector<std::string>()) {
+    for (const std::string& move : depth > 0 ? twin.legalMoves() : std::vector<std::string>()) {
         Position next = position;
-        NaiveBoard nextTwin = twin;
+        plain::Position nextTwin = twin;
         play(next, move);
         ASSERT_TRUE(nextTwin.play(move));
         walkWithTwin(next, nextTwin, depth - 1, keys);
@@ -76,16 +76,16 @@ void walkWithTwin(Position position, const NaiveBoard& twin, int depth, KeysById
 
 // Also: two positions have the same key exactly if board, side to move, castling rights and a
 // possible en passant capture are the same.
-TEST(NaiveTwin, HasTheSameMovesAndPositions) {
+TEST(PlainTwin, HasTheSameMovesAndPositions) {
     KeysByIdentity keys;
     for (const PerftLine& line : readPerftLines()) {
-        walkWithTwin(positionOf(line.fen), NaiveBoard(line.fen), 1, keys);
+        walkWithTwin(positionOf(line.fen), plain::Position(line.fen), 1, keys);
     }
     // En passant captures that become possible, expire, or are pinned.
     for (const char* fen :
          {"4k3/2p1p3/8/1P1P1P2/2p1p3/8/1P1P4/4K3 w - - 3 1",
           "r3k2r/8/8/8/1p4p1/8/P6P/R3K2R w KQkq - 0 1", "4k3/3p4/8/1KP4r/8/8/8/8 b - - 0 1"}) {
-        walkWithTwin(positionOf(fen), NaiveBoard(fen), TWIN_DEPTH, keys);
+        walkWithTwin(positionOf(fen), plain::Position(fen), TWIN_DEPTH, keys);
     }
     std::map<std::uint64_t, std::string> identities;
     for (const auto& [identity, key] : keys) {
@@ -152,14 +152,14 @@ TEST(DoMove, CountsCastlingsForTheirColour) {
     EXPECT_EQ(position.incremental.moveEvaluation, 0);
 }
 
-TEST(NaiveTwin, DeadMaterial) {
+TEST(PlainTwin, DeadMaterial) {
     for (const auto& [pieces, isDead] : {std::pair("8/8", true),
                                          {"8/N7", true},
                                          {"8/b7", true},
                                          {"8/bN6", false},
                                          {"8/p7", false},
                                          {"r7/8", false}}) {
-        const NaiveBoard board("k7/8/8/8/8/" + std::string(pieces) + "/7K w - - 0 1");
+        const plain::Position board("k7/8/8/8/8/" + std::string(pieces) + "/7K w - - 0 1");
         EXPECT_EQ(board.canAnyoneMate(), !isDead) << pieces;
     }
 }

@@ -8,7 +8,7 @@
 #include "kestran-explain/watchedLine.h"
 #include "search/ida.h"
 #include "search/score.h"
-#include "support/commandLine.h"
+#include "support/text.h"
 #include "support/gameInput.h"
 #include "support/json.h"
 #include "support/san.h"

@@ -9,7 +9,7 @@
 #include "notation/fen.h"
 #include "notation/longAlgebraicMove.h"
 #include "search/engineParameters.h"
-#include "support/naiveRules.h"
+#include "support/plainRules.h"
 
 #include <algorithm>
 #include <cstring>
@@ -43,7 +43,7 @@ void walk(Position position, int plies) {
     }
 }
 
-// The naive twin of the rules knows the same moves.
+// the plain twin of the rules knows the same moves.
 void requireSameMoves(Position position) {
     MoveArray moves;
     const int count = generateLegalMoves(position, moves);
@@ -53,7 +53,7 @@ void requireSameMoves(Position position) {
         texts.push_back(LongAlgebraicMove(moves[i]).toString());
     }
     std::ranges::sort(texts);
-    require(texts == NaiveBoard(getFen(position)).getLegalMoves(),
+    require(texts == plain::Position(getFen(position)).legalMoves(),
             "other moves than the rules: " + getFen(position));
 }
 

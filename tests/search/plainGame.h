@@ -1,7 +1,7 @@
 // A game from a position, by the plain rules.
 #pragma once
 
-#include "search/plainBoard.h"
+#include "support/plainRules.h"
 #include "testing/dice.h"
 
 #include <iterator>

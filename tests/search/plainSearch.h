@@ -2,7 +2,7 @@
 // is held against, pass by pass. It knows neither the book nor the clock.
 #pragma once
 
-#include "search/plainBoard.h"
+#include "search/plainEvaluation.h"
 #include "search/plainRepetitions.h"
 
 #include <map>
@@ -167,7 +167,7 @@ private:
         while (static_cast<int>(mainLine.moves.size()) < passDepth) {
             const int code = read(position).first.move;
             const std::vector<Move> moves = position.moves();
-            const auto move = std::ranges::find(moves, code, &Move::code);
+            const auto move = std::ranges::find(moves, code, codeOf);
             const auto after = move == moves.end() ? std::nullopt : position.play(*move);
             if (!after) {
                 return;
@@ -199,10 +199,10 @@ private:
             ++statistics[0][at(depth)];
             Line behind;
             bool isFromTable = false;
-            const bool isRepeated = countRepetitions(after->key()) > 1;
+            const bool isRepeated = countRepetitions(keyOf(*after)) > 1;
             const bool isCut = !isRepeated && scoreMove(*after, behind, alfa, originalAlfa, beta,
                                                         depth, isFromTable);
-            repetitions.getEntry(after->key()).decreaseRepetitions(after->key());
+            repetitions.getEntry(keyOf(*after)).decreaseRepetitions(keyOf(*after));
             if (isCut) {
                 continue;
             }
@@ -255,14 +255,14 @@ private:
     // ---- Quiescence ----
 
     void searchQuiscence(const Position& position, Line& line, int alfa, int beta) {
-        const int material = position.material();
+        const int material = materialOf(position);
         if (settings.quiscenceMaxDepth == 0) {
             const bool isFarOff = material + 500 < alfa || material - 500 > beta;
-            line.score = -(isFarOff ? material : material + position.positional());
+            line.score = -(isFarOff ? material : material + positionalOf(position));
             return;
         }
         if (settings.standPat && !position.isInCheck()) {
-            const int score = -material - position.positional();
+            const int score = -material - positionalOf(position);
             if (score > alfa && score >= beta) {
                 line.score = score;
                 return;
@@ -290,10 +290,10 @@ private:
             countMove();
             ++statistics[2][at(depth)];
             Line behind;
-            if (countRepetitions(after->key()) == 1) {
+            if (countRepetitions(keyOf(*after)) == 1) {
                 scoreQuiscenceMove(*after, move, behind, alfa, beta, depth, isInCheck);
             }
-            repetitions.getEntry(after->key()).decreaseRepetitions(after->key());
+            repetitions.getEntry(keyOf(*after)).decreaseRepetitions(keyOf(*after));
             if (behind.score >= beta) {
                 ++statistics[5][at(depth)];
                 line = {{}, beta};
@@ -309,11 +309,11 @@ private:
 
     void scoreQuiscenceMove(const Position& after, const Move& move, Line& line, int alfa, int beta,
                             int depth, bool wasInCheck) {
-        const int material = after.material();
+        const int material = materialOf(after);
         const bool givesCheck = after.isInCheck();
         const bool isInteresting = givesCheck || move.captured != NONE || move.promotion != NONE;
         if ((!isInteresting && !wasInCheck) || settings.quiscenceMaxDepth - 1 <= depth) {
-            line.score = after.positional() + material;
+            line.score = positionalOf(after) + material;
         } else if (std::int64_t{settings.quiscenceDeltaWindow} + material < alfa && !givesCheck &&
                    !wasInCheck) {
             line.score = material;
@@ -367,7 +367,7 @@ private:
         std::vector<Move> moves = position.moves();
         std::ranges::stable_sort(moves, {}, [&](const Move& move) {
             constexpr std::array<int, 6> captures = {0, 5, 2, 4, 3, 1};
-            if (hint != 0 && move.code() == hint) {
+            if (hint != 0 && codeOf(move) == hint) {
                 return 0;
             }
             if (move.captured != NONE) {
@@ -408,7 +408,7 @@ private:
     // The slot of a position, and whether another position has written it. The table must
     // not be empty.
     std::pair<Slot&, bool> read(const Position& position) {
-        const std::uint64_t key = position.key();
+        const std::uint64_t key = keyOf(position);
         Slot& slot = table[static_cast<std::size_t>(key % table.size())];
         const bool isClash = slot.check != static_cast<int>(key >> 48);
         clashes += isClash ? 1 : 0;
@@ -421,10 +421,10 @@ private:
             return;
         }
         Slot& slot = read(position).first;
-        slot.check = static_cast<int>(position.key() >> 48);
+        slot.check = static_cast<int>(keyOf(position) >> 48);
         slot.state = line.score >= beta ? 'H' : line.score > alfa ? 'N' : 'L';
         slot.evaluation = line.score;
-        slot.move = line.moves.empty() ? slot.move : line.moves.front().move.code();
+        slot.move = line.moves.empty() ? slot.move : codeOf(line.moves.front().move);
         slot.depth = depth;
     }
 

@@ -85,7 +85,7 @@ public:
 private:
     std::string runAll(const SearchCase& example) {
         plain::Position root(example.fen);
-        std::vector<std::uint64_t> keys = {root.key()};
+        std::vector<std::uint64_t> keys = {keyOf(root)};
         PlayingSearch& playing = ++runs % 2 == 0 ? counting : notCounting;
         playing.make(example.settings, example.fen);
         plain::Search twin(example.settings);
@@ -95,7 +95,7 @@ private:
                 const auto after = root.play(move);
                 if (after && (text.empty() || move.text() == text)) {
                     root = *after;
-                    keys.push_back(root.key());
+                    keys.push_back(keyOf(root));
                     return playing.play(move.text());
                 }
             }

@@ -158,7 +158,7 @@ bool UciTalk::expectLine(const std::string& verb, const std::string& rest) {
     } else if (verb == "reported" || verb == "bare") {
         EXPECT_EQ(answer.reports > 0, verb == "reported") << answer.reports << " reports";
     } else if (verb == "legal") {
-        expectLegal(NaiveBoard(rest));
+        expectLegal(plain::Position(rest));
     } else if (verb == "complain") {
         ++complaints;
         expectReady(); // so the line before it has been dealt with
@@ -275,9 +275,9 @@ void UciTalk::expectAnswer(const std::string& pattern, int atLeast, int atMost) 
     EXPECT_GE(answer.age.count(), atLeast);
 }
 
-void UciTalk::expectLegal(const NaiveBoard& position) {
+void UciTalk::expectLegal(const plain::Position& position) {
     for (const std::vector<std::string>& line : answer.lines) {
-        NaiveBoard board = position;
+        plain::Position board = position;
         for (const std::string& move : line) {
             EXPECT_TRUE(board.play(move)) << move << " is not legal in its line";
         }

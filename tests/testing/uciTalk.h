@@ -4,7 +4,7 @@
 // one `bestmove`, and an unasked line fails the test.
 #pragma once
 
-#include "support/naiveRules.h"
+#include "support/plainRules.h"
 #include "support/uciProcess.h"
 
 #include <chrono>
@@ -65,7 +65,7 @@ public:
     void expectAnswer(const std::string& pattern, int atLeast, int atMost);
     void expectSilence(int millis);
     // All lines of the last answer are legal in that position.
-    void expectLegal(const NaiveBoard& position);
+    void expectLegal(const plain::Position& position);
 
     // Of the last answer, also of one that has only begun.
     const UciAnswer& getAnswer() const { return answer; }

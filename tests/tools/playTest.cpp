@@ -1,7 +1,6 @@
 // A game at the terminal: the rules that end it, what each command does, and the program.
 
 #include "kestran-play/table.h"
-#include "support/commandLine.h"
 #include "support/gameInput.h"
 #include "testing/boardSupport.h"
 #include "testing/regex.h"

@@ -1,7 +1,7 @@
 // The soak gets healthy engines through their games and catches those that do wrong.
 
 #include "kestran-soak/soak.h"
-#include "support/commandLine.h"
+#include "support/text.h"
 #include "testing/regex.h"
 #include "testing/toolSupport.h"
 
@@ -304,7 +304,7 @@ std::string goLines(const std::string& time, const std::vector<int>& used) {
     std::string lines;
     for (const int millis : used) {
         lines += game.getGoLine().substr(2) + ',';
-        game.take(game.getBoard().getLegalMoves().front(), millis);
+        game.take(game.getBoard().legalMoves().front(), millis);
     }
     return lines;
 }
@@ -324,9 +324,9 @@ TEST(SoakGame, Clocks) {
 TEST(SoakGame, MarginAndLength) {
     const GameOptions options = {.plies = 2, .margin = 50, .times = {"1/0.1"}};
     Game game(options, 0);
-    game.take(game.getBoard().getLegalMoves().front(), 150);
-    EXPECT_THROW(game.take(game.getBoard().getLegalMoves().front(), 151), Fault);
-    game.take(game.getBoard().getLegalMoves().front(), 90);
+    game.take(game.getBoard().legalMoves().front(), 150);
+    EXPECT_THROW(game.take(game.getBoard().legalMoves().front(), 151), Fault);
+    game.take(game.getBoard().legalMoves().front(), 90);
     EXPECT_EQ(game.record.pgn.result, "1/2-1/2");
     EXPECT_EQ(game.record.pgn.termination, "adjudication");
     SoakReport report;
@@ -340,7 +340,7 @@ TEST(SoakGame, ThirdRepetitionIsADraw) {
     for (std::size_t ply = 0; ply < 8; ++ply) {
         ASSERT_FALSE(game.isOver()) << ply;
         const std::string move = std::array{"g1f3", "g8f6", "f3g1", "f6g8"}.at(ply % 4);
-        ASSERT_TRUE(std::ranges::count(game.getBoard().getLegalMoves(), move)) << move;
+        ASSERT_TRUE(std::ranges::count(game.getBoard().legalMoves(), move)) << move;
         game.take(move, 0);
     }
     EXPECT_EQ(game.record.pgn.result, "1/2-1/2");

@@ -214,7 +214,7 @@ struct PerftCase {
 };
 
 // The second position has captures en passant, castling and promotions. All numbers are
-// those of the naive rules, too.
+// those of the plain rules, too.
 TEST(Perft, CountsEachMoveOfTheRoot) {
     const std::string fen = "r3k3/1p1p1p2/8/P1P1P1Pp/8/8/3K4/R7 w q h6 0 30";
     for (const PerftCase& perft : {
@@ -327,7 +327,7 @@ TEST(Tools, RefuseBadInputInOneLine) {
 }
 
 TEST(Tools, PrintHelpAndVersion) {
-    for (const std::string tool : {"bench", "book", "explain", "perft", "play", "tester"}) {
+    for (const std::string tool : {"bench", "book", "explain", "perft", "play", "soak", "tester"}) {
         const std::string path = KESTRAN_BINARY_DIR "/kestran-" + tool;
         const ToolRun help = run(path, {"--help"});
         EXPECT_EQ(help.status, 0);
@@ -551,7 +551,7 @@ TEST(WrapText, BreaksBeforeTheWidth) {
     EXPECT_EQ(wrapText("├─├─ ab", 0, 7), "├─├─ ab") << "seven columns";
 }
 
-TEST(CommandLine, ReadsWholeNumbersOfARange) {
+TEST(ParseNumber, ReadsWholeNumbersOfARange) {
     EXPECT_EQ(parseNumber("-3", "it", -3, 7), -3);
     EXPECT_EQ(parseNumber("007", "it", -3, 7), 7);
     for (const std::string bad :

@@ -1,7 +1,7 @@
 // A whole game of the built engine against itself, two processes with a clock between them.
 // A talk checks the form and the place of every line that an engine sends (see uciTalk.h).
 
-#include "support/naiveRules.h"
+#include "support/plainRules.h"
 #include "testing/uciTalk.h"
 
 #include <algorithm>
@@ -20,10 +20,10 @@ TEST(GameTest, IsPlayedByTheRulesAndInTime) {
         player.hold("> uci | greet 192 | > setoption name Hash value 16 | > ucinewgame | ready");
     }
     std::array<int, 2> clocks = {BASE, BASE}; // milliseconds left, White's first
-    NaiveBoard board;
+    plain::Position board;
     std::string position = "position startpos moves";
     std::size_t mover = 0;
-    for (int ply = 0; ply < MAX_PLIES && !board.getLegalMoves().empty() && !HasFailure(); ++ply) {
+    for (int ply = 0; ply < MAX_PLIES && !board.legalMoves().empty() && !HasFailure(); ++ply) {
         UciTalk& player = players[mover];
         player.say(position);
         player.expectReady();
@@ -42,7 +42,7 @@ TEST(GameTest, IsPlayedByTheRulesAndInTime) {
         mover = 1 - mover;
     }
     // The side that is mated or stalemated answers that it has no move.
-    if (board.getLegalMoves().empty()) {
+    if (board.legalMoves().empty()) {
         players[mover].hold("> " + position + " | > go depth 1 | answer \\(none\\)");
     }
 }

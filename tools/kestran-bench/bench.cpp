@@ -9,6 +9,7 @@
 #include "support/cli.h"
 #include "support/epd.h"
 #include "support/requireTable.h"
+#include "support/terminal.h"
 
 #include <array>
 #include <iostream>

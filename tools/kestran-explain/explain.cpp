@@ -9,8 +9,9 @@
 #include "kestran-explain/searchLimit.h"
 #include "kestran-explain/searchText.h"
 #include "kestran-explain/watchedLine.h"
-#include "support/commandLine.h"
 #include "support/system.h"
+#include "support/terminal.h"
+#include "support/text.h"
 #include "support/textFile.h"
 
 #include <algorithm>

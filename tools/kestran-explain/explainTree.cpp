@@ -1,8 +1,8 @@
 #include "kestran-explain/explainTree.h"
 
 #include "kestran-explain/searchText.h"
-#include "support/commandLine.h"
 #include "support/san.h"
+#include "support/text.h"
 
 #include <algorithm>
 #include <sstream>

@@ -1,6 +1,6 @@
 #include "kestran-explain/searchLimit.h"
 
-#include "support/commandLine.h"
+#include "support/text.h"
 
 #include <algorithm>
 #include <csignal>

@@ -8,6 +8,7 @@
 #include "support/epd.h"
 #include "support/gameInput.h"
 #include "support/json.h"
+#include "support/terminal.h"
 
 #include <algorithm>
 #include <charconv>

@@ -2,8 +2,8 @@
 
 #include "notation/letters.h"
 #include "notation/longAlgebraicMove.h"
-#include "support/commandLine.h"
 #include "support/system.h"
+#include "support/terminal.h"
 
 #include <array>
 #include <cstdlib>

@@ -2,8 +2,9 @@
 
 #include "base/cppIoUtils.h"
 #include "board/attacks.h"
-#include "support/commandLine.h"
 #include "support/san.h"
+#include "support/terminal.h"
+#include "support/text.h"
 
 #include <functional>
 #include <map>

@@ -1,6 +1,6 @@
 #include "kestran-soak/game.h"
 
-#include "support/commandLine.h"
+#include "support/text.h"
 
 #include <algorithm>
 #include <random>
@@ -19,7 +19,6 @@ template <class T> const T& pick(const std::vector<T>& turns, std::size_t number
 } // namespace
 
 TimeControl parseTimeControl(const std::string& text) {
-    constexpr int MOST_SECONDS = 86400;
     const std::string what =
         "a time is like 1/0.001, 2+0.1 or 40/5; of \"" + text + "\", each part";
     const std::size_t slash = text.find('/'); // may be npos, which is one less than 0
@@ -28,9 +27,9 @@ TimeControl parseTimeControl(const std::string& text) {
     if (slash != std::string::npos) {
         control.moves = parseNumber(text.substr(0, slash), what, 1, 1000);
     }
-    control.clock = parseSeconds(text.substr(slash + 1, plus - slash - 1), what, MOST_SECONDS);
+    control.clock = parseSeconds(text.substr(slash + 1, plus - slash - 1), what, MAX_SECONDS);
     if (plus != std::string::npos) {
-        control.increment = parseSeconds(text.substr(plus + 1), what, MOST_SECONDS);
+        control.increment = parseSeconds(text.substr(plus + 1), what, MAX_SECONDS);
     }
     return control;
 }
@@ -47,15 +46,14 @@ Game::Game(const GameOptions& gameOptions, int number)
     std::seed_seq seeds{options.seed, static_cast<unsigned>(opening)};
     std::mt19937 random(seeds);
     const std::size_t plies = LEAST_OPENING + random() % (MOST_OPENING - LEAST_OPENING + 1);
-    for (std::size_t ply = 0; ply < plies && !board.getLegalMoves().empty(); ++ply) {
-        play(std::string(pick(board.getLegalMoves(), random())));
+    for (std::size_t ply = 0; ply < plies && !board.legalMoves().empty(); ++ply) {
+        play(std::string(pick(board.legalMoves(), random())));
     }
     // Every other opening is sent as a FEN instead of moves.
     if (opening % 2 != 0) {
-        record.pgn.fen =
-            board.getIdentity() + ' ' + std::to_string(board.getHalfMoveClock()) + " 1";
+        record.pgn.fen = board.identity() + ' ' + std::to_string(board.clock) + " 1";
         record.pgn.moves.clear();
-        occurrences = {{board.getIdentity(), 1}};
+        occurrences = {{board.identity(), 1}};
     }
     judge();
 }
@@ -63,7 +61,7 @@ Game::Game(const GameOptions& gameOptions, int number)
 void Game::play(const std::string& move) {
     record.pgn.moves += (record.pgn.moves.empty() ? "" : " ") + move;
     board.play(move);
-    ++occurrences[board.getIdentity()];
+    ++occurrences[board.identity()];
 }
 
 std::string Game::getPositionLine() const {
@@ -75,7 +73,7 @@ std::string Game::getGoLine() const {
     if (control.isPerMove()) {
         return "go movetime " + std::to_string(control.clock);
     }
-    std::string line = "go wtime " + std::to_string(left[1]) + " btime " + std::to_string(left[0]);
+    std::string line = "go wtime " + std::to_string(left[0]) + " btime " + std::to_string(left[1]);
     if (control.moves > 0) {
         line += " movestogo " + std::to_string(control.moves - record.plies / 2 % control.moves);
     }
@@ -87,7 +85,7 @@ std::string Game::getGoLine() const {
 }
 
 std::int64_t Game::getAllowed() const {
-    return control.isPerMove() ? control.clock : left.at(board.isWhiteToMove() ? 1 : 0);
+    return control.isPerMove() ? control.clock : left.at(plain::at(board.side));
 }
 
 void Game::take(const std::string& move, std::int64_t used) {
@@ -97,7 +95,7 @@ void Game::take(const std::string& move, std::int64_t used) {
         throw Fault(Fault::TIME_LOSS, '"' + getGoLine() + "\" took " + std::to_string(used) +
                                           " ms, " + std::to_string(over) + " too many");
     }
-    std::int64_t& own = left.at(board.isWhiteToMove() ? 1 : 0);
+    std::int64_t& own = left.at(plain::at(board.side));
     const bool isRenewed = control.moves > 0 && (record.plies / 2 + 1) % control.moves == 0;
     own = std::max<std::int64_t>(own + control.increment - used, 1);
     own += isRenewed ? control.clock : 0;
@@ -116,11 +114,11 @@ void Game::note(Fault::Kind kind, bool isWhite, const std::string& text) {
 }
 
 void Game::judge() {
-    const std::string identity = board.getIdentity();
-    const bool hasMoves = !board.getLegalMoves().empty();
+    const std::string identity = board.identity();
+    const bool hasMoves = !board.legalMoves().empty();
     if (!hasMoves && board.isInCheck()) {
-        end(board.isWhiteToMove() ? "0-1" : "1-0", "normal");
-    } else if (!hasMoves || board.getHalfMoveClock() >= DRAWN_CLOCK ||
+        end(board.side == plain::WHITE ? "0-1" : "1-0", "normal");
+    } else if (!hasMoves || board.clock >= DRAWN_CLOCK ||
                occurrences[identity] >= DRAWN_REPETITIONS || !board.canAnyoneMate()) {
         end("1/2-1/2", "normal");
     } else if (record.plies >= options.plies) {

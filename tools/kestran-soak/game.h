@@ -1,8 +1,8 @@
 // One game by the rules of chess and of the clock. It knows no engine. Times are in milliseconds.
 #pragma once
 
-#include "support/naiveRules.h"
 #include "support/pgn.h"
+#include "support/plainRules.h"
 
 #include <array>
 #include <cstdint>
@@ -62,7 +62,7 @@ public:
 
     bool isOver() const { return record.pgn.result != "*"; }
     int getHash() const { return hash; }
-    const NaiveBoard& getBoard() const { return board; }
+    const plain::Position& getBoard() const { return board; }
     // The lines for the side to move, and the time that it has.
     std::string getPositionLine() const;
     std::string getGoLine() const;
@@ -86,7 +86,7 @@ private:
     std::size_t opening; // number of it
     TimeControl control;
     int hash; // table size in MiB
-    NaiveBoard board;
-    std::array<std::int64_t, 2> left;       // on the clock of Black and of White, at least 1
+    plain::Position board;
+    std::array<std::int64_t, 2> left;       // on the clock of White and of Black, at least 1
     std::map<std::string, int> occurrences; // of positions by their identity
 };

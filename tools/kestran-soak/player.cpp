@@ -52,8 +52,8 @@ std::pair<std::string, std::int64_t> Player::think(const Game& game) {
     return search(game.getBoard(), game.getGoLine(), game.getAllowed());
 }
 
-std::pair<std::string, std::int64_t> Player::search(const NaiveBoard& board, const std::string& go,
-                                                    std::int64_t allowed) {
+std::pair<std::string, std::int64_t> Player::search(const plain::Position& board,
+                                                    const std::string& go, std::int64_t allowed) {
     const auto asked = Clock::now();
     const auto age = [asked] {
         return std::chrono::duration_cast<milliseconds>(Clock::now() - asked);
@@ -65,7 +65,7 @@ std::pair<std::string, std::int64_t> Player::search(const NaiveBoard& board, con
     } while (!lines.back().starts_with("bestmove "));
     const std::int64_t millis = age().count();
     const std::string move = lines.back().substr(9, lines.back().find(' ', 9) - 9);
-    if (!NaiveBoard(board).play(move)) {
+    if (!plain::Position(board).play(move)) {
         throw Fault(Fault::ILLEGAL_MOVE, "illegal move \"" + move + '"');
     }
     if (const std::string fault = findFault(lines, *dialect, board); !fault.empty()) {
@@ -80,7 +80,7 @@ void Player::endGame(GameRecord& record) {
     const std::string fen = "rnbqkbnr/1ppppppp/p7/8/8/P6P/1PPPPPP1/RNBQKBNR b KQkq - 0 2";
     say("setoption name Hash value 1");
     say("position fen " + fen);
-    search(NaiveBoard(fen), "go movetime 1", 1);
+    search(plain::Position(fen), "go movetime 1", 1);
     expectReady();
     expectSilence(milliseconds(0));
     const std::int64_t resident = process->getResidentKib();

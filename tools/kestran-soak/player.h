@@ -51,7 +51,7 @@ private:
     void expectReady();
     // Waits for `time`. Standard error has to be empty then, too.
     void expectSilence(std::chrono::milliseconds time);
-    std::pair<std::string, std::int64_t> search(const NaiveBoard& board, const std::string& go,
+    std::pair<std::string, std::int64_t> search(const plain::Position& board, const std::string& go,
                                                 std::int64_t allowed);
     void note(char direction, const std::string& line);
 

@@ -1,6 +1,6 @@
 #include "kestran-soak/soak.h"
 
-#include "support/commandLine.h"
+#include "support/text.h"
 #include "support/textFile.h"
 
 #include <algorithm>
@@ -132,7 +132,7 @@ private:
                 if (isStopWanted()) {
                     return;
                 }
-                busy = playerOf(game.getBoard().isWhiteToMove());
+                busy = playerOf(game.getBoard().side == plain::WHITE);
                 const auto [move, millis] = busy->think(game);
                 game.take(move, millis);
             }
@@ -142,7 +142,7 @@ private:
             }
         } catch (const Fault& fault) {
             const bool isWhite =
-                players.size() > 1 ? busy == playerOf(true) : game.getBoard().isWhiteToMove();
+                players.size() > 1 ? busy == playerOf(true) : game.getBoard().side == plain::WHITE;
             const std::string text = "game " + std::to_string(number) + ", ply " +
                                      std::to_string(game.record.plies) + ", ";
             game.note(fault.kind, isWhite,

@@ -3,6 +3,7 @@
 #include "kestran-soak/soak.h"
 #include "support/cli.h"
 #include "support/system.h"
+#include "support/terminal.h"
 #include "support/textFile.h"
 #include "support/uciProcess.h"
 
@@ -66,13 +67,12 @@ int main(int argc, char** argv) {
         "kestran-soak", "GAMES --engine PATH [OPTION...]",
         "Plays an engine against itself, or against another one, over pipes. Checks every move by "
         "the rules of chess, every line by the protocol, the clocks, the memory and the end of "
-        "each process. Ctrl-C stops it with a report on the finished games.",
+        "each process. Ctrl-C stops it with a report on the finished games.\n\n"
         "In a match, game 2n and game 2n + 1 are a pair: the same opening with colours swapped. An "
         "engine that breaks the rules loses its game. Elo, its error and the SPRT are computed "
         "from the mean and the variance of the points of whole pairs.\n\n"
-        "The last line of the report is for scripts: \"summary\" and pairs such as games=200.\n\n"
-        "Exit status: 0; 1 if an engine made a fault, or a file cannot be written; 2 for bad input "
-        "or an engine that cannot be started.");
+        "The last line of the report is for scripts: \"summary\" and pairs such as games=200.",
+        "an engine made a fault, or a file cannot be written");
     SoakOptions options;
     GameOptions& game = options.game;
     int seed = 1;

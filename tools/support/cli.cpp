@@ -213,30 +213,3 @@ int Program::run(int argc, const char* const* argv, const std::function<int()>& 
         return fail(error.what(), 1);
     }
 }
-
-int runTool(const std::string& name, const std::string& help, int argc, const char* const* argv,
-            const std::function<int(CommandLine&)>& body) {
-    const auto fail = [&](const std::string& message, int status) {
-        std::cerr << name << ": " << message << '\n';
-        return status;
-    };
-    prepareMemory();
-    try {
-        const FailingOutput failing;
-        if (std::any_of(argv + 1, argv + argc,
-                        [](std::string_view word) { return word == "--help" || word == "-h"; })) {
-            std::cout << help << std::flush;
-            return 0;
-        }
-        CommandLine commandLine(argc, argv);
-        const int status = body(commandLine);
-        std::cout.flush();
-        return status;
-    } catch (const UsageError& error) {
-        return fail(std::string(error.what()) + " (try --help)", 2);
-    } catch (const std::ios_base::failure&) {
-        return fail("standard output cannot be written", 1);
-    } catch (const std::exception& error) {
-        return fail(error.what(), 1);
-    }
-}

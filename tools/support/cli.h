@@ -3,7 +3,7 @@
 #pragma once
 
 #include "base/clock.h"
-#include "support/commandLine.h"
+#include "support/text.h"
 
 #include <CLI/CLI.hpp>
 #include <functional>

@@ -2,7 +2,7 @@
 
 #include "base/cppIoUtils.h"
 #include "notation/fen.h"
-#include "support/commandLine.h"
+#include "support/text.h"
 #include "support/textFile.h"
 
 #include <algorithm>

@@ -4,7 +4,7 @@
 #include "board/makeMove.h"
 #include "board/setUp.h"
 #include "notation/fen.h"
-#include "support/commandLine.h"
+#include "support/text.h"
 #include "support/san.h"
 
 #include <algorithm>

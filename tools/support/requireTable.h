@@ -2,7 +2,7 @@
 #pragma once
 
 #include "search/hashTable.h"
-#include "support/commandLine.h"
+#include "support/text.h"
 
 #include <string>
 

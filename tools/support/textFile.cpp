@@ -1,6 +1,6 @@
 #include "support/textFile.h"
 
-#include "support/commandLine.h"
+#include "support/text.h"
 #include "support/system.h"
 
 #include <cerrno>

@@ -96,7 +96,7 @@ std::optional<LineParts> matchForm(std::string_view line, std::string_view form)
 }
 
 std::string findFault(const std::vector<std::string>& lines, const UciDialect& dialect,
-                      const NaiveBoard& board) {
+                      const plain::Position& board) {
     const bool hasClosing = !dialect.closing.empty();
     const std::string& last = lines.back();
     std::vector<std::string> moves; // of the line before the last
@@ -108,7 +108,7 @@ std::string findFault(const std::vector<std::string>& lines, const UciDialect& d
             return "malformed line \"" + lines[i] + '"';
         }
         moves = parts->moves;
-        NaiveBoard after = board;
+        plain::Position after = board;
         if (!std::ranges::all_of(moves, [&](const auto& move) { return after.play(move); })) {
             return "illegal move in \"" + lines[i] + '"';
         }

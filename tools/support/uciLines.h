@@ -2,7 +2,7 @@
 // be negative, % any number of moves, each with a blank before it, and a * at the end any text.
 #pragma once
 
-#include "support/naiveRules.h"
+#include "support/plainRules.h"
 
 #include <optional>
 #include <string>
@@ -37,4 +37,4 @@ const UciDialect& dialectOf(const std::string& nameLine);
 // empty text. Each line has to have a form of the dialect, and each move in it has to be legal
 // after those before it; a closing line has to begin with the best move.
 std::string findFault(const std::vector<std::string>& lines, const UciDialect& dialect,
-                      const NaiveBoard& board);
+                      const plain::Position& board);

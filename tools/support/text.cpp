@@ -1,22 +1,12 @@
-#include "support/commandLine.h"
-
-#include "support/system.h"
+#include "support/text.h"
 
 #include <algorithm>
 #include <cctype>
 #include <charconv>
 #include <cmath>
-#include <cstdlib>
-#include <exception>
-#include <iostream>
 #include <sstream>
 
 namespace {
-
-// A dash alone is a field of a FEN.
-bool looksLikeOption(const std::string& word) {
-    return word.size() > 1 && word[0] == '-' && (word[1] < '0' || word[1] > '9');
-}
 
 std::string withoutControls(std::string text) {
     const auto isControl = [](unsigned char letter) { return std::iscntrl(letter) != 0; };
@@ -29,65 +19,9 @@ bool isContinuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
 }
 
-std::string_view environmentOf(const char* name) {
-    const char* value = std::getenv(name); // NOLINT(concurrency-mt-unsafe)
-    return value != nullptr ? value : "";
-}
-
-bool isTerminalDumb() {
-    return environmentOf("TERM") == "dumb";
-}
-
 } // namespace
 
 UsageError::UsageError(const std::string& message) : std::runtime_error(withoutControls(message)) {
-}
-
-CommandLine::CommandLine(int argc, const char* const* argv) : words(argv + 1, argv + argc) {
-}
-
-bool CommandLine::takeFlag(std::string_view name) {
-    const auto count = std::erase(words, name);
-    if (count > 1) {
-        throw UsageError(std::string(name) + " is given twice");
-    }
-    return count == 1;
-}
-
-std::optional<std::string> CommandLine::takeOption(std::string_view name) {
-    std::optional<std::string> value = takeFirst(name);
-    if (value && takeFirst(name)) {
-        throw UsageError(std::string(name) + " is given twice");
-    }
-    return value;
-}
-
-std::optional<std::string> CommandLine::takeFirst(std::string_view name) {
-    const std::string withValue = std::string(name) + "=";
-    for (auto word = words.begin(); word != words.end(); ++word) {
-        if (word->starts_with(withValue)) {
-            const std::string value = word->substr(withValue.size());
-            words.erase(word);
-            return value;
-        }
-        if (*word == name) {
-            if (word + 1 == words.end()) {
-                throw UsageError(*word + " needs a value");
-            }
-            const std::string value = *(word + 1);
-            words.erase(word, word + 2);
-            return value;
-        }
-    }
-    return std::nullopt;
-}
-
-std::vector<std::string> CommandLine::takeRest() {
-    const auto option = std::ranges::find_if(words, looksLikeOption);
-    if (option != words.end()) {
-        throw UsageError("unknown option " + *option);
-    }
-    return std::move(words);
 }
 
 std::vector<std::string> splitAt(const std::string& text, char separator) {
@@ -156,27 +90,4 @@ std::string wrapText(const std::string& text, std::size_t column, std::size_t wi
         used += isContinuation(letter) ? 0 : 1;
     }
     return wrapped;
-}
-
-std::optional<int> takeNumber(CommandLine& commandLine, const std::string& name, int least,
-                              int most) {
-    const std::optional<std::string> text = commandLine.takeOption(name);
-    return text ? std::optional(parseNumber(*text, name, least, most)) : std::nullopt;
-}
-
-bool isColourWanted() {
-    return isStandardOutputTerminal() && environmentOf("NO_COLOR").empty() && !isTerminalDumb();
-}
-
-Progress::Progress() : isShown(isStandardErrorTerminal() && !isTerminalDumb()) {
-}
-
-Progress::~Progress() {
-    show("");
-}
-
-void Progress::show(const std::string& text) {
-    if (isShown) {
-        std::cerr << "\r\x1b[K" << text << std::flush;
-    }
 }

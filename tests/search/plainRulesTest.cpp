@@ -1,5 +1,5 @@
 // Making moves against the plain twin of the rules: all sequences of some moves from made
-// positions, and every part of the position compared behind each move.
+// positions, and every part of the position compared after each move.
 
 #include "board/attacks.h"
 #include "board/moveGenerator.h"
@@ -88,9 +88,9 @@ private:
         }
         note(position, incremental.halfMoveClock == twin.clock, "clock");
         note(position, incremental.moveEvaluation == 10 * castlings, "castlings counted");
-        note(position, incremental.hash == twin.key(), "key");
-        note(position, basicPositionEvaluationByMaterial(position) == twin.material(), "material");
-        note(position, positionalEval(position, 0) == twin.positional(), "score");
+        note(position, incremental.hash == keyOf(twin), "key");
+        note(position, basicPositionEvaluationByMaterial(position) == materialOf(twin), "material");
+        note(position, positionalEval(position, 0) == positionalOf(twin), "score");
         note(position, isInCheck(position) == twin.isInCheck(), "check");
         ++compared;
     }
@@ -149,7 +149,7 @@ private:
 };
 
 // KESTRAN_TWIN_POSITIONS=6000 takes some minutes; see docs/reliability.md.
-TEST(PlainBoard, KnowsTheSamePositionsBehindAllMoves) {
+TEST(PlainRules, HaveTheSamePositionsAfterAllMoves) {
     const char* wish = std::getenv("KESTRAN_TWIN_POSITIONS");
     const std::size_t wanted = wish == nullptr ? POSITIONS : std::strtoul(wish, nullptr, 10);
     TwinWalk walk;

@@ -1,0 +1,23 @@
+// What tools show on a terminal beside their report.
+#pragma once
+
+#include <string>
+
+// Whether standard output takes colours: a terminal that is not "dumb", of a user who has not set
+// NO_COLOR.
+bool isColourWanted();
+
+// A line on standard error that shows the progress of long work. Shows nothing if standard error is
+// no terminal, or a "dumb" one.
+class Progress {
+public:
+    Progress();
+    Progress(const Progress&) = delete;
+    Progress& operator=(const Progress&) = delete;
+    ~Progress(); // wipes the line
+
+    void show(const std::string& text);
+
+private:
+    bool isShown;
+};
