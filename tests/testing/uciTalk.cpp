@@ -111,13 +111,13 @@ bool UciTalk::actOnEngine(const std::string& verb, const std::string& rest) {
     } else if (verb == "pause") {
         std::this_thread::sleep_for(Millis(std::stoi(rest)));
     } else if (verb == "halt") {
-        process.sendSignal(SIGSTOP);
+        kill(process.getPid(), SIGSTOP);
         std::this_thread::sleep_for(Millis(std::stoi(rest)));
-        process.sendSignal(SIGCONT);
+        kill(process.getPid(), SIGCONT);
     } else if (verb == "signals") {
         for (int i = 0; i < std::stoi(rest); ++i) {
             for (const int signal : {SIGSTOP, SIGWINCH, SIGURG, SIGCHLD, SIGPIPE, SIGCONT}) {
-                process.sendSignal(signal);
+                kill(process.getPid(), signal);
             }
             std::this_thread::sleep_for(Millis(1));
         }
@@ -129,7 +129,7 @@ bool UciTalk::actOnEngine(const std::string& verb, const std::string& rest) {
         } else if (verb == "lose") {
             process.closeOutput();
         } else {
-            process.sendSignal(SIGTERM);
+            kill(process.getPid(), SIGTERM);
         }
     } else {
         return false;

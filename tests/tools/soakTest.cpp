@@ -266,7 +266,7 @@ TEST_F(Soak, InterruptedProgramReports) {
         while (textOf(state).find("\"plies\":4") == std::string::npos) {
             std::this_thread::sleep_for(milliseconds(20));
         }
-        soak.sendSignal(signal);
+        kill(soak.getPid(), signal);
         std::string last;
         while (const auto line = soak.readLine(PATIENCE)) {
             last = *line;
@@ -276,6 +276,15 @@ TEST_F(Soak, InterruptedProgramReports) {
         EXPECT_EQ(end->status, 0) << soak.readErrors();
         EXPECT_TRUE(TextPattern("summary games=\\d .*clean=yes").matches(last)) << last;
     }
+}
+
+TEST_F(Soak, ProgramWritesTheGamesAndFailsAfterAFault) {
+    const std::string pgn = folder.path + "/games.pgn";
+    const ToolRun soak = run(ENGINE + "-soak", {"2", "--engine", "/bin/true", "--pgn", pgn,
+                                                "--records", folder.path, "--seed", "7"});
+    EXPECT_EQ(soak.status, 1) << soak.errors;
+    EXPECT_EQ(TextPattern("\\[Result \"(1-0|0-1)\"\\]").findAll(textOf(pgn)).size(), 2U);
+    EXPECT_NE(textOf(folder.path + "/soak-seed7-game1.txt"), "");
 }
 
 TEST(SoakProgram, RefusesWhatMakesNoSense) {
@@ -343,6 +352,25 @@ TEST(SoakGame, ThirdRepetitionIsADraw) {
         ASSERT_TRUE(std::ranges::count(game.getBoard().legalMoves(), move)) << move;
         game.take(move, 0);
     }
+    EXPECT_EQ(game.record.pgn.result, "1/2-1/2");
+}
+
+TEST(SoakGame, FiftyMovesAreADraw) {
+    const GameOptions options;
+    Game game(options, 5);
+    std::set<std::string> seen;
+    while (!game.isOver()) {
+        const std::vector<std::string> moves = game.getBoard().legalMoves();
+        const auto quiet = std::ranges::find_if(moves, [&](const std::string& move) {
+            plain::Position after = game.getBoard();
+            after.play(move);
+            return after.clock > 0 && !after.legalMoves().empty() &&
+                   seen.insert(after.identity()).second;
+        });
+        ASSERT_NE(quiet, moves.end());
+        game.take(*quiet, 0);
+    }
+    EXPECT_EQ(game.getBoard().clock, 100);
     EXPECT_EQ(game.record.pgn.result, "1/2-1/2");
 }
 

@@ -169,6 +169,9 @@ TEST(Bench, SearchesThePositionsOfAFile) {
     }
     EXPECT_TRUE(lines[2].ends_with("best (none)")) << lines[2];
 
+    EXPECT_TRUE(
+        run(BENCH, {"--epd", file.path, "--depth", "1"}).output.starts_with(" 1  depth  1 "));
+
     const Json json =
         Json::parse(run(BENCH, {"--epd", file.path, "--json", "--repeat", "3"}).output);
     EXPECT_EQ(json["schema"], 1);
@@ -189,7 +192,7 @@ TEST(Bench, PrintsMedianAndExtremesOfSeveralRuns) {
     BenchReport report = {16, 4, {}};
     for (const std::vector<Milliseconds>& millis :
          {std::vector<Milliseconds>{40, 10, 100, 50}, {60, 40, 300, 150}, {0, 0, 0, 0}}) {
-        report.positions.push_back({"", 1, {}, 2000, millis});
+        report.positions.push_back({.fen = "", .nodes = 2000, .millis = millis});
     }
     std::ostringstream summary;
     printSummary(report, summary);
@@ -199,7 +202,7 @@ TEST(Bench, PrintsMedianAndExtremesOfSeveralRuns) {
 }
 
 TEST(Bench, RefusesRunsThatDiffer) {
-    BenchedPosition position = {"8/8", 1, {}, 0, {}};
+    BenchedPosition position = {.fen = "8/8"};
     addRun(position, {}, 7, 20);
     addRun(position, {}, 7, 30);
     EXPECT_EQ(position.millis, (std::vector<Milliseconds>{20, 30}));

@@ -84,46 +84,39 @@ constexpr const char* DESCRIPTION =
 constexpr const char* FAILURE =
     "repeated searches differ, there is no memory, or the output cannot be written";
 
-struct BenchTask {
-    std::string fen;
-    Position position;
-    int depth;
-};
-
-std::vector<BenchTask> readTasks(const BenchOptions& options) {
-    std::vector<BenchTask> tasks;
+std::vector<BenchedPosition> readPositions(const BenchOptions& options) {
+    std::vector<BenchedPosition> positions;
     if (options.path) {
         for (const EpdRecord& record : readEpd(*options.path)) {
-            tasks.push_back(
+            positions.push_back(
                 {record.fen, record.position, options.depth.value_or(DEFAULT_EPD_DEPTH)});
         }
-        return tasks;
+        return positions;
     }
     for (const auto& [fen, depth] : getBenchPositions()) {
-        BenchTask& task = tasks.emplace_back(BenchTask{fen, {}, options.depth.value_or(depth)});
-        setFenNotation(task.position, fen);
+        positions.push_back({.fen = fen, .depth = options.depth.value_or(depth)});
+        setFenNotation(positions.back().position, fen);
     }
-    return tasks;
+    return positions;
 }
 
 // Searches everything once. The last run prints each search.
-void runOnce(const std::vector<BenchTask>& tasks, const BenchOptions& options, int run,
-             BenchReport& report) {
+void runOnce(const BenchOptions& options, int run, BenchReport& report) {
     Progress progress;
     const bool isLast = run + 1 == options.runs;
     const std::string runText = options.runs > 1 ? "run " + std::to_string(run + 1) + " of " +
                                                        std::to_string(options.runs) + ", "
                                                  : "";
-    for (std::size_t i = 0; i < tasks.size(); ++i) {
+    for (std::size_t i = 0; i < report.positions.size(); ++i) {
         progress.show(runText + "position " + std::to_string(i + 1) + " of " +
-                      std::to_string(tasks.size()));
+                      std::to_string(report.positions.size()));
         if (options.withStatistics) {
             testStatistics.reset();
         }
-        const BenchTask& task = tasks[i];
         BenchedPosition& benched = report.positions[i];
-        const BenchResult result = searchAfresh(task.position, task.depth, options.hashMebibytes,
-                                                options.withStatistics ? &testStatistics : nullptr);
+        const BenchResult result =
+            searchAfresh(benched.position, benched.depth, options.hashMebibytes,
+                         options.withStatistics ? &testStatistics : nullptr);
         addRun(benched, result.line, result.nodes, result.millis);
         progress.show("");
         if (isLast && !options.asJson) {
@@ -136,13 +129,9 @@ void runOnce(const std::vector<BenchTask>& tasks, const BenchOptions& options, i
 }
 
 int runBench(const BenchOptions& options) {
-    const std::vector<BenchTask> tasks = readTasks(options);
-    BenchReport report = {options.hashMebibytes, options.runs, {}};
-    for (const BenchTask& task : tasks) {
-        report.positions.push_back({task.fen, task.depth, {}, 0, {}});
-    }
+    BenchReport report = {options.hashMebibytes, options.runs, readPositions(options)};
     for (int run = 0; run < options.runs; ++run) {
-        runOnce(tasks, options, run, report);
+        runOnce(options, run, report);
     }
     if (options.asJson) {
         printJson(toJson(report), std::cout);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/clock.h"
+#include "board/position.h"
 #include "search/variant.h"
 #include "support/json.h"
 
@@ -13,10 +14,11 @@
 // A position of the bench and what its searches have found, which is the same in each run.
 struct BenchedPosition {
     std::string fen;
-    int depth;                        // plies
-    Variant line;                     // with its score for the side to move
-    std::int64_t nodes;               // moves played by one search
-    std::vector<Milliseconds> millis; // of the search, run by run
+    Position position{};
+    int depth = 0;                      // plies
+    Variant line{};                     // with its score for the side to move
+    std::int64_t nodes = 0;             // moves played by one search
+    std::vector<Milliseconds> millis{}; // of the search, run by run
 };
 
 struct BenchReport {

@@ -9,6 +9,7 @@
 #include "support/json.h"
 #include "support/san.h"
 #include "support/textFile.h"
+#include "support/uciLines.h"
 
 #include <algorithm>
 #include <array>
@@ -84,25 +85,6 @@ Json toJson(const PolyglotBook& book, const Position& position, int depth) {
 
 std::string faultText(std::size_t index, const std::string& move, const std::string& what) {
     return "move " + std::to_string(index + 1) + ", \"" + move + "\", " + what;
-}
-
-// Whether a line begins with a move such as e2e4, as the engine reads lines.
-bool isInCoordinates(const std::string& line) {
-    const auto isWithin = [&](std::size_t place, char first, char last) {
-        return line[place] >= first && line[place] <= last;
-    };
-    return line.size() >= MOVE_LENGTH && isWithin(0, 'a', 'h') && isWithin(1, '1', '8') &&
-           isWithin(2, 'a', 'h') && isWithin(3, '1', '8');
-}
-
-// Checks a line written as the other programs take games.
-std::string findGameFault(const Position& start, const std::string& line) {
-    try {
-        readMoves(start, line, "the line");
-    } catch (const UsageError& error) {
-        return error.what();
-    }
-    return "";
 }
 
 struct BookOptions {
@@ -183,16 +165,19 @@ void printBookTree(const PolyglotBook& book, const NumberedGame& game, int depth
 }
 
 std::string findLineFault(const std::string& line, bool polyglotCastling) {
-    if (!isInCoordinates(line)) {
-        Position start;
-        initializeToStartPosition(start);
-        return findGameFault(start, line);
+    Position position;
+    initializeToStartPosition(position);
+    if (!isMoveText(line.substr(0, MOVE_LENGTH))) {
+        try {
+            readMoves(position, line, "the line");
+        } catch (const UsageError& error) {
+            return error.what();
+        }
+        return "";
     }
     const std::size_t written = (line.size() + 1) / MOVE_STRIDE;
     const std::vector<HashEntryPair> pairs = getLineFromString(line, polyglotCastling);
     const auto textOf = [&](std::size_t i) { return line.substr(i * MOVE_STRIDE, MOVE_LENGTH); };
-    Position position;
-    initializeToStartPosition(position);
     for (std::size_t i = 0; i < pairs.size(); ++i) {
         // The book takes such a move, and reads on as if it had not been made.
         const auto move = findLegalMove(position, pairs[i].polyglotEntry);

@@ -1,6 +1,7 @@
 #include "kestran-perft/perft.h"
 
 #include "base/clock.h"
+#include "base/cppIoUtils.h"
 #include "board/makeMove.h"
 #include "notation/longAlgebraicMove.h"
 #include "search/infoStruct.h"
@@ -9,9 +10,8 @@
 #include "support/gameInput.h"
 #include "support/json.h"
 #include "support/terminal.h"
+#include "support/uciLines.h"
 
-#include <algorithm>
-#include <charconv>
 #include <iostream>
 #include <optional>
 #include <vector>
@@ -84,20 +84,16 @@ std::string placeOf(const EpdRecord& record) {
 
 // Nothing for an operation that is no count, such as a name.
 std::optional<ExpectedCount> readCount(const EpdRecord& record, const std::string& operation) {
-    if (operation.size() < 2 || operation[0] != 'D' || operation[1] < '0' || operation[1] > '9') {
+    const std::vector<std::string> words = splitString(operation);
+    if (!matchForm(words.front(), "D#*")) {
         return std::nullopt;
     }
-    const std::size_t blank = operation.find(' ');
-    const std::string depth = operation.substr(1, blank - 1);
-    const std::string count = blank == std::string::npos ? "" : operation.substr(blank + 1);
-    const char* end = count.data() + count.size();
-    ExpectedCount expected = {};
-    const auto [stopped, fault] = std::from_chars(count.data(), end, expected.sequences);
-    if (fault != std::errc() || stopped != end || expected.sequences < 0) {
-        throw UsageError(placeOf(record) + " has no count after D" + depth);
+    const auto count = words.size() == 2 ? matchForm(words[1], "#") : std::nullopt;
+    if (!count) {
+        throw UsageError(placeOf(record) + " has no count after " + words.front());
     }
-    expected.depth = readDepth(depth, placeOf(record) + ": the depth after D");
-    return expected;
+    const std::string what = placeOf(record) + ": the depth after D";
+    return ExpectedCount{readDepth(words.front().substr(1), what), count->numbers.front()};
 }
 
 struct CountedPosition {
@@ -187,11 +183,7 @@ bool checkCounts(const std::string& path, int depth, Json* report) {
 
 // The depth after the words of a position; takes it out.
 int takeDepth(std::vector<std::string>& words) {
-    const bool isWholeFen =
-        words.size() == FEN_FIELDS && std::ranges::none_of(words, [](const std::string& word) {
-            return word.find(' ') != std::string::npos;
-        });
-    if (isWholeFen) {
+    if (words.size() == FEN_FIELDS && splitString(joined(words)).size() == FEN_FIELDS) {
         throw UsageError("a depth is needed after the six fields of a position; put a position of "
                          "five fields in quotes");
     }

@@ -77,9 +77,9 @@ int main(int argc, char** argv) {
     GameOptions& game = options.game;
     int seed = 1;
     std::optional<int> games;
-    std::optional<std::string> engine, against, time, hash, sprt, pgn, state, records;
+    std::optional<std::string> against, time, hash, sprt, pgn;
     program.addNumber("GAMES", games, 1, 1000000, "", "number of games")->required();
-    program.addText("--engine", engine, "PATH", "the engine to play")->required();
+    program.addText("--engine", options.engine.path, "PATH", "the engine to play")->required();
     program.addText("--against", against, "PATH", "its opponent in a match");
     program.addText("--sprt", sprt, "E0,E1",
                     "end the match when a sequential test with error rates of 5 % has decided "
@@ -99,16 +99,15 @@ int main(int argc, char** argv) {
                       "number of the first game, to repeat a game by its number");
     program.addNumber("--margin", game.margin, 0, 60000, "MS",
                       "a move that exceeds its time by more loses; many jobs need a larger one");
-    program.addText("--state", state, "FILE",
+    program.addText("--state", options.state, "FILE",
                     "keep each finished game in FILE and skip those that it holds, so that the "
                     "same command continues after a stop; for one run at a time");
     program.addText("--pgn", pgn, "FILE", "write the games");
-    program.addText("--records", records, "FOLDER",
+    program.addText("--records", options.records, "FOLDER",
                     "where to write the conversation of a faulty game, the current folder by "
                     "default");
     return program.run(argc, argv, [&] {
         options.games = *games;
-        options.engine.path = *engine;
         if (against) {
             options.against = options.engine;
             options.against->path = *against;
@@ -130,8 +129,6 @@ int main(int argc, char** argv) {
                 throw UsageError("--sprt takes two numbers, the smaller one first, such as 0,5");
             }
         }
-        options.state = state.value_or("");
-        options.records = records.value_or(options.records);
         options.isStopWanted = [] { return isInterrupted.load(); };
         return play(options, pgn);
     });

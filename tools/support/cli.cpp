@@ -15,33 +15,6 @@ namespace {
 constexpr std::size_t HELP_WIDTH = 76;      // columns; man pages escape some of the text
 constexpr std::size_t MAX_NAME_COLUMN = 20; // a longer name has a line of its own
 
-// While it lives, a write to std::cout that fails throws. The stream is as sound as new
-// before and after.
-class FailingOutput {
-public:
-    FailingOutput() : before(std::cout.exceptions()) { std::cout.exceptions(std::ios::badbit); }
-    FailingOutput(const FailingOutput&) = delete;
-    FailingOutput& operator=(const FailingOutput&) = delete;
-    ~FailingOutput() {
-        std::cout.clear();
-        std::cout.exceptions(before);
-    }
-
-private:
-    std::ios::iostate before;
-};
-
-// Completes the text of an option, such as " (1 to 20)".
-std::string rangeText(int least, int most, const std::string& more = "") {
-    const bool isOpen = most == std::numeric_limits<int>::max();
-    return " (" + std::to_string(least) + (isOpen ? " or more" : " to " + std::to_string(most)) +
-           more + ')';
-}
-
-std::string defaultText(const std::string& preset) {
-    return preset.empty() ? "" : " (default " + preset + ')';
-}
-
 std::string nameOf(const CLI::Option& option) {
     std::string name;
     for (const std::string& one : option.get_snames()) {
@@ -77,57 +50,30 @@ Program::Program(const std::string& _name, std::string _usage, const std::string
     set_version_flag("--version", _name + " (Kestran) " KESTRAN_VERSION, "print the version");
 }
 
-CLI::Option* Program::addNumber(const std::string& option, int& target, int least, int most,
-                                const std::string& value, const std::string& text) {
-    return addValue(
-        option, value, text + rangeText(least, most, "; default " + std::to_string(target)),
-        [=, &target](const std::string& word) { target = parseNumber(word, option, least, most); });
+std::string Program::rangeText(int least, int most, const std::optional<int>& preset) {
+    const bool isOpen = most == std::numeric_limits<int>::max();
+    return " (" + std::to_string(least) + (isOpen ? " or more" : " to " + std::to_string(most)) +
+           (preset ? "; default " + std::to_string(*preset) : "") + ')';
 }
 
-CLI::Option* Program::addNumber(const std::string& option, std::optional<int>& target, int least,
-                                int most, const std::string& value, const std::string& text) {
-    return addValue(
-        option, value, text + rangeText(least, most),
-        [=, &target](const std::string& word) { target = parseNumber(word, option, least, most); });
-}
-
-CLI::Option* Program::addSeconds(const std::string& option, Milliseconds& target, int most,
-                                 const std::string& text) {
-    std::ostringstream preset;
-    preset << static_cast<double>(target) / 1000;
-    return addValue(
-        option, "S", text + defaultText(preset.str()),
-        [=, &target](const std::string& word) { target = parseSeconds(word, option, most); });
-}
-
-CLI::Option* Program::addSeconds(const std::string& option, std::optional<Milliseconds>& target,
-                                 int most, const std::string& text) {
-    return addValue(option, "S", text, [=, &target](const std::string& word) {
-        target = parseSeconds(word, option, most);
-    });
+std::string Program::secondsText(const std::optional<Milliseconds>& preset) {
+    std::ostringstream text;
+    text << static_cast<double>(preset.value_or(0)) / 1000;
+    return preset ? " (default " + text.str() + ')' : "";
 }
 
 CLI::Option* Program::addChoice(const std::string& option, std::string& target,
                                 const std::vector<std::string>& choices, const std::string& value,
                                 const std::string& text) {
-    return addValue(
-        option, value, text + defaultText(target), [=, &target](const std::string& word) {
-            if (std::ranges::find(choices, word) == choices.end()) {
-                throw UsageError(option + " is one of " + CLI::detail::join(choices, ", ") +
-                                 ", not \"" + word + "\"");
-            }
-            target = word;
-        });
-}
-
-CLI::Option* Program::addText(const std::string& option, std::string& target,
-                              const std::string& value, const std::string& text) {
-    return addValue(option, value, text, [&target](const std::string& word) { target = word; });
-}
-
-CLI::Option* Program::addText(const std::string& option, std::optional<std::string>& target,
-                              const std::string& value, const std::string& text) {
-    return addValue(option, value, text, [&target](const std::string& word) { target = word; });
+    return addValue(option, value, target.empty() ? text : text + " (default " + target + ')',
+                    [=, &target](const std::string& word) {
+                        if (std::ranges::find(choices, word) == choices.end()) {
+                            throw UsageError(option + " is one of " +
+                                             CLI::detail::join(choices, ", ") + ", not \"" + word +
+                                             "\"");
+                        }
+                        target = word;
+                    });
 }
 
 CLI::Option* Program::addWords(const std::string& name, std::vector<std::string>& target,
@@ -188,13 +134,15 @@ void Program::parseOrThrow(int argc, const char* const* argv) {
 
 int Program::run(int argc, const char* const* argv, const std::function<int()>& body) {
     const auto fail = [&](const char* message, int status) {
+        std::cout.exceptions(std::ios::goodbit); // std::cerr flushes it
+        std::cout.clear();
         std::cerr << get_name() << ": " << message << '\n';
         return status;
     };
     prepareMemory();
+    int status = 0;
+    std::cout.exceptions(std::ios::badbit);
     try {
-        const FailingOutput failing;
-        int status = 0;
         try {
             parseOrThrow(argc, argv);
             status = body();
@@ -204,12 +152,13 @@ int Program::run(int argc, const char* const* argv, const std::function<int()>& 
             std::cout << version.what() << '\n';
         }
         std::cout.flush();
-        return status;
     } catch (const UsageError& error) {
-        return fail(error.what(), 2);
+        status = fail(error.what(), 2);
     } catch (const std::ios_base::failure&) {
-        return fail("standard output cannot be written", 1);
+        status = fail("standard output cannot be written", 1);
     } catch (const std::exception& error) {
-        return fail(error.what(), 1);
+        status = fail(error.what(), 1);
     }
+    std::cout.exceptions(std::ios::goodbit);
+    return status;
 }

@@ -18,26 +18,36 @@ public:
     Program(const std::string& _name, std::string _usage, const std::string& description,
             const std::string& failure);
 
+    // A target is a value, the default, or std::optional of one without a default.
+
     // A whole number from `least` to `most`. `value` is its name in the help, such as "N". The
     // text is completed by the range and, if there is one, by the default.
-    CLI::Option* addNumber(const std::string& option, int& target, int least, int most,
-                           const std::string& value, const std::string& text);
-    CLI::Option* addNumber(const std::string& option, std::optional<int>& target, int least,
-                           int most, const std::string& value, const std::string& text);
+    template <class Target>
+    CLI::Option* addNumber(const std::string& option, Target& target, int least, int most,
+                           const std::string& value, const std::string& text) {
+        return addValue(option, value, text + rangeText(least, most, target),
+                        [=, &target](const std::string& word) {
+                            target = parseNumber(word, option, least, most);
+                        });
+    }
     // Seconds above 0, with a fraction if wished; at least a millisecond, at most `most` seconds.
-    CLI::Option* addSeconds(const std::string& option, Milliseconds& target, int most,
-                            const std::string& text);
-    CLI::Option* addSeconds(const std::string& option, std::optional<Milliseconds>& target,
-                            int most, const std::string& text);
+    template <class Target>
+    CLI::Option* addSeconds(const std::string& option, Target& target, int most,
+                            const std::string& text) {
+        return addValue(
+            option, "S", text + secondsText(target),
+            [=, &target](const std::string& word) { target = parseSeconds(word, option, most); });
+    }
+    // Any text, such as the name of a file.
+    template <class Target>
+    CLI::Option* addText(const std::string& option, Target& target, const std::string& value,
+                         const std::string& text) {
+        return addValue(option, value, text, [&target](const std::string& word) { target = word; });
+    }
     // One of several words. The text is completed by the default, unless that is empty.
     CLI::Option* addChoice(const std::string& option, std::string& target,
                            const std::vector<std::string>& choices, const std::string& value,
                            const std::string& text);
-    // Any text, such as the name of a file.
-    CLI::Option* addText(const std::string& option, std::string& target, const std::string& value,
-                         const std::string& text);
-    CLI::Option* addText(const std::string& option, std::optional<std::string>& target,
-                         const std::string& value, const std::string& text);
     // The words that are no options.
     CLI::Option* addWords(const std::string& name, std::vector<std::string>& target,
                           const std::string& text);
@@ -49,6 +59,8 @@ public:
     int run(int argc, const char* const* argv, const std::function<int()>& body);
 
 private:
+    static std::string rangeText(int least, int most, const std::optional<int>& preset);
+    static std::string secondsText(const std::optional<Milliseconds>& preset);
     CLI::Option* addValue(const std::string& option, const std::string& value,
                           const std::string& text,
                           const std::function<void(const std::string&)>& set);

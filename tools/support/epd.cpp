@@ -4,6 +4,7 @@
 #include "notation/fen.h"
 #include "support/text.h"
 #include "support/textFile.h"
+#include "support/uciLines.h"
 
 #include <algorithm>
 #include <span>
@@ -12,14 +13,6 @@ namespace {
 
 constexpr std::size_t LEAST_FIELDS = 4;
 constexpr std::size_t MOST_FIELDS = 6; // with two clocks
-
-std::string joined(std::span<const std::string> words) {
-    std::string text;
-    for (const std::string& word : words) {
-        text += (text.empty() ? "" : " ") + word;
-    }
-    return text;
-}
 
 // The parts of a line between semicolons, except those in double quotes.
 std::vector<std::string> splitAtSemicolons(const std::string& line) {
@@ -36,15 +29,11 @@ std::vector<std::string> splitAtSemicolons(const std::string& line) {
     return parts;
 }
 
-bool isNumber(const std::string& word) {
-    return std::ranges::all_of(word, [](char letter) { return letter >= '0' && letter <= '9'; });
-}
-
 // How many words of the first part are fields of the position.
 std::size_t countFields(std::span<const std::string> words) {
     std::size_t count = std::min(words.size(), LEAST_FIELDS);
     while (count >= LEAST_FIELDS && count < std::min(words.size(), MOST_FIELDS) &&
-           isNumber(words[count])) {
+           matchForm(words[count], "#")) {
         ++count;
     }
     return count;

@@ -4,35 +4,27 @@
 #include "board/makeMove.h"
 #include "board/setUp.h"
 #include "notation/fen.h"
-#include "support/text.h"
 #include "support/san.h"
+#include "support/text.h"
+#include "support/uciLines.h"
 
 #include <algorithm>
-#include <charconv>
 
 namespace {
 
 constexpr std::size_t NUMBER_FIELD = 5; // of FEN, from 0
-constexpr int MAX_MOVE_NUMBER = 1'000'000;
+constexpr long long MAX_MOVE_NUMBER = 1'000'000;
 
 // The number of the move in a FEN; 1 if there is none, or one that makes no sense.
 int readMoveNumber(const std::string& fen) {
     const std::vector<std::string> fields = splitString(fen);
-    int number = 1;
-    if (fields.size() > NUMBER_FIELD) {
-        const std::string& text = fields[NUMBER_FIELD];
-        std::from_chars(text.data(), text.data() + text.size(), number);
-    }
-    return std::clamp(number, 1, MAX_MOVE_NUMBER);
+    const auto number =
+        fields.size() > NUMBER_FIELD ? matchForm(fields[NUMBER_FIELD], "#") : std::nullopt;
+    return number ? static_cast<int>(std::clamp(number->numbers.front(), 1LL, MAX_MOVE_NUMBER)) : 1;
 }
 
 NumberedGame readStart(const std::vector<std::string>& words) {
-    std::string text;
-    for (const std::string& quoted : words) {
-        for (const std::string& word : splitString(quoted)) {
-            text += (text.empty() ? "" : " ") + word;
-        }
-    }
+    const std::string text = joined(splitString(joined(words)));
     NumberedGame game = {};
     Position& position = game.position;
     if (text.empty() || text == "startpos") {

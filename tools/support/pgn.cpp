@@ -3,6 +3,7 @@
 #include "base/cppIoUtils.h"
 #include "support/gameInput.h"
 #include "support/san.h"
+#include "support/text.h"
 
 #include <array>
 #include <chrono>
@@ -37,22 +38,6 @@ std::string comment(std::string text) {
     return '{' + text + '}';
 }
 
-// Lines that are broken at blanks.
-std::string wrapped(const std::string& text) {
-    std::string lines;
-    std::size_t length = 0; // of the last line
-    for (const std::string& word : splitString(text)) {
-        if (length > 0) {
-            const bool fits = length + 1 + word.size() <= LINE_LENGTH;
-            lines += fits ? ' ' : '\n';
-            length = fits ? length + 1 : 0;
-        }
-        lines += word;
-        length += word.size();
-    }
-    return lines + '\n';
-}
-
 } // namespace
 
 std::string toPgn(const PgnGame& game) {
@@ -71,5 +56,6 @@ std::string toPgn(const PgnGame& game) {
     if (!game.fen.empty()) {
         tags += tag("SetUp", "1") + tag("FEN", game.fen);
     }
-    return tags + '\n' + wrapped(text + ' ' + game.result) + '\n';
+    return tags + '\n' + wrapText(joined(splitString(text + ' ' + game.result)), 0, LINE_LENGTH) +
+           "\n\n";
 }

@@ -5,38 +5,21 @@
 #include "notation/letters.h"
 #include "notation/longAlgebraicMove.h"
 
-#include <algorithm>
-#include <optional>
-#include <string_view>
+#include <regex>
 
 namespace {
 
-// The part of the start square that distinguishes a move from others of its kind to the same
-// square.
-std::string disambiguation(const Position& position, const Move& move) {
-    MoveArray moves;
-    const int count = generateLegalMoves(position, moves);
-    bool isAmbiguous = false;
-    bool sharesFile = false;
-    bool sharesRow = false;
-    for (int i = 0; i < count; ++i) {
-        const Move& other = moves[i];
-        if (other.isCastle() || other.pieceMoved != move.pieceMoved || other.to != move.to ||
-            other.from == move.from) {
-            continue;
-        }
-        isAmbiguous = true;
-        sharesFile = sharesFile || fileOf(other.from) == fileOf(move.from);
-        sharesRow = sharesRow || rowOf(other.from) == rowOf(move.from);
-    }
+// The part of the start square that distinguishes a move of a piece from others to the same square,
+// as `target` names it.
+std::string disambiguation(const Position& position, const Move& move, const std::string& target) {
     const std::string field = fieldToString(move.from, true);
-    if (!isAmbiguous) {
-        return "";
+    const char piece = pieceNameCharsUpper[at(move.pieceMoved)];
+    for (const std::string& part : {std::string(), field.substr(0, 1), field.substr(1)}) {
+        if (findMoves(position, piece + part + target).size() == 1) {
+            return part;
+        }
     }
-    if (!sharesFile) {
-        return field.substr(0, 1);
-    }
-    return sharesRow ? field : field.substr(1);
+    return field;
 }
 
 std::string withoutCheckSign(const Position& position, const Move& move) {
@@ -48,7 +31,8 @@ std::string withoutCheckSign(const Position& position, const Move& move) {
     std::string text = move.pieceCaptured != NO_PIECE ? "x" : "";
     text += fieldToString(move.to, true);
     if (move.pieceMoved != PAWN) {
-        return pieceNameCharsUpper[at(move.pieceMoved)] + disambiguation(position, move) + text;
+        return pieceNameCharsUpper[at(move.pieceMoved)] + disambiguation(position, move, text) +
+               text;
     }
     if (move.pieceCaptured != NO_PIECE) {
         text = fieldToString(move.from, true).substr(0, 1) + text;
@@ -59,71 +43,30 @@ std::string withoutCheckSign(const Position& position, const Move& move) {
     return text;
 }
 
-// What the text of a move says. What it leaves open fits every move.
-struct MoveWords {
-    PieceType piece; // NO_PIECE for a bare start and target
-    std::optional<int> file;
-    std::optional<int> row; // of the start, as the file
-    bool isCapture;
-    FieldIndex to;
-    PieceType promotion;
-};
-
 std::string withoutMarks(const std::string& text) {
     return text.substr(0, text.find_last_not_of("+#!?") + 1);
 }
 
-// Removes the last letter of `text` and returns it if it is one of `letters`; a blank otherwise.
-char takeLast(std::string& text, std::string_view letters) {
-    if (text.empty() || letters.find(text.back()) == std::string_view::npos) {
-        return ' ';
-    }
-    const char last = text.back();
-    text.pop_back();
-    return last;
-}
+// Piece, file and row of the start, sign, target, and promotion of the text of a move.
+constexpr const char* MOVE_FORM =
+    "([KQRBN]?)([a-h]?)([1-8]?)([x-]?)([a-h][1-8])(?:=?([QRBNqrbn]))?";
 
-// Reads the text from its end, where what has to be there is.
-std::optional<MoveWords> readWords(const std::string& text) {
-    std::string rest = withoutMarks(text);
-    const char promotion = takeLast(rest, "QRBNqrbn");
-    if (promotion != ' ') {
-        takeLast(rest, "=");
-    }
-    const char toRow = takeLast(rest, "12345678");
-    const char toFile = takeLast(rest, "abcdefgh");
-    const char sign = takeLast(rest, "x-");
-    const char row = takeLast(rest, "12345678");
-    const char file = takeLast(rest, "abcdefgh");
-    const char piece = takeLast(rest, "KQRBN");
-    if (toRow == ' ' || toFile == ' ' || !rest.empty()) {
-        return std::nullopt;
-    }
-    MoveWords words = {};
-    if (file != ' ') {
-        words.file = parse07File(file);
-    }
-    if (row != ' ') {
-        words.row = parse07Row(row);
-    }
-    const bool isBare = words.file && words.row && piece == ' ';
-    const PieceType named = parsePiece(piece);
-    words.piece = named == NO_PIECE && !isBare ? PAWN : named;
-    words.isCapture = sign == 'x';
-    words.to = parseField(toFile, toRow);
-    words.promotion = parsePromotionType(promotion);
-    return words;
-}
-
-bool fits(const MoveWords& words, const Move& move) {
+// What a text in that form leaves open fits every move.
+bool fits(const std::smatch& words, const Move& move) {
+    const auto letterOf = [&](std::size_t part) {
+        return words.length(part) == 0 ? ' ' : *words[part].first;
+    };
+    const std::string from = fieldToString(move.from, true);
+    const bool isBare = letterOf(1) == ' ' && letterOf(2) != ' ' && letterOf(3) != ' ';
+    const PieceType piece = letterOf(1) == ' ' ? PAWN : parsePiece(letterOf(1));
     const bool isCapture = move.pieceCaptured != NO_PIECE;
     // A pawn that captures is named by its file.
     const bool needsFile = isCapture && move.pieceMoved == PAWN;
-    return !move.isCastle() && (words.piece == NO_PIECE || words.piece == move.pieceMoved) &&
-           words.to == move.to && words.promotion == move.promotionPieceType &&
-           words.file.value_or(fileOf(move.from)) == fileOf(move.from) &&
-           words.row.value_or(rowOf(move.from)) == rowOf(move.from) &&
-           (isCapture || !words.isCapture) && (words.file || !needsFile);
+    return !move.isCastle() && (isBare || piece == move.pieceMoved) &&
+           (letterOf(2) == ' ' ? !needsFile : letterOf(2) == from[0]) &&
+           (letterOf(3) == ' ' || letterOf(3) == from[1]) && (isCapture || letterOf(4) != 'x') &&
+           words[5] == fieldToString(move.to, true) &&
+           parsePromotionType(letterOf(6)) == move.promotionPieceType;
 }
 
 } // namespace
@@ -159,18 +102,20 @@ std::string lineToSan(Position position, std::span<const Move> moves, int ply) {
 }
 
 std::vector<Move> findMoves(const Position& position, const std::string& text) {
-    const std::string castling = withoutMarks(text);
-    const bool isShort = castling == "O-O" || castling == "0-0";
-    const bool isLong = castling == "O-O-O" || castling == "0-0-0";
+    const std::string bare = withoutMarks(text);
+    const bool isShort = bare == "O-O" || bare == "0-0";
+    const bool isLong = bare == "O-O-O" || bare == "0-0-0";
     const Color us = position.colorToMove;
-    const auto words = readWords(text);
+    static const std::regex form(MOVE_FORM);
+    std::smatch words;
+    const bool hasForm = std::regex_match(bare, words, form);
     MoveArray legal;
     const int count = generateLegalMoves(position, legal);
     std::vector<Move> moves;
     for (const Move& move : legal.first(count)) {
         if (isShort || isLong
                 ? move.castle_ep_flag == castlingFlag(us, isLong)
-                : (words && fits(*words, move)) || LongAlgebraicMove(move).toString() == text) {
+                : (hasForm && fits(words, move)) || LongAlgebraicMove(move).toString() == text) {
             moves.push_back(move);
         }
     }

@@ -1,10 +1,10 @@
 #include "support/textFile.h"
 
 #include "support/text.h"
-#include "support/system.h"
 
 #include <cerrno>
 #include <filesystem>
+#include <random>
 #include <stdexcept>
 #include <system_error>
 
@@ -25,21 +25,23 @@ bool isFixture(const fs::path& target) {
     return fs::exists(target, fault) && !fs::is_regular_file(target, fault);
 }
 
-std::error_code lastError() {
-    return {errno, std::generic_category()};
-}
-
 std::string faultText(const std::string& path, const std::error_code& reason) {
     return "the file " + path + " cannot be written: " + reason.message();
 }
 
 // The reason if that fails.
-std::error_code writeTo(const fs::path& target, const std::string& text) {
+std::error_code writeTo(const fs::path& target, const std::string& text,
+                        std::ios::openmode mode = std::ios::trunc) {
     errno = EIO; // unless the fault has another name
-    std::ofstream file(target, std::ios::binary);
+    std::ofstream file(target, std::ios::binary | std::ios::out | mode);
     file << text;
     file.close();
-    return file ? std::error_code() : lastError();
+    return file ? std::error_code() : std::error_code(errno, std::generic_category());
+}
+
+// A new name in the folder of `target`.
+fs::path draftOf(const fs::path& target) {
+    return target.string() + ".part" + std::to_string(std::random_device{}());
 }
 
 } // namespace
@@ -59,16 +61,15 @@ void requireWritable(const std::string& path) {
         throw UsageError("a file to be written needs a name");
     }
     const fs::path target = targetOf(path);
-    std::error_code ignored;
     std::error_code fault;
-    if (fs::is_directory(target, ignored)) {
-        fault = std::make_error_code(std::errc::is_a_directory);
-    } else if (fs::exists(target, ignored)) {
-        fault = whyNoWritingTo(target.string());
+    std::error_code ignored;
+    if (fs::exists(target, ignored) && !fs::is_fifo(target, ignored)) {
+        fault = writeTo(target, "", std::ios::app);
     }
     if (!fault && !isFixture(target)) {
-        const fs::path folder = target.has_parent_path() ? target.parent_path() : fs::path(".");
-        fault = whyNoFilesIn(folder.string());
+        const fs::path draft = draftOf(target);
+        fault = writeTo(draft, "");
+        fs::remove(draft, ignored);
     }
     if (fault) {
         throw UsageError(faultText(path, fault));
@@ -77,23 +78,20 @@ void requireWritable(const std::string& path) {
 
 void writeWhole(const std::string& path, const std::string& text) {
     const fs::path target = targetOf(path);
-    if (isFixture(target)) {
-        if (const std::error_code fault = writeTo(target, text)) {
-            throw std::runtime_error(faultText(path, fault));
-        }
-        return;
-    }
-    const fs::path draft = target.string() + ".part" + std::to_string(getProcessNumber());
+    const bool isReplaced = !isFixture(target);
+    const fs::path draft = isReplaced ? draftOf(target) : target;
     std::error_code fault = writeTo(draft, text);
     std::error_code ignored;
-    if (const fs::file_status old = fs::status(target, ignored); !fault && fs::exists(old)) {
-        fs::permissions(draft, old.permissions(), ignored);
-    }
-    if (!fault) {
+    if (isReplaced && !fault) {
+        if (const fs::file_status old = fs::status(target, ignored); fs::exists(old)) {
+            fs::permissions(draft, old.permissions(), ignored);
+        }
         fs::rename(draft, target, fault);
     }
     if (fault) {
-        fs::remove(draft, ignored);
+        if (isReplaced) {
+            fs::remove(draft, ignored);
+        }
         throw std::runtime_error(faultText(path, fault));
     }
 }

@@ -1,7 +1,6 @@
 #include "support/uciProcess.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace {
 
@@ -23,9 +22,6 @@ Timeout timeLeft(Clock::time_point deadline) {
 
 UciProcess::~UciProcess() {
     kill();
-    closeInput();
-    closeOutput();
-    closeEnd(errors);
 }
 
 bool UciProcess::send(const std::string& line) {
@@ -35,7 +31,7 @@ bool UciProcess::send(const std::string& line) {
 bool UciProcess::sendRaw(const std::string& bytes) {
     const Clock::time_point deadline = Clock::now() + SEND_TIMEOUT;
     std::size_t sent = 0;
-    while (sent < bytes.size() && input != NO_HANDLE) {
+    while (sent < bytes.size() && input.isOpen()) {
         const std::optional<std::size_t> count = writeSome(std::string_view(bytes).substr(sent));
         if (!count) {
             return false;
@@ -46,14 +42,6 @@ bool UciProcess::sendRaw(const std::string& bytes) {
         }
     }
     return sent == bytes.size();
-}
-
-void UciProcess::closeInput() {
-    closeEnd(input);
-}
-
-void UciProcess::closeOutput() {
-    closeEnd(output);
 }
 
 std::optional<std::string> UciProcess::readLine(Timeout timeout) {

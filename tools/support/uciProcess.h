@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 // A program that cannot be started. The message names it and says why.
@@ -15,9 +16,28 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-// The system's name of a process or of an end of a pipe.
+// A process or an end of a pipe: on POSIX its number or descriptor, on Windows its HANDLE.
 using SystemHandle = std::intptr_t;
 inline constexpr SystemHandle NO_HANDLE = -1;
+
+// Owns an end of a pipe.
+class PipeEnd {
+public:
+    explicit PipeEnd(SystemHandle _handle = NO_HANDLE) : handle(_handle) {}
+    PipeEnd(PipeEnd&& other) noexcept : handle(std::exchange(other.handle, NO_HANDLE)) {}
+    PipeEnd& operator=(PipeEnd&& other) noexcept {
+        std::swap(handle, other.handle);
+        return *this;
+    }
+    ~PipeEnd() { close(); }
+
+    void close();
+    bool isOpen() const { return handle != NO_HANDLE; }
+    SystemHandle get() const { return handle; }
+
+private:
+    SystemHandle handle;
+};
 
 // The first object makes this process ignore SIGPIPE for good: send() reports that the engine has
 // gone. The engine itself starts with every signal at its default and none blocked, in a process
@@ -46,9 +66,9 @@ public:
     bool send(const std::string& line);
     bool sendRaw(const std::string& bytes);
     // The end of the engine's input.
-    void closeInput();
+    void closeInput() { input.close(); }
     // The reader of the engine's output goes away.
-    void closeOutput();
+    void closeOutput() { output.close(); }
 
     // The next line of standard output without its line end, or nothing if none comes
     // in time or the output has ended. Text after the last line end counts as a line
@@ -58,19 +78,16 @@ public:
     // in time.
     std::vector<std::string> readUntil(const std::string& prefix, Timeout timeout);
     // No more output can come.
-    bool isOutputOver() const { return output == NO_HANDLE; }
+    bool isOutputOver() const { return !output.isOpen(); }
     // All that the engine has written to standard error since it was started.
     const std::string& readErrors();
 
     // How the process ends, or nothing if it does not in time.
     std::optional<End> waitForEnd(Timeout timeout);
-    // Windows has no signals: any of them ends the process at once.
-    void sendSignal(int signal);
-    int getPid() const;
-    // Memory in use, in KiB, and processor time used so far, in milliseconds. 0 for a
-    // process that has ended.
+    // On POSIX.
+    int getPid() const { return static_cast<int>(process); }
+    // Memory in use, in KiB; 0 for a process that has ended.
     std::int64_t getResidentKib() const;
-    std::int64_t getProcessorMillis() const;
 
 private:
     // Takes all that can be read now.
@@ -85,17 +102,17 @@ private:
     // Waits until there is output to take, or room to write if that is wanted; keeps
     // all output that is there. Whether there is room to write.
     bool pump(Timeout timeout, bool wantRoom = false);
-    // Appends all that can be read now; closes the end of the pipe at the end of its data.
-    static void drain(SystemHandle& from, std::string& into);
-    static void closeEnd(SystemHandle& end);
+    // Appends all that can be read now; closes the pipe at the end of its data.
+    static void drain(PipeEnd& from, std::string& into);
     // How the process has ended, if it has.
     std::optional<End> askForEnd() const;
+    // Ends the process if it runs, and waits for it.
     void kill();
 
     SystemHandle process = NO_HANDLE;
-    SystemHandle input = NO_HANDLE;  // written by us, as long as it is open
-    SystemHandle output = NO_HANDLE; // read by us, as is the next one
-    SystemHandle errors = NO_HANDLE;
+    PipeEnd input;  // written by us
+    PipeEnd output; // read by us, as is the next one
+    PipeEnd errors;
     std::string pending; // bytes of output that no line has been made of yet
     std::string errorText;
     std::optional<End> end;

@@ -25,36 +25,31 @@ HANDLE handleOf(SystemHandle handle) {
     return reinterpret_cast<HANDLE>(handle);
 }
 
-SystemHandle nameOf(HANDLE handle) {
-    return reinterpret_cast<SystemHandle>(handle);
+HANDLE handleOf(const PipeEnd& end) {
+    return handleOf(end.get());
 }
 
 std::string lastFault() {
     return std::system_category().message(static_cast<int>(GetLastError()));
 }
 
-// A pipe of which a child inherits the one end that is its own.
 struct Pipe {
-    explicit Pipe(bool isChildReader) {
-        SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
-        if (CreatePipe(&reader, &writer, &inherited, PIPE_SIZE) == 0) {
-            throw CannotStart("no pipe: " + lastFault());
-        }
-        SetHandleInformation(isChildReader ? writer : reader, HANDLE_FLAG_INHERIT, 0);
-    }
-    Pipe(const Pipe&) = delete;
-    Pipe& operator=(const Pipe&) = delete;
-    ~Pipe() {
-        for (const HANDLE end : {reader, writer}) {
-            if (end != nullptr) {
-                CloseHandle(end);
-            }
-        }
-    }
+    PipeEnd reader;
+    PipeEnd writer;
+};
 
+// A pipe of which a child inherits the one end that is its own.
+Pipe makePipe(bool isChildReader) {
+    SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
     HANDLE reader = nullptr;
     HANDLE writer = nullptr;
-};
+    if (CreatePipe(&reader, &writer, &inherited, PIPE_SIZE) == 0) {
+        throw CannotStart("no pipe: " + lastFault());
+    }
+    SetHandleInformation(isChildReader ? writer : reader, HANDLE_FLAG_INHERIT, 0);
+    return {PipeEnd(reinterpret_cast<SystemHandle>(reader)),
+            PipeEnd(reinterpret_cast<SystemHandle>(writer))};
+}
 
 // The word as the C library of the child reads it back: in quotes, with a backslash before each
 // quote, and backslashes before a quote doubled.
@@ -71,21 +66,21 @@ std::string quoted(const std::string& word) {
     return text.append(backslashes, '\\') + '"';
 }
 
-Milliseconds toMillis(const FILETIME& span) {
-    constexpr Milliseconds UNITS_IN_A_MILLISECOND = 10000;
-    return ((static_cast<Milliseconds>(span.dwHighDateTime) << 32) + span.dwLowDateTime) /
-           UNITS_IN_A_MILLISECOND;
-}
-
 } // namespace
+
+void PipeEnd::close() {
+    if (isOpen()) {
+        CloseHandle(handleOf(std::exchange(handle, NO_HANDLE)));
+    }
+}
 
 UciProcess::UciProcess(const std::string& path, const std::vector<std::string>& arguments) {
     // Another process that is started at the same time would inherit these pipes.
     static std::mutex starting;
     const std::lock_guard lock(starting);
-    Pipe toEngine(true);
-    Pipe fromEngine(false);
-    Pipe errorsOfEngine(false);
+    Pipe toEngine = makePipe(true);
+    Pipe fromEngine = makePipe(false);
+    Pipe errorsOfEngine = makePipe(false);
     std::string line = quoted(path);
     for (const std::string& argument : arguments) {
         line += ' ' + quoted(argument);
@@ -93,9 +88,9 @@ UciProcess::UciProcess(const std::string& path, const std::vector<std::string>& 
     STARTUPINFOA start{};
     start.cb = sizeof start;
     start.dwFlags = STARTF_USESTDHANDLES;
-    start.hStdInput = toEngine.reader;
-    start.hStdOutput = fromEngine.writer;
-    start.hStdError = errorsOfEngine.writer;
+    start.hStdInput = handleOf(toEngine.reader);
+    start.hStdOutput = handleOf(fromEngine.writer);
+    start.hStdError = handleOf(errorsOfEngine.writer);
     PROCESS_INFORMATION started{};
     if (CreateProcessA(path.c_str(), line.data(), nullptr, nullptr, TRUE,
                        CREATE_NO_WINDOW | CREATE_NEW_PROCESS_GROUP, nullptr, nullptr, &start,
@@ -103,18 +98,18 @@ UciProcess::UciProcess(const std::string& path, const std::vector<std::string>& 
         throw CannotStart("cannot start " + path + ": " + lastFault());
     }
     CloseHandle(started.hThread);
-    process = nameOf(started.hProcess);
+    process = reinterpret_cast<SystemHandle>(started.hProcess);
     DWORD withoutWaiting = PIPE_NOWAIT;
-    SetNamedPipeHandleState(toEngine.writer, &withoutWaiting, nullptr, nullptr);
-    input = nameOf(std::exchange(toEngine.writer, nullptr));
-    output = nameOf(std::exchange(fromEngine.reader, nullptr));
-    errors = nameOf(std::exchange(errorsOfEngine.reader, nullptr));
+    SetNamedPipeHandleState(handleOf(toEngine.writer), &withoutWaiting, nullptr, nullptr);
+    input = std::move(toEngine.writer);
+    output = std::move(fromEngine.reader);
+    errors = std::move(errorsOfEngine.reader);
 }
 
 void UciProcess::kill() {
     TerminateProcess(handleOf(process), KILLED);
     WaitForSingleObject(handleOf(process), INFINITE);
-    closeEnd(process);
+    CloseHandle(handleOf(process));
 }
 
 std::optional<std::size_t> UciProcess::writeSome(std::string_view bytes) {
@@ -126,23 +121,17 @@ std::optional<std::size_t> UciProcess::writeSome(std::string_view bytes) {
     return count;
 }
 
-void UciProcess::drain(SystemHandle& from, std::string& into) {
+void UciProcess::drain(PipeEnd& from, std::string& into) {
     std::array<char, PIPE_SIZE> buffer;
-    while (from != NO_HANDLE) {
+    while (from.isOpen()) {
         DWORD count = 0;
         if (PeekNamedPipe(handleOf(from), nullptr, 0, nullptr, &count, nullptr) == 0) {
-            closeEnd(from);
+            from.close();
         } else if (count == 0) {
             return;
         } else if (ReadFile(handleOf(from), buffer.data(), PIPE_SIZE, &count, nullptr) != 0) {
             into.append(buffer.data(), count);
         }
-    }
-}
-
-void UciProcess::closeEnd(SystemHandle& end) {
-    if (end != NO_HANDLE) {
-        CloseHandle(handleOf(std::exchange(end, NO_HANDLE)));
     }
 }
 
@@ -155,14 +144,6 @@ std::optional<UciProcess::End> UciProcess::askForEnd() const {
     return End{true, static_cast<int>(status)};
 }
 
-int UciProcess::getPid() const {
-    return static_cast<int>(GetProcessId(handleOf(process)));
-}
-
-void UciProcess::sendSignal(int /*signal*/) {
-    TerminateProcess(handleOf(process), KILLED);
-}
-
 std::int64_t UciProcess::getResidentKib() const {
     PROCESS_MEMORY_COUNTERS memory{};
     memory.cb = sizeof memory;
@@ -170,30 +151,18 @@ std::int64_t UciProcess::getResidentKib() const {
     return end ? 0 : static_cast<std::int64_t>(memory.WorkingSetSize / 1024);
 }
 
-std::int64_t UciProcess::getProcessorMillis() const {
-    FILETIME begun{};
-    FILETIME ended{};
-    FILETIME system{};
-    FILETIME user{};
-    if (end || GetProcessTimes(handleOf(process), &begun, &ended, &system, &user) == 0) {
-        return 0;
-    }
-    return toMillis(system) + toMillis(user);
-}
-
 bool UciProcess::pump(Timeout timeout, bool wantRoom) {
     const Clock::time_point deadline = Clock::now() + timeout;
-    const std::size_t before = pending.size() + errorText.size();
-    const bool wasOver = isOutputOver();
+    const auto taken = [&] { return pending.size() + errorText.size() + (isOutputOver() ? 1 : 0); };
+    const std::size_t before = taken();
     takeOutput();
     // Whether there is room is known only when something is written.
-    while (!wantRoom && pending.size() + errorText.size() == before && isOutputOver() == wasOver &&
-           Clock::now() < deadline) {
+    while (wantRoom || (taken() == before && Clock::now() < deadline)) {
         sleepMilliseconds(POLL_INTERVAL);
         takeOutput();
+        if (wantRoom) {
+            return true;
+        }
     }
-    if (wantRoom) {
-        sleepMilliseconds(POLL_INTERVAL);
-    }
-    return wantRoom;
+    return false;
 }
