@@ -125,9 +125,9 @@ TEST(BookTool, ChecksAFileLineByLine) {
     EXPECT_EQ(json["faults"][1], (Json{{"line", 4}, {"fault", "move 3, \"c2\", is incomplete"}}));
     const TextFile sound("e2e4 e7e5\n1. d4 d5\n");
     EXPECT_EQ(runBody(bookMain, {"--check", sound.path}).status, 0);
-    const TextFile castling("e2e4 e7e5 g1f3 b8c6 f1c4 f8c5 e1h1\n");
-    EXPECT_EQ(runBody(bookMain, {"--check", castling.path, "--polyglot-castling"}).status, 0);
-    EXPECT_EQ(runBody(bookMain, {"--check", castling.path}).status, 1);
+    const TextFile castling("e2e4 e7e5 g1f3 b8c6 f1c4 f8c5 e1g1\n");
+    EXPECT_EQ(runBody(bookMain, {"--check", castling.path}).status, 0);
+    EXPECT_EQ(runBody(bookMain, {"--check", castling.path, "--polyglot-castling"}).status, 1);
 }
 
 TEST(BookTool, RefusesWhatMakesNoSense) {

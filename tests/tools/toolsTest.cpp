@@ -223,6 +223,7 @@ TEST(Perft, CountsEachMoveOfTheRoot) {
     for (const PerftCase& perft : {
              // words, moves of the root, one line, sequences
              PerftCase{{"startpos", "3"}, 20, "g1f3: 440", 8902},
+             PerftCase{{"startpos", "1"}, 20, "g1f3: 1", 20},
              PerftCase{{fen, "3"}, 23, "g5h6: 361", 8530},
              PerftCase{{fen, "2", "--moves", "g5h6"}, 16, "e8c8: 22", 361},
              PerftCase{
@@ -275,6 +276,7 @@ TEST(Perft, ChecksTheCountsOfAFile) {
     EXPECT_EQ(json["wrong"], 2);
     EXPECT_EQ(json["positions"][2]["counts"][1],
               (Json{{"depth", 2}, {"expected", 105}, {"found", 104}}));
+    EXPECT_EQ(run(PERFT, {"--epd", file.path, "1"}).status, 1) << "a single wrong count";
     EXPECT_EQ(run(PERFT, {"--epd", KESTRAN_TEST_DATA "/perft.epd", "2"}).status, 0);
     expectRefusal(run(PERFT, {"--epd", KESTRAN_TEST_DATA "/perft.epd", "0"}), "at most 0 plies");
 }
