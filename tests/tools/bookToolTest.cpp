@@ -64,6 +64,8 @@ TEST(BookTool, DrawsTheBookAsATree) {
     tree.str("");
     printBookTree(smallBook(), readGame({}, "e2e4"), 1, tree);
     EXPECT_EQ(tree.str(), "├─ 1... c5  2  66.7 %\n└─ 1... e5  1  33.3 %\n");
+    EXPECT_TRUE(
+        runBody(bookMain, {"--tree=1", "--moves", "e2e4 c7c5"}).output.starts_with("├─ 2. Nf3 "));
     EXPECT_NE(runBody(bookMain, {"--tree=2"}).output.find("│  ├─ 1... Nf6  92  61.7 %\n"),
               std::string::npos);
 }

@@ -341,8 +341,8 @@ TEST(SoakGame, MarginAndLength) {
     SoakReport report;
     report.games = {game.record};
     EXPECT_TRUE(TextPattern("1/0.1 +3 +1 +50 +51 +51 +51 +51\n").isIn(reportOn(report, {})));
-    report.games.front().overruns = {{0, 89}, {10, 10}, {50, 1}};
-    EXPECT_TRUE(TextPattern("1/0.1 +100 +89 +0 +10 +10 +50 +50\n").isIn(reportOn(report, {})));
+    report.games.front().overruns = {{0, 90}, {10, 9}, {50, 1}};
+    EXPECT_TRUE(TextPattern("1/0.1 +100 +90 +0 +0 +10 +50 +50\n").isIn(reportOn(report, {})));
 }
 
 TEST(SoakGame, ThirdRepetitionIsADraw) {
