@@ -26,6 +26,7 @@ needBuildTools() {
     need ninja-build ninja
     [[ ${1:-} != kestran ]] || return 0
     need libcli11-dev /usr/include/CLI/CLI.hpp /usr/local/include/CLI/CLI.hpp
+    need libedit-dev /usr/include/editline/readline.h
     need nlohmann-json3-dev /usr/include/nlohmann/json.hpp /usr/local/include/nlohmann/json.hpp
 }
 

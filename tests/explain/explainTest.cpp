@@ -190,10 +190,11 @@ TEST(Explain, TellsWhichMoveKeptTheLineFromBeingReached) {
                                             {2, IdaNS::FAILLOW, Variant(), 0}};
     const WatchedLine line(watched.game, watched.explain, passes);
     SearchLimit limit(std::nullopt);
-    EXPECT_EQ(answerInWords(config, watched.game, line, limit),
-              "The search never reached 1... e5 in pass 0 (depth 1), the last good one, at node 1, "
-              "after 1. "
-              "e4, as 1... c5 cut the node off at ply 1.");
+    EXPECT_EQ(
+        answerInWords(config, watched.game, line, limit),
+        "After 1. e4 it never tries 1... e5. 1... c5 (+0.01) was tried before and is enough to "
+        "refute 1. e4. So it was in pass 0 (depth 1), the last good one. Scores are for "
+        "Black.");
 }
 
 // ---- The watched search is the one that plays ----
@@ -282,7 +283,7 @@ TEST(ExplainTool, PrintsJson) {
     EXPECT_EQ(json["schema"], 1);
     EXPECT_EQ(json["fen"], START_FEN);
     EXPECT_EQ(json["line"], Json::array({"d2d4", "e7e5"}));
-    EXPECT_TRUE(json["answer"].get<std::string>().starts_with("The search left the line"));
+    EXPECT_TRUE(json["answer"].get<std::string>().starts_with("After 1. d4 it prefers "));
     EXPECT_EQ(json["book"][0], "d2d4");
     ASSERT_EQ(json["passes"].size(), 2U);
     const Json& root = json["passes"][0]["tree"][0];
@@ -343,7 +344,7 @@ TEST(ExplainTool, FindsALineOfItsOwnAndKeepsTheReportShort) {
     // One pass is a part of the whole, and a long time no limit.
     const std::string second = with({"--pass=1", "--time=1000"});
     const std::string title = "\nPass 1, depth 2";
-    const std::size_t end = second.find("\n\nThe search");
+    const std::size_t end = second.find("\n\nIt prefers");
     ASSERT_NE(whole.find(second.substr(second.find(title), end - second.find(title))),
               std::string::npos);
     EXPECT_EQ(second.find("Pass 2"), std::string::npos);
@@ -435,7 +436,7 @@ public:
     void pressControlC() const { EXPECT_EQ(write(terminal, "\x03", 1), 1); }
     // All from the report on.
     std::string getReport() {
-        readUntil("\nThe search ");
+        readUntil("\nIt prefers ");
         return text.substr(std::min(text.find("Position:"), text.size()));
     }
 
@@ -490,7 +491,7 @@ TEST(ExplainTool, ReportsWhatThereIsAtControlC) {
     tool.pressControlC();
     const std::string report = tool.getReport();
     EXPECT_NE(report.find("Pass 1, depth 2"), std::string::npos) << report;
-    EXPECT_NE(report.find("\nThe search left the line"), std::string::npos) << report;
+    EXPECT_NE(report.find("\nIt prefers "), std::string::npos) << report;
 }
 
 // ---- Notation ----

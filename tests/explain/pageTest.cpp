@@ -45,7 +45,7 @@ TEST(Page, HoldsWhatTheTreeHolds) {
     EXPECT_EQ(countOf(page, "role=\"tooltip\""), countOf(tree, "refuted by "));
     EXPECT_GT(countOf(tree, "refuted by "), 0);
     const std::string answer = tree.substr(tree.rfind("\n\n") + 2);
-    EXPECT_LT(page.find(answer.substr(0, answer.size() - 1)), page.find("<main>"));
+    EXPECT_LT(page.find(answer.substr(0, answer.find('"'))), page.find("<main>"));
     // The line on the board, first its last move.
     const std::string board = page.substr(page.find("<figure>"), page.find("</figure>"));
     EXPECT_LT(board.find(">3</text></g>"), board.find(">1</text></g>"));

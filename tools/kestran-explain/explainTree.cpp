@@ -116,9 +116,9 @@ std::string TreeReport::reasonOf(int pass, int ply, const NodeMoveInfo& info) co
     if (choiceOf(*line.getNode(pass, ply)) == &info) {
         reason += ", the choice";
     }
-    const std::string behind = behindText(line, ply, info);
-    if (!behind.empty()) {
-        reason += ", then " + behind;
+    const std::string after = afterText(line, ply, info);
+    if (!after.empty()) {
+        reason += ", then " + after;
     }
     if (const NodeMoveInfo* refutation = line.getRefutation(pass, ply, info)) {
         reason += ", refuted by " + lineText(line, ply + 1, *refutation);

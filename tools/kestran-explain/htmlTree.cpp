@@ -112,13 +112,13 @@ void HtmlTree::addMove(int pass, int ply, const NodeMoveInfo& info) {
 void HtmlTree::addMore(int pass, int ply, const NodeMoveInfo& info) {
     const auto paragraph = html.open("p", {{"class", "more"}});
     const bool isChoice = choiceOf(*line.getNode(pass, ply)) == &info;
-    const std::string behind = info.lmfCut ? "" : behindText(line, ply, info);
+    const std::string after = info.lmfCut ? "" : afterText(line, ply, info);
     const NodeMoveInfo* refutation = line.getRefutation(pass, ply, info);
     if (isChoice) {
         html.addText("The choice of the node. ");
     }
-    if (!behind.empty()) {
-        html.addText("Then " + behind + ". ");
+    if (!after.empty()) {
+        html.addText("Then " + after + ". ");
     } else if (refutation == nullptr) {
         html.addText("No line is known after it.");
     }

@@ -1,13 +1,17 @@
 #include "kestran-explain/lineAnswer.h"
 
+#include "board/makeMove.h"
 #include "kestran-explain/searchText.h"
 #include "search/score.h"
 #include "support/san.h"
 
+#include <algorithm>
 #include <memory>
 #include <optional>
 
 namespace {
+
+constexpr int MAX_ALTERNATIVES = 3; // to the engine's own move
 
 // The line's own move at a node.
 std::string moveText(const WatchedLine& line, int ply) {
@@ -18,19 +22,33 @@ std::string moveText(const WatchedLine& line, int ply, const NodeMoveInfo& info)
     return toNumberedSan(line.getPosition(ply), info.move, line.getGamePly(ply));
 }
 
-std::string nodeText(const WatchedLine& line, int ply) {
+// "After 1. e4 e5 it ", or "It " at the root.
+std::string itText(const WatchedLine& line, int ply) {
     if (ply == 0) {
-        return "at the root";
+        return "It ";
     }
     const std::span<const Move> path(line.getMoves().data(), at(ply));
-    return "at node " + std::to_string(ply) + ", after " +
-           lineToSan(line.getPosition(0), path, line.getGamePly(0));
+    return "After " + lineToSan(line.getPosition(0), path, line.getGamePly(0)) + " it ";
+}
+
+std::string inBrackets(const std::string& text) {
+    return " (" + text + ')';
+}
+
+// "a, b and c".
+std::string listText(const std::vector<std::string>& items) {
+    std::string text;
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        const char* separator = i == 0 ? "" : i + 1 == items.size() ? " and " : ", ";
+        text += separator + items[i];
+    }
+    return text;
 }
 
 // A score for the side that moved, and the line after the move.
 struct Worth {
     int score;
-    std::vector<Move> behind;
+    std::vector<Move> line;
 };
 
 // The search that is asked, beside the record of the one that is explained.
@@ -41,79 +59,128 @@ struct Inquiry {
     SearchLimit& limit;
 };
 
+// The last pass of a search `depth` plies deep, or nothing if there was no time for it. With
+// `rootMoves`, only these are searched.
+std::optional<Variant> searchWhole(const Inquiry& inquiry, const Game& game, int depth,
+                                   const std::vector<Move>& rootMoves = {}) {
+    const auto ida = makeSearch(inquiry.config);
+    const auto passes = searchPasses(*ida, game, depth, &inquiry.limit.begin(1.0), {}, rootMoves);
+    const bool isWhole = !passes.empty() && isGood(passes.back()) &&
+                         (passes.back().depth == depth || passes.back().result == IdaNS::OK_FINISH);
+    return isWhole ? std::optional(passes.back().line) : std::nullopt;
+}
+
 // What the line's move at node `ply` is worth in a search of its own, as deep as the search of
 // the pass went. Nothing if there was no time for it.
 std::optional<Worth> searchAlone(const Inquiry& inquiry, int pass, int ply) {
     const WatchedLine& line = inquiry.line;
-    const auto ida = makeSearch(inquiry.config);
     Game path = inquiry.game;
     path.position = line.getPosition(ply + 1);
     for (int i = 1; i <= ply + 1; ++i) {
         path.repetitionHashes.push_back(line.getPosition(i).incremental.hash);
     }
-    Variant variant;
+    std::optional<Variant> variant;
     const int depth = line.getPass(pass).depth - 1 - ply;
     if (depth > 0) {
-        const auto passes = searchPasses(*ida, path, depth, &inquiry.limit.begin(1.0));
-        const bool isWhole =
-            !passes.empty() && isGood(passes.back()) &&
-            (passes.back().depth == depth || passes.back().result == IdaNS::OK_FINISH);
-        if (!isWhole) {
-            return std::nullopt;
-        }
-        variant = passes.back().line;
+        variant = searchWhole(inquiry, path, depth);
     } else {
+        const auto ida = makeSearch(inquiry.config);
         SearchRequest request;
         request.game = path;
         ida->prepareSearch(request, nullptr);
         ida->getTreeGenerator().quiscenceSearch(path.position, DEFAULT_FIRST_ALFA,
-                                                DEFAULT_FIRST_BETA, variant);
+                                                DEFAULT_FIRST_BETA, variant.emplace());
     }
-    return Worth{furtherFromCheckMate(-variant.evaluation), movesOf(variant)};
+    if (!variant) {
+        return std::nullopt;
+    }
+    return Worth{furtherFromCheckMate(-variant->evaluation), movesOf(*variant)};
 }
 
-// How much less than the chosen move another one is worth.
-std::string marginText(int chosen, int score) {
-    if (chosen == score) {
-        return ", the same, which is not enough to replace it";
-    }
-    if (isMate(chosen) || isMate(score)) {
-        return "";
-    }
-    std::string size = scoreText(chosen > score ? chosen - score : score - chosen).substr(1);
-    size = size == "0.00" ? "under 0.01" : size;
-    return chosen > score ? ", " + size + " less"
-                          : ", " + size + " more, which window, table or lmf kept out of sight";
-}
-
-// What became of the line's move at the node where it was left.
-std::string lostMoveText(const Inquiry& inquiry, int pass, const Fate& fate, int chosenScore) {
+// The best other moves at the root with their scores, such as "1. d4 (+0.31)", each from a search
+// without the moves before it. Fewer if there are no more, or no time.
+std::vector<std::string> findAlternatives(const Inquiry& inquiry, int pass) {
     const WatchedLine& line = inquiry.line;
-    const NodeMoveInfo& info = *fate.lineMove;
-    const MoveEnding ending = info.ending;
-    std::string text =
-        moveText(line, fate.node) + " (" + endingText(ending, verdictOf(info)) + ") is worth ";
-    Worth worth = {info.principalVariant.evaluation, movesOf(info.principalVariant)};
-    if (isBound(info) || isLmfCut(ending)) {
-        if (info.isQuiscence) {
-            return text + "no more than that";
+    const Position& root = line.getPosition(0);
+    MoveArray legal;
+    const int count = generateLegalMoves(root, legal);
+    std::vector<Move> others(legal.begin(), legal.begin() + count);
+    std::vector<std::string> texts;
+    const auto leaveOut = [&others](const Move& move) {
+        std::erase_if(others, [&](const Move& other) { return testMoveEquality(other, move); });
+    };
+    leaveOut(line.getMoves().front());
+    while (!others.empty() && texts.size() < MAX_ALTERNATIVES) {
+        const auto best = searchWhole(inquiry, inquiry.game, line.getPass(pass).depth, others);
+        if (!best || best->varLength == 0) {
+            break;
         }
-        const std::optional<Worth> alone = searchAlone(inquiry, pass, fate.node);
-        if (!alone) {
-            return text + "an amount that there was no time to search for";
-        }
-        worth = *alone;
-        text += scoreText(worth.score) + " when searched on its own";
-    } else {
-        text += scoreText(worth.score);
+        const Move move = best->get(0).move;
+        texts.push_back(toNumberedSan(root, move, line.getGamePly(0)) +
+                        inBrackets(scoreText(best->evaluation)));
+        leaveOut(move);
     }
-    if (!worth.behind.empty()) {
-        text += " (" +
-                lineToSan(line.getPosition(fate.node + 1), worth.behind,
-                          line.getGamePly(fate.node + 1)) +
-                ")";
+    return texts;
+}
+
+// How the score of the line's move compares with that of the choice, such as "0.05 worse for
+// White".
+std::string comparisonText(const Inquiry& inquiry, const Fate& fate, int chosen, int score) {
+    const std::string side = sideText(inquiry.line.getPosition(fate.node));
+    if (chosen == score) {
+        const bool isLater = fate.choice != nullptr && fate.choice < fate.lineMove;
+        return "no better" + side +
+               (isLater ? ", and an equal move does not replace the one found first" : "");
     }
-    return text + marginText(chosenScore, worth.score);
+    const bool isWorse = chosen > score;
+    std::string size;
+    if (!isMate(chosen) && !isMate(score)) {
+        size = scoreText(isWorse ? chosen - score : score - chosen).substr(1) + ' ';
+        size = size == "0.00 " ? "less than 0.01 " : size;
+    }
+    return size + (isWorse
+                       ? "worse" + side
+                       : "better" + side +
+                             ", but the window, the hash table or lmf hid that from the search");
+}
+
+// What is wrong with the line's move at the node where it was left. `comparison` is the end of
+// the sentence.
+std::string reasonText(const Inquiry& inquiry, const Fate& fate, const Worth& worth,
+                       const std::string& comparison) {
+    const WatchedLine& line = inquiry.line;
+    const std::string move = moveText(line, fate.node);
+    switch (fate.lineMove->ending) {
+    case MoveEnding::REPETITION:
+        return move + " repeats a position, which counts as a draw and is " + comparison + '.';
+    case MoveEnding::CLOCK:
+        return move + " is a draw by the half-move clock, which is " + comparison + '.';
+    case MoveEnding::STALEMATE:
+        return move + " is stalemate, which is " + comparison + '.';
+    case MoveEnding::LMF_CUT:
+    case MoveEnding::TABLE_LMF_CUT:
+        return "The search skipped " + move +
+               ", because the hash table put it more than a pawn below the best move so far "
+               "(lmf); it is " +
+               comparison + '.';
+    default:
+        break;
+    }
+    if (worth.line.empty()) {
+        return move + " is " + comparison + '.';
+    }
+    return "After " + move + " it expects " +
+           lineToSan(line.getPosition(fate.node + 1), worth.line, line.getGamePly(fate.node + 1)) +
+           ", which is " + comparison + '.';
+}
+
+// Why a move whose worth is not known was left.
+std::string refutationText(const WatchedLine& line, int pass, const Fate& fate) {
+    const NodeMoveInfo* answer = line.getRefutation(pass, fate.node, *fate.lineMove);
+    return moveText(line, fate.node) +
+           (answer != nullptr ? " is refuted by " + moveText(line, fate.node + 1, *answer)
+                              : " was not good enough") +
+           ", and the search looked no further.";
 }
 
 // The first of the good passes up to the last one that ended the line at the same place.
@@ -131,66 +198,123 @@ int findFirstLike(const WatchedLine& line, int last, const Fate& fate) {
     return first;
 }
 
+// Which passes an answer is about, and for whom the scores are at node `ply`.
+std::string sourceText(const WatchedLine& line, int pass, const Fate& fate, int ply) {
+    std::string text = " So it was in " + passText(line, pass) + ", the last";
+    text += pass + 1 < line.getPassCount() ? " good one" : "";
+    const int first = findFirstLike(line, pass, fate);
+    if (first != pass) {
+        text += ", as in every good one since " + passText(line, first);
+    }
+    return text + ". Scores are" + sideText(line.getPosition(ply)) + '.';
+}
+
+// What the engine played there instead of the line's move, with its score.
+std::string choiceText(const WatchedLine& line, const Fate& fate, int score) {
+    return fate.choice != nullptr
+               ? moveText(line, fate.node, *fate.choice) + inBrackets(scoreText(score))
+               : "no capture or check (standing pat, " + scoreText(score) + ')';
+}
+
+// The worth of the line's move at the node where it was left; nothing if that is only a bound.
+std::optional<Worth> findWorth(const Inquiry& inquiry, int pass, const Fate& fate) {
+    const NodeMoveInfo& info = *fate.lineMove;
+    if (!isBound(info) && !isLmfCut(info.ending)) {
+        return Worth{info.principalVariant.evaluation, movesOf(info.principalVariant)};
+    }
+    return info.isQuiscence ? std::nullopt : searchAlone(inquiry, pass, fate.node);
+}
+
 std::string leftText(const Inquiry& inquiry, int pass, const Fate& fate) {
     const WatchedLine& line = inquiry.line;
+    const NodeMoveInfo& info = *fate.lineMove;
     const std::string move = moveText(line, fate.node);
-    std::string text = nodeText(line, fate.node) + ": instead of " + move + " it ";
-    int chosenScore = fate.lineMove->alfa;
-    if (fate.choice != nullptr) {
-        chosenScore = fate.choice->principalVariant.evaluation;
-        text += "chose " + moveText(line, fate.node, *fate.choice) + ", worth ";
+    const bool wasAlone = (isBound(info) || isLmfCut(info.ending)) && !info.isQuiscence;
+    const std::optional<Worth> worth = findWorth(inquiry, pass, fate);
+    const int chosen =
+        fate.choice != nullptr ? fate.choice->principalVariant.evaluation : info.alfa;
+    std::string value;
+    std::string reason;
+    if (worth) {
+        value = inBrackets(scoreText(worth->score));
+        reason =
+            reasonText(inquiry, fate, *worth, comparisonText(inquiry, fate, chosen, worth->score));
     } else {
-        text += "stood pat, at ";
+        value = wasAlone ? "" : " (at most " + scoreText(info.principalVariant.evaluation) + ')';
+        reason = refutationText(line, pass, fate);
     }
-    text += scoreText(chosenScore) + sideText(line.getPosition(fate.node)) + "; " +
-            lostMoveText(inquiry, pass, fate, chosenScore);
+    std::string text = itText(line, fate.node) + "prefers " + choiceText(line, fate, chosen) +
+                       " to " + move + value + ". " + reason +
+                       sourceText(line, pass, fate, fate.node) + " The record of " + move +
+                       " says \"" + endingText(info.ending, verdictOf(info)) + '"';
+    if (wasAlone) {
+        text += worth ? "; its score is from a search of its own"
+                      : "; there was no time for a search of its own";
+    }
+    text += '.';
     if (const auto node = line.getUnreachedNode(pass, fate.node)) {
-        text += "; " + moveText(line, *node) + " was never reached, as " +
-                moveText(line, *node, *choiceOf(*line.getNode(pass, *node))) + " cut off node " +
-                std::to_string(*node);
+        text += ' ' + moveText(line, *node) + " was never reached, as " +
+                moveText(line, *node, *choiceOf(*line.getNode(pass, *node))) + " refuted " +
+                moveText(line, *node - 1) + '.';
     }
     return text;
 }
 
-std::string cutShortText(const WatchedLine& line, const Fate& fate) {
-    const int last = fate.node - 1;
-    return "as far as " + moveText(line, last) + ", worth " + scoreText(*fate.lineMove) +
-           sideText(line.getPosition(last)) + ", and looked no further (" +
-           endingText(fate.lineMove->ending) + "), so that " + moveText(line, fate.node) +
-           " was not tried";
+// The answer for a line that begins with the engine's own move.
+std::string playedText(const Inquiry& inquiry, int pass, const Fate& fate) {
+    const WatchedLine& line = inquiry.line;
+    const NodeMoveInfo& info = *line.getLineMove(pass, 0);
+    const std::vector<std::string> others = findAlternatives(inquiry, pass);
+    const std::string move = moveText(line, 0) + inBrackets(scoreText(info));
+    MoveArray legal;
+    const bool isOnly = generateLegalMoves(line.getPosition(0), legal) == 1;
+    std::string text = isOnly           ? move + " is the only legal move."
+                       : others.empty() ? "It prefers " + move + " to all other moves."
+                                        : "It prefers " + move + " to " + listText(others) + '.';
+    text += " It expects " + lineText(line, 0, info) + '.';
+    text += sourceText(line, pass, fate, 0);
+    if (!others.empty()) {
+        text += " The other scores come from searches that leave out the moves before.";
+    } else if (!isOnly) {
+        text += " There was no time to search the other moves.";
+    }
+    if (fate.kind == Fate::CUT_SHORT) {
+        const int last = fate.node - 1;
+        text += " It follows the line as far as " + moveText(line, last) +
+                " and looks no further (" + endingText(fate.lineMove->ending) + "), so that " +
+                moveText(line, fate.node) + " was not tried.";
+    }
+    return text;
+}
+
+std::string notReachedText(const WatchedLine& line, const Fate& fate) {
+    const std::string choice = moveText(line, fate.node, *fate.choice) +
+                               inBrackets(scoreText(fate.choice->principalVariant.evaluation));
+    return itText(line, fate.node) + "never tries " + moveText(line, fate.node) + ". " + choice +
+           " was tried before and is " +
+           (fate.node > 0 ? "enough to refute " + moveText(line, fate.node - 1) : "good enough") +
+           '.';
 }
 
 } // namespace
 
 std::string answerInWords(const EngineConfig& config, const Game& game, const WatchedLine& line,
                           SearchLimit& limit) {
+    const Inquiry inquiry = {config, game, line, limit};
     const int pass = line.getLastGoodPass();
     const Fate fate = line.getFate(pass);
-    const int first = findFirstLike(line, pass, fate);
-    std::string when = " in " + passText(line, pass) + ", the last";
-    when += pass + 1 < line.getPassCount() ? " good one" : "";
-    if (first != pass) {
-        when += ", as in every good one since " + passText(line, first);
-    }
-    when += ", ";
     switch (fate.kind) {
-    case Fate::FOLLOWED:
-        return "The search followed the line to its end" + when + "with " +
-               lineText(line, 0, *choiceOf(*line.getNode(pass, 0))) + ", worth " +
-               scoreText(*line.getLineMove(pass, 0)) + sideText(line.getPosition(0)) + ".";
     case Fate::LEFT:
-        return "The search left the line" + when +
-               leftText({config, game, line, limit}, pass, fate) + ".";
+        return leftText(inquiry, pass, fate);
     case Fate::NOT_REACHED:
-        return "The search never reached " + moveText(line, fate.node) + when +
-               nodeText(line, fate.node) + ", as " + moveText(line, fate.node, *fate.choice) +
-               " cut the node off at ply " + std::to_string(fate.node) + ".";
+        return notReachedText(line, fate) + sourceText(line, pass, fate, fate.node);
+    case Fate::FOLLOWED:
+        break;
     case Fate::CUT_SHORT:
         if (fate.node == 0) {
-            return "The search tried no move" + when +
-                   "as the position is a draw by the half-move clock.";
+            return "It tries no move: the position is a draw by the half-move clock." +
+                   sourceText(line, pass, fate, 0);
         }
-        return "The search followed the line" + when + cutShortText(line, fate) + ".";
     }
-    return "";
+    return playedText(inquiry, pass, fate);
 }

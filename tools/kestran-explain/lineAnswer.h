@@ -8,8 +8,9 @@
 
 #include <string>
 
-// One sentence that says where the last good pass left the line, for which move and by how
-// much. Where the record holds only a bound of the move's score, the move is searched
-// once more, on its own and with an open window, unless `limit` ends that search.
+// What the last good pass preferred where it left the line, then why, then details. A move of which
+// the record holds only a bound is searched again on its own, with an open window. If the line
+// begins with the engine's own move, the best other moves are searched as well. `limit` ends these
+// searches.
 std::string answerInWords(const EngineConfig& config, const Game& game, const WatchedLine& line,
                           SearchLimit& limit);

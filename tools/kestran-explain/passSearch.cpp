@@ -13,10 +13,12 @@ std::unique_ptr<Ida> makeSearch(const EngineConfig& config) {
 }
 
 std::vector<PassReport> searchPasses(Ida& ida, const Game& game, int depth, IdaVariant* slot,
-                                     const std::function<void(const PassReport&)>& onPass) {
+                                     const std::function<void(const PassReport&)>& onPass,
+                                     const std::vector<Move>& rootMoves) {
     SearchRequest request;
     request.limits.depth = depth;
     request.limits.useBook = false;
+    request.limits.rootMoves = rootMoves;
     request.game = game;
     std::vector<PassReport> passes;
     std::int64_t nodesBefore = 0;

@@ -29,6 +29,8 @@ std::unique_ptr<Ida> makeSearch(const EngineConfig& config);
 
 // Searches the position of `game` with a fresh `ida`, without the book, to `depth` plies or
 // until `slot` ends it, pass by pass. A pass that was abandoned is left out. `onPass` may be
-// empty; it is called after each pass.
+// empty; it is called after each pass. `rootMoves` are the only moves searched at the root; all if
+// empty.
 std::vector<PassReport> searchPasses(Ida& ida, const Game& game, int depth, IdaVariant* slot,
-                                     const std::function<void(const PassReport&)>& onPass = {});
+                                     const std::function<void(const PassReport&)>& onPass = {},
+                                     const std::vector<Move>& rootMoves = {});

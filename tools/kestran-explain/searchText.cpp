@@ -120,7 +120,7 @@ std::string lineText(const WatchedLine& line, int ply, const NodeMoveInfo& info)
     return lineToSan(line.getPosition(ply), moves, line.getGamePly(ply));
 }
 
-std::string behindText(const WatchedLine& line, int ply, const NodeMoveInfo& info) {
+std::string afterText(const WatchedLine& line, int ply, const NodeMoveInfo& info) {
     const Position after = positionAfter(line.getPosition(ply), info.move);
     return lineToSan(after, movesOf(info.principalVariant), line.getGamePly(ply + 1));
 }

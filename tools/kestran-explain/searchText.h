@@ -38,7 +38,7 @@ std::string scoreText(const NodeMoveInfo& info);
 std::string lineText(const WatchedLine& line, int ply, const NodeMoveInfo& info);
 
 // The line after the move of a record at node `ply`; empty if there is none.
-std::string behindText(const WatchedLine& line, int ply, const NodeMoveInfo& info);
+std::string afterText(const WatchedLine& line, int ply, const NodeMoveInfo& info);
 
 // The line that a good pass reported, and which of it the table has answered; empty if there
 // is none.

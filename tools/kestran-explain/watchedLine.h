@@ -71,7 +71,7 @@ public:
     // The move that refuted the line's move, if `info` is its record at node `ply` and it
     // failed low; null if it is not, or there is none.
     const NodeMoveInfo* getRefutation(int pass, int ply, const NodeMoveInfo& info) const;
-    // The moves tried at a node that are worth telling: the line's own, and those that raised
+    // The moves tried at a node that are worth showing: the line's own, and those that raised
     // alfa or cut the node off. With `all`, every one. The node must be there.
     std::vector<const NodeMoveInfo*> getRemarkable(int pass, int ply, bool all) const;
     // Whether the line has a move at a node that the pass did not try. Requires that it tried

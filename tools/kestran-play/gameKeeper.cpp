@@ -2,6 +2,7 @@
 
 #include "base/clock.h"
 #include "base/process.h"
+#include "kestran-play/lineInput.h"
 
 #include <csignal>
 #include <exception>
@@ -76,6 +77,7 @@ void GameKeeper::watch() {
             } catch (const std::exception& error) {
                 std::cerr << error.what() << '\n';
             }
+            restoreTerminal();
             endProcess();
         }
     }

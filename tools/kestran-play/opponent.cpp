@@ -6,17 +6,39 @@
 #include "kestran-explain/searchLimit.h"
 #include "kestran-explain/searchText.h"
 #include "kestran-explain/watchedLine.h"
+#include "kestran-play/levels.h"
+#include "support/bookChoices.h"
+#include "support/commandLine.h"
 #include "support/san.h"
 
 #include <algorithm>
 
 namespace {
 
+constexpr Milliseconds DEFAULT_TIME = 1000;
+constexpr Milliseconds LONGEST_TIME = Milliseconds{MAX_SECONDS} * 1000;
 constexpr Milliseconds TIME_TO_EXPLAIN = 10000;
 constexpr int DEPTH_BESIDE_BOOK = 4;  // plies, where the engine has not searched
 constexpr double PART_TO_WATCH = 0.7; // the rest is for what a single move is worth
 
+// Why the engine played a move of its book, as the end of a sentence that begins with "It".
+std::string bookReason(const NumberedGame& game, const Move& played) {
+    std::string others;
+    for (const auto& [move, count] : getBookChoices(PolyglotBook::getStandard(), game.position)) {
+        if (!testMoveEquality(move, played)) {
+            others += (others.empty() ? "" : ", ") + toSan(game.position, move);
+        }
+    }
+    return "played " + toNumberedSan(game.position, played, game.ply) +
+           " from its book, without a search; " +
+           (others.empty() ? "the book has no other move." : "the book also has " + others + '.');
+}
+
 } // namespace
+
+void Strength::setLevel(int level) {
+    nodes = LEVELS[at(level - 1)].nodes;
+}
 
 Opponent::Opponent(const Strength& _strength)
     : strength(_strength), config(EngineConfig::getProdConfig()),
@@ -26,8 +48,11 @@ Opponent::Opponent(const Strength& _strength)
 
 Thought Opponent::think(const Game& game) {
     SearchRequest request;
-    request.limits.time = {clockMilliseconds(), strength.time};
+    const Milliseconds usualTime =
+        strength.nodes == SearchLimits::ANY_NODES ? DEFAULT_TIME : LONGEST_TIME;
+    request.limits.time = {clockMilliseconds(), strength.time.value_or(usualTime)};
     request.limits.depth = strength.depth;
+    request.limits.nodes = strength.nodes;
     request.limits.onlyMoveDepth = 1;
     request.game = game;
     const SearchResult result = engine->search(request);
@@ -38,12 +63,14 @@ Thought Opponent::think(const Game& game) {
 
 std::string Opponent::explain(const NumberedGame& game, const Thought& thought,
                               const std::optional<Move>& other) const {
-    if (thought.isFromBook && !other) {
-        return "That is a move of its book, with which it does not search. " +
-               bookText(game.position);
+    const Move& played = thought.line.front();
+    const std::string book = thought.isFromBook ? bookReason(game, played) : "";
+    const bool isAboutPlayed = !other || testMoveEquality(*other, played);
+    if (thought.isFromBook && isAboutPlayed) {
+        return "It " + book;
     }
     const int depth = thought.isFromBook ? DEPTH_BESIDE_BOOK : std::max(thought.depth, 1);
-    const std::vector<Move> line = {other.value_or(thought.line.front())};
+    const std::vector<Move> line = {other.value_or(played)};
     SearchLimit limit(TIME_TO_EXPLAIN);
     Explain record;
     const std::vector<PassReport> passes =
@@ -52,7 +79,8 @@ std::string Opponent::explain(const NumberedGame& game, const Thought& thought,
         return "There was no time to find out.";
     }
     const WatchedLine watched(game, record, passes);
-    return answerInWords(*config, game, watched, limit);
+    return answerInWords(*config, game, watched, limit) +
+           (book.empty() ? "" : " In the game it " + book);
 }
 
 std::string describe(const Position& position, const Thought& thought, int ply) {

@@ -3,15 +3,22 @@
 
 #include "engine/engine.h"
 #include "search/engineParameters.h"
+#include "search/searchLimits.h"
 #include "support/gameInput.h"
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
 
 struct Strength {
-    Milliseconds time = 1000; // for a move
-    int depth = MAX_PASSES;   // plies, at most
+    // For a move. If not given, it is a second, or without limit if the nodes are limited.
+    std::optional<Milliseconds> time = {};
+    int depth = MAX_PASSES;                       // plies, at most
+    std::int64_t nodes = SearchLimits::ANY_NODES; // moves that the search plays, at most
+
+    // Requires a level of LEVELS, the first of which is 1.
+    void setLevel(int level);
 };
 
 // What the engine thinks of a position.

@@ -1,6 +1,8 @@
 #include "kestran-play/play.h"
 
 #include "kestran-play/gameKeeper.h"
+#include "kestran-play/levels.h"
+#include "kestran-play/lineInput.h"
 #include "kestran-play/table.h"
 #include "support/cli.h"
 #include "support/gameInput.h"
@@ -20,6 +22,7 @@ struct PlayOptions {
     std::vector<std::string> words; // a position
     std::string side = "white";
     Strength strength;
+    std::optional<int> level;
     std::optional<std::string> pgn; // a file
     bool withLetters = false;
 };
@@ -32,6 +35,10 @@ Color sideOf(const std::string& text) {
 }
 
 int runPlay(const PlayOptions& options) {
+    Strength strength = options.strength;
+    if (options.level) {
+        strength.setLevel(*options.level);
+    }
     const NumberedGame start = readGame(options.words, "");
     const Color human = sideOf(options.side);
     BoardStyle style = getUsualStyle();
@@ -42,15 +49,14 @@ int runPlay(const PlayOptions& options) {
     }
 
     GameKeeper keeper(options.pgn, std::cout);
-    Table table(start, human, options.strength, style, keeper, std::cout);
+    Table table(start, human, strength, style, keeper, std::cout);
     std::cout << "You play " << (human == WHITE ? "White" : "Black")
               << R"(. Type a move, or "help".)" << '\n';
     table.begin();
-    std::string line;
-    while (std::cout << table.getPrompt() << std::flush && std::getline(std::cin, line) &&
-           table.handleLine(line)) {
+    std::optional<std::string> line;
+    while ((line = readTypedLine(table.getPrompt())) && table.handleLine(*line)) {
     }
-    if (std::cin.eof()) {
+    if (!line) {
         std::cout << '\n'; // ends the line of the prompt
     }
     keeper.leave();
@@ -66,8 +72,13 @@ int playMain(int argc, const char* const* argv) {
     program.addWords("FEN", options.words, FEN_HELP);
     program.addChoice("--side", options.side, {"white", "black", "random"}, "SIDE",
                       "your side: white, black or random");
-    program.addSeconds("--time", options.strength.time, MAX_SECONDS,
-                       "seconds that the engine thinks about each move, such as 5 or 0.2");
+    program.addSeconds(
+        "--time", options.strength.time, MAX_SECONDS,
+        "seconds that the engine thinks about each move, such as 5 or 0.2 (default 1; no "
+        "limit with a level that limits nodes)");
+    program.addNumber("--level", options.level, 1, static_cast<int>(LEVELS.size()), "N",
+                      "how strongly the engine plays, from a rating of about 1200 to its best; the "
+                      "command \"level\" lists the levels, whose ratings are estimates");
     program.addNumber("--depth", options.strength.depth, 1, MAX_PASSES, "N",
                       "how many plies the engine looks ahead at most; fewer are weaker");
     program.addText("--pgn", options.pgn, "FILE",

@@ -2,6 +2,7 @@
 
 #include "base/cppIoUtils.h"
 #include "board/attacks.h"
+#include "kestran-play/levels.h"
 #include "support/san.h"
 #include "support/terminal.h"
 #include "support/text.h"
@@ -19,6 +20,8 @@ constexpr const char* COMMANDS = R"(  e4, Nf3, O-O, e2e4   a move
   why                  why the engine played its last move
   why Nf3              why it did not play this move instead
   time S               the engine thinks S seconds about each move
+  level N              the engine plays at level N; the ratings are estimates
+  level                lists the levels
   depth N              the engine looks at most N plies ahead; fewer are weaker
   board, moves, fen    show the game
   flip                 turns the board
@@ -131,11 +134,13 @@ void Table::handleWords(const std::vector<std::string>& words) {
         {"new", [this] { startAgain(); }},
         {"resign", [this] { resign(); }},
         {"pgn", [this] { out << getPgn(); }},
+        {"level", [this] { out << getLevelTable(); }},
         {"help", [this] { out << COMMANDS; }},
     };
     const std::map<std::string, std::function<void(const std::string&)>> commandsWithValue = {
         {"why", [this](const std::string& value) { explain(value); }},
         {"time", [this](const std::string& value) { setTime(value); }},
+        {"level", [this](const std::string& value) { setLevel(value); }},
         {"depth", [this](const std::string& value) { setDepth(value); }},
     };
     const auto command = commands.find(words[0]);
@@ -188,6 +193,12 @@ void Table::setDepth(const std::string& text) {
     const int depth = parseNumber(text, "depth", 1, MAX_PASSES);
     opponent.getStrength().depth = depth;
     out << "The engine looks at most " << depth << (depth == 1 ? " ply" : " plies") << " ahead.\n";
+}
+
+void Table::setLevel(const std::string& text) {
+    const int level = parseNumber(text, "level", 1, static_cast<int>(LEVELS.size()));
+    opponent.getStrength().setLevel(level);
+    out << "Level " << level << ": " << describeLevel(level) << ".\n";
 }
 
 void Table::showHint() {

@@ -31,6 +31,7 @@ private:
     void handleWords(const std::vector<std::string>& words);
     void takeBack();
     void setTime(const std::string& text);
+    void setLevel(const std::string& text);
     void setDepth(const std::string& text);
     void showHint();
     void explain(const std::string& text);
