@@ -274,6 +274,19 @@ TEST(ExplainTool, TellsWhyMovesEndAndWhereTheLineWasLeft) {
     EXPECT_EQ(count, 15);
 }
 
+// Without quiescence depth 1 sees no answer to a capture. The last of equal names counts.
+TEST(ExplainTool, ChangesSettingsOfTheEngine) {
+    const auto answer = [](std::vector<std::string> words) {
+        words.insert(words.end(), {"4k3/2p5/3p4/8/8/8/3Q4/4K3 w - - 0 1", "--line=Qxd6",
+                                   "--depth=1", "--hash=1", "--format=tree"});
+        return runBody(explainMain, words).output;
+    };
+    EXPECT_NE(answer({}).find("to 1. Qxd6 ("), std::string::npos);
+    const std::string blind = answer({"--set", "QuiscenceMaxDepth=0"});
+    EXPECT_NE(blind.find("\nIt prefers 1. Qxd6 ("), std::string::npos) << blind;
+    EXPECT_EQ(answer({"--set=QuiscenceMaxDepth=0", "--set", "QuiscenceMaxDepth=10"}), answer({}));
+}
+
 TEST(ExplainTool, PrintsJson) {
     const auto jsonOf = [](std::vector<std::string> words) {
         words.insert(words.end(), {"--hash=1", "--depth=2", "--line=d4 e5", "--json"});
@@ -323,6 +336,11 @@ TEST(ExplainTool, RefusesWhatMakesNoSense) {
         {{"--json", "--format=tree"}, "--format excludes --json"},
         {{"--json", "--max-lines=9"}, "--max-lines needs --format plain"},
         {{"--format=html", "--max-lines=9"}, "--max-lines needs --format plain"},
+        {{"--set=QuiscenceDepth=4"},
+         "NAME is one of HashTableSize, TreeMaxDepth, QuiscenceDeltaWindow, QuiscenceMaxDepth; not "
+         "\"QuiscenceDepth=4\""},
+        {{"--set", "TreeMaxDepth"}, "TreeMaxDepth is a whole number"},
+        {{"--set", "TreeMaxDepth=4x"}, "TreeMaxDepth is a whole number"},
         {{"--line", "e2e4", "--colour"}, "not expected: --colour"},
         {{"--line", "e2e4", "--line=d2d4"}, "--line takes exactly one value"},
     };

@@ -9,6 +9,7 @@
 #include "support/cli.h"
 #include "support/epd.h"
 #include "support/requireTable.h"
+#include "support/settings.h"
 #include "support/terminal.h"
 
 #include <array>
@@ -70,6 +71,7 @@ struct BenchOptions {
     std::optional<int> depth;        // for every position
     int hashMebibytes = DEFAULT_HASH;
     int runs = 1;
+    std::vector<std::string> settings; // of the engine
     bool withStatistics = false;
     bool asJson = false;
 };
@@ -116,7 +118,7 @@ void runOnce(const BenchOptions& options, int run, BenchReport& report) {
         BenchedPosition& benched = report.positions[i];
         const BenchResult result =
             searchAfresh(benched.position, benched.depth, options.hashMebibytes,
-                         options.withStatistics ? &testStatistics : nullptr);
+                         options.withStatistics ? &testStatistics : nullptr, options.settings);
         addRun(benched, result.line, result.nodes, result.millis);
         progress.show("");
         if (isLast && !options.asJson) {
@@ -148,9 +150,10 @@ std::span<const BenchPosition> getBenchPositions() {
 }
 
 BenchResult searchAfresh(const Position& position, int depth, int hashMebibytes,
-                         TestStatistics* statistics) {
+                         TestStatistics* statistics, const std::vector<std::string>& settings) {
     const std::unique_ptr<EngineConfig> config = EngineConfig::getProdConfig();
     config->hashTableSize = entriesOf(hashMebibytes);
+    applySettings(settings, *config);
     const auto engine = std::make_unique<Engine>(*config);
     engine->applyChanges();
     requireTable(engine->getHashTableSize(), config->hashTableSize);
@@ -180,6 +183,7 @@ int benchMain(int argc, const char* const* argv) {
     program.addNumber("--repeat", options.runs, 1, MAX_REPEATS, "N",
                       "search everything N times and print the median of time and speed, with "
                       "minimum and maximum in brackets");
+    addSettings(program, options.settings);
     auto* const stats = program.add_flag("--stats", options.withStatistics,
                                          "print the counters of every pass after each position");
     program.add_flag("--json", options.asJson, "print one JSON object instead of text")

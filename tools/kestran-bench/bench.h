@@ -10,6 +10,8 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <vector>
+#include <string>
 
 class TestStatistics;
 
@@ -32,7 +34,8 @@ struct BenchResult {
 // hash table has `hashMebibytes`, and counts in `statistics` unless that is null. Throws UsageError
 // if there is no memory for the table.
 BenchResult searchAfresh(const Position& position, int depth, int hashMebibytes,
-                         TestStatistics* statistics = nullptr);
+                         TestStatistics* statistics = nullptr,
+                         const std::vector<std::string>& settings = {});
 
 // The main function of kestran-bench.
 int benchMain(int argc, const char* const* argv);

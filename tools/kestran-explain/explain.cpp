@@ -9,6 +9,7 @@
 #include "kestran-explain/searchLimit.h"
 #include "kestran-explain/searchText.h"
 #include "kestran-explain/watchedLine.h"
+#include "support/settings.h"
 #include "support/system.h"
 #include "support/terminal.h"
 #include "support/text.h"
@@ -137,6 +138,7 @@ std::string answeredReport(const Question& question, const EngineConfig& config,
 void answer(Question question) {
     const auto config = EngineConfig::getProdConfig();
     config->hashTableSize = question.hashTableSize.value_or(config->hashTableSize);
+    applySettings(question.settings, *config);
     SearchLimit limit(question.time);
     if (question.line.empty()) {
         findLine(question, *config, limit);

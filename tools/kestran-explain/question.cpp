@@ -5,6 +5,7 @@
 #include "search/hashTable.h"
 #include "search/searchParameters.h"
 #include "support/cli.h"
+#include "support/settings.h"
 #include "support/system.h"
 #include "support/textFile.h"
 
@@ -115,6 +116,7 @@ int ask(int argc, const char* const* argv, const std::function<void(const Questi
                       "show at most N lines about the passes, the last pass first");
     program.addNumber("--hash", asked.hashMebibytes, EngineConfig::HASH_MIN, EngineConfig::HASH_MAX,
                       "MIB", "size of the hash table in mebibytes; as in play if not given");
+    addSettings(program, question.settings);
     return program.run(argc, argv, [&] {
         complete(question, asked);
         answer(question);

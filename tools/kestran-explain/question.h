@@ -16,7 +16,8 @@ struct Question {
     std::vector<Move> line; // empty for the search's own
     int depth;              // plies
     std::optional<Milliseconds> time;
-    std::optional<int> hashTableSize; // entries
+    std::optional<int> hashTableSize;  // entries
+    std::vector<std::string> settings; // of the engine, such as "QuiscenceMaxDepth=4"
     ReportFormat format;
     bool all;                          // every move tried along the line
     std::optional<int> pass;           // the only one to show, if there is such a pass

@@ -1,0 +1,52 @@
+#include "support/settings.h"
+
+#include "support/commandLine.h"
+
+#include <algorithm>
+#include <limits>
+#include <sstream>
+
+namespace {
+
+// The names of EngineConfig::print() that have a value.
+std::vector<std::string> getNames(const EngineConfig& config) {
+    std::stringstream text;
+    config.print(text);
+    std::vector<std::string> names;
+    for (std::string line; std::getline(text, line);) {
+        if (const std::size_t end = line.find(": "); end != std::string::npos) {
+            names.push_back(line.substr(0, end));
+        }
+    }
+    return names;
+}
+
+} // namespace
+
+void addSettings(Program& program, std::vector<std::string>& settings) {
+    program
+        .add_option("--set", settings,
+                    "change a setting of the engine, such as QuiscenceMaxDepth=4; may be "
+                    "repeated; a wrong NAME lists all")
+        ->type_name("NAME=VALUE")
+        ->allow_extra_args(false);
+}
+
+void applySettings(const std::vector<std::string>& settings, EngineConfig& config) {
+    const std::vector<std::string> names = getNames(config);
+    for (const std::string& setting : settings) {
+        const std::size_t end = setting.find('=');
+        const std::string name = setting.substr(0, end);
+        if (std::ranges::find(names, name) == names.end()) {
+            std::string known;
+            for (const std::string& one : names) {
+                known += (known.empty() ? "" : ", ") + one;
+            }
+            throw UsageError("--set takes NAME=VALUE, where NAME is one of " + known + "; not \"" +
+                             setting + '"');
+        }
+        const std::string value = end == std::string::npos ? "" : setting.substr(end + 1);
+        const int number = parseNumber(value, name, 0, std::numeric_limits<int>::max());
+        config.readLine(name + ": " + std::to_string(number));
+    }
+}
