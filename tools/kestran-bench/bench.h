@@ -11,7 +11,6 @@
 #include <span>
 #include <string>
 #include <vector>
-#include <string>
 
 class TestStatistics;
 
