@@ -14,6 +14,8 @@
 #include <pty.h>
 #include <set>
 #include <sstream>
+#include <sys/wait.h>
+#include <termios.h>
 #include <tuple>
 #include <unistd.h>
 
@@ -365,6 +367,63 @@ TEST(Play, WritesAnUnfinishedGame) {
         EXPECT_EQ(countGames(file, R"(\n1\. e4 \S+ \*\n)"), ++games) << ending;
     }
 }
+
+#ifdef KESTRAN_LIBEDIT
+
+// The game is left by Ctrl-C while a line is edited.
+TEST(Play, EditsLinesOnATerminal) {
+    const TestFolder folder;
+    const std::string file = folder.path + "/games.pgn";
+    int terminal = -1;
+    const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
+    if (child < 0) {
+        GTEST_SKIP() << "there is no pseudo-terminal";
+    }
+    if (child == 0) {
+        setenv("TERM", "xterm", 1);
+        alarm(60); // a test that has failed ends
+        execl(PLAY.c_str(), PLAY.c_str(), "--depth=1", "--pgn", file.c_str(),
+              "6k1/8/8/8/8/8/8/R5K1 w - - 0 1", static_cast<char*>(nullptr));
+        _exit(127);
+    }
+    std::string output;
+    const auto readUntil = [&](const std::string& what) {
+        std::array<char, 4096> buffer;
+        ssize_t got = 1;
+        while (got > 0 && output.find(what) == std::string::npos) {
+            got = read(terminal, buffer.data(), buffer.size());
+            output.append(buffer.data(), got > 0 ? static_cast<std::size_t>(got) : 0);
+        }
+        const std::size_t place = output.find(what);
+        EXPECT_NE(place, std::string::npos) << output;
+        output.erase(0, place == std::string::npos ? place : place + what.size());
+    };
+    const auto type = [&](const std::string& keys) {
+        EXPECT_EQ(write(terminal, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
+    };
+    readUntil("1. ");
+    type("Ra5\x7f"
+         "2\n"); // the last digit is replaced
+    readUntil("Kestran plays 1... ");
+    readUntil("2. ");
+    type("fen\n");
+    readUntil(" w - - ");
+    readUntil("2. ");
+    type("\x1b[A\x1b[A\n"); // the line before the last
+    readUntil("\"Ra2\" is not a legal move here");
+    type("\x03");
+    int status = -1;
+    readUntil("1. Ra2 ");
+    EXPECT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    termios settings = {};
+    EXPECT_EQ(tcgetattr(terminal, &settings), 0);
+    EXPECT_NE(settings.c_lflag & ICANON, 0U) << "the terminal has not got its settings back";
+    close(terminal);
+    EXPECT_EQ(countGames(file, R"(\n1\. Ra2 \S+ \*\n)"), 1U);
+}
+
+#endif
 
 TEST(Play, RefusesBadInput) {
     for (const auto& [words, reason] :
