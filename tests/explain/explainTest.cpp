@@ -271,7 +271,7 @@ TEST(ExplainTool, TellsWhyMovesEndAndWhereTheLineWasLeft) {
         EXPECT_LT(text.find(shown), sentence) << shown << '\n' << text;
         EXPECT_NE(text.find(answer, sentence), std::string::npos) << answer << '\n' << text;
     }
-    EXPECT_EQ(count, 15);
+    EXPECT_EQ(count, 16);
 }
 
 // Without quiescence depth 1 sees no answer to a capture. The last of equal names counts.

@@ -174,7 +174,9 @@ TEST_F(PlayTable, PlaysTakesBackAndChangesSides) {
             << answer;
     }
     say({"back"});
-    EXPECT_NE(say({"switch"}).find("Kestran plays 12. "), std::string::npos);
+    const std::string switched = say({"switch"});
+    EXPECT_NE(switched.find("Kestran plays 12. "), std::string::npos);
+    EXPECT_LT(switched.find("\n  1  "), switched.find("\n  8  ")) << "the board is turned";
     EXPECT_EQ(table.getPrompt(), "12... ");
     EXPECT_NE(table.getPgn().find("[White \"Kestran\"]\n[Black \"Human\"]\n[Result \"*\"]"),
               std::string::npos);
@@ -312,6 +314,25 @@ TEST(Play, ThinksForTheTimeThatItIsGiven) {
     process.closeInput();
     EXPECT_EQ(process.waitForEnd(PATIENCE)->status, 0);
     EXPECT_GT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(100));
+}
+
+// A second without a level, and a search that ends sooner with one.
+TEST(Play, PlaysAtTheLevelThatItIsGiven) {
+    const auto depthOfHint = [](const std::vector<std::string>& level) {
+        std::vector<std::string> words = {"6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - 0 1"};
+        words.insert(words.end(), level.begin(), level.end());
+        UciProcess process(PLAY, words);
+        process.send("hint");
+        const TextPattern depth(R"(at depth (\d+))");
+        while (const auto line = process.readLine(PATIENCE)) {
+            if (depth.isIn(*line)) {
+                return std::stoi(depth.findAll(*line).at(0).at(1));
+            }
+        }
+        ADD_FAILURE() << "no hint";
+        return 0;
+    };
+    EXPECT_LT(depthOfHint({"--level", "1"}), depthOfHint({}));
 }
 
 TEST(Play, LetsThePersonPlayBlack) {
