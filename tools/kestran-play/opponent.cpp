@@ -8,7 +8,7 @@
 #include "kestran-explain/watchedLine.h"
 #include "kestran-play/levels.h"
 #include "support/bookChoices.h"
-#include "support/commandLine.h"
+#include "support/text.h"
 #include "support/san.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "support/settings.h"
 
-#include "support/commandLine.h"
+#include "support/text.h"
 
 #include <algorithm>
 #include <limits>
