@@ -8,10 +8,10 @@
 #include "kestran-explain/watchedLine.h"
 #include "search/ida.h"
 #include "search/score.h"
-#include "support/text.h"
 #include "support/gameInput.h"
 #include "support/json.h"
 #include "support/san.h"
+#include "support/text.h"
 #include "testing/searchSupport.h"
 #include "testing/toolSupport.h"
 

@@ -2,8 +2,8 @@
 
 #include "kestran-explain/searchText.h"
 #include "notation/longAlgebraicMove.h"
-#include "support/bookChoices.h"
 #include "search/score.h"
+#include "support/bookChoices.h"
 
 namespace {
 

@@ -8,8 +8,8 @@
 #include "kestran-explain/watchedLine.h"
 #include "kestran-play/levels.h"
 #include "support/bookChoices.h"
-#include "support/text.h"
 #include "support/san.h"
+#include "support/text.h"
 
 #include <algorithm>
 
