@@ -10,6 +10,7 @@ public:
     // Keeps a reference to the position, which must not change while this object is in use.
     explicit CheckersAndPins(const Position& position);
 
+    // Whether the side to move is in check. Kings are never adjacent, so the enemy king is ignored.
     bool isInCheck() const { return checkers != NO_FIELDS; }
 
     // Own pieces that alone block the line of an enemy slider to the king.

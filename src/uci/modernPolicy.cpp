@@ -91,8 +91,8 @@ std::vector<std::string> ModernPolicy::getUciReply(int hashMebibytes) {
 }
 
 std::optional<int> ModernPolicy::setOption(const std::vector<std::string>& words) {
-    const auto value = std::ranges::find(words, "value");
-    if (words[1] != "name" || words.end() - value < 2) {
+    const auto value = std::ranges::find(words, OPTION_VALUE);
+    if (words[1] != OPTION_NAME || words.end() - value < 2) {
         return std::nullopt;
     }
     const std::string name = joined(words.begin() + 2, value);

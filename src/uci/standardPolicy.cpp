@@ -16,7 +16,8 @@ std::vector<std::string> StandardPolicy::getUciReply(int hashMebibytes) {
 
 // Accepts only `setoption name Hash value N`; every option here has a value of one word.
 std::optional<int> StandardPolicy::setOption(const std::vector<std::string>& words) {
-    if (words.size() > 4 && words[1] == "name" && words[2] == HASH && words[3] == "value") {
+    if (words.size() > 4 && words[1] == OPTION_NAME && words[2] == HASH &&
+        words[3] == OPTION_VALUE) {
         return getIntOption(words[2], words[4]);
     }
     return std::nullopt;

@@ -12,7 +12,6 @@ constexpr const char* ID_AUTHOR = "id author Bremo Talvik";
 constexpr const char* UCI_OK = "uciok";
 
 constexpr const char* OPTION_COMMAND = "option";
-constexpr const char* NAME = "name";
 constexpr const char* MIN_COMMAND = "min";
 constexpr const char* MAX_COMMAND = "max";
 constexpr const char* DEFAULT_COMMAND = "default";
@@ -44,9 +43,9 @@ std::vector<std::string> getGreeting(const std::string& version,
 
 std::string getSpinOption(std::string_view name, int min, int max, int defaultVal) {
     std::ostringstream text;
-    text << OPTION_COMMAND << ' ' << NAME << ' ' << name << " type spin " << MIN_COMMAND << ' '
-         << min << ' ' << MAX_COMMAND << ' ' << max << ' ' << DEFAULT_COMMAND << ' ' << defaultVal
-         << ' ';
+    text << OPTION_COMMAND << ' ' << OPTION_NAME << ' ' << name << " type spin " << MIN_COMMAND
+         << ' ' << min << ' ' << MAX_COMMAND << ' ' << max << ' ' << DEFAULT_COMMAND << ' '
+         << defaultVal << ' ';
     return text.str();
 }
 

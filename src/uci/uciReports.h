@@ -37,3 +37,7 @@ std::string getBestMove(const Variant& variant);
 
 // The name of the option for the size of the hash table.
 inline constexpr std::string_view HASH = "Hash";
+
+// The words before the name and the value of an option, in `option` and `setoption` lines.
+inline constexpr std::string_view OPTION_NAME = "name";
+inline constexpr std::string_view OPTION_VALUE = "value";
