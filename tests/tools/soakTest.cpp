@@ -239,7 +239,7 @@ TEST_F(Soak, ContinuesAfterAStop) {
     const SoakReport stopped =
         runSoak(options, [&played](const SoakReport& report) { played = report.games.size(); });
     EXPECT_EQ(stopped.games.size(), 2U) << "without the third one";
-    std::ofstream(options.state, std::ios::app) << "{\"number\":2,\"pl"; // as a crash leaves it
+    std::ofstream(options.state, std::ios::app) << R"({"number":2,"pl)"; // as a crash leaves it
     options.isStopWanted = {};
     options.engine.arguments = scripted("exit 3").arguments; // the others fail
     const SoakReport whole = runSoak(options);
