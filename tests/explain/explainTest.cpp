@@ -27,7 +27,7 @@
 
 namespace {
 
-// An Explain that watches a line from the start position, told by hand what a search did.
+// An Explain that watches a line from the start position, fed by hand with the events of a search.
 class Watched {
 public:
     explicit Watched(const std::string& line) : game(readGame({}, "")), positions{game.position} {
@@ -107,7 +107,7 @@ TEST(Explain, RecordsTheLineAndOneMoveOffIt) {
         watched.finish(0, 100, 20);
     }
 
-    // The next pass enters the line anew, to its end and one move behind it.
+    // The next pass enters the line anew, to its end and one move further.
     watched.explain.explainEndTreePass(IdaNS::OK);
     for (const char* move : {"e2e4", "e7e5", "g1f3", "b8c6"}) {
         watched.doMove(move);
@@ -184,7 +184,7 @@ TEST(Explain, TellsWhichMoveKeptTheLineFromBeingReached) {
     watched.finish(-5, 10, 0, MoveEnding::LMF_CUT); // what lmf cuts has no score, and is no choice
     watched.explain.explainEndTreePass(IdaNS::OK);
     EngineConfig config;
-    // The pass that came last told only a bound.
+    // The last pass gave only a bound.
     watched.explain.explainEndTreePass(IdaNS::FAILLOW);
     const std::vector<PassReport> passes = {{1, IdaNS::OK, Variant(), 0},
                                             {2, IdaNS::FAILLOW, Variant(), 0}};

@@ -1,4 +1,4 @@
-// The page that tells what came of a watched line, and the file that a report goes to.
+// The page about a watched line, and the file that a report is written to.
 
 #include "kestran-explain/explain.h"
 #include "kestran-explain/htmlWriter.h"

@@ -1,4 +1,4 @@
-// The pictures of the page: that each thing stands where its value belongs. What only looks
+// The pictures of the page: each thing is where its value belongs. What only looks
 // better or worse, such as the room around it, is left to the eye.
 
 #include "kestran-explain/boardPicture.h"
@@ -105,10 +105,10 @@ TEST(Picture, WindowHasItsScoreWhereItLies) {
         EXPECT_EQ(window.at(2), right - left);
         const Mark mark(picture);
         EXPECT_NEAR(mark.middle, place, HUNDREDTH);
-        // The mark stands on the middle of the bar.
+        // The mark is in the middle of the bar.
         EXPECT_EQ(mark.corners.at(1), window.at(1) + window.at(3) / 2);
         EXPECT_EQ(mark.corners.at(3) + mark.corners.at(7), 2 * mark.corners.at(1));
-        // The bounds are told in their order, and all of it lies inside the picture.
+        // The bounds are shown in order, all inside the picture.
         const std::vector<Shape> bounds = shapesOf(picture, "bound");
         EXPECT_LT(bounds.at(0).numbers.at(0), bounds.at(1).numbers.at(0));
         for (const Shape& text : {bounds[0], bounds[1], shapesOf(picture, "score").at(0)}) {
@@ -263,14 +263,14 @@ TEST_F(PassPicture, ScaleIsEven) {
     EXPECT_LT(perPawn, 0); // upwards
     ASSERT_EQ(ticks.size(), 4U);
     for (const Shape& tick : ticks) {
-        // The text stands beside its line.
+        // The text is beside its line.
         EXPECT_NEAR(tick.numbers.at(1), zero + perPawn * std::stod(tick.text), 5) << tick.text;
     }
     EXPECT_EQ(shapesOf(picture, "grid").size() + 1, ticks.size());
     for (std::size_t pass = 1; pass < columns.size(); ++pass) {
         const double step = middleOf(pass) - middleOf(pass - 1);
         EXPECT_NEAR(step, middleOf(1) - middleOf(0), 3 * HUNDREDTH);
-        EXPECT_GT(step, columns[pass].numbers[2]); // columns stand apart
+        EXPECT_GT(step, columns[pass].numbers[2]); // columns do not touch
     }
     const std::vector<Shape> names = shapesOf(picture, "passes");
     for (std::size_t pass = 0; pass < columns.size(); ++pass) {
@@ -296,7 +296,7 @@ TEST_F(PassPicture, GoodPassesStandAtTheirScores) {
     }
     EXPECT_LT(good[0].numbers[1],
               columns[0].numbers.at(1) + columns[0].numbers.at(3)); // the ground
-    // A mate stands at the edge, and is told there.
+    // A mate is at the edge, with its text.
     EXPECT_LT(good[3].numbers[1], zero + perPawn * 1.2 - 1);
     const std::vector<Shape> names = shapesOf(picture, "passes");
     EXPECT_EQ(std::ranges::count(names, "#1", &Shape::text), 1);
@@ -334,7 +334,7 @@ TEST_F(PassPicture, ColumnsGrowWithThePowersOfTen) {
     for (std::size_t pass = 0; pass < columns.size(); ++pass) {
         const double height = columns[pass].numbers.at(3);
         EXPECT_NEAR(height, perPower * nodes[pass], 0.5);
-        EXPECT_NEAR(columns[pass].numbers.at(1) + height, ground, 5); // the text stands lower
+        EXPECT_NEAR(columns[pass].numbers.at(1) + height, ground, 5); // the text is lower
     }
 }
 

@@ -122,7 +122,7 @@ void forbiddenEnd() {
 }
 
 extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
-    std::cerr.setstate(std::ios::badbit); // texts that are rejected are told there
+    std::cerr.setstate(std::ios::badbit); // hides the messages about rejected texts
     return 0;
 }
 

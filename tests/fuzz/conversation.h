@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-// What has to be known of a front end to tell whether it keeps its word.
+// The facts about a front end that the checks need.
 struct FrontEnd {
     std::unique_ptr<UciPolicy> (*makePolicy)();
     // Of a `go` line: whether it gets an answer, whether nothing but `stop` may end its search,

@@ -37,7 +37,7 @@ std::string join(const std::vector<std::string>& parts, char end) {
 struct PositionLine {
     std::string head;               // up to the moves
     std::string fen;                // empty if the engine does not take it
-    std::vector<std::string> moves; // as they stand
+    std::vector<std::string> moves; // as in the text
 };
 
 PositionLine readPosition(const std::string& line) {

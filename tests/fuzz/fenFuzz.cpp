@@ -22,7 +22,7 @@ void requireSound(const Position& position) {
     require(fault.empty(), fault + ": " + getFen(position));
 }
 
-// Plays every legal move and takes it back; then goes on behind one of them.
+// Plays every legal move and takes it back; then continues after one of them.
 void walk(Position position, int plies) {
     MoveArray moves;
     const int count = generateLegalMoves(position, moves);

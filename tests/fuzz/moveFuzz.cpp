@@ -68,7 +68,7 @@ void readWordy(const std::string& text, Color color) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    std::cerr.setstate(std::ios::badbit); // texts that mean nothing are told there
+    std::cerr.setstate(std::ios::badbit); // hides the messages about meaningless texts
     const std::string text = textOf(data, size);
     readLongAlgebraic(text);
     readWordy(text, WHITE);

@@ -1,6 +1,6 @@
 // The search that plays against its plain twin, on any position that the front end accepts.
 //
-// The first line of an input is FEN. Of the bytes behind it six are settings, and each of
+// The first line of an input is FEN. Of the bytes after it six are settings, and each of
 // the rest is a move of the game. The flag that stops a search is up from the start, so
 // that no search plays more than 20001 moves.
 
@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t MAX_MOVES_OF_GAME = 60;
 
-// The bytes behind the FEN, and zeros for ever.
+// The bytes after the FEN, then zeros.
 class Bytes {
 public:
     explicit Bytes(std::string _rest) : rest(std::move(_rest)) {}

@@ -108,7 +108,7 @@ private:
     }
 
     // A double step that can be answered en passant, between lines that may come open.
-    // Returns the square behind the pawn.
+    // Returns the square that the pawn passed over.
     std::string putPassedPawn(bool isWhiteToMove) {
         const int file = 1 + below(6);
         const int square = (isWhiteToMove ? 32 : 24) + file;

@@ -48,7 +48,7 @@ TEST_F(Transpositions, ClearingFreesEverySlot) {
         }
         EXPECT_EQ(countUsed(), 0) << clearings;
     }
-    table.resize(5); // behind the back of the policy
+    table.resize(5); // without the policy
     transpositions.clearTable();
     EXPECT_EQ(countUsed(), 0);
 }

@@ -42,7 +42,7 @@ struct Slot {
 // Counters by kind, as the engine numbers them, and depth.
 using Statistics = std::array<std::array<std::int64_t, 40>, 6>;
 
-// What can be seen of a search behind a pass.
+// The observable state of a search after a pass.
 struct Outcome {
     int depth = 0;
     bool isAbandoned = false;
@@ -72,7 +72,7 @@ struct Line {
     std::vector<LineMove> moves; // in the order of play, 20 at most
     int score = 0;
 
-    // Becomes a move and the line behind it.
+    // Becomes a move and the line after it.
     void set(const LineMove& move, const Line& behind) {
         moves = behind.moves;
         moves.insert(moves.begin(), move);
@@ -87,7 +87,7 @@ public:
         settings.quiscenceMaxDepth = std::min(settings.quiscenceMaxDepth, 30);
     }
 
-    bool isToStop = false; // what a poll is told
+    bool isToStop = false; // what a poll answers
 
     // Begins a search. `keys` are those of the game, with that of the position to search.
     void begin(const std::vector<std::uint64_t>& keys) {

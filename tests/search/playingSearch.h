@@ -1,5 +1,4 @@
-// The search that plays, as its plain twin sees it: everything that the comparison of the
-// two asks of the engine stands here.
+// The playing search, with everything that the comparison with its plain twin needs.
 #pragma once
 
 #include "board/makeMove.h"

@@ -15,7 +15,7 @@ struct SearchCase {
     std::int64_t stopFrom = 0;    // moves after which a poll says that the time is up
     std::int64_t maxNodes = 1500; // moves after which no further pass begins
     int maxPasses = 60;
-    bool isTwice = false; // search once more behind a further move, on what the table has left
+    bool isTwice = false; // search again after another move, with the table as it is
 };
 
 inline std::string describe(const SearchCase& example) {
@@ -33,7 +33,7 @@ inline std::string describe(const SearchCase& example) {
     return text.str();
 }
 
-// What tells two outcomes apart, first the playing one's, or an empty text.
+// The difference of two outcomes, the playing one's first, or an empty text.
 inline std::string findDifference(const plain::Outcome& playing, const plain::Outcome& twin) {
     std::ostringstream text;
     const auto compare = [&text](const char* name, const auto& a, const auto& b) {
@@ -73,7 +73,7 @@ inline std::string findDifference(const plain::Outcome& playing, const plain::Ou
 
 class SearchComparison {
 public:
-    // Runs a case. Returns what tells the searches apart, with all that is needed to see it
+    // Runs a case. Returns the difference of the searches, with all that is needed to see it
     // again, or an empty text.
     std::string run(const SearchCase& example) {
         const std::string difference = runAll(example);

@@ -80,7 +80,7 @@ inline Position positionAfterMoves(const std::string& moves) {
     return position;
 }
 
-// What tells two positions apart, or an empty text. Left-overs of empty fields and of
+// The difference of two positions, or an empty text. Left-overs of empty fields and of
 // free list entries do not count, nor does a check cache that only one of them has.
 inline std::string findDifference(const Position& a, const Position& b) {
     for (int i = 0; i < BOARD_SIZE; ++i) {

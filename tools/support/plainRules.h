@@ -64,7 +64,7 @@ public:
 
     // Of the side to move.
     bool isInCheck() const { return isAttacked(pieces[at(16 * side)].field, 1 - side); }
-    // Whether a pawn stands ready to capture en passant, even if that leaves its king attacked.
+    // Whether a pawn can capture en passant, even if that leaves its king attacked.
     bool canTakePassed() const;
     // Whether there is a pawn, rook or queen, or more than one knight or bishop.
     bool canAnyoneMate() const;
