@@ -111,7 +111,7 @@ TEST_F(Tester, StopEndsTheSearchThatIsUnderWayAndNoOther) {
 
 // The last report has the counts of the whole search, not those of the last pass.
 TEST_F(Tester, ReportsTheCountsOfTheWholeSearchLast) {
-    static const TextPattern COUNTS(".* nodes (\\d+) nps (\\d+) time (\\d+) .*");
+    static const TextPattern COUNTS(R"(.* nodes (\d+) nps (\d+) time (\d+) .*)");
     const auto countsIn = [](const std::string& line) {
         std::vector<long> counts;
         for (const std::string& part : COUNTS.match(line).value_or(TextPattern::Parts(4, "-1"))) {
