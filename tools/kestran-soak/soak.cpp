@@ -1,5 +1,6 @@
 #include "kestran-soak/soak.h"
 
+#include "base/indexed.h"
 #include "support/text.h"
 #include "support/textFile.h"
 
@@ -41,8 +42,10 @@ public:
     }
 
     SoakReport run() {
+        const int jobs = std::min(options.jobs, options.games);
         std::vector<std::jthread> threads;
-        for (int job = 0; job < std::min(options.jobs, options.games); ++job) {
+        threads.reserve(at(jobs));
+        for (int job = 0; job < jobs; ++job) {
             threads.emplace_back([this, job] { work(job); });
         }
         threads.clear(); // waits for their end

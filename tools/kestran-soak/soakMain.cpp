@@ -77,7 +77,11 @@ int main(int argc, char** argv) {
     GameOptions& game = options.game;
     int seed = 1;
     std::optional<int> games;
-    std::optional<std::string> against, time, hash, sprt, pgn;
+    std::optional<std::string> against;
+    std::optional<std::string> time;
+    std::optional<std::string> hash;
+    std::optional<std::string> sprt;
+    std::optional<std::string> pgn;
     program.addNumber("GAMES", games, 1, 1000000, "", "number of games")->required();
     program.addText("--engine", options.engine.path, "PATH", "the engine to play")->required();
     program.addText("--against", against, "PATH", "its opponent in a match");

@@ -60,7 +60,7 @@ public:
     // The legal moves as UCI writes them, sorted.
     std::vector<std::string> legalMoves() const;
     // Plays a move if it is legal. Returns whether it was.
-    bool play(const std::string& move);
+    bool play(const std::string& text);
 
     // Of the side to move.
     bool isInCheck() const { return isAttacked(pieces[at(16 * side)].field, 1 - side); }

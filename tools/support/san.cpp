@@ -15,7 +15,9 @@ std::string disambiguation(const Position& position, const Move& move, const std
     const std::string field = fieldToString(move.from, true);
     const char piece = pieceNameCharsUpper[at(move.pieceMoved)];
     for (const std::string& part : {std::string(), field.substr(0, 1), field.substr(1)}) {
-        if (findMoves(position, piece + part + target).size() == 1) {
+        std::string san(1, piece);
+        san.append(part).append(target);
+        if (findMoves(position, san).size() == 1) {
             return part;
         }
     }

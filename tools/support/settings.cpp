@@ -42,8 +42,8 @@ void applySettings(const std::vector<std::string>& settings, EngineConfig& confi
             for (const std::string& one : names) {
                 known += (known.empty() ? "" : ", ") + one;
             }
-            throw UsageError("--set takes NAME=VALUE, where NAME is one of " + known + "; not \"" +
-                             setting + '"');
+            std::string message = "--set takes NAME=VALUE, where NAME is one of ";
+            throw UsageError(message.append(known).append("; not \"").append(setting) + '"');
         }
         const std::string value = end == std::string::npos ? "" : setting.substr(end + 1);
         const int number = parseNumber(value, name, 0, std::numeric_limits<int>::max());

@@ -34,6 +34,7 @@ Pipe makePipe() {
 
 pid_t spawn(std::vector<std::string> line, const std::array<int, 3>& standardDescriptors) {
     std::vector<char*> words;
+    words.reserve(line.size() + 1);
     for (std::string& word : line) {
         words.push_back(word.data());
     }
