@@ -31,8 +31,7 @@ template <class Observer>
 MoveEnding Quiscence<Observer>::quiscenceSearchInner(Position& position, int alfa, int beta,
                                                      Variant& variant) {
     if (state.getQuiscenceMaxDepth() == 0) {
-        // totalEval() scores the other side, but the bounds are passed on without negating them:
-        // that would change the scores.
+        // The bounds are deliberately not negated, although totalEval() scores the other side.
         variant.evaluation = -totalEval(position, alfa, beta);
         return MoveEnding::NO_QUISCENCE;
     }
