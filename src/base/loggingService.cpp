@@ -17,8 +17,8 @@ void LoggerService::addLoggerImpl(std::unique_ptr<Logger> sink) {
 }
 
 bool LoggerService::hasTag(const std::string& tag) {
-    return LOG_ENABLED &&
-           std::ranges::any_of(loggerImpls, [&](const auto& sink) { return sink->hasTag(tag); });
+    return LOG_ENABLED && std::any_of(loggerImpls.begin(), loggerImpls.end(),
+                                      [&](const auto& sink) { return sink->hasTag(tag); });
 }
 
 std::string LoggerService::append(const std::string& str, std::int64_t number) {

@@ -152,7 +152,7 @@ void requireConsistent(const Position& position) {
 }
 
 bool isAttackedPlainly(const Position& position, FieldIndex field, Color attacker) {
-    return std::ranges::any_of(BOARD_FIELDS, [&](FieldIndex from) {
+    return std::any_of(BOARD_FIELDS.begin(), BOARD_FIELDS.end(), [&](FieldIndex from) {
         return position.board[from].color == attacker && attacksPlainly(position, from, field);
     });
 }

@@ -30,7 +30,7 @@ std::string LongAlgebraicMove::toString() const {
 }
 
 int LongAlgebraicMove::getIndexOfMove(std::span<const Move> moves) const {
-    const auto place = std::ranges::find_if(moves, [this](const Move& move) {
+    const auto place = std::find_if(moves.begin(), moves.end(), [this](const Move& move) {
         const LongAlgebraicMove candidate(move);
         return candidate.from == from && candidate.to == to &&
                (promotionType == NO_PIECE || candidate.promotionType == promotionType);

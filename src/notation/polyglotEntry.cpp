@@ -69,6 +69,7 @@ bool PolyglotEntry::isMove(const Move& move) const {
 }
 
 int PolyglotEntry::getMove(std::span<const Move> moves) const {
-    const auto place = std::ranges::find_if(moves, [this](const Move& m) { return isMove(m); });
+    const auto place =
+        std::find_if(moves.begin(), moves.end(), [this](const Move& m) { return isMove(m); });
     return place != moves.end() ? static_cast<int>(place - moves.begin()) : -1;
 }

@@ -20,8 +20,8 @@ int generateMovesAt(int depth, const Position& position, const std::vector<Move>
         return count;
     }
     const auto isOther = [&rootMoves](const Move& move) {
-        return std::ranges::none_of(
-            rootMoves, [&move](const Move& other) { return testMoveEquality(move, other); });
+        return std::none_of(rootMoves.begin(), rootMoves.end(),
+                            [&move](const Move& other) { return testMoveEquality(move, other); });
     };
     const auto end = std::remove_if(moves.begin(), moves.begin() + count, isOther);
     return static_cast<int>(end - moves.begin());
