@@ -45,7 +45,7 @@ endif()
 set(plugins "${CMAKE_INSTALL_DATADIR}/games/plugins")
 set(engines kestran)
 if(KESTRAN_TOOLS)
-    list(APPEND engines kestran-tester)
+    list(APPEND engines kestran-modern)
 endif()
 foreach(engine IN LISTS engines)
     install(CODE "

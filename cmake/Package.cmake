@@ -30,7 +30,7 @@ endforeach()
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "chess engine for chess programs (UCI)")
 set(CPACK_PACKAGE_DESCRIPTION
-    "Kestran is a chess engine with two front ends: kestran-tester for current
+    "Kestran is a chess engine with two front ends: kestran-modern for current
 chess programs, and kestran, whose protocol never changes. Both play the
 same search, alone or in XBoard, Scid, PyChess and other UCI programs.
 .

@@ -84,7 +84,7 @@ int getStaticScore(const Position& position) {
 // ---- Commands ----
 
 std::vector<std::string> ModernPolicy::getUciReply(int hashMebibytes) {
-    return getGreeting(KESTRAN_VERSION " Tester",
+    return getGreeting("Kestran Modern " KESTRAN_VERSION,
                        {getHashOption(hashMebibytes),
                         "option name " + std::string(OWN_BOOK) + " type check default false",
                         getSpinOption(MOVE_OVERHEAD, 0, MAX_OVERHEAD, DEFAULT_OVERHEAD)});

@@ -6,12 +6,12 @@
 namespace {
 
 // Part of the protocol, whatever the version of the project.
-constexpr const char* PROTOCOL_VERSION = "1.1.2";
+constexpr const char* PROTOCOL_NAME = "KESTRAN CHESS 1.1.2";
 
 } // namespace
 
 std::vector<std::string> StandardPolicy::getUciReply(int hashMebibytes) {
-    return getGreeting(PROTOCOL_VERSION, {getHashOption(hashMebibytes)});
+    return getGreeting(PROTOCOL_NAME, {getHashOption(hashMebibytes)});
 }
 
 // Accepts only `setoption name Hash value N`; every option here has a value of one word.

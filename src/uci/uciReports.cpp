@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr const char* ID_NAME = "id name KESTRAN CHESS ";
+constexpr const char* ID_NAME = "id name ";
 constexpr const char* ID_AUTHOR = "id author Bremo Talvik";
 constexpr const char* UCI_OK = "uciok";
 
@@ -33,9 +33,9 @@ constexpr int CENTIPAWN = 10; // in the unit of a score
 
 } // namespace
 
-std::vector<std::string> getGreeting(const std::string& version,
+std::vector<std::string> getGreeting(const std::string& name,
                                      const std::vector<std::string>& options) {
-    std::vector<std::string> lines = {ID_NAME + version, ID_AUTHOR};
+    std::vector<std::string> lines = {ID_NAME + name, ID_AUTHOR};
     lines.insert(lines.end(), options.begin(), options.end());
     lines.emplace_back(UCI_OK);
     return lines;

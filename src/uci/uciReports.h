@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-// The reply to `uci`, with the lines of the options. `version` follows the engine's name.
-std::vector<std::string> getGreeting(const std::string& version,
+// The reply to `uci`, with the lines of the options.
+std::vector<std::string> getGreeting(const std::string& name,
                                      const std::vector<std::string>& options);
 
 // The line of an option whose value is a number. The default of `Hash` is the current size in

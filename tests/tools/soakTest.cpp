@@ -52,7 +52,7 @@ protected:
 };
 
 TEST_F(Soak, HealthyEngines) {
-    for (const std::string& engine : {ENGINE, ENGINE + "-tester"}) {
+    for (const std::string& engine : {ENGINE, ENGINE + "-modern"}) {
         SoakOptions options = optionsFor({.path = engine});
         options.game.plies = 40;
         const SoakReport report = runSoak(options);

@@ -139,14 +139,14 @@ TEST(Bench, PrintsStatisticsThatCanBeReadBack) {
     EXPECT_EQ(numberOf(linesOf(bench.output).back(), "Bench: "), legalMoves);
 }
 
-TEST(Bench, IsThatOfTheTester) {
-    const ToolRun tester = run(KESTRAN_BINARY_DIR "/kestran-tester", {"bench"});
+TEST(Bench, IsThatOfTheModernFrontEnd) {
+    const ToolRun modern = run(KESTRAN_BINARY_DIR "/kestran-modern", {"bench"});
     const ToolRun bench = run(BENCH, {});
     const auto signature = TextPattern("Bench: (\\d+)").findAll(bench.output);
     ASSERT_EQ(signature.size(), 1U);
     const std::string nodes = signature[0].at(1);
-    const auto printed = TextPattern(nodes + " nodes (\\d+) nps\n").match(tester.output);
-    ASSERT_TRUE(printed) << tester.output;
+    const auto printed = TextPattern(nodes + " nodes (\\d+) nps\n").match(modern.output);
+    ASSERT_TRUE(printed) << modern.output;
     // Not all of it in a single millisecond.
     EXPECT_LT(std::stoll(printed->at(1)), 1000 * std::stoll(nodes));
 }
@@ -332,7 +332,7 @@ TEST(Tools, RefuseBadInputInOneLine) {
 }
 
 TEST(Tools, PrintHelpAndVersion) {
-    for (const std::string tool : {"bench", "book", "explain", "perft", "play", "soak", "tester"}) {
+    for (const std::string tool : {"bench", "book", "explain", "perft", "play", "soak", "modern"}) {
         const std::string path = KESTRAN_BINARY_DIR "/kestran-" + tool;
         const ToolRun help = run(path, {"--help"});
         EXPECT_EQ(help.status, 0);

@@ -7,7 +7,7 @@ namespace {
 
 const std::string AUTHOR = "id author Bremo Talvik";
 const std::string HASH_OPTION = "option name Hash type spin min 0 max 512 default 192 ";
-const std::vector<std::string> TESTER_REPORTS = {
+const std::vector<std::string> MODERN_REPORTS = {
     "info depth # seldepth # score cp @ nodes # nps # time # pv%",
     "info depth # seldepth # score mate @ nodes # nps # time # pv%"};
 
@@ -54,18 +54,18 @@ const UciDialect KESTRAN_DIALECT = {
     {AUTHOR, HASH_OPTION, "uciok"},
     {"info pv% score cp @ depth # seldepth # nodes # time # nps # "},
     {"info pv%"}};
-const UciDialect TESTER_DIALECT = {
+const UciDialect MODERN_DIALECT = {
     {AUTHOR, HASH_OPTION, "option name OwnBook type check default false",
      "option name Move Overhead type spin min 0 max 5000 default 10 ", "uciok"},
-    TESTER_REPORTS,
-    TESTER_REPORTS};
+    MODERN_REPORTS,
+    MODERN_REPORTS};
 const UciDialect OTHER_DIALECT = {{}, {"info *"}, {}};
 
 const UciDialect& dialectOf(const std::string& nameLine) {
-    if (!nameLine.starts_with("id name KESTRAN CHESS ")) {
-        return OTHER_DIALECT;
+    if (nameLine.starts_with("id name KESTRAN CHESS ")) {
+        return KESTRAN_DIALECT;
     }
-    return nameLine.ends_with(" Tester") ? TESTER_DIALECT : KESTRAN_DIALECT;
+    return nameLine.starts_with("id name Kestran Modern ") ? MODERN_DIALECT : OTHER_DIALECT;
 }
 
 bool isMoveText(std::string_view text) {

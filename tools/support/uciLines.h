@@ -27,7 +27,7 @@ struct UciDialect {
     std::vector<std::string> closing;  // forms of the last one of them; empty if it is like others
 };
 extern const UciDialect KESTRAN_DIALECT;
-extern const UciDialect TESTER_DIALECT;
+extern const UciDialect MODERN_DIALECT;
 extern const UciDialect OTHER_DIALECT; // of any other engine
 
 // The dialect of an engine whose answer to `uci` begins with this line.

@@ -1,4 +1,4 @@
-// Conversations with kestran-tester.
+// Conversations with kestran-modern.
 
 #include "support/uciProcess.h"
 #include "testing/boardSupport.h"
@@ -14,10 +14,10 @@ namespace {
 
 constexpr const char* QUIET_FEN = "6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - 0 1";
 
-const std::string NAME = "id name KESTRAN CHESS " KESTRAN_VERSION " Tester";
-const std::string TESTER = KESTRAN_BINARY_DIR "/kestran-tester";
+const std::string NAME = "id name Kestran Modern " KESTRAN_VERSION;
+const std::string MODERN = KESTRAN_BINARY_DIR "/kestran-modern";
 
-class Tester : public testing::Test {
+class Modern : public testing::Test {
 protected:
     // Reads lines up to the next answer and checks that all others are reports.
     std::vector<std::string> hearAnswer() {
@@ -38,10 +38,10 @@ protected:
         return hearAnswer();
     }
 
-    UciProcess process{TESTER};
+    UciProcess process{MODERN};
 };
 
-TEST_F(Tester, GreetsWithItsOptions) {
+TEST_F(Modern, GreetsWithItsOptions) {
     process.send("uci");
     EXPECT_EQ(
         process.readUntil("uciok", PATIENCE),
@@ -52,7 +52,7 @@ TEST_F(Tester, GreetsWithItsOptions) {
 }
 
 // The last report before the answer, and the answer.
-TEST_F(Tester, ObeysEachLimit) {
+TEST_F(Modern, ObeysEachLimit) {
     struct Case {
         std::string fen, words, report, answer;
     };
@@ -91,7 +91,7 @@ TEST_F(Tester, ObeysEachLimit) {
     }
 }
 
-TEST_F(Tester, StopEndsTheSearchThatIsUnderWayAndNoOther) {
+TEST_F(Modern, StopEndsTheSearchThatIsUnderWayAndNoOther) {
     process.send("position fen " + std::string(QUIET_FEN));
     process.send("go infinite");
     process.send("stop"); // perhaps before its search has begun
@@ -110,7 +110,7 @@ TEST_F(Tester, StopEndsTheSearchThatIsUnderWayAndNoOther) {
 }
 
 // The last report has the counts of the whole search, not those of the last pass.
-TEST_F(Tester, ReportsTheCountsOfTheWholeSearchLast) {
+TEST_F(Modern, ReportsTheCountsOfTheWholeSearchLast) {
     static const TextPattern COUNTS(R"(.* nodes (\d+) nps (\d+) time (\d+) .*)");
     const auto countsIn = [](const std::string& line) {
         std::vector<long> counts;
@@ -134,7 +134,7 @@ TEST_F(Tester, ReportsTheCountsOfTheWholeSearchLast) {
     EXPECT_EQ(last[2], last[1] * 1000 / last[3]);
 }
 
-TEST_F(Tester, PlaysTheBookOnRequest) {
+TEST_F(Modern, PlaysTheBookOnRequest) {
     process.send("setoption name OwnBook value true");
     EXPECT_EQ(answerTo("go movetime 5000", START_FEN).size(), 2U) << "answered at once";
     EXPECT_GT(answerTo("go depth 3", START_FEN).size(), 3U) << "a search without time";
@@ -162,9 +162,9 @@ std::vector<std::string> countsOf(const std::string& program, const TextPattern&
     return counts;
 }
 
-TEST(TesterSearch, IsThatOfTheEngine) {
+TEST(ModernSearch, IsThatOfTheEngine) {
     const auto counts = countsOf(
-        TESTER, TextPattern(R"(info depth (\d+) .* score cp (\S+) nodes (\d+) .* pv (.*))"),
+        MODERN, TextPattern(R"(info depth (\d+) .* score cp (\S+) nodes (\d+) .* pv (.*))"),
         {1, 2, 3, 4});
     EXPECT_EQ(counts, countsOf(KESTRAN_BINARY_DIR "/kestran",
                                TextPattern("info pv (.*) score cp (\\S+) depth (\\d+) .*"

@@ -1,4 +1,4 @@
-#include "kestran-tester/tester.h"
+#include "kestran-modern/modern.h"
 
 #include "base/process.h"
 #include "kestran-bench/bench.h"
@@ -37,7 +37,7 @@ constexpr const char* DESCRIPTION =
     "moves; depth, nodes, mate and searchmoves are obeyed; and \"go\" alone searches until "
     "\"stop\". It checks the clock every millisecond.";
 
-int runTester(const std::string& word) {
+int runModern(const std::string& word) {
     if (word == "bench") {
         printSignature();
         return 0;
@@ -53,12 +53,12 @@ int runTester(const std::string& word) {
 
 } // namespace
 
-int testerMain(int argc, const char* const* argv) {
+int modernMain(int argc, const char* const* argv) {
     std::string word;
-    Program program("kestran-tester", "[bench]", DESCRIPTION,
+    Program program("kestran-modern", "[bench]", DESCRIPTION,
                     "there is no memory, or the output of the bench cannot be written");
     program.add_option("bench", word,
                        "search the positions of kestran-bench and print one line, \"N nodes M "
                        "nps\"; N is the signature of the search");
-    return program.run(argc, argv, [&] { return runTester(word); });
+    return program.run(argc, argv, [&] { return runModern(word); });
 }
