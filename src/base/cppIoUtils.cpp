@@ -78,3 +78,11 @@ std::vector<std::string> splitString(const std::string& str) {
     std::istringstream stream(str);
     return {std::istream_iterator<std::string>(stream), std::istream_iterator<std::string>()};
 }
+
+std::string joined(std::span<const std::string> words) {
+    std::string text;
+    for (const std::string& word : words) {
+        text += (text.empty() ? "" : " ") + word;
+    }
+    return text;
+}

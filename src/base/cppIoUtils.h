@@ -1,6 +1,7 @@
 // Helpers for text and paths.
 #pragma once
 
+#include <span>
 #include <string>
 #include <vector>
 
@@ -29,3 +30,6 @@ std::string indentString(int indentation, const std::string& original);
 
 // Splits text at any white space. UCI lines have other separators; see UciEngine.
 std::vector<std::string> splitString(const std::string& str);
+
+// The words with a blank between two.
+std::string joined(std::span<const std::string> words);

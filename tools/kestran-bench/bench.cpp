@@ -7,7 +7,7 @@
 #include "search/hashTable.h"
 #include "search/statistics.h"
 #include "support/cli.h"
-#include "support/epd.h"
+#include "support/gameInput.h"
 #include "support/requireTable.h"
 #include "support/settings.h"
 #include "support/terminal.h"
@@ -89,7 +89,7 @@ constexpr const char* FAILURE =
 std::vector<BenchedPosition> readPositions(const BenchOptions& options) {
     std::vector<BenchedPosition> positions;
     if (options.path) {
-        for (const EpdRecord& record : readEpd(*options.path)) {
+        for (const EpdRecord& record : readEpdFile(*options.path)) {
             positions.push_back(
                 {record.fen, record.position, options.depth.value_or(DEFAULT_EPD_DEPTH)});
         }

@@ -3,11 +3,11 @@
 #include "board/makeMove.h"
 #include "board/setUp.h"
 #include "notation/longAlgebraicMove.h"
+#include "notation/san.h"
 #include "support/bookChoices.h"
 #include "support/cli.h"
 #include "support/gameInput.h"
 #include "support/json.h"
-#include "support/san.h"
 #include "support/textFile.h"
 #include "support/uciLines.h"
 

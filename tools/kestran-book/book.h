@@ -1,8 +1,8 @@
 // kestran-book: shows the opening book, and checks texts of book lines.
 #pragma once
 
+#include "notation/numberedGame.h"
 #include "opening/polyglot.h"
-#include "support/gameInput.h"
 
 #include <iosfwd>
 #include <string>

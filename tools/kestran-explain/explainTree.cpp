@@ -1,7 +1,7 @@
 #include "kestran-explain/explainTree.h"
 
 #include "kestran-explain/searchText.h"
-#include "support/san.h"
+#include "notation/san.h"
 #include "support/text.h"
 
 #include <algorithm>

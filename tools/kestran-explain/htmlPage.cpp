@@ -6,7 +6,7 @@
 #include "kestran-explain/pageParts.h"
 #include "kestran-explain/passChart.h"
 #include "kestran-explain/searchText.h"
-#include "support/san.h"
+#include "notation/san.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include "kestran-explain/boardPicture.h"
 #include "kestran-explain/searchText.h"
 #include "kestran-explain/windowBar.h"
-#include "support/san.h"
+#include "notation/san.h"
 
 #include <algorithm>
 

@@ -2,8 +2,8 @@
 
 #include "board/makeMove.h"
 #include "kestran-explain/searchText.h"
+#include "notation/san.h"
 #include "search/score.h"
-#include "support/san.h"
 
 #include <algorithm>
 #include <memory>

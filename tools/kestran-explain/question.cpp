@@ -5,6 +5,7 @@
 #include "search/hashTable.h"
 #include "search/searchParameters.h"
 #include "support/cli.h"
+#include "support/gameInput.h"
 #include "support/settings.h"
 #include "support/system.h"
 #include "support/textFile.h"

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "base/clock.h"
-#include "support/gameInput.h"
+#include "notation/numberedGame.h"
 
 #include <functional>
 #include <optional>

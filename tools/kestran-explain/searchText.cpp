@@ -1,9 +1,9 @@
 #include "kestran-explain/searchText.h"
 
 #include "board/makeMove.h"
+#include "notation/san.h"
 #include "search/score.h"
 #include "support/bookChoices.h"
-#include "support/san.h"
 
 #include <array>
 #include <cmath>

@@ -4,7 +4,7 @@
 
 #include "explain/treeGeneratorDebug.h"
 #include "kestran-explain/passSearch.h"
-#include "support/gameInput.h"
+#include "notation/numberedGame.h"
 
 #include <optional>
 #include <string>

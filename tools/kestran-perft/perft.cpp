@@ -6,7 +6,6 @@
 #include "notation/longAlgebraicMove.h"
 #include "search/infoStruct.h"
 #include "support/cli.h"
-#include "support/epd.h"
 #include "support/gameInput.h"
 #include "support/json.h"
 #include "support/terminal.h"
@@ -105,7 +104,7 @@ struct CountedPosition {
 // are left out.
 std::vector<CountedPosition> readCountedPositions(const std::string& path, int depth) {
     std::vector<CountedPosition> positions;
-    for (const EpdRecord& record : readEpd(path)) {
+    for (const EpdRecord& record : readEpdFile(path)) {
         std::vector<ExpectedCount> counts;
         for (const std::string& operation : record.operations) {
             const std::optional<ExpectedCount> count = readCount(record, operation);

@@ -3,9 +3,9 @@
 #include "board/attacks.h"
 #include "board/makeMove.h"
 #include "notation/longAlgebraicMove.h"
+#include "notation/pgn.h"
+#include "notation/san.h"
 #include "search/searchParameters.h"
-#include "support/pgn.h"
-#include "support/san.h"
 
 #include <algorithm>
 #include <span>
@@ -41,12 +41,8 @@ const NumberedGame& GameRecord::getGameBefore(int plies) const {
 }
 
 void GameRecord::play(const Move& move) {
-    NumberedGame next = getGame();
-    ++next.ply;
-    DoMoveContext context;
-    doMove(next.position, move, context);
-    next.repetitionHashes.push_back(next.position.incremental.hash);
-    states.push_back(std::move(next));
+    states.push_back(getGame());
+    states.back().play(move);
     moves.push_back(move);
     judge();
 }
@@ -80,7 +76,7 @@ std::string GameRecord::getPgn(Color human) const {
         game.moves.append(LongAlgebraicMove(move).toString()).append(1, ' ');
     }
     const std::string start = getWholeFen(states.front());
-    if (start != getWholeFen(readGame({}, ""))) {
+    if (start != getWholeFen(makeNewGame())) {
         game.fen = start;
     }
     return toPgn(game);

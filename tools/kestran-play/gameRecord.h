@@ -1,7 +1,7 @@
 // The game at the terminal: every position of it, and how it has ended.
 #pragma once
 
-#include "support/gameInput.h"
+#include "notation/numberedGame.h"
 
 #include <string>
 #include <vector>

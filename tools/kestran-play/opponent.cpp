@@ -7,8 +7,8 @@
 #include "kestran-explain/searchText.h"
 #include "kestran-explain/watchedLine.h"
 #include "kestran-play/levels.h"
+#include "notation/san.h"
 #include "support/bookChoices.h"
-#include "support/san.h"
 #include "support/text.h"
 
 #include <algorithm>

@@ -2,9 +2,9 @@
 #pragma once
 
 #include "engine/engine.h"
+#include "notation/numberedGame.h"
 #include "search/engineParameters.h"
 #include "search/searchLimits.h"
-#include "support/gameInput.h"
 
 #include <cstdint>
 #include <memory>

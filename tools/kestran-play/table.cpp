@@ -3,7 +3,7 @@
 #include "base/cppIoUtils.h"
 #include "board/attacks.h"
 #include "kestran-play/levels.h"
-#include "support/san.h"
+#include "notation/san.h"
 #include "support/terminal.h"
 #include "support/text.h"
 

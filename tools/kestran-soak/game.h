@@ -1,7 +1,7 @@
 // One game by the rules of chess and of the clock. It knows no engine. Times are in milliseconds.
 #pragma once
 
-#include "support/pgn.h"
+#include "notation/pgn.h"
 #include "support/plainRules.h"
 
 #include <array>

@@ -2,38 +2,20 @@
 
 #include "base/cppIoUtils.h"
 #include "board/makeMove.h"
-#include "board/setUp.h"
-#include "notation/fen.h"
-#include "support/san.h"
+#include "notation/san.h"
 #include "support/text.h"
-#include "support/uciLines.h"
-
-#include <algorithm>
+#include "support/textFile.h"
 
 namespace {
 
-constexpr std::size_t NUMBER_FIELD = 5; // of FEN, from 0
-constexpr long long MAX_MOVE_NUMBER = 1'000'000;
-
-// The number of the move in a FEN; 1 if there is none, or one that makes no sense.
-int readMoveNumber(const std::string& fen) {
-    const std::vector<std::string> fields = splitString(fen);
-    const auto number =
-        fields.size() > NUMBER_FIELD ? matchForm(fields[NUMBER_FIELD], "#") : std::nullopt;
-    return number ? static_cast<int>(std::clamp(number->numbers.front(), 1LL, MAX_MOVE_NUMBER)) : 1;
-}
-
 NumberedGame readStart(const std::vector<std::string>& words) {
     const std::string text = joined(splitString(joined(words)));
-    NumberedGame game = {};
-    Position& position = game.position;
-    if (text.empty() || text == "startpos") {
-        initializeToStartPosition(position);
-    } else if (const std::string fault = readPlayableFen(position, text); !fault.empty()) {
-        throw UsageError("the position \"" + text + "\" cannot be played: " + fault);
+    NumberedGame game = makeNewGame();
+    if (!text.empty() && text != "startpos") {
+        if (const std::string fault = readGameStart(game, text); !fault.empty()) {
+            throw UsageError("the position \"" + text + "\" cannot be played: " + fault);
+        }
     }
-    game.ply = 2 * (readMoveNumber(text) - 1) + (position.colorToMove == BLACK ? 1 : 0);
-    game.repetitionHashes.push_back(position.incremental.hash);
     return game;
 }
 
@@ -82,16 +64,25 @@ std::vector<Move> readMoves(Position position, const std::string& text, const st
     return moves;
 }
 
-std::string getWholeFen(const NumberedGame& game) {
-    return getFen(game.position) + ' ' + std::to_string(game.ply / 2 + 1);
-}
-
 NumberedGame readGame(const std::vector<std::string>& words, const std::string& moves) {
     NumberedGame game = readStart(words);
     for (const Move& move : readMoves(game.position, moves, "the game")) {
-        game.position = positionAfter(game.position, move);
-        game.repetitionHashes.push_back(game.position.incremental.hash);
-        ++game.ply;
+        game.play(move);
     }
     return game;
+}
+
+std::vector<EpdRecord> readEpdFile(const std::string& path) {
+    std::ifstream file = openText(path);
+    EpdText epd = readEpd(file);
+    if (epd.faultLine != 0) {
+        throw UsageError(path + ":" + std::to_string(epd.faultLine) + ": " + epd.fault);
+    }
+    if (file.bad()) {
+        throw UsageError("the file " + path + " cannot be read to its end");
+    }
+    if (epd.records.empty()) {
+        throw UsageError("the file " + path + " holds no position");
+    }
+    return std::move(epd.records);
 }

@@ -2,18 +2,11 @@
 // that cannot be played.
 #pragma once
 
-#include "board/game.h"
+#include "notation/epd.h"
+#include "notation/numberedGame.h"
 
 #include <string>
 #include <vector>
-
-// A game with the number of its moves, which a position does not know.
-struct NumberedGame : Game {
-    int ply; // half moves before the position, counted from White's move 1
-};
-
-// The position in FEN with all six fields.
-std::string getWholeFen(const NumberedGame& game);
 
 // How the help describes the words of a position and a game from it.
 inline constexpr const char* FEN_HELP =
@@ -31,3 +24,6 @@ std::vector<Move> readMoves(Position position, const std::string& text, const st
 // its fields, or "startpos", or nothing for the start position. Blanks in and around the
 // words do no harm. Without a sixth field, the position is at move 1.
 NumberedGame readGame(const std::vector<std::string>& words, const std::string& moves);
+
+// The positions of a file in EPD, at least one.
+std::vector<EpdRecord> readEpdFile(const std::string& path);

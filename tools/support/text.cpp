@@ -33,14 +33,6 @@ std::vector<std::string> splitAt(const std::string& text, char separator) {
     return parts;
 }
 
-std::string joined(std::span<const std::string> words) {
-    std::string text;
-    for (const std::string& word : words) {
-        text += (text.empty() ? "" : " ") + word;
-    }
-    return text;
-}
-
 int parseNumber(const std::string& text, const std::string& what, int least, int most) {
     int number = 0;
     const char* end = text.data() + text.size();

@@ -3,7 +3,6 @@
 
 #include "base/clock.h"
 
-#include <span>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -17,9 +16,6 @@ public:
 
 // The parts of `text` between its separators: one more than it has of these.
 std::vector<std::string> splitAt(const std::string& text, char separator);
-
-// The words with a blank between two.
-std::string joined(std::span<const std::string> words);
 
 // The whole number that `text` is. UsageError, naming `what`, if it is none or lies outside `least`
 // to `most`.

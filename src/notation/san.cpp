@@ -1,4 +1,4 @@
-#include "support/san.h"
+#include "notation/san.h"
 
 #include "board/attacks.h"
 #include "board/makeMove.h"

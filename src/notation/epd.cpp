@@ -1,12 +1,10 @@
-#include "support/epd.h"
+#include "notation/epd.h"
 
 #include "base/cppIoUtils.h"
 #include "notation/fen.h"
-#include "support/text.h"
-#include "support/textFile.h"
-#include "support/uciLines.h"
 
 #include <algorithm>
+#include <istream>
 #include <span>
 
 namespace {
@@ -33,21 +31,21 @@ std::vector<std::string> splitAtSemicolons(const std::string& line) {
 std::size_t countFields(std::span<const std::string> words) {
     std::size_t count = std::min(words.size(), LEAST_FIELDS);
     while (count >= LEAST_FIELDS && count < std::min(words.size(), MOST_FIELDS) &&
-           matchForm(words[count], "#")) {
+           words[count].find_first_not_of("0123456789") == std::string::npos) {
         ++count;
     }
     return count;
 }
 
-EpdRecord readRecord(const std::string& text, const std::string& path, int line) {
-    std::vector<std::string> parts = splitAtSemicolons(text);
+// Fills in a record. Returns why its position cannot be played, or an empty text.
+std::string readRecord(const std::string& line, EpdRecord& record) {
+    std::vector<std::string> parts = splitAtSemicolons(line);
     const std::vector<std::string> words = splitString(parts.front());
     const std::size_t fields = countFields(words);
-    EpdRecord record = {line, joined(std::span(words).first(fields)), {}, {}};
-    const std::string fault = readPlayableFen(record.position, record.fen);
+    record.fen = joined(std::span(words).first(fields));
+    std::string fault = readPlayableFen(record.position, record.fen);
     if (!fault.empty()) {
-        throw UsageError(path + ":" + std::to_string(line) + ": the position \"" + record.fen +
-                         "\" cannot be played: " + fault);
+        return fault;
     }
     // What follows the fields without a semicolon is the first operation.
     parts.front() = joined(std::span(words).subspan(fields));
@@ -56,27 +54,27 @@ EpdRecord readRecord(const std::string& text, const std::string& path, int line)
             record.operations.push_back(operation);
         }
     }
-    return record;
+    return "";
 }
 
 } // namespace
 
-std::vector<EpdRecord> readEpd(const std::string& path) {
-    std::ifstream file = openText(path);
-    std::vector<EpdRecord> records;
-    int line = 0;
-    for (std::string text; std::getline(file, text);) {
-        ++line;
-        const std::size_t begin = text.find_first_not_of(" \t\r");
-        if (begin != std::string::npos && text[begin] != '#') {
-            records.push_back(readRecord(text, path, line));
+EpdText readEpd(std::istream& text) {
+    EpdText epd;
+    int number = 0;
+    for (std::string line; std::getline(text, line);) {
+        ++number;
+        const std::size_t begin = line.find_first_not_of(" \t\r");
+        if (begin == std::string::npos || line[begin] == '#') {
+            continue;
         }
+        EpdRecord record = {number, {}, {}, {}};
+        if (const std::string fault = readRecord(line, record); !fault.empty()) {
+            epd.faultLine = number;
+            epd.fault = "the position \"" + record.fen + "\" cannot be played: " + fault;
+            break;
+        }
+        epd.records.push_back(std::move(record));
     }
-    if (file.bad()) {
-        throw UsageError("the file " + path + " cannot be read to its end");
-    }
-    if (records.empty()) {
-        throw UsageError("the file " + path + " holds no position");
-    }
-    return records;
+    return epd;
 }

@@ -1,9 +1,10 @@
-#include "support/pgn.h"
+#include "notation/pgn.h"
 
 #include "base/cppIoUtils.h"
-#include "support/gameInput.h"
-#include "support/san.h"
-#include "support/text.h"
+#include "board/makeMove.h"
+#include "notation/longAlgebraicMove.h"
+#include "notation/numberedGame.h"
+#include "notation/san.h"
 
 #include <array>
 #include <chrono>
@@ -38,11 +39,39 @@ std::string comment(std::string text) {
     return '{' + text + '}';
 }
 
+// The words of a text in lines of at most LINE_LENGTH characters, unless a word is longer.
+std::string inLines(const std::string& text) {
+    std::string lines;
+    std::size_t used = 0; // of the last line
+    for (const std::string& word : splitString(text)) {
+        const bool fits = used + 1 + word.size() <= LINE_LENGTH;
+        lines += lines.empty() ? "" : fits ? " " : "\n";
+        used = lines.empty() || !fits ? word.size() : used + 1 + word.size();
+        lines += word;
+    }
+    return lines;
+}
+
+// The moves of a legal line.
+std::vector<Move> movesOf(NumberedGame game, const std::string& text) {
+    std::vector<Move> line;
+    for (const std::string& word : splitString(text)) {
+        MoveArray legal;
+        const int count = generateLegalMoves(game.position, legal);
+        line.push_back(legal[LongAlgebraicMove(word).getIndexOfMove(legal.first(count))]);
+        game.play(line.back());
+    }
+    return line;
+}
+
 } // namespace
 
 std::string toPgn(const PgnGame& game) {
-    const NumberedGame start = readGame({game.fen}, "");
-    const std::vector<Move> line = readMoves(start.position, game.moves, "the game");
+    NumberedGame start = makeNewGame();
+    if (!game.fen.empty()) {
+        readGameStart(start, game.fen);
+    }
+    const std::vector<Move> line = movesOf(start, game.moves);
     std::string text = lineToSan(start.position, line, start.ply);
     text += game.comment.empty() ? "" : ' ' + comment(game.comment);
 
@@ -56,6 +85,5 @@ std::string toPgn(const PgnGame& game) {
     if (!game.fen.empty()) {
         tags += tag("SetUp", "1") + tag("FEN", game.fen);
     }
-    return tags + '\n' + wrapText(joined(splitString(text + ' ' + game.result)), 0, LINE_LENGTH) +
-           "\n\n";
+    return tags + '\n' + inLines(text + ' ' + game.result) + "\n\n";
 }
