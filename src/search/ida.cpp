@@ -5,6 +5,7 @@
 #include "search/score.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -58,6 +59,32 @@ InfoStruct reportOf(const SearchPass& pass, const SearchState& state, Millisecon
             .number = number};
 }
 
+// Forecasts the next pass. Passes are cheap and costly in turn, so the forecast uses the last two.
+class PassForecast {
+public:
+    // `nodes` is the total after a good pass.
+    void add(std::int64_t nodes) {
+        const auto latest = static_cast<double>(nodes) - total;
+        previous = total > 0 ? last : latest / FIRST_GROWTH;
+        last = latest;
+        total = static_cast<double>(nodes);
+    }
+    // The duration of the next pass at the pace so far.
+    double nextDuration(Milliseconds elapsed) const {
+        return GROWTH * std::sqrt(last * previous) * static_cast<double>(elapsed) / total;
+    }
+
+private:
+    // The median pass takes twelve times the geometric mean of the last two. The constant is larger
+    // because an abandoned pass costs more than one that was not tried.
+    static constexpr double GROWTH = 14;
+    static constexpr double FIRST_GROWTH = 5; // in place of the pass before the first
+
+    double last = 0;     // nodes of the last good pass and of the failed ones before it
+    double previous = 0; // likewise of the good pass before
+    double total = 0;
+};
+
 } // namespace
 
 void Ida::deepen(const SearchRequest& request, IdaVariant* idaVariant, const PassCallback& onPass) {
@@ -86,9 +113,11 @@ void Ida::generateTree(const SearchRequest& request, int threadId, IdaVariant& i
     const Milliseconds clockStart = clockMilliseconds();
     double lastDuration = -1.0;
     Milliseconds lastCheck = clockStart;
+    PassForecast forecast;
     deepen(request, &idaVariant, [&](const SearchPass& pass) {
         idaVariant.setNodes(pass.nodes);
         if (pass.isGood()) {
+            forecast.add(pass.nodes);
             const InfoStruct info = reportOf(pass, generator.state, clockStart, request.number);
             idaVariant.setReport(info, threadId);
             if (pass.result == IdaNS::OK_FINISH) {
@@ -98,8 +127,15 @@ void Ida::generateTree(const SearchRequest& request, int threadId, IdaVariant& i
                 report(info);
             }
         }
-        return infinite || !timeUp(budget.total, lastDuration, lastCheck, clockStart,
-                                   pass.result.value_or(IdaNS::FAILHIGH), idaVariant);
+        if (infinite) {
+            return true;
+        }
+        const Milliseconds elapsed = clockMilliseconds() - budget.start;
+        const bool isHopeless =
+            budget.skipsHopelessPasses && pass.isGood() &&
+            forecast.nextDuration(elapsed) > static_cast<double>(budget.total - elapsed);
+        return !isHopeless && !timeUp(budget.total, lastDuration, lastCheck, clockStart,
+                                      pass.result.value_or(IdaNS::FAILHIGH), idaVariant);
     });
     idaVariant.signalReady(threadId);
 }

@@ -11,6 +11,8 @@ struct TimeBudget {
     Milliseconds start = 0;  // the reading of the clock when the time began to run
     Milliseconds total = -1; // duration; -1 if not given, which stops a timed search at once
     bool infinite = false;   // no time limit; `total` is ignored
+    // Whether a pass is started only if it is likely to end in time.
+    bool skipsHopelessPasses = false;
 
     // Whether the search itself ignores the time limit.
     bool isUnlimited() const { return infinite || total >= UNLIMITED; }

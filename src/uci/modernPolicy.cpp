@@ -65,6 +65,15 @@ std::vector<Move> getSearchMoves(const std::vector<std::string>& words, const Po
     return result;
 }
 
+// The most that a move may take of the clock. A pass that would not end in time is not started, so
+// the average move takes less than half of it.
+Milliseconds getClockTime(Milliseconds left, Milliseconds increment, Milliseconds movesToGo) {
+    constexpr Milliseconds MOST_MOVES_TO_GO = 35;
+    const Milliseconds share = left * 5 / (2 * std::min(movesToGo, MOST_MOVES_TO_GO));
+    const Milliseconds most = movesToGo > 1 ? left / 2 : left;
+    return std::min(std::max(std::min(share + 3 * increment, most), SHORTEST), left);
+}
+
 std::string getScore(int evaluation) {
     return isMate(evaluation) ? "score mate " + std::to_string(movesToMate(evaluation))
                               : getScoreInfo(evaluation);
@@ -151,12 +160,12 @@ TimeBudget ModernPolicy::getBudget(const std::vector<std::string>& words, Color 
     if (isOnClock) {
         const Milliseconds left = std::max<Milliseconds>(go.time[colorToMove] - moveOverhead, 0);
         const Milliseconds increment = std::max<Milliseconds>(go.increment[colorToMove], 0);
-        total = std::min(std::max(left / go.movesToGo + increment, SHORTEST), left);
+        total = getClockTime(left, increment, go.movesToGo);
     }
     if (go.moveTimeLocal != NOT_GIVEN) {
         total = std::clamp<Milliseconds>(go.moveTimeLocal, 0, total);
     }
-    return {start, total};
+    return {start, total, false, isOnClock && go.moveTimeLocal == NOT_GIVEN};
 }
 
 // ---- Searches ----

@@ -59,6 +59,23 @@ TEST_F(EngineGame, SearchOnTheCallersThreadFindsTheMove) {
     EXPECT_FALSE(engine.searchMove().has_value());
 }
 
+// Nodes after the last report belong to a pass that was abandoned.
+TEST_F(EngineGame, SkipsPassesThatWouldNotEndInTime) {
+    constexpr int POSITIONS = 6;
+    int abandoned = 0;
+    for (const char* move : {"e2e4", "e7e5", "g1f3", "b8c6", "f1c4", "f8c5"}) {
+        engine.doMoveLongAlgebraic(move);
+        SearchRequest request;
+        request.limits.time = {clockMilliseconds(), 200, false, true};
+        request.limits.useBook = false;
+        request.game = engine.getGame();
+        const SearchResult result = engine.search(request);
+        ASSERT_TRUE(result.report);
+        abandoned += result.nodes > result.report->nodesSearched ? 1 : 0;
+    }
+    EXPECT_LE(abandoned, POSITIONS / 2);
+}
+
 TEST_F(EngineGame, MayChangeWhileItIsSearched) {
     SearchLimits limits;
     limits.time.infinite = true;

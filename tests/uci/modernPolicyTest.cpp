@@ -28,11 +28,13 @@ TEST(ModernPolicy, ReadsTheLimitsOfALine) {
     const Position position = positionOf(START_FEN);
     for (const auto& [words, total, infinite, depth, nodes] : std::initializer_list<Case>{
              // The overhead is taken from the clock; no budget exceeds what is left.
-             {"wtime 40010 btime 1", 1000},
-             {"wtime 40010 winc 500 btime 1 binc 1", 1500},
-             {"wtime 110 winc 500", 100},
+             {"wtime 35010 btime 1", 2500},
+             {"wtime 35010 winc 500 btime 1 binc 1", 4000},
+             {"wtime 110 winc 500", 50},
+             {"wtime 35010 movestogo 40", 2500},
+             {"wtime 1010 movestogo 5", 500},
              {"wtime 1010 movestogo 1", 1000},
-             {"wtime 210", 10}, // at least a pass or two
+             {"wtime 110", 10}, // at least a pass or two
              {"wtime 15", 5},
              {"wtime 3", 0},
              {"wtime -50 winc 10", 0},
@@ -53,7 +55,7 @@ TEST(ModernPolicy, ReadsTheLimitsOfALine) {
              {"mate 3", UNLIMITED, false, 5},
              {"mate 9999999999 depth 3", UNLIMITED, false, 3},
              {"nodes 99999999999", UNLIMITED, false, MAX_PASSES, 99999999999},
-             {"wtime 40010 depth 4 nodes 7", 1000, false, 4, 7}}) {
+             {"wtime 35010 depth 4 nodes 7", 2500, false, 4, 7}}) {
         const auto limits = policy.readGo(splitString("go " + words), position, ARRIVAL);
         ASSERT_TRUE(limits) << words;
         EXPECT_EQ(limits->time.start, ARRIVAL);
@@ -65,8 +67,8 @@ TEST(ModernPolicy, ReadsTheLimitsOfALine) {
     }
     policy.setOption(splitString("setoption name move overhead value 1010"));
     policy.setOption(splitString("setoption name OWNBOOK value True"));
-    const auto limits = policy.readGo(splitString("go wtime 41010"), position, ARRIVAL);
-    EXPECT_EQ(limits->time.total, 1000);
+    const auto limits = policy.readGo(splitString("go wtime 36010"), position, ARRIVAL);
+    EXPECT_EQ(limits->time.total, 2500);
     EXPECT_TRUE(limits->useBook);
     EXPECT_EQ(policy.setOption(splitString("setoption name hash value 7")), 7);
     EXPECT_EQ(policy.setOption(splitString("setoption name Hash")), std::nullopt);
@@ -77,14 +79,14 @@ TEST(ModernPolicy, KeepsTheOverheadInItsRange) {
     ModernPolicy policy;
     const Position position = positionOf(START_FEN);
     for (const auto& [value, total] :
-         std::initializer_list<std::pair<std::string, Milliseconds>>{{"0", 250},
-                                                                     {"-1", 250},
-                                                                     {"x", 250},
-                                                                     {"5000", 125},
-                                                                     {"5001", 125},
-                                                                     {"99999999999", 125}}) {
+         std::initializer_list<std::pair<std::string, Milliseconds>>{{"0", 750},
+                                                                     {"-1", 750},
+                                                                     {"x", 750},
+                                                                     {"5000", 392},
+                                                                     {"5001", 392},
+                                                                     {"99999999999", 392}}) {
         policy.setOption(splitString("setoption name Move Overhead value " + value));
-        const auto limits = policy.readGo(splitString("go wtime 10000"), position, ARRIVAL);
+        const auto limits = policy.readGo(splitString("go wtime 10500"), position, ARRIVAL);
         EXPECT_EQ(limits->time.total, total) << value;
     }
 }
