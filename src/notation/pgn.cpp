@@ -1,15 +1,12 @@
 #include "notation/pgn.h"
 
 #include "base/cppIoUtils.h"
-#include "board/makeMove.h"
-#include "notation/longAlgebraicMove.h"
-#include "notation/numberedGame.h"
 #include "notation/san.h"
 
+#include <algorithm>
 #include <array>
 #include <chrono>
 #include <cstdio>
-#include <utility>
 
 namespace {
 
@@ -24,7 +21,7 @@ std::string today() {
     return text.data();
 }
 
-std::string tag(const std::string& name, const std::string& value) {
+std::string tagText(const std::string& name, const std::string& value) {
     std::string text = '[' + name + " \"";
     for (const char letter : value) {
         text += letter == '"' || letter == '\\' ? std::string{'\\', letter} : std::string{letter};
@@ -32,58 +29,99 @@ std::string tag(const std::string& name, const std::string& value) {
     return text + "\"]\n";
 }
 
-// In braces, without any brace inside.
-std::string comment(std::string text) {
-    std::erase(text, '{');
-    std::erase(text, '}');
-    return '{' + text + '}';
-}
-
-// The words of a text in lines of at most LINE_LENGTH characters, unless a word is longer.
-std::string inLines(const std::string& text) {
-    std::string lines;
-    std::size_t used = 0; // of the last line
-    for (const std::string& word : splitString(text)) {
+// Words in lines of at most LINE_LENGTH characters, unless a word is longer.
+class WordLines {
+public:
+    void add(const std::string& word) {
+        const bool isFirst = text.empty();
         const bool fits = used + 1 + word.size() <= LINE_LENGTH;
-        lines += lines.empty() ? "" : fits ? " " : "\n";
-        used = lines.empty() || !fits ? word.size() : used + 1 + word.size();
-        lines += word;
+        text.append(isFirst ? "" : fits ? " " : "\n").append(word);
+        used = isFirst || !fits ? word.size() : used + 1 + word.size();
     }
-    return lines;
-}
+    // In braces, without any brace inside.
+    void addComment(std::string comment) {
+        std::replace(comment.begin(), comment.end(), '{', ' ');
+        std::replace(comment.begin(), comment.end(), '}', ' ');
+        const std::string inside = joined(splitString(comment));
+        for (const std::string& word : splitString('{' + inside + '}')) {
+            add(word);
+        }
+    }
 
-// The moves of a legal line.
-std::vector<Move> movesOf(NumberedGame game, const std::string& text) {
-    std::vector<Move> line;
-    for (const std::string& word : splitString(text)) {
-        MoveArray legal;
-        const int count = generateLegalMoves(game.position, legal);
-        line.push_back(legal[LongAlgebraicMove(word).getIndexOfMove(legal.first(count))]);
-        game.play(line.back());
-    }
-    return line;
-}
+    std::string text{};
+
+private:
+    std::size_t used = 0; // of the last line
+};
 
 } // namespace
 
-std::string toPgn(const PgnGame& game) {
-    NumberedGame start = makeNewGame();
-    if (!game.fen.empty()) {
-        readGameStart(start, game.fen);
-    }
-    const std::vector<Move> line = movesOf(start, game.moves);
-    std::string text = lineToSan(start.position, line, start.ply);
-    text += game.comment.empty() ? "" : ' ' + comment(game.comment);
+std::string PgnGame::getTag(const std::string& name) const {
+    const auto place =
+        std::find_if(tags.begin(), tags.end(), [&](const auto& tag) { return tag.first == name; });
+    return place != tags.end() ? place->second : "";
+}
 
-    std::string tags = tag("Event", game.event) + tag("Site", "?") + tag("Date", today()) +
-                       tag("Round", game.round) + tag("White", game.white) +
-                       tag("Black", game.black) + tag("Result", game.result);
-    for (const auto& [name, value] :
-         {std::pair{"Termination", game.termination}, {"TimeControl", game.timeControl}}) {
-        tags += value.empty() ? "" : tag(name, value);
+void PgnGame::setTag(const std::string& name, const std::string& value) {
+    const auto place =
+        std::find_if(tags.begin(), tags.end(), [&](const auto& tag) { return tag.first == name; });
+    if (place != tags.end()) {
+        place->second = value;
+    } else {
+        tags.emplace_back(name, value);
     }
-    if (!game.fen.empty()) {
-        tags += tag("SetUp", "1") + tag("FEN", game.fen);
+}
+
+NumberedGame PgnGame::after(std::size_t ply) const {
+    NumberedGame game = start;
+    for (std::size_t i = 0; i < ply; ++i) {
+        game.play(moves[i].move);
     }
-    return tags + '\n' + inLines(text + ' ' + game.result) + "\n\n";
+    return game;
+}
+
+PgnGame beginPgnGame(const std::string& event, const std::string& round, const std::string& white,
+                     const std::string& black) {
+    PgnGame game;
+    game.tags = {{"Event", event}, {"Site", "?"},    {"Date", today()}, {"Round", round},
+                 {"White", white}, {"Black", black}, {"Result", "*"}};
+    return game;
+}
+
+std::string toPgn(const PgnGame& game) {
+    PgnGame tagged = game;
+    tagged.setTag("Result", game.result);
+    const std::string fen = getWholeFen(game.start);
+    if (fen != getWholeFen(makeNewGame())) {
+        tagged.setTag("SetUp", "1");
+        tagged.setTag("FEN", fen);
+    }
+    std::string text;
+    for (const auto& [name, value] : tagged.tags) {
+        text += tagText(name, value);
+    }
+
+    WordLines lines;
+    if (!game.comment.empty()) {
+        lines.addComment(game.comment);
+    }
+    NumberedGame present = game.start;
+    bool isNumbered = true;
+    for (const auto& [move, nag, comment] : game.moves) {
+        const Color color = present.position.colorToMove;
+        if (isNumbered || color == WHITE) {
+            lines.add(moveNumber(color, present.ply));
+        }
+        lines.add(toSan(present.position, move));
+        if (nag != 0) {
+            lines.add('$' + std::to_string(nag));
+        }
+        if (!comment.empty()) {
+            lines.addComment(comment);
+        }
+        isNumbered = !comment.empty();
+        present.play(move);
+    }
+    lines.add(game.result);
+    return text + '\n' + lines.text + "\n\n";
 }

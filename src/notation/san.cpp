@@ -5,9 +5,16 @@
 #include "notation/letters.h"
 #include "notation/longAlgebraicMove.h"
 
-#include <regex>
+#include <algorithm>
+#include <array>
+#include <string_view>
 
 namespace {
+
+constexpr std::string_view FILES = "abcdefgh";
+constexpr std::string_view ROWS = "12345678";
+constexpr std::string_view MOVE_MARKS = "+#!?*";
+constexpr std::array<std::string_view, 2> EN_PASSANT_MARKS = {"e.p.", "ep"};
 
 // The part of the start square that distinguishes a move of a piece from others to the same square,
 // as `target` names it.
@@ -45,30 +52,78 @@ std::string withoutCheckSign(const Position& position, const Move& move) {
     return text;
 }
 
-std::string withoutMarks(const std::string& text) {
-    return text.substr(0, text.find_last_not_of("+#!?") + 1);
+std::string withoutMarks(std::string_view text) {
+    text = text.substr(0, text.find_last_not_of(MOVE_MARKS) + 1);
+    for (const std::string_view suffix : EN_PASSANT_MARKS) {
+        if (text.ends_with(suffix)) {
+            text.remove_suffix(suffix.size());
+            break;
+        }
+    }
+    return std::string(text);
 }
 
-// Piece, file and row of the start, sign, target, and promotion of the text of a move.
-constexpr const char* MOVE_FORM =
-    "([KQRBN]?)([a-h]?)([1-8]?)([x-]?)([a-h][1-8])(?:=?([QRBNqrbn]))?";
+// Removes the first, or the last, character if it is one of `letters`, and returns it; a blank if
+// it is not.
+char takeFirst(std::string_view& text, std::string_view letters) {
+    if (text.empty() || letters.find(text.front()) == std::string_view::npos) {
+        return ' ';
+    }
+    const char letter = text.front();
+    text.remove_prefix(1);
+    return letter;
+}
 
-// What a text in that form leaves open fits every move.
-bool fits(const std::smatch& words, const Move& move) {
-    const auto letterOf = [&](std::size_t part) {
-        return words.length(part) == 0 ? ' ' : *words[part].first;
-    };
-    const std::string from = fieldToString(move.from, true);
-    const bool isBare = letterOf(1) == ' ' && letterOf(2) != ' ' && letterOf(3) != ' ';
-    const PieceType piece = letterOf(1) == ' ' ? PAWN : parsePiece(letterOf(1));
-    const bool isCapture = move.pieceCaptured != NO_PIECE;
+char takeLast(std::string_view& text, std::string_view letters) {
+    if (text.empty() || letters.find(text.back()) == std::string_view::npos) {
+        return ' ';
+    }
+    const char letter = text.back();
+    text.remove_suffix(1);
+    return letter;
+}
+
+// The text of a move in parts, a blank for each that is left out.
+struct MoveParts {
+    char piece;
+    char file; // of the start
+    char row;
+    char sign; // of a capture, or a hyphen
+    FieldIndex to;
+    char promotion;
+};
+
+std::optional<MoveParts> splitMove(std::string_view text) {
+    MoveParts parts = {};
+    parts.piece = takeFirst(text, "KQRBN");
+    parts.promotion = takeLast(text, "QRBNqrbn");
+    if (parts.promotion != ' ') {
+        takeLast(text, "=");
+    }
+    const char row = takeLast(text, ROWS);
+    const char file = takeLast(text, FILES);
+    parts.to = parseField(file, row);
+    parts.sign = takeLast(text, "x-");
+    parts.row = takeLast(text, ROWS);
+    parts.file = takeLast(text, FILES);
+    return text.empty() && parts.to != NOT_FOUND ? std::optional(parts) : std::nullopt;
+}
+
+// What a text leaves open fits every move.
+bool fits(const MoveParts& parts, const Move& move) {
+    const LongAlgebraicMove squares(move);
+    const std::string from = fieldToString(squares.getFrom(), true);
+    // Both squares alone name the move of any piece.
+    const bool isBare = parts.piece == ' ' && parts.file != ' ' && parts.row != ' ';
+    const PieceType piece = parts.piece == ' ' ? PAWN : parsePiece(parts.piece);
+    const bool isCapture = !move.isCastle() && move.pieceCaptured != NO_PIECE;
     // A pawn that captures is named by its file.
     const bool needsFile = isCapture && move.pieceMoved == PAWN;
-    return !move.isCastle() && (isBare || piece == move.pieceMoved) &&
-           (letterOf(2) == ' ' ? !needsFile : letterOf(2) == from[0]) &&
-           (letterOf(3) == ' ' || letterOf(3) == from[1]) && (isCapture || letterOf(4) != 'x') &&
-           words[5] == fieldToString(move.to, true) &&
-           parsePromotionType(letterOf(6)) == move.promotionPieceType;
+    return parts.to == squares.getTo() &&
+           (isBare || (!move.isCastle() && piece == move.pieceMoved)) &&
+           (parts.file == ' ' ? !needsFile : parts.file == from[0]) &&
+           (parts.row == ' ' || parts.row == from[1]) && (isCapture || parts.sign != 'x') &&
+           parsePromotionType(parts.promotion) == squares.getPromotionType();
 }
 
 } // namespace
@@ -103,23 +158,50 @@ std::string lineToSan(Position position, std::span<const Move> moves, int ply) {
     return text;
 }
 
+std::string withoutMoveNumber(const std::string& word) {
+    const std::size_t digits = std::min(word.find_first_not_of("0123456789"), word.size());
+    if (digits < word.size() && word[digits] != '.') {
+        return word;
+    }
+    return word.substr(std::min(word.find_first_not_of('.', digits), word.size()));
+}
+
+bool isMoveMark(const std::string& word) {
+    return withoutMarks(word).empty();
+}
+
 std::vector<Move> findMoves(const Position& position, const std::string& text) {
     const std::string bare = withoutMarks(text);
     const bool isShort = bare == "O-O" || bare == "0-0";
     const bool isLong = bare == "O-O-O" || bare == "0-0-0";
-    const Color us = position.colorToMove;
-    static const std::regex form(MOVE_FORM);
-    std::smatch words;
-    const bool hasForm = std::regex_match(bare, words, form);
+    const std::optional<MoveParts> parts = splitMove(bare);
+    std::vector<Move> moves;
+    if (!isShort && !isLong && !parts) {
+        return moves;
+    }
     MoveArray legal;
     const int count = generateLegalMoves(position, legal);
-    std::vector<Move> moves;
     for (const Move& move : legal.first(count)) {
-        if (isShort || isLong
-                ? move.castle_ep_flag == castlingFlag(us, isLong)
-                : (hasForm && fits(words, move)) || LongAlgebraicMove(move).toString() == text) {
+        if (isShort || isLong ? move.castle_ep_flag == castlingFlag(position.colorToMove, isLong)
+                              : fits(*parts, move)) {
             moves.push_back(move);
         }
     }
     return moves;
+}
+
+std::optional<Move> findMove(const Position& position, const std::string& text,
+                             std::string& fault) {
+    const std::vector<Move> moves = findMoves(position, text);
+    if (moves.size() == 1) {
+        return moves.front();
+    }
+    fault = "is not legal in its position";
+    if (!moves.empty()) {
+        fault = "can mean more than one move:";
+        for (const Move& move : moves) {
+            fault.append(1, ' ').append(toSan(position, move));
+        }
+    }
+    return std::nullopt;
 }

@@ -3,6 +3,7 @@
 
 #include "board/position.h"
 
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -22,5 +23,16 @@ std::string lineToSan(Position position, std::span<const Move> moves, int ply = 
 
 // The legal moves of `position` that `text` names: one if it is good, several if it leaves
 // open which. It is in algebraic notation, where zeros in castlings, signs of check, marks
-// such as "!?" and more of the start than is needed do no harm, or it is e2e4, e7e8q.
+// such as "!?" or "e.p." and more of the start than is needed do no harm, or it is e2e4, e7e8q.
 std::vector<Move> findMoves(const Position& position, const std::string& text);
+
+// The only move that `text` names; see findMoves(). If there is none, or more than one, `fault`
+// becomes what is wrong with the text, such as "is not legal in its position".
+std::optional<Move> findMove(const Position& position, const std::string& text, std::string& fault);
+
+// A word without the number of a move before it, such as "12." or "3...". A number alone becomes
+// an empty text.
+std::string withoutMoveNumber(const std::string& word);
+
+// Whether a word holds nothing but marks after a move, such as "!?", "+" or "e.p.".
+bool isMoveMark(const std::string& word);

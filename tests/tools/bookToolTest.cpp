@@ -146,7 +146,7 @@ TEST(BookTool, RefusesWhatMakesNoSense) {
              {{"--moves", "e2e4 e2e4"}, "move 2 of the game, \"e2e4\", is not legal"},
              {{"8/8/8/8/8/8/8/8 w - - 0 1"}, "cannot be played: a side has not exactly one king"},
              {{"--check", "x", "--tree", "2"}, "--tree excludes --check"},
-             {{"--polyglot-castling"}, "--polyglot-castling requires --check"},
+             {{"--polyglot-castling"}, "--polyglot-castling needs --book or --check"},
              {{"--trees"}, "not expected: --trees"},
          }) {
         expectRefusal(runBody(bookMain, words), what);

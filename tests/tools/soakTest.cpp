@@ -207,7 +207,7 @@ TEST_F(Soak, TimesAndTablesTakeTurns) {
     std::set<std::string> openings;
     for (const auto& [number, hash, time] :
          {std::tuple(0, 5, "1/0.001"), {1, 5, "1/0.001"}, {3, 5, "1/0.002"}, {5, 6, "1/0.001"}}) {
-        const Game game(options.game, number);
+        const SoakGame game(options.game, number);
         EXPECT_EQ(game.getHash(), hash) << number;
         EXPECT_EQ(game.record.pgn.timeControl, time) << number;
         openings.insert(game.getPositionLine());
@@ -309,7 +309,7 @@ TEST(SoakProgram, RefusesWhatMakesNoSense) {
 // The go lines of a game of `time` whose moves take so long.
 std::string goLines(const std::string& time, const std::vector<int>& used) {
     const GameOptions options = {.margin = 1000, .times = {time}};
-    Game game(options, 5); // White is to move
+    SoakGame game(options, 5); // White is to move
     std::string lines;
     for (const int millis : used) {
         lines += game.getGoLine().substr(2) + ',';
@@ -332,7 +332,7 @@ TEST(SoakGame, Clocks) {
 
 TEST(SoakGame, MarginAndLength) {
     const GameOptions options = {.plies = 2, .margin = 50, .times = {"1/0.1"}};
-    Game game(options, 0);
+    SoakGame game(options, 0);
     game.take(game.getBoard().legalMoves().front(), 150);
     EXPECT_THROW(game.take(game.getBoard().legalMoves().front(), 151), Fault);
     game.take(game.getBoard().legalMoves().front(), 90);
@@ -347,7 +347,7 @@ TEST(SoakGame, MarginAndLength) {
 
 TEST(SoakGame, ThirdRepetitionIsADraw) {
     const GameOptions options;
-    Game game(options, 5); // begins with its position
+    SoakGame game(options, 5); // begins with its position
     for (std::size_t ply = 0; ply < 8; ++ply) {
         ASSERT_FALSE(game.isOver()) << ply;
         const std::string move = std::array{"g1f3", "g8f6", "f3g1", "f6g8"}.at(ply % 4);
@@ -359,7 +359,7 @@ TEST(SoakGame, ThirdRepetitionIsADraw) {
 
 TEST(SoakGame, FiftyMovesAreADraw) {
     const GameOptions options;
-    Game game(options, 5);
+    SoakGame game(options, 5);
     std::set<std::string> seen;
     while (!game.isOver()) {
         const std::vector<std::string> moves = game.getBoard().legalMoves();

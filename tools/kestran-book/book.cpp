@@ -1,5 +1,6 @@
 #include "kestran-book/book.h"
 
+#include "base/cppIoUtils.h"
 #include "board/makeMove.h"
 #include "board/setUp.h"
 #include "notation/longAlgebraicMove.h"
@@ -89,15 +90,17 @@ std::string faultText(std::size_t index, const std::string& move, const std::str
 
 struct BookOptions {
     std::vector<std::string> words; // a position
-    std::optional<std::string> moves;
+    std::string moves;
+    PgnSource pgn;
     std::optional<int> depth;
+    std::optional<std::string> bookPath;
     std::optional<std::string> path; // of a text to check
     bool polyglotCastling = false;
     bool asJson = false;
 };
 
 int check(const BookOptions& options) {
-    if (!options.words.empty()) {
+    if (!options.words.empty() || options.pgn.path) {
         throw UsageError("--check takes no position");
     }
     std::ifstream file = openText(*options.path);
@@ -118,12 +121,34 @@ int check(const BookOptions& options) {
     return result.faults.empty() ? 0 : 1;
 }
 
+// The book of a file that has no fault.
+PolyglotBook readBook(const std::string& path, bool polyglotCastling) {
+    std::ifstream file = openText(path);
+    int number = 0;
+    for (std::string line; std::getline(file, line);) {
+        ++number;
+        const bool isEmpty = splitString(line).empty();
+        const std::string fault = isEmpty || isMoveText(line.substr(0, MOVE_LENGTH))
+                                      ? findLineFault(line, polyglotCastling)
+                                      : "a book line begins with a move such as e2e4";
+        if (!fault.empty()) {
+            throw UsageError(path + ":" + std::to_string(number) + ": " + fault);
+        }
+    }
+    return PolyglotBook::getBookFromFile(path, polyglotCastling);
+}
+
 int runBook(const BookOptions& options) {
+    if (options.polyglotCastling && !options.path && !options.bookPath) {
+        throw UsageError("--polyglot-castling needs --book or --check");
+    }
     if (options.path) {
         return check(options);
     }
-    const PolyglotBook& book = PolyglotBook::getStandard();
-    const NumberedGame game = readGame(options.words, options.moves.value_or(""));
+    const PolyglotBook book = options.bookPath
+                                  ? readBook(*options.bookPath, options.polyglotCastling)
+                                  : PolyglotBook::getStandard();
+    const NumberedGame game = readGame(options.words, options.moves, options.pgn);
     const Position& position = game.position;
     if (options.asJson) {
         printJson({{"schema", 1},
@@ -214,15 +239,18 @@ int bookMain(int argc, const char* const* argv) {
                     "a line of FILE stops early, or the output cannot be written");
     program.addWords("FEN", options.words, FEN_HELP);
     auto* const moves = program.addText("--moves", options.moves, "MOVES", MOVES_HELP);
+    addPgnOptions(program, options.pgn);
     auto* const tree = program.addNumber("--tree", options.depth, 1, MAX_TREE_DEPTH, "DEPTH",
                                          "show the book from there as a tree of DEPTH plies");
-    auto* const check = program.addText("--check", options.path, "FILE", CHECK_HELP)
-                            ->excludes(moves)
-                            ->excludes(tree);
-    program
-        .add_flag("--polyglot-castling", options.polyglotCastling,
-                  "in FILE, castling is the king taking its own rook: e1h1, not e1g1")
-        ->needs(check);
+    auto* const book = program.addText(
+        "--book", options.bookPath, "FILE",
+        "show the book lines of a text file, such as \"e2e4 e7e5 g1f3\", instead of the engine's");
+    program.addText("--check", options.path, "FILE", CHECK_HELP)
+        ->excludes(moves)
+        ->excludes(tree)
+        ->excludes(book);
+    program.add_flag("--polyglot-castling", options.polyglotCastling,
+                     "in FILE, castling is the king taking its own rook: e1h1, not e1g1");
     program.add_flag("--json", options.asJson, "print one JSON object instead of text");
     return program.run(argc, argv, [&] { return runBook(options); });
 }

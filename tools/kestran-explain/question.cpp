@@ -33,6 +33,7 @@ constexpr const char* FORMAT_HELP =
 struct Asked {
     std::vector<std::string> words; // a position
     std::string moves;
+    PgnSource pgn;
     std::optional<std::string> line;
     std::optional<int> depth;
     std::optional<int> hashMebibytes;
@@ -79,7 +80,7 @@ void complete(Question& question, const Asked& asked) {
     if (question.maxLines && !isInLines) {
         throw UsageError("--max-lines needs --format plain or tree");
     }
-    question.game = readGame(asked.words, asked.moves);
+    question.game = readGame(asked.words, asked.moves, asked.pgn);
     if (asked.line) {
         question.line = readLine(question.game.position, *asked.line);
     }
@@ -100,6 +101,7 @@ int ask(int argc, const char* const* argv, const std::function<void(const Questi
                     "the line to watch, at most " + std::to_string(Explain::MAX_LINE) +
                         " moves; if not given, the search's own");
     program.addText("--moves", asked.moves, "MOVES", MOVES_HELP);
+    addPgnOptions(program, asked.pgn);
     program.addNumber("--depth", asked.depth, 1, MAX_PASSES, "N",
                       "plies to search; " + std::to_string(DEFAULT_DEPTH) +
                           " if neither depth nor time is given");

@@ -2,7 +2,6 @@
 
 #include "board/attacks.h"
 #include "board/makeMove.h"
-#include "notation/longAlgebraicMove.h"
 #include "notation/pgn.h"
 #include "notation/san.h"
 #include "search/searchParameters.h"
@@ -69,16 +68,15 @@ std::string GameRecord::getLastMoves(int plies) const {
 }
 
 std::string GameRecord::getPgn(Color human) const {
-    PgnGame game = {.event = "Game at a terminal", .result = result, .comment = end};
-    game.white = human == WHITE ? "Human" : "Kestran";
-    game.black = human == WHITE ? "Kestran" : "Human";
+    const bool isHumanWhite = human == WHITE;
+    PgnGame game = beginPgnGame("Game at a terminal", "?", isHumanWhite ? "Human" : "Kestran",
+                                isHumanWhite ? "Kestran" : "Human");
+    game.start = states.front();
     for (const Move& move : moves) {
-        game.moves.append(LongAlgebraicMove(move).toString()).append(1, ' ');
+        game.moves.push_back({move});
     }
-    const std::string start = getWholeFen(states.front());
-    if (start != getWholeFen(makeNewGame())) {
-        game.fen = start;
-    }
+    (game.moves.empty() ? game.comment : game.moves.back().comment) = end;
+    game.result = result;
     return toPgn(game);
 }
 

@@ -9,6 +9,7 @@
 #include "support/textFile.h"
 
 #include <iostream>
+#include <limits>
 #include <random>
 
 namespace {
@@ -18,12 +19,16 @@ constexpr const char* DESCRIPTION =
     "e8=Q, or as g1f3 e5d6 e1g1 e7e8q. \"help\" lists what else can be typed: to take a move "
     "back, to change the strength, for a hint, and for the reason of the engine's last move.";
 
+constexpr int ANY_NUMBER = std::numeric_limits<int>::max();
+
 struct PlayOptions {
     std::vector<std::string> words; // a position
     std::string side = "white";
     Strength strength;
     std::optional<int> level;
     std::optional<std::string> pgn; // a file
+    std::optional<int> game;        // of that file, to begin with
+    std::optional<int> ply;
     bool withLetters = false;
 };
 
@@ -39,7 +44,10 @@ int runPlay(const PlayOptions& options) {
     if (options.level) {
         strength.setLevel(*options.level);
     }
-    const NumberedGame start = readGame(options.words, "");
+    const bool isFromFile = options.game || options.ply;
+    const NumberedGame start = readGame(
+        options.words, "",
+        isFromFile ? PgnSource{options.pgn, options.game.value_or(1), options.ply} : PgnSource());
     const Color human = sideOf(options.side);
     BoardStyle style = getUsualStyle();
     style.withSymbols = style.withSymbols && !options.withLetters;
@@ -81,8 +89,16 @@ int playMain(int argc, const char* const* argv) {
                       "command \"level\" lists the levels, whose ratings are estimates");
     program.addNumber("--depth", options.strength.depth, 1, MAX_PASSES, "N",
                       "how many plies the engine looks ahead at most; fewer are weaker");
-    program.addText("--pgn", options.pgn, "FILE",
-                    "append every game to FILE in PGN when it ends or is left");
+    auto* const pgn = program.addText("--pgn", options.pgn, "FILE",
+                                      "append every game to FILE in PGN when it ends or is left");
+    program
+        .addNumber("--game", options.game, 1, ANY_NUMBER, "N",
+                   "begin where game N of FILE ends, or with --ply earlier")
+        ->needs(pgn);
+    program
+        .addNumber("--ply", options.ply, 0, ANY_NUMBER, "N",
+                   "begin after N half moves of that game, the first if --game is not given")
+        ->needs(pgn);
     program.add_flag("--ascii", options.withLetters,
                      "show letters for the pieces even if the terminal has symbols");
     return program.run(argc, argv, [&] { return runPlay(options); });

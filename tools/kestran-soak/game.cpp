@@ -1,5 +1,7 @@
 #include "kestran-soak/game.h"
 
+#include "notation/pgn.h"
+#include "support/gameInput.h"
 #include "support/text.h"
 
 #include <algorithm>
@@ -34,13 +36,29 @@ TimeControl parseTimeControl(const std::string& text) {
     return control;
 }
 
-Game::Game(const GameOptions& gameOptions, int number)
+std::string toPgn(const GameRecord& record) {
+    const GameText& text = record.pgn;
+    PgnGame game = beginPgnGame("Soak", std::to_string(record.number), text.white, text.black);
+    for (const auto& [name, value] :
+         {std::pair{"Termination", text.termination}, {"TimeControl", text.timeControl}}) {
+        if (!value.empty()) {
+            game.setTag(name, value);
+        }
+    }
+    game.start = readGame({text.fen}, "");
+    for (const Move& move : readMoves(game.start.position, text.moves, "the game")) {
+        game.moves.push_back({move});
+    }
+    (game.moves.empty() ? game.comment : game.moves.back().comment) = text.comment;
+    game.result = text.result;
+    return toPgn(game);
+}
+
+SoakGame::SoakGame(const GameOptions& gameOptions, int number)
     : options(gameOptions), opening(static_cast<std::size_t>(number / (options.isMatch ? 2 : 1))),
       control(parseTimeControl(pick(options.times, opening))),
       hash(pick(options.hashes, opening / options.times.size())) {
     record.number = number;
-    record.pgn.event = "Soak";
-    record.pgn.round = std::to_string(number);
     record.pgn.timeControl = pick(options.times, opening);
     left.fill(control.clock);
     std::seed_seq seeds{options.seed, static_cast<unsigned>(opening)};
@@ -58,18 +76,18 @@ Game::Game(const GameOptions& gameOptions, int number)
     judge();
 }
 
-void Game::play(const std::string& move) {
+void SoakGame::play(const std::string& move) {
     record.pgn.moves += (record.pgn.moves.empty() ? "" : " ") + move;
     board.play(move);
     ++occurrences[board.identity()];
 }
 
-std::string Game::getPositionLine() const {
+std::string SoakGame::getPositionLine() const {
     return "position " + (record.pgn.fen.empty() ? "startpos" : "fen " + record.pgn.fen) +
            (record.pgn.moves.empty() ? "" : " moves ") + record.pgn.moves;
 }
 
-std::string Game::getGoLine() const {
+std::string SoakGame::getGoLine() const {
     if (control.isPerMove()) {
         return "go movetime " + std::to_string(control.clock);
     }
@@ -84,11 +102,11 @@ std::string Game::getGoLine() const {
     return line;
 }
 
-std::int64_t Game::getAllowed() const {
+std::int64_t SoakGame::getAllowed() const {
     return control.isPerMove() ? control.clock : left.at(plain::at(board.side));
 }
 
-void Game::take(const std::string& move, std::int64_t used) {
+void SoakGame::take(const std::string& move, std::int64_t used) {
     const std::int64_t over = std::max<std::int64_t>(used - getAllowed(), 0);
     ++record.overruns[over];
     if (over > options.margin) {
@@ -104,7 +122,7 @@ void Game::take(const std::string& move, std::int64_t used) {
     judge();
 }
 
-void Game::note(Fault::Kind kind, bool isWhite, const std::string& text) {
+void SoakGame::note(Fault::Kind kind, bool isWhite, const std::string& text) {
     constexpr std::array TERMINATIONS = {"", "time forfeit", "rules infraction", "abandoned"};
     if (!isOver()) {
         end(isWhite ? "0-1" : "1-0", TERMINATIONS.at(kind));
@@ -113,7 +131,7 @@ void Game::note(Fault::Kind kind, bool isWhite, const std::string& text) {
     record.pgn.comment = text;
 }
 
-void Game::judge() {
+void SoakGame::judge() {
     const std::string identity = board.identity();
     const bool hasMoves = !board.legalMoves().empty();
     if (!hasMoves && board.isInCheck()) {
@@ -126,7 +144,7 @@ void Game::judge() {
     }
 }
 
-void Game::end(const std::string& result, const std::string& termination) {
+void SoakGame::end(const std::string& result, const std::string& termination) {
     record.pgn.result = result;
     record.pgn.termination = termination;
 }

@@ -1,7 +1,6 @@
 // One game by the rules of chess and of the clock. It knows no engine. Times are in milliseconds.
 #pragma once
 
-#include "notation/pgn.h"
 #include "support/plainRules.h"
 
 #include <array>
@@ -42,11 +41,23 @@ struct Fault : std::runtime_error {
     Fault(Kind _kind, const std::string& text) : std::runtime_error(text), kind(_kind) {}
 };
 
+// A game as text.
+struct GameText {
+    std::string white{};
+    std::string black{};
+    std::string result = "*";  // as in PGN
+    std::string termination{}; // in the terms of PGN, empty to leave it out
+    std::string timeControl{};
+    std::string fen{};     // where the game began, empty for the start position
+    std::string moves{};   // in long algebraic notation, by blanks
+    std::string comment{}; // after the last move
+};
+
 // A game as the report and the state file have it.
 struct GameRecord {
     int number = 0;
-    PgnGame pgn{}; // its result is "*" while the game is played
-    int plies = 0; // after the opening
+    GameText pgn{}; // its result is "*" while the game is played
+    int plies = 0;  // after the opening
     // How many moves exceeded their time by how much. Moves in time are at 0.
     std::map<std::int64_t, std::int64_t> overruns{};
     // KiB that an engine had gained by then: in its first ten games, and since.
@@ -55,10 +66,13 @@ struct GameRecord {
     int fault = Fault::NONE; // its kind; the comment of `pgn` describes it
 };
 
-class Game {
+// The game in PGN.
+std::string toPgn(const GameRecord& record);
+
+class SoakGame {
 public:
     // Plays the random opening of the game. The number decides everything about it.
-    Game(const GameOptions& gameOptions, int number);
+    SoakGame(const GameOptions& gameOptions, int number);
 
     bool isOver() const { return record.pgn.result != "*"; }
     int getHash() const { return hash; }

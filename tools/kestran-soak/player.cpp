@@ -45,7 +45,7 @@ void Player::beginGame(int hash) {
     say("setoption name Hash value " + std::to_string(hash));
 }
 
-std::pair<std::string, std::int64_t> Player::think(const Game& game) {
+std::pair<std::string, std::int64_t> Player::think(const SoakGame& game) {
     say(game.getPositionLine());
     expectReady();
     expectSilence(milliseconds(std::uniform_int_distribution(0, options.pause)(random)));

@@ -33,7 +33,7 @@ public:
     // Starts the engine if it does not run, CannotStart if that fails, and prepares it for a game.
     void beginGame(int hash);
     // Lets the engine search, and checks all that it says. The move, and the milliseconds.
-    std::pair<std::string, std::int64_t> think(const Game& game);
+    std::pair<std::string, std::int64_t> think(const SoakGame& game);
     // Measures the memory after a game.
     void endGame(GameRecord& record);
     // Ends the engine.

@@ -36,7 +36,7 @@ void writeOverruns(std::ostream& stream, const std::vector<GameRecord>& games) {
 }
 
 Numbers collectNumbers(const SoakReport& report, std::chrono::seconds elapsed) {
-    const auto count = [&](const std::string& text, std::string PgnGame::*member) {
+    const auto count = [&](const std::string& text, std::string GameText::*member) {
         return std::ranges::count(report.games, text,
                                   [=](const GameRecord& game) { return game.pgn.*member; });
     };
@@ -45,10 +45,10 @@ Numbers collectNumbers(const SoakReport& report, std::chrono::seconds elapsed) {
         plies += game.plies;
     }
     return {{"games", std::ssize(report.games)},
-            {"white", count("1-0", &PgnGame::result)},
-            {"black", count("0-1", &PgnGame::result)},
-            {"drawn", count("1/2-1/2", &PgnGame::result)},
-            {"adjudicated", count("adjudication", &PgnGame::termination)},
+            {"white", count("1-0", &GameText::result)},
+            {"black", count("0-1", &GameText::result)},
+            {"drawn", count("1/2-1/2", &GameText::result)},
+            {"adjudicated", count("adjudication", &GameText::termination)},
             {"plies", plies},
             {"timeLosses", report.count(Fault::TIME_LOSS)},
             {"illegalMoves", report.count(Fault::ILLEGAL_MOVE)},

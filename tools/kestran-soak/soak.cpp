@@ -14,8 +14,8 @@
 #include <set>
 #include <thread>
 
-NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(PgnGame, event, round, white, black, result, termination,
-                                   timeControl, fen, moves, comment)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(GameText, white, black, result, termination, timeControl, fen,
+                                   moves, comment)
 NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(GameRecord, number, pgn, plies, overruns, settling, growth,
                                    fault)
 
@@ -119,7 +119,7 @@ private:
 
     // Plays the game and adds it to the report, unless it is stopped.
     void play(Players& players, int number) {
-        Game game(options.game, number);
+        SoakGame game(options.game, number);
         const auto playerOf = [&](bool isWhite) {
             return &players[players.size() > 1 && hasEngineWhite(number) != isWhite ? 1 : 0];
         };

@@ -53,7 +53,7 @@ int play(const SoakOptions& options, const std::optional<std::string>& pgn) {
     if (pgn) {
         std::string text;
         for (const GameRecord& game : report.games) {
-            text += toPgn(game.pgn);
+            text += toPgn(game);
         }
         writeWhole(*pgn, text);
     }

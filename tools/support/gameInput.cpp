@@ -2,9 +2,14 @@
 
 #include "base/cppIoUtils.h"
 #include "board/makeMove.h"
+#include "notation/pgnReader.h"
 #include "notation/san.h"
+#include "support/cli.h"
 #include "support/text.h"
 #include "support/textFile.h"
+
+#include <iterator>
+#include <limits>
 
 namespace {
 
@@ -19,53 +24,71 @@ NumberedGame readStart(const std::vector<std::string>& words) {
     return game;
 }
 
-// A word without the number of a move before it, such as "12." or "3...".
-std::string withoutNumber(const std::string& word) {
-    const std::size_t digits = std::min(word.find_first_not_of("0123456789"), word.size());
-    if (digits < word.size() && word[digits] != '.') {
-        return word;
-    }
-    return word.substr(std::min(word.find_first_not_of('.', digits), word.size()));
-}
-
-// Whether a word holds nothing but marks after a move.
-bool isMark(const std::string& word) {
-    return word.find_first_not_of("*!?+#") == std::string::npos;
-}
-
-Move readMove(const Position& position, const std::string& word, const std::string& place) {
-    const std::vector<Move> moves = findMoves(position, word);
-    if (moves.size() == 1) {
-        return moves.front();
-    }
-    std::string fault = ", \"" + word + "\", is not legal in its position";
-    if (!moves.empty()) {
-        fault = ", \"" + word + "\", can mean more than one move:";
-        for (const Move& move : moves) {
-            fault += ' ' + toSan(position, move);
-        }
-    }
-    throw UsageError(place + fault);
-}
-
 } // namespace
 
 std::vector<Move> readMoves(Position position, const std::string& text, const std::string& what) {
     std::vector<Move> moves;
     for (const std::string& wholeWord : splitString(text)) {
-        const std::string word = withoutNumber(wholeWord);
-        if (isMark(word)) {
+        const std::string word = withoutMoveNumber(wholeWord);
+        if (isMoveMark(word)) {
             continue;
         }
-        const std::string place = "move " + std::to_string(moves.size() + 1) + " of " + what;
-        moves.push_back(readMove(position, word, place));
-        position = positionAfter(position, moves.back());
+        std::string fault;
+        const std::optional<Move> move = findMove(position, word, fault);
+        if (!move) {
+            throw UsageError("move " + std::to_string(moves.size() + 1) + " of " + what + ", \"" +
+                             word + "\", " + fault);
+        }
+        moves.push_back(*move);
+        position = positionAfter(position, *move);
     }
     return moves;
 }
 
-NumberedGame readGame(const std::vector<std::string>& words, const std::string& moves) {
-    NumberedGame game = readStart(words);
+void addPgnOptions(Program& program, PgnSource& source) {
+    constexpr int ANY_NUMBER = std::numeric_limits<int>::max();
+    auto* const pgn = program.addText("--pgn", source.path, "FILE",
+                                      "take the position from a game in a PGN file instead");
+    program.addNumber("--game", source.game, 1, ANY_NUMBER, "N", "which game of the PGN file")
+        ->needs(pgn);
+    program
+        .addNumber("--ply", source.ply, 0, ANY_NUMBER, "N",
+                   "after how many of its half moves; if not given, at its end")
+        ->needs(pgn);
+}
+
+NumberedGame readPgnGame(const PgnSource& source) {
+    std::ifstream file = openText(*source.path);
+    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    PgnReader reader(text);
+    std::optional<PgnGame> game;
+    for (int number = 1; number <= source.game; ++number) {
+        game = reader.next();
+        if (const auto& fault = reader.getFault()) {
+            throw UsageError(*source.path + ':' + std::to_string(fault->line) + ':' +
+                             std::to_string(fault->column) + ": " + fault->reason);
+        }
+        if (!game) {
+            throw UsageError("the file " + *source.path + " has no game " +
+                             std::to_string(source.game) +
+                             ", its games: " + std::to_string(number - 1));
+        }
+    }
+    const std::size_t ply = source.ply ? static_cast<std::size_t>(*source.ply) : game->moves.size();
+    if (ply > game->moves.size()) {
+        throw UsageError("game " + std::to_string(source.game) + " of " + *source.path + " has " +
+                         std::to_string(game->moves.size()) + " plies, fewer than " +
+                         std::to_string(ply));
+    }
+    return game->after(ply);
+}
+
+NumberedGame readGame(const std::vector<std::string>& words, const std::string& moves,
+                      const PgnSource& pgn) {
+    if (pgn.path && !words.empty()) {
+        throw UsageError("a position comes from FEN or from --pgn, not from both");
+    }
+    NumberedGame game = pgn.path ? readPgnGame(pgn) : readStart(words);
     for (const Move& move : readMoves(game.position, moves, "the game")) {
         game.play(move);
     }
