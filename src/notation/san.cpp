@@ -53,10 +53,12 @@ std::string withoutCheckSign(const Position& position, const Move& move) {
 }
 
 std::string withoutMarks(std::string_view text) {
-    text = text.substr(0, text.find_last_not_of(MOVE_MARKS) + 1);
+    const auto strip = [&] { text = text.substr(0, text.find_last_not_of(MOVE_MARKS) + 1); };
+    strip();
     for (const std::string_view suffix : EN_PASSANT_MARKS) {
         if (text.ends_with(suffix)) {
             text.remove_suffix(suffix.size());
+            strip();
             break;
         }
     }

@@ -132,6 +132,30 @@ TEST(BookTool, ChecksAFileLineByLine) {
     EXPECT_EQ(runBody(bookMain, {"--check", castling.path, "--polyglot-castling"}).status, 1);
 }
 
+TEST(BookTool, ShowsTheBookOfAFile) {
+    const TextFile file("e2e4 e7e5\n\ne2e4 c7c5\nd2d4\n");
+    EXPECT_EQ(runBody(bookMain, {"--book", file.path}).output, "e4         2 of 3   66.7 %\n"
+                                                               "d4         1 of 3   33.3 %\n");
+    EXPECT_EQ(runBody(bookMain, {"--book", file.path, "--moves", "e4 e5"}).output,
+              "The book has no move for this position.\n");
+    const TextFile castling("e2e4 e7e5 g1f3 b8c6 f1c4 f8c5 e1h1\n");
+    const std::string moves = "e4 e5 Nf3 Nc6 Bc4 Bc5";
+    EXPECT_EQ(runBody(bookMain, {"--book", castling.path, "--polyglot-castling", "--moves", moves})
+                  .output,
+              "O-O        1 of 1  100.0 %\n");
+}
+
+TEST(BookTool, RefusesABadBook) {
+    const std::pair<std::string, std::string> cases[] = {
+        {"e2e4 e7e5\ne2e5\n", ":2: move 1, \"e2e5\", is not legal in its position"},
+        {"1. e4 e5\n", ":1: a book line begins with a move such as e2e4"},
+    };
+    for (const auto& [text, what] : cases) {
+        const TextFile file(text);
+        expectRefusal(runBody(bookMain, {"--book", file.path}), file.path + what);
+    }
+}
+
 TEST(BookTool, RefusesWhatMakesNoSense) {
     struct Case {
         std::vector<std::string> words;
@@ -140,6 +164,8 @@ TEST(BookTool, RefusesWhatMakesNoSense) {
     for (const auto& [words, what] : std::vector<Case>{
              {{"--check", "/no/such/file"}, "/no/such/file cannot be opened"},
              {{"--check", testing::TempDir()}, "cannot be opened"},
+             {{"--book", "/no/such/file"}, "/no/such/file cannot be opened"},
+             {{"--book", "x", "--check", "x"}, "--check excludes --book"},
              {{"--check"}, "--check takes exactly one value"},
              {{"--check", "x", "startpos"}, "--check takes no position"},
              {{"--tree", "0"}, "from 1 to 40"},

@@ -2,6 +2,7 @@
 
 #include "engine/engine.h"
 #include "kestran-bench/benchReport.h"
+#include "kestran-bench/solve.h"
 #include "notation/fen.h"
 #include "search/engineParameters.h"
 #include "search/hashTable.h"
@@ -14,6 +15,7 @@
 
 #include <array>
 #include <iostream>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -63,12 +65,15 @@ constexpr std::array BENCH_POSITIONS = {
     BenchPosition{"8/8/3k4/2p1r3/2P1B3/3K4/8/8 w - - 92 90", 7},
 };
 
-constexpr int DEFAULT_EPD_DEPTH = 4; // plies
+constexpr int DEFAULT_FILE_DEPTH = 4; // plies
 constexpr int MAX_REPEATS = 1000;
 
 struct BenchOptions {
     std::optional<std::string> path; // of a file of positions, in place of the set
-    std::optional<int> depth;        // for every position
+    PgnSource pgn;
+    std::optional<int> depth; // for every position
+    std::optional<Milliseconds> time;
+    std::optional<int> nodes;
     int hashMebibytes = DEFAULT_HASH;
     int runs = 1;
     std::vector<std::string> settings; // of the engine
@@ -86,14 +91,26 @@ constexpr const char* DESCRIPTION =
 constexpr const char* FAILURE =
     "repeated searches differ, there is no memory, or the output cannot be written";
 
+std::unique_ptr<EngineConfig> makeConfig(int hashMebibytes,
+                                         const std::vector<std::string>& settings) {
+    auto config = EngineConfig::getProdConfig();
+    config->hashTableSize = entriesOf(hashMebibytes);
+    applySettings(settings, *config);
+    return config;
+}
+
 std::vector<BenchedPosition> readPositions(const BenchOptions& options) {
     std::vector<BenchedPosition> positions;
     if (options.path) {
         for (const EpdRecord& record : readEpdFile(*options.path)) {
             positions.push_back(
-                {record.fen, record.position, options.depth.value_or(DEFAULT_EPD_DEPTH)});
+                {record.fen, record.position, options.depth.value_or(DEFAULT_FILE_DEPTH)});
         }
         return positions;
+    }
+    if (options.pgn.path) {
+        const NumberedGame game = readPgnGame(options.pgn);
+        return {{getWholeFen(game), game.position, options.depth.value_or(DEFAULT_FILE_DEPTH)}};
     }
     for (const auto& [fen, depth] : getBenchPositions()) {
         positions.push_back({.fen = fen, .depth = options.depth.value_or(depth)});
@@ -130,7 +147,33 @@ void runOnce(const BenchOptions& options, int run, BenchReport& report) {
     }
 }
 
+int runSolve(const BenchOptions& options) {
+    const SolveOptions limits = {options.time, options.nodes, options.hashMebibytes,
+                                 options.settings};
+    const std::vector<Puzzle> puzzles = readPuzzles(*options.path);
+    std::vector<Solution> solutions;
+    Progress progress;
+    for (const Puzzle& puzzle : puzzles) {
+        progress.show("position " + std::to_string(solutions.size() + 1) + " of " +
+                      std::to_string(puzzles.size()));
+        solutions.push_back(solve(puzzle, limits));
+        progress.show("");
+        if (!options.asJson) {
+            printSolution(solutions.size(), solutions.back(), std::cout);
+        }
+    }
+    if (options.asJson) {
+        printJson(toJson(solutions, limits), std::cout);
+    } else {
+        printSummary(solutions, std::cout);
+    }
+    return 0;
+}
+
 int runBench(const BenchOptions& options) {
+    if (options.time || options.nodes) {
+        return runSolve(options);
+    }
     BenchReport report = {options.hashMebibytes, options.runs, readPositions(options)};
     for (int run = 0; run < options.runs; ++run) {
         runOnce(options, run, report);
@@ -149,43 +192,55 @@ std::span<const BenchPosition> getBenchPositions() {
     return BENCH_POSITIONS;
 }
 
+FreshEngine::FreshEngine(const Position& position, int hashMebibytes,
+                         const std::vector<std::string>& settings, const WaitPolicy& waitPolicy)
+    : config(makeConfig(hashMebibytes, settings)), engine(*config, waitPolicy) {
+    engine.applyChanges();
+    requireTable(engine.getHashTableSize(), config->hashTableSize);
+    engine.init(position);
+    engine.getTreeGenerator().state.table.touchPages();
+}
+
 BenchResult searchAfresh(const Position& position, int depth, int hashMebibytes,
                          TestStatistics* statistics, const std::vector<std::string>& settings) {
-    const std::unique_ptr<EngineConfig> config = EngineConfig::getProdConfig();
-    config->hashTableSize = entriesOf(hashMebibytes);
-    applySettings(settings, *config);
-    const auto engine = std::make_unique<Engine>(*config);
-    engine->applyChanges();
-    requireTable(engine->getHashTableSize(), config->hashTableSize);
-    engine->init(position);
-    TreeGenerator& generator = engine->getTreeGenerator();
+    const auto fresh = std::make_unique<FreshEngine>(position, hashMebibytes, settings);
     if (statistics != nullptr) {
-        generator.countIn(*statistics);
+        fresh->engine.getTreeGenerator().countIn(*statistics);
     }
-    generator.state.table.touchPages();
-
     const Milliseconds start = clockMilliseconds();
-    const SearchResult result = engine->searchDepth(depth, false);
+    const SearchResult result = fresh->engine.searchDepth(depth, false);
     return {result.line, result.report->nodesSearched, clockMilliseconds() - start};
 }
 
 int benchMain(int argc, const char* const* argv) {
     BenchOptions options;
     Program program("kestran-bench", "[OPTION]...", DESCRIPTION, FAILURE);
-    program.addNumber("--depth", options.depth, 1, MAX_PASSES, "N",
-                      "search every position N plies deep");
+    auto* const depth = program.addNumber("--depth", options.depth, 1, MAX_PASSES, "N",
+                                          "search every position N plies deep");
     program.addNumber("--hash", options.hashMebibytes, EngineConfig::HASH_MIN,
                       EngineConfig::HASH_MAX, "MIB", "size of the hash table in mebibytes");
-    program.addText("--epd", options.path, "FILE",
-                    "search the positions of a file instead, " + std::to_string(DEFAULT_EPD_DEPTH) +
-                        " plies deep by default: one per line, four or six fields of FEN; "
-                        "operations after them are ignored");
-    program.addNumber("--repeat", options.runs, 1, MAX_REPEATS, "N",
-                      "search everything N times and print the median of time and speed, with "
-                      "minimum and maximum in brackets");
+    auto* const epd = program.addText(
+        "--epd", options.path, "FILE",
+        "search the positions of a file instead, " + std::to_string(DEFAULT_FILE_DEPTH) +
+            " plies deep by default: one per line, four or six fields of FEN, "
+            "then operations such as \"bm Nf3;\"");
+    addPgnOptions(program, options.pgn);
+    program.get_option("--pgn")->excludes(epd);
+    auto* const repeat =
+        program.addNumber("--repeat", options.runs, 1, MAX_REPEATS, "N",
+                          "search everything N times and print the median of time and speed, with "
+                          "minimum and maximum in brackets");
     addSettings(program, options.settings);
     auto* const stats = program.add_flag("--stats", options.withStatistics,
                                          "print the counters of every pass after each position");
+    for (CLI::Option* limit :
+         {program.addSeconds("--time", options.time, MAX_SECONDS,
+                             "search each position of the EPD file for S seconds, and count those "
+                             "that are solved: by a move of \"bm\", and by none of \"am\""),
+          program.addNumber("--nodes", options.nodes, 1, std::numeric_limits<int>::max(), "N",
+                            "the same with N nodes for each position")}) {
+        limit->needs(epd)->excludes(depth)->excludes(repeat)->excludes(stats);
+    }
     program.add_flag("--json", options.asJson, "print one JSON object instead of text")
         ->excludes(stats);
     return program.run(argc, argv, [&] { return runBench(options); });

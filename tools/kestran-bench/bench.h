@@ -5,9 +5,12 @@
 
 #include "base/clock.h"
 #include "board/position.h"
+#include "engine/engine.h"
+#include "search/engineParameters.h"
 #include "search/variant.h"
 
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <string>
 #include <vector>
@@ -29,9 +32,17 @@ struct BenchResult {
     Milliseconds millis; // of the search alone
 };
 
-// Searches a position with empty tables and the settings of the playing engine, except that the
-// hash table has `hashMebibytes`, and counts in `statistics` unless that is null. Throws UsageError
-// if there is no memory for the table.
+// An engine at a position, with empty tables and the settings of the playing engine, except that
+// the hash table has `hashMebibytes`. Throws UsageError if there is no memory for the table.
+struct FreshEngine {
+    FreshEngine(const Position& position, int hashMebibytes,
+                const std::vector<std::string>& settings, const WaitPolicy& waitPolicy = {});
+
+    const std::unique_ptr<EngineConfig> config;
+    Engine engine;
+};
+
+// Searches a position with a FreshEngine, and counts in `statistics` unless that is null.
 BenchResult searchAfresh(const Position& position, int depth, int hashMebibytes,
                          TestStatistics* statistics = nullptr,
                          const std::vector<std::string>& settings = {});

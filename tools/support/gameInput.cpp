@@ -71,7 +71,7 @@ NumberedGame readPgnGame(const PgnSource& source) {
         if (!game) {
             throw UsageError("the file " + *source.path + " has no game " +
                              std::to_string(source.game) +
-                             ", its games: " + std::to_string(number - 1));
+                             (number > 1 ? "; the last one is " + std::to_string(number - 1) : ""));
         }
     }
     const std::size_t ply = source.ply ? static_cast<std::size_t>(*source.ply) : game->moves.size();

@@ -1,0 +1,167 @@
+// What the tools make of files of games and of positions with answers.
+
+#include "kestran-bench/bench.h"
+#include "kestran-bench/solve.h"
+#include "kestran-book/book.h"
+#include "support/gameInput.h"
+#include "support/text.h"
+#include "testing/boardSupport.h"
+#include "testing/toolSupport.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const std::string PROGRAM = KESTRAN_BINARY_DIR "/kestran-";
+
+const std::string GAMES = "1. e4 c5 2. Nf3 1-0\n\n[White \"A\"]\n1. d4 d5 2. c4 *\n";
+
+TEST(PgnInput, TakesThePositionOfAGame) {
+    const TextFile file(GAMES);
+    const std::tuple<int, std::optional<int>, std::string> cases[] = {
+        {1, {}, "e4 c5 Nf3"}, {1, 0, ""}, {1, 2, "e4 c5"}, {2, {}, "d4 d5 c4"}, {2, 3, "d4 d5 c4"}};
+    for (const auto& [number, ply, moves] : cases) {
+        const NumberedGame game = readGame({}, "", {file.path, number, ply});
+        EXPECT_EQ(getWholeFen(game), getWholeFen(readGame({}, moves))) << moves;
+    }
+    EXPECT_EQ(getWholeFen(readGame({}, "Nc6", {file.path, 1, 3})),
+              getWholeFen(readGame({}, "e4 c5 Nf3 Nc6")));
+}
+
+TEST(PgnInput, IsTakenByThePrograms) {
+    const TextFile file(GAMES);
+    const std::vector<std::string> words = {"--pgn", file.path, "--game", "2", "--ply", "1"};
+    const std::string fen = getWholeFen(readGame({}, "d4"));
+    const auto withWords = [&](std::vector<std::string> more) {
+        more.insert(more.begin(), words.begin(), words.end());
+        return more;
+    };
+    for (const auto& [program, more] :
+         std::vector<std::pair<std::string, std::vector<std::string>>>{
+             {"bench", {"--json", "--depth", "1"}},
+             {"book", {"--json"}},
+             {"explain", {"--json", "--depth", "1"}}}) {
+        const ToolRun tool = run(PROGRAM + program, withWords(more));
+        EXPECT_EQ(tool.status, 0) << tool.errors;
+        EXPECT_EQ(Json::parse(tool.output).dump().find(fen) == std::string::npos, false)
+            << program << tool.output;
+    }
+    // kestran-play appends its games to the same file.
+    const ToolRun play = run(
+        "/bin/sh", {"-c", "printf 'fen\\nd5\\nquit\\n' | \"$0\" --depth 1 \"$@\"", PROGRAM + "play",
+                    "--side", "black", "--pgn", file.path, "--game", "2", "--ply", "0"});
+    EXPECT_EQ(play.status, 0) << play.errors;
+    EXPECT_NE(play.output.find(" w KQkq - 0 1"), std::string::npos) << play.output;
+}
+
+TEST(PgnInput, RefusesWhatIsNotThere) {
+    const TextFile file(GAMES + "[Event \"x\"]\n1. e5\n");
+    struct Case {
+        std::vector<std::string> words;
+        std::string what;
+    };
+    for (const auto& [words, what] : std::vector<Case>{
+             {{"--pgn", "/no/file"}, "/no/file cannot be opened"},
+             {{"--pgn", file.path, "--game", "3"},
+              file.path + ":6:4: expected a move or a result: \"e5\" is not legal in its position"},
+             {{"--pgn", file.path, "--game", "2", "--ply", "4"}, " has 3 plies, fewer than 4"},
+             {{"--pgn", file.path, "startpos"}, "from FEN or from --pgn, not from both"},
+             {{"--pgn", file.path, "--game", "0"}, "--game is a whole number from 1"},
+             {{"--pgn", file.path, "--moves", "e5"}, "\"e5\", is not legal"},
+             {{"--game", "1"}, "--game requires --pgn"},
+             {{"--ply", "1"}, "--ply requires --pgn"},
+             {{"--pgn", file.path, "--check", file.path}, "--check takes no position"},
+         }) {
+        expectRefusal(runBody(bookMain, words), what);
+    }
+    const TextFile sound(GAMES);
+    expectRefusal(runBody(bookMain, {"--pgn", sound.path, "--game", "4"}),
+                  " has no game 4; the last one is 2");
+    expectRefusal(run(PROGRAM + "play", {"--pgn", sound.path, "--game", "3"}), "has no game 3");
+}
+
+// ---- Positions with answers ----
+
+// Mate in one by Ra8; 1. Qxd5 wins a queen; only one move; mate.
+const std::string ROOK = "6k1/5ppp/8/8/8/8/8/R3K2R w KQ - ";
+const std::string QUEEN = "4k3/8/8/3q4/8/8/8/3QK3 w - - ";
+
+TEST(Solve, JudgesTheAnswers) {
+    const TextFile file(ROOK + "bm Ra8#; id \"good\";\n" + ROOK + "bm Kd2 O-O;\n" + ROOK +
+                        "am Ra8;\n" + QUEEN + "am Qd2; bm Qxd5;\n" + QUEEN + "am Qxd5 Qd2;\n" +
+                        QUEEN + "bm Qd2 Qxd5;\n" + QUEEN + "bm Qxd5; am d1d5\n" + ROOK +
+                        "id \"none\";\n7k/5Q2/6K1/8/8/8/8/8 b - - id \"stalemate\";\n");
+    const ToolRun text = runBody(benchMain, {"--epd", file.path, "--nodes", "3000"});
+    EXPECT_EQ(text.status, 0) << text.errors;
+    std::string verdicts;
+    std::istringstream lines(text.output);
+    for (std::string line; std::getline(lines, line);) {
+        verdicts += line.substr(5, 6) + '/';
+    }
+    EXPECT_EQ(verdicts, "solved/missed/missed/solved/missed/solved/missed/-     /-     /d: 3 o/")
+        << text.output;
+    EXPECT_TRUE(text.output.ends_with("best (none)  stalemate\nSolved: 3 of 7\n")) << text.output;
+    EXPECT_NE(text.output.find("best Ra8#  good\n"), std::string::npos);
+
+    const Json json =
+        Json::parse(runBody(benchMain, {"--epd", file.path, "--nodes", "3000", "--json"}).output);
+    EXPECT_EQ(json["schema"], 1);
+    EXPECT_EQ(json["solved"], 3);
+    EXPECT_EQ(json["counted"], 7);
+    EXPECT_EQ(json["positions"][1]["solved"], false);
+    EXPECT_EQ(json["positions"][1]["best"], "a1a8");
+    EXPECT_EQ(json["positions"][7]["solved"], Json());
+    EXPECT_EQ(json["positions"][8]["best"], Json());
+}
+
+TEST(Solve, SaysFromWhichPassTheAnswerWasKept) {
+    const Position position = positionOf(START_FEN);
+    const Puzzle puzzle = {{1, START_FEN, position, {}}, {}, {}};
+    Solution solution = {puzzle, {}};
+    int depth = 0;
+    for (const char* move : {"e2e4", "d2d4", "e2e4", "e2e4"}) {
+        ++depth;
+        solution.passes.push_back({moveOf(position, move), depth, depth * 10, depth * 100});
+    }
+    EXPECT_EQ(solution.keptFrom().depth, 3);
+    EXPECT_EQ(solution.keptFrom().time, 30);
+    solution.passes.erase(solution.passes.begin() + 1);
+    EXPECT_EQ(solution.keptFrom().depth, 1);
+}
+
+TEST(Solve, EndsAtItsLimit) {
+    const Position position = positionOf(START_FEN);
+    const Puzzle puzzle = {{1, START_FEN, position, {}}, {moveOf(position, "e2e4")}, {}};
+    const Milliseconds start = clockMilliseconds();
+    const Solution timed = solve(puzzle, {.time = 50, .nodes = {}, .hashMebibytes = 1});
+    EXPECT_GE(clockMilliseconds() - start, 50);
+    EXPECT_LT(clockMilliseconds() - start, 5000);
+    EXPECT_GT(timed.passes.size(), 1U);
+    const Solution counted = solve(puzzle, {.time = {}, .nodes = 20000, .hashMebibytes = 1});
+    EXPECT_LE(counted.passes.back().nodes, 20000);
+    // Too few nodes for a pass: the first legal move.
+    const Solution small = solve(puzzle, {.time = {}, .nodes = 1, .hashMebibytes = 1});
+    ASSERT_EQ(small.passes.size(), 1U);
+    EXPECT_EQ(small.passes.front().depth, 0);
+}
+
+TEST(Solve, RefusesBadFilesAndOptions) {
+    const TextFile file("# answers\n" + ROOK + "bm Ra8; am Nf3;\n");
+    struct Case {
+        std::vector<std::string> words;
+        std::string what;
+    };
+    for (const auto& [words, what] : std::vector<Case>{
+             {{"--epd", file.path, "--time", "1"},
+              file.path + ":2: the move \"Nf3\" of \"am\" is not legal in its position"},
+             {{"--time", "1"}, "--time requires --epd"},
+             {{"--nodes", "1"}, "--nodes requires --epd"},
+             {{"--epd", file.path, "--nodes", "0"}, "--nodes is a whole number from 1"},
+             {{"--epd", file.path, "--nodes", "1", "--depth", "2"}, "--depth excludes --nodes"},
+             {{"--epd", file.path, "--pgn", file.path}, "--epd excludes --pgn"},
+         }) {
+        expectRefusal(runBody(benchMain, words), what);
+    }
+}
+
+} // namespace

@@ -1,0 +1,180 @@
+#include "kestran-bench/solve.h"
+
+#include "base/cppIoUtils.h"
+#include "kestran-bench/bench.h"
+#include "notation/longAlgebraicMove.h"
+#include "notation/san.h"
+#include "support/gameInput.h"
+#include "support/text.h"
+
+#include <algorithm>
+#include <iomanip>
+#include <limits>
+#include <ostream>
+
+namespace {
+
+constexpr WaitPolicy WAIT_POLICY = {.interval = 5, .margin = 0, .isWokenByEnd = true};
+
+// Collects the passes of a search, and ends it after its time.
+class SolveListener final : public InfoListenerInterface, public StopListenerInterface {
+public:
+    explicit SolveListener(std::optional<Milliseconds> time)
+        : deadline(time ? clockMilliseconds() + *time : std::numeric_limits<Milliseconds>::max()) {}
+
+    void onInfo(const InfoStruct& info) override {
+        if (info.pv.varLength > 0) {
+            passes.push_back({info.pv.get(0).move, info.depth, info.time, info.nodesSearched});
+        }
+    }
+    bool checkForStop() override { return clockMilliseconds() >= deadline; }
+
+    std::vector<PassAnswer> passes{};
+
+private:
+    const Milliseconds deadline;
+};
+
+bool isAmong(const Move& move, const std::vector<Move>& moves) {
+    return std::ranges::any_of(moves, [&](const Move& m) { return testMoveEquality(m, move); });
+}
+
+// The arguments of an operation; none if the record does not have it.
+std::vector<std::string> argumentsOf(const EpdRecord& record, const std::string& name) {
+    for (const std::string& operation : record.operations) {
+        std::vector<std::string> words = splitString(operation);
+        if (words.front() == name) {
+            words.erase(words.begin());
+            return words;
+        }
+    }
+    return {};
+}
+
+std::vector<Move> movesOf(const EpdRecord& record, const std::string& name,
+                          const std::string& path) {
+    std::vector<Move> moves;
+    for (const std::string& word : argumentsOf(record, name)) {
+        std::string fault;
+        const std::optional<Move> move = findMove(record.position, word, fault);
+        if (!move) {
+            throw UsageError(path + ':' + std::to_string(record.line) + ": the move \"" + word +
+                             "\" of \"" + name + "\" " + fault);
+        }
+        moves.push_back(*move);
+    }
+    return moves;
+}
+
+// Such as "WAC.001", without quotation marks.
+std::string nameOf(const EpdRecord& record) {
+    std::string name = joined(argumentsOf(record, "id"));
+    std::erase(name, '"');
+    return name;
+}
+
+std::ptrdiff_t countOf(const std::vector<Solution>& solutions, std::optional<bool> verdict) {
+    return std::ranges::count(solutions, verdict, &Solution::isSolved);
+}
+
+Json toJson(const Solution& solution) {
+    const EpdRecord& record = solution.puzzle.record;
+    const std::optional<bool> isSolved = solution.isSolved();
+    Json json = {{"line", record.line},
+                 {"fen", record.fen},
+                 {"id", nameOf(record)},
+                 {"solved", isSolved ? Json(*isSolved) : Json()},
+                 {"best", {}}};
+    if (!solution.passes.empty()) {
+        const PassAnswer& last = solution.passes.back();
+        const PassAnswer& first = solution.keptFrom();
+        json["best"] = LongAlgebraicMove(last.move).toString();
+        json.update({{"depth", last.depth},
+                     {"millis", last.time},
+                     {"nodes", last.nodes},
+                     {"keptFrom",
+                      {{"depth", first.depth}, {"millis", first.time}, {"nodes", first.nodes}}}});
+    }
+    return json;
+}
+
+} // namespace
+
+std::vector<Puzzle> readPuzzles(const std::string& path) {
+    std::vector<Puzzle> puzzles;
+    for (const EpdRecord& record : readEpdFile(path)) {
+        puzzles.push_back({record, movesOf(record, "bm", path), movesOf(record, "am", path)});
+    }
+    return puzzles;
+}
+
+const PassAnswer& Solution::keptFrom() const {
+    const auto other = std::find_if(passes.rbegin(), passes.rend(), [&](const PassAnswer& pass) {
+        return !testMoveEquality(pass.move, passes.back().move);
+    });
+    return *other.base();
+}
+
+std::optional<bool> Solution::isSolved() const {
+    const auto& [record, best, avoid] = puzzle;
+    if (best.empty() && avoid.empty()) {
+        return std::nullopt;
+    }
+    return !passes.empty() && (best.empty() || isAmong(passes.back().move, best)) &&
+           !isAmong(passes.back().move, avoid);
+}
+
+Solution solve(const Puzzle& puzzle, const SolveOptions& options) {
+    const auto fresh = std::make_unique<FreshEngine>(puzzle.record.position, options.hashMebibytes,
+                                                     options.settings, WAIT_POLICY);
+    SearchRequest request;
+    request.limits.time.total = TimeBudget::UNLIMITED; // the listener ends the search
+    request.limits.onlyMoveDepth = MAX_PASSES;
+    request.limits.nodes = options.nodes ? *options.nodes : SearchLimits::ANY_NODES;
+    request.game = fresh->engine.getGame();
+    SolveListener listener(options.time);
+    fresh->engine.setInfoListener(&listener);
+    fresh->engine.setStopListener(&listener);
+    const SearchResult result = fresh->engine.search(request);
+    fresh->engine.joinThread();
+    if (listener.passes.empty() && result.line.varLength > 0) {
+        listener.passes.push_back({result.line.get(0).move, 0, result.time, result.nodes});
+    }
+    return {puzzle, std::move(listener.passes)};
+}
+
+void printSolution(std::size_t number, const Solution& solution, std::ostream& stream) {
+    const std::optional<bool> isSolved = solution.isSolved();
+    stream << std::setw(3) << number << "  "
+           << (!isSolved   ? "-     "
+               : *isSolved ? "solved"
+                           : "missed");
+    if (!solution.passes.empty()) {
+        const PassAnswer& first = solution.keptFrom();
+        stream << "  from depth " << std::setw(2) << first.depth << " on, " << std::setw(6)
+               << first.time << " ms  best " << toSan(solution.puzzle.record.position, first.move);
+    } else {
+        stream << "  best (none)";
+    }
+    const std::string name = nameOf(solution.puzzle.record);
+    stream << (name.empty() ? "" : "  ") << name << std::endl;
+}
+
+void printSummary(const std::vector<Solution>& solutions, std::ostream& stream) {
+    const auto solved = countOf(solutions, true);
+    stream << "Solved: " << solved << " of " << solved + countOf(solutions, false) << '\n';
+}
+
+Json toJson(const std::vector<Solution>& solutions, const SolveOptions& options) {
+    Json json = {{"schema", 1}, {"positions", Json::array()}};
+    for (const Solution& solution : solutions) {
+        json["positions"].push_back(toJson(solution));
+    }
+    const auto solved = countOf(solutions, true);
+    json.update({{"hash", options.hashMebibytes},
+                 {"time", options.time ? Json(*options.time) : Json()},
+                 {"nodes", options.nodes ? Json(*options.nodes) : Json()},
+                 {"solved", solved},
+                 {"counted", solved + countOf(solutions, false)}});
+    return json;
+}
