@@ -216,7 +216,8 @@ void PgnReader::readWord() {
     at = findEnd(WORD_ENDS, begin);
     const std::string word(text.substr(begin, at - begin));
     if (word.empty()) {
-        return fail(begin, "expected a move or a result, not " + quoted({1, text[begin]}));
+        return fail(begin,
+                    "expected a move or a result, not " + quoted(std::string(1, text[begin])));
     }
     if (isAmong(RESULTS, word)) {
         game.result = word;

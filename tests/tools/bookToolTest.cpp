@@ -165,7 +165,7 @@ TEST(BookTool, RefusesWhatMakesNoSense) {
              {{"--check", "/no/such/file"}, "/no/such/file cannot be opened"},
              {{"--check", testing::TempDir()}, "cannot be opened"},
              {{"--book", "/no/such/file"}, "/no/such/file cannot be opened"},
-             {{"--book", "x", "--check", "x"}, "--check excludes --book"},
+             {{"--book", "x", "--check", "x"}, "--book excludes --check"},
              {{"--check"}, "--check takes exactly one value"},
              {{"--check", "x", "startpos"}, "--check takes no position"},
              {{"--tree", "0"}, "from 1 to 40"},

@@ -25,7 +25,7 @@ struct SolveOptions {
     std::optional<Milliseconds> time; // for each position
     std::optional<int> nodes;         // for each position
     int hashMebibytes;
-    std::vector<std::string> settings; // of the engine
+    std::vector<std::string> settings{}; // of the engine
 };
 
 // The best move of a good pass, or, if no pass was finished, a legal move with depth 0.
