@@ -2,6 +2,7 @@
 
 #include "support/uciProcess.h"
 #include "testing/boardSupport.h"
+#include "testing/readUntil.h"
 #include "testing/regex.h"
 #include "testing/toolSupport.h"
 
@@ -24,7 +25,7 @@ protected:
         static const TextPattern REPORT(
             "info depth \\d+ seldepth \\d+ score (cp|mate) -?\\d+"
             " nodes \\d+ nps \\d+ time \\d+( pv( [a-h1-8]{4}[qrbn]?)+)?");
-        std::vector<std::string> lines = process.readUntil("bestmove", PATIENCE);
+        std::vector<std::string> lines = readUntil(process, "bestmove", PATIENCE);
         for (std::size_t i = 0; i + 1 < lines.size(); ++i) {
             EXPECT_TRUE(REPORT.matches(lines[i])) << lines[i];
         }
@@ -44,7 +45,7 @@ protected:
 TEST_F(Modern, GreetsWithItsOptions) {
     process.send("uci");
     EXPECT_EQ(
-        process.readUntil("uciok", PATIENCE),
+        readUntil(process, "uciok", PATIENCE),
         (std::vector<std::string>{
             NAME, "id author Bremo Talvik", "option name Hash type spin min 0 max 512 default 192 ",
             "option name OwnBook type check default false",
@@ -99,11 +100,11 @@ TEST_F(Modern, StopEndsTheSearchThatIsUnderWayAndNoOther) {
     for (const char* words : {"go", "go infinite", "go movetime 100000"}) {
         process.send("stop"); // idle
         process.send(words);
-        for (const std::string& line : process.readUntil("bestmove", UciProcess::Timeout(150))) {
+        for (const std::string& line : readUntil(process, "bestmove", UciProcess::Timeout(150))) {
             EXPECT_TRUE(line.starts_with("info ")) << words << ": " << line;
         }
         process.send("isready");
-        EXPECT_EQ(process.readUntil("readyok", PATIENCE).back(), "readyok");
+        EXPECT_EQ(readUntil(process, "readyok", PATIENCE).back(), "readyok");
         process.send("stop");
         hearAnswer();
     }
@@ -122,9 +123,9 @@ TEST_F(Modern, ReportsTheCountsOfTheWholeSearchLast) {
     constexpr int MILLIS = 300;
     process.send("position fen " + std::string(QUIET_FEN));
     process.send("go infinite");
-    auto reports = process.readUntil("info", PATIENCE);
+    auto reports = readUntil(process, "info", PATIENCE);
     ASSERT_EQ(reports.size(), 1U);
-    std::ranges::copy(process.readUntil("bestmove", UciProcess::Timeout(MILLIS)),
+    std::ranges::copy(readUntil(process, "bestmove", UciProcess::Timeout(MILLIS)),
                       std::back_inserter(reports));
     process.send("stop");
     const auto answer = hearAnswer();

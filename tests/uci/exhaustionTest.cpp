@@ -1,7 +1,7 @@
 // The engine without memory for the table or anything else, and without threads.
 
 #include "search/engineParameters.h"
-#include "support/uciProcess.h"
+#include "testing/readUntil.h"
 #include "uci/uciEngine.h"
 
 #include <algorithm>
@@ -51,9 +51,9 @@ TEST(Memory, MayBeTooLittleForATable) {
     const auto sizeAfterAMove = [&process] {
         process.send("position fen 6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - 0 1");
         process.send("go movetime 0");
-        EXPECT_GE(process.readUntil("bestmove", PATIENCE).size(), 3U) << "no report";
+        EXPECT_GE(readUntil(process, "bestmove", PATIENCE).size(), 3U) << "no report";
         process.send("uci");
-        const std::vector<std::string> lines = process.readUntil("option", PATIENCE);
+        const std::vector<std::string> lines = readUntil(process, "option", PATIENCE);
         return lines.empty() ? "" : lines.back().substr(lines.back().rfind("default"));
     };
     EXPECT_EQ(sizeAfterAMove(), "default 192 ");
@@ -84,7 +84,7 @@ TEST(Memory, GoesBackToTheSystem) {
         process.send("setoption name Hash value " + std::to_string(hash));
         process.send("position fen 6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - 0 1");
         process.send("go movetime 0");
-        EXPECT_FALSE(process.readUntil("bestmove", PATIENCE).empty());
+        EXPECT_FALSE(readUntil(process, "bestmove", PATIENCE).empty());
         return process.getResidentKib();
     };
     const auto before = residentWith(1);

@@ -1,6 +1,7 @@
 // Disturbances from outside the engine: signals, a clock that jumps, streams that fail, input in
 // pieces, `go` and `stop` in any order.
 
+#include "testing/readUntil.h"
 #include "testing/uciTalk.h"
 
 #include <algorithm>
@@ -42,10 +43,10 @@ TEST(Outside, TimeOfDayMayJump) {
     UciProcess process("/usr/bin/env",
                        {"LD_PRELOAD=" KESTRAN_JUMPING_CLOCK, KESTRAN_BINARY_DIR "/kestran"});
     process.sendRaw("position fen " + QUEENS + "\nisready\n");
-    EXPECT_FALSE(process.readUntil("readyok", SOON).empty());
+    EXPECT_FALSE(readUntil(process, "readyok", SOON).empty());
     const auto start = std::chrono::steady_clock::now();
     process.send("go movetime 450");
-    EXPECT_FALSE(process.readUntil("bestmove", SOON).empty());
+    EXPECT_FALSE(readUntil(process, "bestmove", SOON).empty());
     const auto taken = std::chrono::steady_clock::now() - start;
     EXPECT_GE(taken, Millis(390));
     EXPECT_LE(taken, patience(650));
@@ -67,7 +68,7 @@ TEST(Outside, StandardErrorMayBeLost) {
     for (const char* redirection : {"2>/dev/full", "2>&-"}) {
         UciProcess process = engineWith(redirection);
         process.sendRaw("position nonsense\nposition fen " + BUSY + "\ngo movetime 150\n");
-        EXPECT_FALSE(process.readUntil("bestmove", SOON).empty()) << redirection;
+        EXPECT_FALSE(readUntil(process, "bestmove", SOON).empty()) << redirection;
         process.send("quit");
         EXPECT_TRUE(hasEndedCleanly(process)) << redirection;
     }
@@ -99,7 +100,7 @@ TEST(Outside, InputComesInOnePieceOf100Mebibytes) {
 #endif
     UciProcess process = engineWith("");
     EXPECT_TRUE(process.sendRaw("uci" + std::string(SIZE, ' ') + "\nisready\n"));
-    EXPECT_EQ(process.readUntil("readyok", SOON * 4).size(), 5U);
+    EXPECT_EQ(readUntil(process, "readyok", SOON * 4).size(), 5U);
     process.send("quit");
     EXPECT_TRUE(hasEndedCleanly(process));
 }

@@ -10,7 +10,6 @@
 #include "kestran-explain/searchText.h"
 #include "kestran-explain/watchedLine.h"
 #include "support/settings.h"
-#include "support/system.h"
 #include "support/terminal.h"
 #include "support/text.h"
 #include "support/textFile.h"

@@ -7,7 +7,7 @@
 #include "support/cli.h"
 #include "support/gameInput.h"
 #include "support/settings.h"
-#include "support/system.h"
+#include "support/terminal.h"
 #include "support/textFile.h"
 
 #include <limits>

@@ -13,6 +13,7 @@
 
 #include <iostream>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -39,11 +40,10 @@ void printTotal(std::int64_t nodes, Milliseconds elapsed, Json* report) {
     if (report != nullptr) {
         report->update({{"nodes", nodes}, {"millis", elapsed}, {"nodesPerSecond", rate}});
         printJson(*report, std::cout);
-        return;
+    } else {
+        std::cout << "Nodes: " << nodes << "\nTime: " << elapsed
+                  << " ms\nNodes per second: " << rate << '\n';
     }
-    std::cout << "Nodes: " << nodes << '\n'
-              << "Time: " << elapsed << " ms\n"
-              << "Nodes per second: " << rate << '\n';
 }
 
 // Counts the sequences after each first move, and prints them or adds them to `report`.
@@ -81,39 +81,36 @@ std::string placeOf(const EpdRecord& record) {
     return "line " + std::to_string(record.line);
 }
 
-// Nothing for an operation that is no count, such as a name.
-std::optional<ExpectedCount> readCount(const EpdRecord& record, const std::string& operation) {
-    const std::vector<std::string> words = splitString(operation);
-    if (!matchForm(words.front(), "D#*")) {
-        return std::nullopt;
+// Passes over operations that are no counts, such as names, and counts of more plies than `most`.
+std::vector<ExpectedCount> readCounts(const EpdRecord& record, int most) {
+    std::vector<ExpectedCount> counts;
+    for (const std::string& operation : record.operations) {
+        const std::vector<std::string> words = splitString(operation);
+        if (!matchForm(words.front(), "D#*")) {
+            continue;
+        }
+        const auto count = words.size() == 2 ? matchForm(words[1], "#") : std::nullopt;
+        if (!count) {
+            throw UsageError(placeOf(record) + " has no count after " + words.front());
+        }
+        const int depth =
+            readDepth(words.front().substr(1), placeOf(record) + ": the depth after D");
+        if (depth <= most) {
+            counts.push_back({depth, count->numbers.front()});
+        }
     }
-    const auto count = words.size() == 2 ? matchForm(words[1], "#") : std::nullopt;
-    if (!count) {
-        throw UsageError(placeOf(record) + " has no count after " + words.front());
-    }
-    const std::string what = placeOf(record) + ": the depth after D";
-    return ExpectedCount{readDepth(words.front().substr(1), what), count->numbers.front()};
+    return counts;
 }
 
-struct CountedPosition {
-    EpdRecord record;
-    std::vector<ExpectedCount> counts; // at least one
-};
+using CountedPosition = std::pair<EpdRecord, std::vector<ExpectedCount>>; // at least one count
 
 // The positions of a file with their counts of at most `depth` plies. Those without any
 // are left out.
 std::vector<CountedPosition> readCountedPositions(const std::string& path, int depth) {
     std::vector<CountedPosition> positions;
     for (const EpdRecord& record : readEpdFile(path)) {
-        std::vector<ExpectedCount> counts;
-        for (const std::string& operation : record.operations) {
-            const std::optional<ExpectedCount> count = readCount(record, operation);
-            if (count && count->depth <= depth) {
-                counts.push_back(*count);
-            }
-        }
-        if (!counts.empty()) {
-            positions.push_back({record, counts});
+        if (const auto counts = readCounts(record, depth); !counts.empty()) {
+            positions.emplace_back(record, counts);
         }
     }
     if (positions.empty()) {
@@ -133,12 +130,13 @@ struct CheckTally {
 // Checks the counts of a position, and prints a line about it or adds it to `report`.
 void checkPosition(const CountedPosition& counted, CheckTally& tally, Progress& progress,
                    Json* report) {
-    Position position = counted.record.position;
+    const EpdRecord& record = counted.first;
+    Position position = record.position;
     std::string faults;
     Json counts = Json::array();
-    for (const auto& [depth, sequences] : counted.counts) {
+    for (const auto& [depth, sequences] : counted.second) {
         const std::string name = std::string("D").append(std::to_string(depth));
-        progress.show(placeOf(counted.record) + ", " + name + ", " + std::to_string(tally.counted) +
+        progress.show(placeOf(record) + ", " + name + ", " + std::to_string(tally.counted) +
                       " counts done, " + std::to_string(tally.wrong) + " wrong");
         const std::int64_t found = perft(position, depth);
         tally.nodes += found;
@@ -152,12 +150,11 @@ void checkPosition(const CountedPosition& counted, CheckTally& tally, Progress& 
     }
     progress.show("");
     if (report != nullptr) {
-        (*report)["positions"].push_back({{"line", counted.record.line},
-                                          {"fen", counted.record.fen},
-                                          {"counts", std::move(counts)}});
+        (*report)["positions"].push_back(
+            {{"line", record.line}, {"fen", record.fen}, {"counts", counts}});
     } else {
-        std::cout << (faults.empty() ? "ok     " : "WRONG  ") << placeOf(counted.record) << faults
-                  << ": " << counted.record.fen << std::endl;
+        std::cout << (faults.empty() ? "ok     " : "WRONG  ") << placeOf(record) << faults << ": "
+                  << record.fen << std::endl;
     }
 }
 

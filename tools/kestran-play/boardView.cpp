@@ -2,11 +2,9 @@
 
 #include "notation/letters.h"
 #include "notation/longAlgebraicMove.h"
-#include "support/system.h"
 #include "support/terminal.h"
 
 #include <array>
-#include <cstdlib>
 
 namespace {
 
@@ -45,11 +43,8 @@ std::string coloured(const std::string& text, bool isLight, bool isMarked, bool 
 // The first of these variables that is set names the character set of the terminal.
 bool isUtf8() {
     for (const char* name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
-        const char* value = std::getenv(name);
-        if (value != nullptr && *value != '\0') {
-            const std::string text = value;
-            return text.find("UTF-8") != std::string::npos ||
-                   text.find("utf8") != std::string::npos;
+        if (const auto text = getVariable(name); !text.empty()) {
+            return text.find("UTF-8") != text.npos || text.find("utf8") != text.npos;
         }
     }
     return false;
@@ -67,9 +62,8 @@ std::string drawBoard(const Position& position, const Move* last, const BoardSty
     std::string text;
     for (int line = 0; line < EDGE; ++line) {
         const int row = isFlipped ? line : EDGE - 1 - line;
-        text += "  ";
-        text += rowNames[at(row)];
-        text += ' ';
+        text.append("  ").append(1, rowNames[at(row)]).append(1, ' ');
+        files.append(1, ' ').append(1, fileNamesLower[at(EDGE - 1 - row)]).append(1, ' ');
         for (int column = 0; column < EDGE; ++column) {
             const int file = isFlipped ? EDGE - 1 - column : column;
             const FieldIndex index = fieldOf(file, row);
@@ -85,11 +79,6 @@ std::string drawBoard(const Position& position, const Move* last, const BoardSty
             text += cell;
         }
         text += '\n';
-    }
-    for (int column = 0; column < EDGE; ++column) {
-        files += ' ';
-        files += fileNamesLower[at(isFlipped ? EDGE - 1 - column : column)];
-        files += ' ';
     }
     return text + files + '\n';
 }

@@ -7,19 +7,16 @@
 #include "search/searchParameters.h"
 
 #include <algorithm>
+#include <array>
 #include <span>
 
 namespace {
 
 constexpr const char* DRAW = "1/2-1/2";
 
-const char* nameOf(Color color) {
-    return color == WHITE ? "White" : "Black";
-}
-
-const char* winOf(Color color) {
-    return color == WHITE ? "1-0" : "0-1";
-}
+// By colour, and the result if that side wins.
+constexpr std::array NAMES = {"White", "Black"};
+constexpr std::array WINS = {"1-0", "0-1"};
 
 // Whether no mate is possible, whatever is played: bare kings, or one with a single knight or
 // bishop.
@@ -54,11 +51,7 @@ void GameRecord::takeBack(int plies) {
 }
 
 void GameRecord::resign(Color color) {
-    finish(winOf(opposite(color)), std::string(nameOf(color)) + " resigns.");
-}
-
-std::string GameRecord::getMoveText() const {
-    return getLastMoves(static_cast<int>(moves.size()));
+    finish(WINS[at(opposite(color))], std::string(NAMES[at(color)]) + " resigns.");
 }
 
 std::string GameRecord::getLastMoves(int plies) const {
@@ -88,7 +81,7 @@ void GameRecord::judge() {
     if (generateLegalMoves(position, legal) == 0) {
         if (isInCheckNoCaching(position)) {
             const Color winner = position.oppositeColorToMove();
-            finish(winOf(winner), std::string("Checkmate: ") + nameOf(winner) + " wins.");
+            finish(WINS[at(winner)], std::string("Checkmate: ") + NAMES[at(winner)] + " wins.");
         } else {
             finish(DRAW, "Stalemate: the game is drawn.");
         }

@@ -16,7 +16,8 @@ public:
     // The game before the last `plies` moves. Requires at least that many moves.
     const NumberedGame& getGameBefore(int plies) const;
     const std::vector<Move>& getMoves() const { return moves; }
-    // The last `plies` moves in algebraic notation, such as "2. Nf3 Nc6".
+    int countPlies() const { return static_cast<int>(moves.size()); }
+    // The last `plies` moves in algebraic notation, such as "2. Nf3 Nc6"; empty for none.
     std::string getLastMoves(int plies) const;
 
     // Plays a legal move. Requires that the game is not over.
@@ -30,8 +31,6 @@ public:
     const std::string& getEnd() const { return end; }
     bool isOver() const { return !end.empty(); }
 
-    // The moves in algebraic notation, such as "1. e4 e5"; empty if there are none.
-    std::string getMoveText() const;
     // The game in PGN. `human` is the colour of the person.
     std::string getPgn(Color human) const;
 

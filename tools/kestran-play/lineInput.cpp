@@ -3,7 +3,7 @@
 #include <iostream>
 
 #ifdef KESTRAN_LIBEDIT
-#include "support/system.h"
+#include "support/terminal.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -13,15 +13,9 @@
 #include <unistd.h>
 #endif
 
-namespace {
-
-std::optional<std::string> readPlainLine(const std::string& prompt) {
-    std::string line;
-    std::cout << prompt << std::flush;
-    return std::getline(std::cin, line) ? std::optional(line) : std::nullopt;
-}
-
 #ifdef KESTRAN_LIBEDIT
+
+namespace {
 
 // The settings of the terminal before the first line; null if there are none.
 const termios* getFirstSettings() {
@@ -42,35 +36,31 @@ std::optional<std::string> readEditedLine(const std::string& prompt) {
     return typed.get();
 }
 
-#endif
-
 } // namespace
 
-#ifdef KESTRAN_LIBEDIT
+#endif
 
 std::optional<std::string> readTypedLine(const std::string& prompt) {
+#ifdef KESTRAN_LIBEDIT
     static const bool isEdited = [] {
         rl_catch_signals = 0; // the game is written by the handlers of GameKeeper
         rl_inhibit_completion = 1;
         return isatty(STDIN_FILENO) == 1 && isStandardOutputTerminal() &&
                getFirstSettings() != nullptr;
     }();
-    return isEdited ? readEditedLine(prompt) : readPlainLine(prompt);
+    if (isEdited) {
+        return readEditedLine(prompt);
+    }
+#endif
+    std::string line;
+    std::cout << prompt << std::flush;
+    return std::getline(std::cin, line) ? std::optional(line) : std::nullopt;
 }
 
 void restoreTerminal() {
+#ifdef KESTRAN_LIBEDIT
     if (const termios* settings = getFirstSettings()) {
         tcsetattr(STDIN_FILENO, TCSANOW, settings);
     }
-}
-
-#else
-
-std::optional<std::string> readTypedLine(const std::string& prompt) {
-    return readPlainLine(prompt);
-}
-
-void restoreTerminal() {
-}
-
 #endif
+}

@@ -32,17 +32,6 @@ constexpr const char* COMMANDS = R"(  e4, Nf3, O-O, e2e4   a move
   quit                 leaves; so do Ctrl-C and the end of input
 )";
 
-// The capture or step of a pawn that `text` names if a promotion is added, or nothing.
-std::optional<Move> findPromotion(const Position& position, const std::string& text) {
-    for (const char* suffix : {"q", "=Q"}) {
-        const std::vector<Move> moves = findMoves(position, text + suffix);
-        if (moves.size() == 1) {
-            return moves.front();
-        }
-    }
-    return std::nullopt;
-}
-
 // Why `text` names no legal move.
 std::string whyNoMove(const Position& position, const std::string& text) {
     const bool looksLikeMove =
@@ -50,9 +39,11 @@ std::string whyNoMove(const Position& position, const std::string& text) {
     if (!looksLikeMove) {
         return '"' + text + R"(" is neither a move nor a command; "help" lists the commands)";
     }
-    if (const auto promotion = findPromotion(position, text)) {
-        const std::string san = toSan(position, *promotion);
-        return "to promote, type " + san.substr(0, san.find_last_not_of("+#") + 1);
+    for (const char* suffix : {"q", "=Q"}) {
+        if (const std::vector<Move> moves = findMoves(position, text + suffix); moves.size() == 1) {
+            const std::string san = toSan(position, moves.front());
+            return "to promote, type " + san.substr(0, san.find_last_not_of("+#") + 1);
+        }
     }
     if (isInCheckNoCaching(position)) {
         return '"' + text + "\" is not possible: you are in check";
@@ -116,14 +107,16 @@ bool Table::handleLine(const std::string& line) {
 }
 
 void Table::handleWords(const std::vector<std::string>& words) {
+    // The name of a command with a value ends in a blank.
     const std::map<std::string, std::function<void()>> commands = {
         {"back", [this] { takeBack(); }},
         {"undo", [this] { takeBack(); }},
         {"takeback", [this] { takeBack(); }},
         {"hint", [this] { showHint(); }},
         {"why", [this] { explain(""); }},
+        {"why ", [&] { explain(words[1]); }},
         {"board", [this] { show(); }},
-        {"moves", [this] { out << record.getMoveText() << '\n'; }},
+        {"moves", [this] { out << record.getLastMoves(record.countPlies()) << '\n'; }},
         {"fen", [this] { out << getWholeFen(record.getGame()) << '\n'; }},
         {"flip",
          [this] {
@@ -134,22 +127,16 @@ void Table::handleWords(const std::vector<std::string>& words) {
         {"new", [this] { startAgain(); }},
         {"resign", [this] { resign(); }},
         {"pgn", [this] { out << getPgn(); }},
+        {"time ", [&] { setTime(words[1]); }},
         {"level", [this] { out << getLevelTable(); }},
+        {"level ", [&] { setLevel(words[1]); }},
+        {"depth ", [&] { setDepth(words[1]); }},
         {"help", [this] { out << COMMANDS; }},
     };
-    const std::map<std::string, std::function<void(const std::string&)>> commandsWithValue = {
-        {"why", [this](const std::string& value) { explain(value); }},
-        {"time", [this](const std::string& value) { setTime(value); }},
-        {"level", [this](const std::string& value) { setLevel(value); }},
-        {"depth", [this](const std::string& value) { setDepth(value); }},
-    };
-    const auto command = commands.find(words[0]);
-    const auto withValue = commandsWithValue.find(words[0]);
-    if (words.size() == 1 && command != commands.end()) {
+    const auto command = commands.find(words[0] + (words.size() > 1 ? " " : ""));
+    if (words.size() <= 2 && command != commands.end()) {
         command->second();
-    } else if (words.size() == 2 && withValue != commandsWithValue.end()) {
-        withValue->second(words[1]);
-    } else if (words.size() == 1 && withValue == commandsWithValue.end()) {
+    } else if (words.size() == 1 && !commands.contains(words[0] + ' ')) {
         handleMove(words[0]);
     } else {
         throw UsageError(R"(type one move or command at a time; "help" lists them)");
@@ -173,7 +160,7 @@ void Table::handleMove(const std::string& text) {
 // Returns to the last position in which the person was to move.
 void Table::takeBack() {
     const int plies = isHumansTurn() ? 2 : 1;
-    if (static_cast<int>(record.getMoves().size()) < plies) {
+    if (record.countPlies() < plies) {
         throw UsageError("you have no move to take back");
     }
     const std::string moves = record.getLastMoves(plies);

@@ -2,7 +2,6 @@
 
 #include "kestran-soak/soak.h"
 #include "support/cli.h"
-#include "support/system.h"
 #include "support/terminal.h"
 #include "support/textFile.h"
 #include "support/uciProcess.h"
@@ -27,6 +26,11 @@ void stopOnSignal(int signal) {
     std::signal(signal, SIG_DFL);
 }
 
+// The parts between commas. The comma added keeps an empty last one.
+std::vector<std::string> partsOf(const std::string& list) {
+    return CLI::detail::split(list + ',', ',');
+}
+
 int play(const SoakOptions& options, const std::optional<std::string>& pgn) {
     if (options.sprt && !options.against) {
         throw UsageError("--sprt needs --against");
@@ -36,7 +40,6 @@ int play(const SoakOptions& options, const std::optional<std::string>& pgn) {
     }
     std::signal(SIGINT, stopOnSignal);
     std::signal(SIGTERM, stopOnSignal);
-    raiseFileLimit(); // each engine needs three pipes
     const auto began = std::chrono::steady_clock::now();
     SoakReport report;
     try {
@@ -78,25 +81,41 @@ int main(int argc, char** argv) {
     int seed = 1;
     std::optional<int> games;
     std::optional<std::string> against;
-    std::optional<std::string> time;
-    std::optional<std::string> hash;
-    std::optional<std::string> sprt;
     std::optional<std::string> pgn;
     program.addNumber("GAMES", games, 1, 1000000, "", "number of games")->required();
     program.addText("--engine", options.engine.path, "PATH", "the engine to play")->required();
     program.addText("--against", against, "PATH", "its opponent in a match");
-    program.addText("--sprt", sprt, "E0,E1",
-                    "end the match when a sequential test with error rates of 5 % has decided "
-                    "whether the engine is E0 or E1 Elo stronger than its opponent");
+    program.addValue("--sprt", "E0,E1",
+                     "end the match when a sequential test with error rates of 5 % has decided "
+                     "whether the engine is E0 or E1 Elo stronger than its opponent",
+                     [&](const std::string& text) {
+                         auto& [elo0, elo1] = options.sprt.emplace();
+                         char rest = 0;
+                         if (std::sscanf(text.c_str(), "%lf,%lf%c", &elo0, &elo1, &rest) != 2 ||
+                             elo0 >= elo1) {
+                             throw UsageError("--sprt takes two numbers, the smaller one first, "
+                                              "such as 0,5");
+                         }
+                     });
     program.addNumber("--jobs", options.jobs, 1, 1000, "N",
                       "games at a time: one on each processor, or 30 with --time 1/0.001");
     program.addNumber("--pause", options.engine.pause, 0, 10000, "MS",
                       "longest random pause before a move; it keeps engines from waking together");
-    program.addText("--time", time, "TIME,...",
-                    "time controls in turn, 1/0.12,2+0.1,40/5 by default. In seconds: 1/0.001 is "
-                    "0.001 for each move, 2+0.1 is 2 and 0.1 for each move, 40/5 is 5 for every 40 "
-                    "moves");
-    program.addText("--hash", hash, "MIB,...", "table sizes in turn, 192,16 by default");
+    program.addValue("--time", "TIME,...",
+                     "time controls in turn, 1/0.12,2+0.1,40/5 by default. In seconds: 1/0.001 is "
+                     "0.001 for each move, 2+0.1 is 2 and 0.1 for each move, 40/5 is 5 for every "
+                     "40 moves",
+                     [&](const std::string& text) {
+                         game.times = partsOf(text);
+                         std::ranges::for_each(game.times, parseTimeControl); // refuses bad ones
+                     });
+    program.addValue("--hash", "MIB,...", "table sizes in turn, 192,16 by default",
+                     [&](const std::string& text) {
+                         game.hashes.clear();
+                         for (const std::string& part : partsOf(text)) {
+                             game.hashes.push_back(parseNumber(part, "--hash", 0, 65536));
+                         }
+                     });
     program.addNumber("--plies", game.plies, 1, 10000, "N", "a game of this length is a draw");
     program.addNumber("--seed", seed, 0, 1000000000, "N", "seed of the random openings");
     program.addNumber("--first", options.first, 0, 1000000, "N",
@@ -118,21 +137,6 @@ int main(int argc, char** argv) {
         }
         game.isMatch = against.has_value();
         game.seed = static_cast<unsigned>(seed);
-        game.times = time ? splitAt(*time, ',') : game.times;
-        std::ranges::for_each(game.times, parseTimeControl); // refuses bad ones
-        if (hash) {
-            game.hashes.clear();
-            for (const std::string& text : splitAt(*hash, ',')) {
-                game.hashes.push_back(parseNumber(text, "--hash", 0, 65536));
-            }
-        }
-        if (sprt) {
-            auto& [elo0, elo1] = options.sprt.emplace();
-            char rest = 0;
-            if (std::sscanf(sprt->c_str(), "%lf,%lf%c", &elo0, &elo1, &rest) != 2 || elo0 >= elo1) {
-                throw UsageError("--sprt takes two numbers, the smaller one first, such as 0,5");
-            }
-        }
         options.isStopWanted = [] { return isInterrupted.load(); };
         return play(options, pgn);
     });

@@ -16,17 +16,12 @@ constexpr std::size_t HELP_WIDTH = 76;      // columns; man pages escape some of
 constexpr std::size_t MAX_NAME_COLUMN = 20; // a longer name has a line of its own
 
 std::string nameOf(const CLI::Option& option) {
-    std::string name;
-    for (const std::string& one : option.get_snames()) {
-        name += (name.empty() ? "-" : ", -") + one;
+    std::string name = option.get_name(false, true);
+    if (const std::size_t comma = name.find(','); comma != std::string::npos) {
+        name.insert(comma + 1, 1, ' ');
     }
-    for (const std::string& one : option.get_lnames()) {
-        name += (name.empty() ? "--" : ", --") + one;
-    }
-    if (name.empty()) {
-        return option.get_name(true);
-    }
-    return option.get_items_expected_max() > 0 ? name + ' ' + option.get_type_name() : name;
+    const bool hasValue = !option.get_positional() && option.get_items_expected_max() > 0;
+    return hasValue ? name + ' ' + option.get_type_name() : name;
 }
 
 std::string optionHelp(const CLI::Option& option, std::size_t column) {

@@ -48,6 +48,10 @@ public:
     CLI::Option* addChoice(const std::string& option, std::string& target,
                            const std::vector<std::string>& choices, const std::string& value,
                            const std::string& text);
+    // A value that `set` takes, or refuses by a UsageError.
+    CLI::Option* addValue(const std::string& option, const std::string& value,
+                          const std::string& text,
+                          const std::function<void(const std::string&)>& set);
     // The words that are no options.
     CLI::Option* addWords(const std::string& name, std::vector<std::string>& target,
                           const std::string& text);
@@ -61,9 +65,6 @@ public:
 private:
     static std::string rangeText(int least, int most, const std::optional<int>& preset);
     static std::string secondsText(const std::optional<Milliseconds>& preset);
-    CLI::Option* addValue(const std::string& option, const std::string& value,
-                          const std::string& text,
-                          const std::function<void(const std::string&)>& set);
     void parseOrThrow(int argc, const char* const* argv);
     std::string makeHelp() const;
 

@@ -44,9 +44,6 @@ std::string Move::text() const {
     return promotion == NONE ? text : text + " prnbq"[promotion];
 }
 
-Position::Position() : Position("rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1") {
-}
-
 Position::Position(const std::string& fen) {
     std::istringstream words(fen);
     std::string squares;

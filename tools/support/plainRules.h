@@ -47,10 +47,9 @@ struct Piece {
 
 class Position {
 public:
-    // The start position.
-    Position();
     // A position in FEN of at least four fields, which must be sound.
-    explicit Position(const std::string& fen);
+    explicit Position(
+        const std::string& fen = "rnbqkbnr/pppppppp/8/8/8/8/PPPPPPPP/RNBQKBNR w KQkq - 0 1");
 
     // The moves of the side to move, in the order of the engine. Some of them may leave its king
     // attacked.

@@ -38,12 +38,8 @@ void applySettings(const std::vector<std::string>& settings, EngineConfig& confi
         const std::size_t end = setting.find('=');
         const std::string name = setting.substr(0, end);
         if (std::ranges::find(names, name) == names.end()) {
-            std::string known;
-            for (const std::string& one : names) {
-                known += (known.empty() ? "" : ", ") + one;
-            }
-            std::string message = "--set takes NAME=VALUE, where NAME is one of ";
-            throw UsageError(message.append(known).append("; not \"").append(setting) + '"');
+            throw UsageError("--set takes NAME=VALUE, where NAME is one of " +
+                             CLI::detail::join(names, ", ") + "; not \"" + setting + '"');
         }
         const std::string value = end == std::string::npos ? "" : setting.substr(end + 1);
         const int number = parseNumber(value, name, 0, std::numeric_limits<int>::max());

@@ -1,29 +1,31 @@
 #include "support/terminal.h"
 
-#include "support/system.h"
-
 #include <cstdlib>
 #include <iostream>
-#include <string_view>
+#include <unistd.h>
 
 namespace {
 
-std::string_view environmentOf(const char* name) {
-    const char* value = std::getenv(name); // NOLINT(concurrency-mt-unsafe)
-    return value != nullptr ? value : "";
-}
-
 bool isTerminalDumb() {
-    return environmentOf("TERM") == "dumb";
+    return getVariable("TERM") == "dumb";
 }
 
 } // namespace
 
-bool isColourWanted() {
-    return isStandardOutputTerminal() && environmentOf("NO_COLOR").empty() && !isTerminalDumb();
+std::string_view getVariable(const char* name) {
+    const char* value = std::getenv(name); // NOLINT(concurrency-mt-unsafe)
+    return value != nullptr ? value : "";
 }
 
-Progress::Progress() : isShown(isStandardErrorTerminal() && !isTerminalDumb()) {
+bool isStandardOutputTerminal() {
+    return isatty(STDOUT_FILENO) != 0;
+}
+
+bool isColourWanted() {
+    return isStandardOutputTerminal() && getVariable("NO_COLOR").empty() && !isTerminalDumb();
+}
+
+Progress::Progress() : isShown(isatty(STDERR_FILENO) != 0 && !isTerminalDumb()) {
 }
 
 Progress::~Progress() {

@@ -1,7 +1,17 @@
 // What tools show on a terminal beside their report.
 #pragma once
 
+#include <cstddef>
 #include <string>
+#include <string_view>
+
+// Whether standard output goes to a terminal.
+bool isStandardOutputTerminal();
+// Columns of that terminal; 0 if there is none or its width is not known.
+std::size_t getTerminalWidth();
+
+// The value of an environment variable, empty if it is not set.
+std::string_view getVariable(const char* name);
 
 // Whether standard output takes colours: a terminal that is not "dumb", of a user who has not set
 // NO_COLOR.

@@ -4,7 +4,6 @@
 #include <cctype>
 #include <charconv>
 #include <cmath>
-#include <sstream>
 
 namespace {
 
@@ -22,15 +21,6 @@ bool isContinuation(char byte) {
 } // namespace
 
 UsageError::UsageError(const std::string& message) : std::runtime_error(withoutControls(message)) {
-}
-
-std::vector<std::string> splitAt(const std::string& text, char separator) {
-    std::vector<std::string> parts;
-    std::istringstream stream(text + separator);
-    for (std::string part; std::getline(stream, part, separator);) {
-        parts.push_back(part);
-    }
-    return parts;
 }
 
 int parseNumber(const std::string& text, const std::string& what, int least, int most) {

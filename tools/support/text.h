@@ -14,9 +14,6 @@ public:
     explicit UsageError(const std::string& message);
 };
 
-// The parts of `text` between its separators: one more than it has of these.
-std::vector<std::string> splitAt(const std::string& text, char separator);
-
 // The whole number that `text` is. UsageError, naming `what`, if it is none or lies outside `least`
 // to `most`.
 int parseNumber(const std::string& text, const std::string& what, int least, int most);

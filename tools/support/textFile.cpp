@@ -19,10 +19,13 @@ fs::path targetOf(const std::string& path) {
     return fault ? fs::path(path) : target;
 }
 
-// Something that is there and cannot be replaced by a file: a device, a pipe, a folder.
-bool isFixture(const fs::path& target) {
+// Where the file is written first: under a new name in its folder, or in place if it cannot be
+// replaced, like a device, a pipe or a folder.
+fs::path draftOf(const fs::path& target) {
     std::error_code fault;
-    return fs::exists(target, fault) && !fs::is_regular_file(target, fault);
+    const bool isFixture = fs::exists(target, fault) && !fs::is_regular_file(target, fault);
+    const std::string mark = ".part" + std::to_string(std::random_device{}());
+    return isFixture ? target : fs::path(target.string() + mark);
 }
 
 std::string faultText(const std::string& path, const std::error_code& reason) {
@@ -37,11 +40,6 @@ std::error_code writeTo(const fs::path& target, const std::string& text,
     file << text;
     file.close();
     return file ? std::error_code() : std::error_code(errno, std::generic_category());
-}
-
-// A new name in the folder of `target`.
-fs::path draftOf(const fs::path& target) {
-    return target.string() + ".part" + std::to_string(std::random_device{}());
 }
 
 } // namespace
@@ -61,13 +59,13 @@ void requireWritable(const std::string& path) {
         throw UsageError("a file to be written needs a name");
     }
     const fs::path target = targetOf(path);
+    const fs::path draft = draftOf(target);
     std::error_code fault;
     std::error_code ignored;
     if (fs::exists(target, ignored) && !fs::is_fifo(target, ignored)) {
         fault = writeTo(target, "", std::ios::app);
     }
-    if (!fault && !isFixture(target)) {
-        const fs::path draft = draftOf(target);
+    if (!fault && draft != target) {
         fault = writeTo(draft, "");
         fs::remove(draft, ignored);
     }
@@ -78,8 +76,8 @@ void requireWritable(const std::string& path) {
 
 void writeWhole(const std::string& path, const std::string& text) {
     const fs::path target = targetOf(path);
-    const bool isReplaced = !isFixture(target);
-    const fs::path draft = isReplaced ? draftOf(target) : target;
+    const fs::path draft = draftOf(target);
+    const bool isReplaced = draft != target;
     std::error_code fault = writeTo(draft, text);
     std::error_code ignored;
     if (isReplaced && !fault) {

@@ -11,10 +11,6 @@ const std::vector<std::string> MODERN_REPORTS = {
     "info depth # seldepth # score cp @ nodes # nps # time # pv%",
     "info depth # seldepth # score mate @ nodes # nps # time # pv%"};
 
-bool isWithin(char letter, char least, char most) {
-    return least <= letter && letter <= most;
-}
-
 // Removes the number at the start of `line`. Returns whether there was one.
 bool takeNumber(std::string_view& line, bool mayBeNegative, std::vector<long long>& numbers) {
     const std::size_t sign = mayBeNegative && line.starts_with('-') ? 1 : 0;
@@ -39,15 +35,6 @@ void takeMoves(std::string_view& line, std::vector<std::string>& moves) {
     }
 }
 
-std::optional<LineParts> matchAny(const std::string& line, const std::vector<std::string>& forms) {
-    for (const std::string& form : forms) {
-        if (std::optional<LineParts> parts = matchForm(line, form)) {
-            return parts;
-        }
-    }
-    return std::nullopt;
-}
-
 } // namespace
 
 const UciDialect KESTRAN_DIALECT = {
@@ -69,9 +56,11 @@ const UciDialect& dialectOf(const std::string& nameLine) {
 }
 
 bool isMoveText(std::string_view text) {
+    const auto isField = [text](std::size_t i) {
+        return 'a' <= text[i] && text[i] <= 'h' && '1' <= text[i + 1] && text[i + 1] <= '8';
+    };
     return (text.size() == 4 || (text.size() == 5 && text.find_last_of("qrbn") == 4)) &&
-           isWithin(text[0], 'a', 'h') && isWithin(text[1], '1', '8') &&
-           isWithin(text[2], 'a', 'h') && isWithin(text[3], '1', '8');
+           isField(0) && isField(2);
 }
 
 std::optional<LineParts> matchForm(std::string_view line, std::string_view form) {
@@ -102,8 +91,10 @@ std::string findFault(const std::vector<std::string>& lines, const UciDialect& d
     std::vector<std::string> moves; // of the line before the last
     for (std::size_t i = 0; i + 1 < lines.size(); ++i) {
         const bool isClosing = hasClosing && i + 2 == lines.size();
-        const std::optional<LineParts> parts =
-            matchAny(lines[i], isClosing ? dialect.closing : dialect.reports);
+        std::optional<LineParts> parts;
+        for (const std::string& form : isClosing ? dialect.closing : dialect.reports) {
+            parts = parts ? parts : matchForm(lines[i], form);
+        }
         if (!parts) {
             return "malformed line \"" + lines[i] + '"';
         }

@@ -31,38 +31,28 @@ bool UciProcess::send(const std::string& line) {
 bool UciProcess::sendRaw(const std::string& bytes) {
     const Clock::time_point deadline = Clock::now() + SEND_TIMEOUT;
     std::size_t sent = 0;
-    while (sent < bytes.size() && input.isOpen()) {
-        const std::optional<std::size_t> count = writeSome(std::string_view(bytes).substr(sent));
-        if (!count) {
+    while (sent < bytes.size()) {
+        const auto count = writeSome(std::string_view(bytes).substr(sent));
+        if (!count || (*count == 0 && Clock::now() >= deadline)) {
             return false;
         }
         sent += *count;
-        if (*count == 0 && !pump(timeLeft(deadline), true) && Clock::now() >= deadline) {
-            return false;
+        if (*count == 0) {
+            pump(timeLeft(deadline), true);
         }
     }
-    return sent == bytes.size();
+    return true;
 }
 
 std::optional<std::string> UciProcess::readLine(Timeout timeout) {
     const Clock::time_point deadline = Clock::now() + timeout;
-    for (;;) {
+    for (bool isLate = false;; pump(timeLeft(deadline))) {
         std::optional<std::string> line = takeLine();
-        if (line || isOutputOver()) {
+        if (line || isOutputOver() || isLate) {
             return line;
         }
-        const bool isLate = Clock::now() >= deadline;
-        const std::size_t before = pending.size();
-        pump(timeLeft(deadline));
-        if (isLate && pending.size() == before && !isOutputOver()) {
-            return std::nullopt;
-        }
+        isLate = Clock::now() >= deadline; // before the last look
     }
-}
-
-void UciProcess::takeOutput() {
-    drain(output, pending);
-    drain(errors, errorText);
 }
 
 std::optional<std::string> UciProcess::takeLine() {
@@ -76,18 +66,6 @@ std::optional<std::string> UciProcess::takeLine() {
     return isLast ? std::optional(std::exchange(pending, "")) : std::nullopt;
 }
 
-std::vector<std::string> UciProcess::readUntil(const std::string& prefix, Timeout timeout) {
-    const Clock::time_point deadline = Clock::now() + timeout;
-    std::vector<std::string> lines;
-    while (std::optional<std::string> line = readLine(timeLeft(deadline))) {
-        lines.push_back(std::move(*line));
-        if (lines.back().starts_with(prefix)) {
-            break;
-        }
-    }
-    return lines;
-}
-
 const std::string& UciProcess::readErrors() {
     drain(errors, errorText);
     return errorText;
@@ -96,14 +74,11 @@ const std::string& UciProcess::readErrors() {
 std::optional<UciProcess::End> UciProcess::waitForEnd(Timeout timeout) {
     const Clock::time_point deadline = Clock::now() + timeout;
     while (!end) {
-        const bool isLate = Clock::now() >= deadline;
         end = askForEnd();
-        if (isLate) {
+        if (end || Clock::now() >= deadline) {
             break;
         }
-        if (!end) {
-            pump(std::min(END_POLL, timeLeft(deadline)));
-        }
+        pump(std::min(END_POLL, timeLeft(deadline)));
     }
     return end;
 }

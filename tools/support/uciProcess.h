@@ -39,10 +39,10 @@ private:
     SystemHandle handle;
 };
 
-// The first object makes this process ignore SIGPIPE for good: send() reports that the engine has
-// gone. The engine itself starts with every signal at its default and none blocked, in a process
-// group of its own, so that a Ctrl-C in the terminal does not reach it. On Windows it starts
-// without a window.
+// The first object makes this process ignore SIGPIPE for good, as send() reports that the engine
+// has gone, and raises its limit of open files, as each object needs three. The engine itself
+// starts with every signal at its default and none blocked, in a process group of its own, so that
+// a Ctrl-C in the terminal does not reach it. On Windows it starts without a window.
 class UciProcess {
 public:
     using Timeout = std::chrono::milliseconds;
@@ -53,7 +53,8 @@ public:
         int status;
     };
 
-    // Starts `path` with `arguments`. Throws CannotStart if that fails.
+    // Starts `path` with `arguments`, which hold no quotes on Windows. Throws CannotStart if that
+    // fails.
     explicit UciProcess(const std::string& path, const std::vector<std::string>& arguments = {});
     UciProcess(const UciProcess&) = delete;
     UciProcess& operator=(const UciProcess&) = delete;
@@ -74,9 +75,6 @@ public:
     // in time or the output has ended. Text after the last line end counts as a line
     // once the output has ended.
     std::optional<std::string> readLine(Timeout timeout);
-    // Lines up to and including the first that begins with `prefix`, or all that came
-    // in time.
-    std::vector<std::string> readUntil(const std::string& prefix, Timeout timeout);
     // No more output can come.
     bool isOutputOver() const { return !output.isOpen(); }
     // All that the engine has written to standard error since it was started.
@@ -90,8 +88,6 @@ public:
     std::int64_t getResidentKib() const;
 
 private:
-    // Takes all that can be read now.
-    void takeOutput();
     // The next line of what has been taken, as readLine() makes lines of it.
     std::optional<std::string> takeLine();
 
@@ -99,9 +95,9 @@ private:
 
     // Writes what there is room for; nothing if the engine reads no more.
     std::optional<std::size_t> writeSome(std::string_view bytes);
-    // Waits until there is output to take, or room to write if that is wanted; keeps
-    // all output that is there. Whether there is room to write.
-    bool pump(Timeout timeout, bool wantRoom = false);
+    // Waits until there is output to take, or perhaps room to write if that is wanted; keeps all
+    // output that is there.
+    void pump(Timeout timeout, bool wantRoom = false);
     // Appends all that can be read now; closes the pipe at the end of its data.
     static void drain(PipeEnd& from, std::string& into);
     // How the process has ended, if it has.

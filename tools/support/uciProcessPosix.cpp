@@ -8,6 +8,7 @@
 #include <fstream>
 #include <poll.h>
 #include <spawn.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <utility>
@@ -75,6 +76,10 @@ void PipeEnd::close() {
 
 UciProcess::UciProcess(const std::string& path, const std::vector<std::string>& arguments) {
     std::signal(SIGPIPE, SIG_IGN);
+    rlimit files{};
+    getrlimit(RLIMIT_NOFILE, &files);
+    files.rlim_cur = files.rlim_max;
+    setrlimit(RLIMIT_NOFILE, &files);
     Pipe toEngine = makePipe();
     Pipe fromEngine = makePipe();
     Pipe errorsOfEngine = makePipe();
@@ -136,14 +141,12 @@ std::int64_t UciProcess::getResidentKib() const {
     return resident * (sysconf(_SC_PAGESIZE) / 1024);
 }
 
-bool UciProcess::pump(Timeout timeout, bool wantRoom) {
+void UciProcess::pump(Timeout timeout, bool wantRoom) {
     // A descriptor of -1 is passed over.
     std::array<pollfd, 3> waited = {pollfd{descriptorOf(output), POLLIN, 0},
                                     pollfd{descriptorOf(errors), POLLIN, 0},
                                     pollfd{wantRoom ? descriptorOf(input) : -1, POLLOUT, 0}};
-    if (poll(waited.data(), waited.size(), static_cast<int>(timeout.count())) <= 0) {
-        return false;
-    }
-    takeOutput();
-    return waited[2].revents != 0;
+    poll(waited.data(), waited.size(), static_cast<int>(timeout.count()));
+    drain(output, pending);
+    drain(errors, errorText);
 }

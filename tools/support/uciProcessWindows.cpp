@@ -51,21 +51,6 @@ Pipe makePipe(bool isChildReader) {
             PipeEnd(reinterpret_cast<SystemHandle>(writer))};
 }
 
-// The word as the C library of the child reads it back: in quotes, with a backslash before each
-// quote, and backslashes before a quote doubled.
-std::string quoted(const std::string& word) {
-    std::string text = "\"";
-    std::size_t backslashes = 0;
-    for (const char letter : word) {
-        if (letter == '"') {
-            text.append(backslashes + 1, '\\');
-        }
-        backslashes = letter == '\\' ? backslashes + 1 : 0;
-        text += letter;
-    }
-    return text.append(backslashes, '\\') + '"';
-}
-
 } // namespace
 
 void PipeEnd::close() {
@@ -81,9 +66,9 @@ UciProcess::UciProcess(const std::string& path, const std::vector<std::string>& 
     Pipe toEngine = makePipe(true);
     Pipe fromEngine = makePipe(false);
     Pipe errorsOfEngine = makePipe(false);
-    std::string line = quoted(path);
+    std::string line = '"' + path + '"';
     for (const std::string& argument : arguments) {
-        line += ' ' + quoted(argument);
+        line += " \"" + argument + '"';
     }
     STARTUPINFOA start{};
     start.cb = sizeof start;
@@ -151,18 +136,17 @@ std::int64_t UciProcess::getResidentKib() const {
     return end ? 0 : static_cast<std::int64_t>(memory.WorkingSetSize / 1024);
 }
 
-bool UciProcess::pump(Timeout timeout, bool wantRoom) {
+void UciProcess::pump(Timeout timeout, bool wantRoom) {
     const Clock::time_point deadline = Clock::now() + timeout;
-    const auto taken = [&] { return pending.size() + errorText.size() + (isOutputOver() ? 1 : 0); };
-    const std::size_t before = taken();
-    takeOutput();
+    const auto take = [this] {
+        drain(output, pending);
+        drain(errors, errorText);
+        return pending.size() + errorText.size() + (isOutputOver() ? 1 : 0);
+    };
+    const std::size_t before = pending.size() + errorText.size();
     // Whether there is room is known only when something is written.
-    while (wantRoom || (taken() == before && Clock::now() < deadline)) {
+    for (bool isRoom = false; take() == before && !isRoom && Clock::now() < deadline;
+         isRoom = wantRoom) {
         sleepMilliseconds(POLL_INTERVAL);
-        takeOutput();
-        if (wantRoom) {
-            return true;
-        }
     }
-    return false;
 }
