@@ -1,9 +1,6 @@
 # Builds the man pages, in man/ of the build folder. If docs/man/PROGRAM.h2m exists, help2man makes
 # the page of the program from that file, the program's --help and a list of the other pages.
-# Otherwise the page is docs/man/PROGRAM.6. A cross build cannot run help2man and takes the pages of
-# another build from KESTRAN_MAN_FOLDER.
-
-set(KESTRAN_MAN_FOLDER "" CACHE PATH "Man pages of another build, for a build for another machine")
+# Otherwise the page is docs/man/PROGRAM.6. Programs for another machine run in its emulator.
 
 find_program(KESTRAN_HELP2MAN help2man)
 set(man_folder "${CMAKE_BINARY_DIR}/man")
@@ -14,8 +11,6 @@ foreach(program IN ITEMS kestran ${tools})
     set(page "${man_folder}/${program}.6")
     if(NOT EXISTS "${source}.h2m")
         configure_file("${source}.6" "${page}" COPYONLY)
-    elseif(KESTRAN_MAN_FOLDER)
-        set(page "${KESTRAN_MAN_FOLDER}/${program}.6")
     else()
         set(others kestran ${tools})
         list(REMOVE_ITEM others ${program})
@@ -28,7 +23,7 @@ foreach(program IN ITEMS kestran ${tools})
             OUTPUT "${page}"
             COMMAND "${KESTRAN_HELP2MAN}" --section=6 --no-info --manual=Kestran
                     "--include=${source}.h2m" "--include=${see_also}" "--output=${page}"
-                    "$<TARGET_FILE:${program}>"
+                    "$<JOIN:${CMAKE_CROSSCOMPILING_EMULATOR};$<TARGET_FILE:${program}>, >"
             COMMAND sed -i "/^.TH /s/\"[A-Z][a-z]* [0-9]*\"/\"${KESTRAN_DATE}\"/" "${page}"
             DEPENDS ${program} "${source}.h2m" "${see_also}"
             COMMENT "Writing the man page of ${program}"
@@ -39,8 +34,8 @@ foreach(program IN ITEMS kestran ${tools})
 endforeach()
 
 if(generated_pages)
-    if(CMAKE_CROSSCOMPILING)
-        message(STATUS "Without KESTRAN_MAN_FOLDER, only hand-written man pages are installed")
+    if(CMAKE_CROSSCOMPILING AND NOT CMAKE_CROSSCOMPILING_EMULATOR)
+        message(STATUS "Without an emulator, only hand-written man pages are installed")
         list(REMOVE_ITEM man_pages ${generated_pages})
     elseif(NOT KESTRAN_HELP2MAN)
         install(CODE "message(FATAL_ERROR \"The man pages need help2man: apt-get install help2man\")")
