@@ -3,6 +3,7 @@
 # progress on stderr, and never reads stdin.
 
 missing=()
+optional=() # installed only along with missing ones; builds do without them
 
 # need PACKAGE PROBE...: marks PACKAGE as missing unless one of the probes exists. A probe is a
 # program or, if it begins with a slash, a file.
@@ -26,8 +27,8 @@ needBuildTools() {
     need ninja-build ninja
     [[ ${1:-} != kestran ]] || return 0
     need libcli11-dev /usr/include/CLI/CLI.hpp /usr/local/include/CLI/CLI.hpp
-    need libedit-dev /usr/include/editline/readline.h
     need nlohmann-json3-dev /usr/include/nlohmann/json.hpp /usr/local/include/nlohmann/json.hpp
+    [[ -e /usr/include/editline/readline.h ]] || optional=(libedit-dev)
 }
 
 # Runs a command and shows its output only if it fails.
@@ -79,9 +80,12 @@ installMissing() {
     echo "Installing ${missing[*]} ..." >&2
     # Package lists are empty on a fresh system and outdated on an old one.
     quietly "${asRoot[@]}" apt-get -q update
-    quietly "${asRoot[@]}" apt-get -q -y --no-remove -o DPkg::Lock::Timeout=300 install \
-        --no-install-recommends "${missing[@]}"
-    missing=()
+    local install=("${asRoot[@]}" apt-get -q -y --no-remove -o DPkg::Lock::Timeout=300 install
+        --no-install-recommends)
+    quietly "${install[@]}" "${missing[@]}"
+    ((${#optional[@]} == 0)) || quietly "${install[@]}" "${optional[@]}" ||
+        echo "Going on without ${optional[*]}." >&2
+    missing=() optional=()
 }
 
 # Deletes a build folder that was configured for other sources or not for Ninja.
