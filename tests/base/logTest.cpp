@@ -31,11 +31,17 @@ TEST(LogSwitchedOn, PassesEveryLevelToEverySink) {
               "TRACE: T\nTRACE: T\nTRACE: T-2\nTRACE: T-2\n");
 }
 
-// Keeps the trace messages with the tag that it takes.
-class TaggedLogger final : public Logger {
+// Keeps the trace messages with the tag that it takes. Counts errors without a lock, and yields in
+// between.
+class TestLogger final : public Logger {
 public:
-    explicit TaggedLogger(std::vector<std::string>& _messages) : messages(_messages) {}
-    void error(const std::string& /*message*/) override {}
+    TestLogger(std::vector<std::string>& _messages, int& _errors)
+        : messages(_messages), errors(_errors) {}
+    void error(const std::string& /*message*/) override {
+        const int before = errors;
+        std::this_thread::yield();
+        errors = before + 1;
+    }
     void warn(const std::string& /*message*/) override {}
     void info(const std::string& /*message*/) override {}
     void debug(const std::string& /*message*/) override {}
@@ -44,6 +50,7 @@ public:
 
 private:
     std::vector<std::string>& messages;
+    int& errors;
 };
 
 TEST(LogSwitchedOn, PassesTaggedMessagesToTheSinksThatTakeTheTag) {
@@ -51,7 +58,8 @@ TEST(LogSwitchedOn, PassesTaggedMessagesToTheSinksThatTakeTheTag) {
     LoggerService service;
     service.addLoggerImpl(std::make_unique<StandardLogger>());
     EXPECT_FALSE(service.hasTag("taken"));
-    service.addLoggerImpl(std::make_unique<TaggedLogger>(messages));
+    int errors = 0;
+    service.addLoggerImpl(std::make_unique<TestLogger>(messages, errors));
     EXPECT_TRUE(service.hasTag("taken"));
     EXPECT_FALSE(service.hasTag("other"));
     testing::internal::CaptureStderr();
@@ -62,30 +70,12 @@ TEST(LogSwitchedOn, PassesTaggedMessagesToTheSinksThatTakeTheTag) {
     EXPECT_EQ(messages, (std::vector<std::string>{"1", "2"}));
 }
 
-// Increments its count without a lock, and yields in between.
-class CountingLogger final : public Logger {
-public:
-    explicit CountingLogger(int& _count) : count(_count) {}
-    void error(const std::string& /*message*/) override {
-        const int before = count;
-        std::this_thread::yield();
-        count = before + 1;
-    }
-    void warn(const std::string& /*message*/) override {}
-    void info(const std::string& /*message*/) override {}
-    void debug(const std::string& /*message*/) override {}
-    void trace(const std::string& /*message*/) override {}
-    bool hasTag(const std::string& /*tag*/) override { return false; }
-
-private:
-    int& count;
-};
-
 TEST(LogSwitchedOn, CallsItsSinksFromOneThreadAtATime) {
     constexpr int MESSAGES = 2000;
-    int count = 0;
+    std::vector<std::string> messages;
+    int errors = 0;
     LoggerService service;
-    service.addLoggerImpl(std::make_unique<CountingLogger>(count));
+    service.addLoggerImpl(std::make_unique<TestLogger>(messages, errors));
     const auto write = [&service] {
         for (int i = 0; i < MESSAGES; ++i) {
             service.error("E");
@@ -94,7 +84,7 @@ TEST(LogSwitchedOn, CallsItsSinksFromOneThreadAtATime) {
     std::thread other(write);
     write();
     other.join();
-    EXPECT_EQ(count, 2 * MESSAGES);
+    EXPECT_EQ(errors, 2 * MESSAGES);
 }
 
 } // namespace

@@ -136,11 +136,4 @@ TEST(Key, IsMadeOfThePublishedNumbers) {
     EXPECT_EQ(digest, 0xDBDD6C53476F44E5);
 }
 
-TEST(Key, HasATermForEachCastlingRight) {
-    const std::size_t numbers[] = {769, 768, 771, 770};
-    for (int right = 0; right < CASTLES; ++right) {
-        EXPECT_EQ(getCastleHash(right), ZobristRandomArray[numbers[right]]);
-    }
-}
-
 } // namespace

@@ -4,8 +4,10 @@
 #include "board/attacks.h"
 #include "board/moveGenerator.h"
 #include "board/positionCheck.h"
+#include "board/pseudoLegalMoves.h"
 #include "search/caseMaker.h"
 #include "search/evaluation.h"
+#include "testing/boardSupport.h"
 
 #include <cstdlib>
 #include <gtest/gtest.h>
@@ -48,10 +50,15 @@ private:
             return;
         }
         note(position, findInconsistency(position).empty(), "consistency");
+        const std::string fen = getFen(position);
+        const std::string identity = twin.identity();
+        note(position, fen.starts_with(identity.substr(0, identity.rfind(' '))), "text");
         const std::vector<plain::Move> expected = twin.moves();
         MoveArray moves;
         const int count = generateMoves(position, moves);
         note(position, count == static_cast<int>(expected.size()), "number of moves");
+        note(position, PseudoLegalMoves(position).getCount() == count, "count of the moves");
+        bool hasMove = false;
         for (int i = 0; i < count && fault.empty(); ++i) {
             const Move& move = moves[i];
             const plain::Move& twinMove = expected[at(i)];
@@ -60,6 +67,7 @@ private:
             DoMoveContext context;
             const bool isLegal = doMove(position, move, context);
             note(position, isLegal == after.has_value(), "legality of " + twinMove.text());
+            hasMove = hasMove || isLegal;
             if (isLegal && after) {
                 const int castled = !move.isCastle() ? 0 : twin.side == plain::WHITE ? 1 : -1;
                 walk(position, *after, castlings + castled, depth - 1);
@@ -67,6 +75,7 @@ private:
             }
         }
         compare(position, twin, castlings); // all moves have been taken back
+        note(position, isInMate(position) == (!hasMove && twin.isInCheck()), "mate");
     }
 
     static bool isSame(const Move& move, const plain::Move& twin) {
@@ -147,6 +156,19 @@ private:
 
     std::string fault;
 };
+
+// En passant captures that become possible, expire, or are pinned, and positions of all kinds.
+TEST(PlainRules, HaveTheSamePositionsAfterTheMovesOfKnownPositions) {
+    TwinWalk walk;
+    for (const char* fen :
+         {"4k3/2p1p3/8/1P1P1P2/2p1p3/8/1P1P4/4K3 w - - 3 1",
+          "r3k2r/8/8/8/1p4p1/8/P6P/R3K2R w KQkq - 0 1", "4k3/3p4/8/1KP4r/8/8/8/8 b - - 0 1"}) {
+        EXPECT_EQ(walk.walk(fen, DEPTH), "");
+    }
+    for (const PerftLine& line : readPerftLines()) {
+        EXPECT_EQ(walk.walk(line.fen, 1), "");
+    }
+}
 
 // KESTRAN_TWIN_POSITIONS=6000 takes some minutes; see docs/reliability.md.
 TEST(PlainRules, HaveTheSamePositionsAfterAllMoves) {

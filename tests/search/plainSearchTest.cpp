@@ -10,7 +10,7 @@ namespace {
 constexpr int MADE_POSITIONS = 100;
 constexpr std::int64_t BENCH_NODES = 2000;
 #else
-constexpr int MADE_POSITIONS = 2000;
+constexpr int MADE_POSITIONS = 1000;
 constexpr std::int64_t BENCH_NODES = 25000;
 #endif
 constexpr std::int64_t ENDLESS = 1000000000;

@@ -1,13 +1,11 @@
 #include "search/treeGenerator.h"
 
-#include "base/cppIoUtils.h"
 #include "search/idaVariant.h"
 #include "search/statistics.h"
 #include "testing/searchSupport.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <limits>
 #include <numeric>
 #include <sstream>
@@ -97,46 +95,6 @@ TEST_F(Search, OrdersTheLongestMoveList) {
     EXPECT_EQ(indices.elements, expected.elements);
     orderMoves(moves, indices, MAX_MOVES);
     EXPECT_EQ(indices.elements, expected.elements);
-}
-
-TEST_F(Quiscence, OrdersCapturesByAttackerAndVictim) {
-    // What has a drawer in common, attacker and victim, and in the end what captures nothing.
-    const std::vector<std::string> drawers = {"PQ",
-                                              "NQ BQ KQ",
-                                              "PR RQ",
-                                              "PN PB NR BR KR",
-                                              "PP RR NN NB BN BB KN KB QQ",
-                                              "RN RB NP BP KP",
-                                              "RP QR",
-                                              "QN QB",
-                                              "QP",
-                                              "P. R. N. B. Q. K."};
-    const std::string letters = ".PRNBQK";
-    MoveArray moves;
-    std::vector<int> drawerOf;
-    for (int drawer = static_cast<int>(drawers.size()); --drawer >= 0;) {
-        for (const std::string& pair : splitString(drawers[at(drawer)])) {
-            moves[static_cast<int>(drawerOf.size())] = {
-                E2,
-                E4,
-                static_cast<PieceType>(letters.find(pair[0])),
-                static_cast<PieceType>(letters.find(pair[1])),
-                ORDINARY_MOVE,
-                NO_PIECE};
-            drawerOf.push_back(drawer);
-        }
-    }
-    // Which piece castles has no meaning.
-    moves[static_cast<int>(drawerOf.size())] = {E1, G1, PAWN, QUEEN, WHITE_KING_SIDE, NO_PIECE};
-    drawerOf.push_back(9);
-    MoveIndices indices;
-    orderMoves(moves, indices, static_cast<int>(drawerOf.size()));
-    std::vector<std::pair<int, int>> order; // drawer and place in the list
-    for (std::size_t i = 0; i < drawerOf.size(); ++i) {
-        const int index = indices[static_cast<int>(i)];
-        order.emplace_back(drawerOf[at(index)], index);
-    }
-    EXPECT_TRUE(std::ranges::is_sorted(order));
 }
 
 TEST_F(Search, DepthOutsideItsRangeWorksAsTheNearestInside) {

@@ -8,7 +8,6 @@
 #include "notation/longAlgebraicMove.h"
 
 #include <algorithm>
-#include <cctype>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
@@ -133,28 +132,4 @@ inline std::vector<PerftLine> readPerftLines() {
         throw std::runtime_error("no positions in perft.epd");
     }
     return lines;
-}
-
-// The same position for the other colour: ranks upside down, colours swapped.
-inline std::string mirrorFen(const std::string& fen) {
-    std::vector<std::string> tokens = getFenTokens(fen);
-    std::reverse(tokens.begin(), tokens.begin() + 8);
-    std::string mirrored;
-    for (std::size_t i = 0; i < 10; ++i) {
-        mirrored += (i == 0 ? "" : i < 8 ? "/" : " ") + tokens[i];
-    }
-    for (char& c : mirrored) { // all letters but the side's change their case
-        c = static_cast<char>(std::isupper(c) != 0 ? std::tolower(c) : std::toupper(c));
-    }
-    mirrored[mirrored.find(' ') + 1] = tokens[8] == "w" ? 'b' : 'w';
-    const char passedRow = tokens[8] == "w" ? '3' : '6';
-    return mirrored + " " + (tokens[10] == "-" ? "-" : tokens[10].substr(0, 1) + passedRow) + " 0";
-}
-
-// The move of the mirrored position: e2e4 becomes e7e5.
-inline std::string mirrorMove(std::string text) {
-    for (const std::size_t i : {1U, 3U}) {
-        text[i] = static_cast<char>('1' + '8' - text[i]);
-    }
-    return text;
 }

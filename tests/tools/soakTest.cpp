@@ -54,7 +54,7 @@ protected:
 TEST_F(Soak, HealthyEngines) {
     for (const std::string& engine : {ENGINE, ENGINE + "-modern"}) {
         SoakOptions options = optionsFor({.path = engine});
-        options.game.plies = 40;
+        options.game.plies = 20;
         const SoakReport report = runSoak(options);
         EXPECT_TRUE(TextPattern("No fault\\.\nsummary games=1 .* plies=[1-9].* clean=yes\n")
                         .isIn(reportOn(report, options)))
@@ -120,7 +120,8 @@ TEST_F(Soak, FaultsAfterTheLastGame) {
              {R"("$0"; echo oops >&2)", "on standard error: \"oops\""},
              {R"("$0"; sleep 20)", "no clean end after quit; the process was running"}}) {
         SoakOptions options = optionsFor(scripted(script));
-        options.engine.patience = milliseconds(2000);
+        options.game.plies = 1;
+        options.engine.patience = milliseconds(text.ends_with("running") ? 1500 : 5000);
         const SoakReport report = runSoak(options);
         ASSERT_EQ(report.quitFaults.size(), 1U) << script;
         EXPECT_NE(report.quitFaults[0].find(text), std::string::npos) << report.quitFaults[0];

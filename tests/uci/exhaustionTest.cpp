@@ -13,6 +13,7 @@
 #include <set>
 #include <sstream>
 #include <system_error>
+#include <tuple>
 
 namespace {
 
@@ -186,31 +187,27 @@ std::vector<std::string> talk(const std::string& conversation, unsigned failingC
 // Here only a search finds the move.
 const std::string MATE_IN_ONE = "position fen k7/8/1K6/8/8/8/8/7R w - - 0 1\n";
 
-// The first `go` makes two threads: its own, and that of the search.
-TEST(NoThread, GoThreadFailsAndTheLoopSearches) {
-    // `isready` is answered after the search, which blocks the loop.
-    EXPECT_EQ(talk(MATE_IN_ONE + "go movetime 0\nisready\n", 0b1),
-              (std::vector<std::string>{"info pv h1h8", "bestmove h1h8", "readyok"}));
-    EXPECT_EQ(creations, 2);
-}
-
-TEST(NoThread, SearchThreadFailsAndThereIsNoMove) {
-    EXPECT_EQ(talk(MATE_IN_ONE + "go movetime 0\n", 0b10),
-              (std::vector<std::string>{"info pv", "bestmove (none)"}));
-    EXPECT_EQ(creations, 2);
-}
-
-TEST(NoThread, BothFailAndTheNextGoWorks) {
-    EXPECT_EQ(
-        talk(MATE_IN_ONE + "go infinite\ngo movetime 0\n", 0b11),
-        (std::vector<std::string>{"info pv", "bestmove (none)", "info pv h1h8", "bestmove h1h8"}));
-    EXPECT_EQ(creations, 4);
-}
-
-TEST(NoThread, NeverAny) {
-    EXPECT_EQ(
-        talk(MATE_IN_ONE + "go movetime 0\ngo infinite\nquit\n", ~0U),
-        (std::vector<std::string>{"info pv", "bestmove (none)", "info pv", "bestmove (none)"}));
+// The first `go` makes two threads: its own, and that of the search. Without the first, the loop
+// searches, and `isready` is answered after that; without the second, there is no move.
+TEST(NoThread, EachGoIsAnswered) {
+    using Lines = std::vector<std::string>;
+    const Lines none = {"info pv", "bestmove (none)"};
+    const Lines mate = {"info pv h1h8", "bestmove h1h8"};
+    const auto both = [](Lines first, const Lines& second) {
+        first.insert(first.end(), second.begin(), second.end());
+        return first;
+    };
+    const std::tuple<std::string, unsigned, Lines, int> cases[] = {
+        // words, creations that fail, lines, creations
+        {"go movetime 0\nisready\n", 0b1, both(mate, {"readyok"}), 2},
+        {"go movetime 0\n", 0b10, none, 2},
+        {"go infinite\ngo movetime 0\n", 0b11, both(none, mate), 4},
+        {"go movetime 0\ngo infinite\nquit\n", ~0U, both(none, none), 4},
+    };
+    for (const auto& [words, failing, lines, count] : cases) {
+        EXPECT_EQ(talk(MATE_IN_ONE + words, failing), lines) << words;
+        EXPECT_EQ(creations, count) << words;
+    }
 }
 
 } // namespace

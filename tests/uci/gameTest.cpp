@@ -10,7 +10,7 @@
 
 namespace {
 
-constexpr int MAX_PLIES = 60;
+constexpr int MAX_PLIES = 40;
 constexpr int BASE = 2000; // milliseconds
 constexpr int INCREMENT = 100;
 
