@@ -138,15 +138,17 @@ std::int64_t UciProcess::getResidentKib() const {
 
 void UciProcess::pump(Timeout timeout, bool wantRoom) {
     const Clock::time_point deadline = Clock::now() + timeout;
-    const auto take = [this] {
-        drain(output, pending);
-        drain(errors, errorText);
+    const auto taken = [this] {
         return pending.size() + errorText.size() + (isOutputOver() ? 1 : 0);
     };
-    const std::size_t before = pending.size() + errorText.size();
     // Whether there is room is known only when something is written.
-    for (bool isRoom = false; take() == before && !isRoom && Clock::now() < deadline;
-         isRoom = wantRoom) {
+    bool isRoom = false;
+    for (const std::size_t before = taken();; isRoom = wantRoom) {
+        drain(output, pending);
+        drain(errors, errorText);
+        if (isRoom || taken() != before || Clock::now() >= deadline) {
+            return;
+        }
         sleepMilliseconds(POLL_INTERVAL);
     }
 }
