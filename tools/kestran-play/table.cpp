@@ -53,18 +53,12 @@ std::string whyNoMove(const Position& position, const std::string& text) {
 
 // The one legal move that a text names. UsageError if it names none or more than one.
 Move pickMove(const Position& position, const std::string& text) {
-    const std::vector<Move> moves = findMoves(position, text);
-    if (moves.empty()) {
-        throw UsageError(whyNoMove(position, text));
+    std::string fault;
+    if (const std::optional<Move> move = findMove(position, text, fault)) {
+        return *move;
     }
-    if (moves.size() > 1) {
-        std::string choice;
-        for (const Move& move : moves) {
-            choice.append(1, ' ').append(toSan(position, move));
-        }
-        throw UsageError('"' + text + "\" can mean more than one move:" + choice);
-    }
-    return moves.front();
+    const bool isUnknown = findMoves(position, text).empty();
+    throw UsageError(isUnknown ? whyNoMove(position, text) : '"' + text + "\" " + fault);
 }
 
 } // namespace
