@@ -38,14 +38,18 @@ public:
         text.append(isFirst ? "" : fits ? " " : "\n").append(word);
         used = isFirst || !fits ? word.size() : used + 1 + word.size();
     }
-    // In braces, without any brace inside.
-    void addComment(std::string comment) {
+    // Adds the words in braces, without any brace inside. Returns whether there are words.
+    bool addComment(std::string comment) {
         std::replace(comment.begin(), comment.end(), '{', ' ');
         std::replace(comment.begin(), comment.end(), '}', ' ');
-        const std::string inside = joined(splitString(comment));
-        for (const std::string& word : splitString('{' + inside + '}')) {
+        const std::string words = joined(splitString(comment));
+        if (words.empty()) {
+            return false;
+        }
+        for (const std::string& word : splitString('{' + words + '}')) {
             add(word);
         }
+        return true;
     }
 
     std::string text{};
@@ -102,9 +106,7 @@ std::string toPgn(const PgnGame& game) {
     }
 
     WordLines lines;
-    if (!game.comment.empty()) {
-        lines.addComment(game.comment);
-    }
+    lines.addComment(game.comment);
     NumberedGame present = game.start;
     bool isNumbered = true;
     for (const auto& [move, nag, comment] : game.moves) {
@@ -116,10 +118,7 @@ std::string toPgn(const PgnGame& game) {
         if (nag != 0) {
             lines.add('$' + std::to_string(nag));
         }
-        if (!comment.empty()) {
-            lines.addComment(comment);
-        }
-        isNumbered = !comment.empty();
+        isNumbered = lines.addComment(comment);
         present.play(move);
     }
     lines.add(game.result);

@@ -131,7 +131,8 @@ void PgnReader::readTag() {
     std::string value;
     std::size_t place = valueAt + 1;
     while (place < text.size() && text[place] != '"' && text[place] != '\n') {
-        const bool isEscaped = text[place] == '\\' && place + 1 < text.size();
+        const bool isEscaped =
+            text[place] == '\\' && (hasLetter(place + 1, '"') || hasLetter(place + 1, '\\'));
         value += text[isEscaped ? place + 1 : place];
         place += isEscaped ? 2 : 1;
     }

@@ -127,6 +127,7 @@ TEST(Pgn, WritesWhatItReads) {
         game.moves.push_back({moveOf(game.after(game.moves.size()).position, text)});
     }
     game.moves[0].comment = "a {b}  c\n";
+    game.moves[1].comment = "{ }";
     game.moves[2].nag = 2;
     game.moves[3].nag = 3;
     game.moves[3].comment = "d";
