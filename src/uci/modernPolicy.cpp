@@ -11,38 +11,18 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <cstdlib>
 #include <sstream>
 
 namespace {
 
-constexpr std::string_view OWN_BOOK = "OwnBook";
-constexpr std::string_view MOVE_OVERHEAD = "Move Overhead";
-constexpr int MAX_OVERHEAD = 5000; // milliseconds
 // The least budget of a move, unless less is left on the clock. Enough for a pass or two.
 constexpr Milliseconds SHORTEST = 10;
-
-std::string lowered(std::string text) {
-    std::ranges::transform(text, text.begin(),
-                           [](unsigned char letter) { return std::tolower(letter); });
-    return text;
-}
-
-// The words from `first` to `last` in lower case, with a blank before each.
-using Word = std::vector<std::string>::const_iterator;
-std::string joined(Word first, Word last) {
-    std::string text;
-    for (; first != last; ++first) {
-        text.append(1, ' ').append(lowered(*first));
-    }
-    return text;
-}
 
 // The number after the word `name`, if there is one and it is positive.
 std::optional<std::int64_t> numberAfter(const std::vector<std::string>& words,
                                         std::string_view name) {
-    const auto place = std::ranges::find(words, name);
+    const auto place = std::find(words.begin(), words.end(), name);
     if (words.end() - place < 2) {
         return std::nullopt;
     }
@@ -55,7 +35,7 @@ std::vector<Move> getSearchMoves(const std::vector<std::string>& words, const Po
     MoveArray moves;
     const int count = generateLegalMoves(position, moves);
     std::vector<Move> result;
-    const auto place = std::ranges::find(words, "searchmoves");
+    const auto place = std::find(words.begin(), words.end(), "searchmoves");
     for (auto word = place; word != words.end() && ++word != words.end();) {
         const int index = LongAlgebraicMove(*word).getIndexOfMove(moves.first(count));
         if (index >= 0) {
@@ -92,31 +72,12 @@ int getStaticScore(const Position& position) {
 
 // ---- Commands ----
 
-std::vector<std::string> ModernPolicy::getUciReply(int hashMebibytes) {
-    return getGreeting("Kestran Modern " KESTRAN_VERSION,
-                       {getHashOption(hashMebibytes),
-                        "option name " + std::string(OWN_BOOK) + " type check default false",
-                        getSpinOption(MOVE_OVERHEAD, 0, MAX_OVERHEAD, DEFAULT_OVERHEAD)});
+std::vector<std::string> ModernPolicy::getUciReply(int /*hashMebibytes*/) {
+    return getGreeting("Kestran Modern " KESTRAN_VERSION, ModernOptions::getLines());
 }
 
 std::optional<int> ModernPolicy::setOption(const std::vector<std::string>& words) {
-    const auto value = std::ranges::find(words, OPTION_VALUE);
-    if (words[1] != OPTION_NAME || words.end() - value < 2) {
-        return std::nullopt;
-    }
-    const std::string name = joined(words.begin() + 2, value);
-    const auto isNamed = [&name](std::string_view option) {
-        return name == ' ' + lowered(std::string(option));
-    };
-    if (isNamed(HASH)) {
-        return getIntOption(name, value[1]);
-    }
-    if (isNamed(OWN_BOOK)) {
-        ownBook = lowered(value[1]) == "true";
-    } else if (isNamed(MOVE_OVERHEAD)) {
-        moveOverhead = std::clamp(getIntOption(name, value[1]), 0, MAX_OVERHEAD);
-    }
-    return std::nullopt;
+    return options.set(words);
 }
 
 std::optional<SearchLimits> ModernPolicy::readGo(const std::vector<std::string>& words,
@@ -125,7 +86,7 @@ std::optional<SearchLimits> ModernPolicy::readGo(const std::vector<std::string>&
     const std::optional<std::int64_t> nodes = numberAfter(words, "nodes");
     const std::optional<std::int64_t> mate = numberAfter(words, "mate");
 
-    SearchLimits limits = {.time = {start, 0}, .useBook = ownBook};
+    SearchLimits limits = {.time = {start, 0}, .useBook = options.ownBook};
     const bool isLimited = depth || nodes || mate;
     limits.time = getBudget(words, position.colorToMove, start, isLimited);
     limits.nodes = nodes.value_or(SearchLimits::ANY_NODES);
@@ -158,7 +119,8 @@ TimeBudget ModernPolicy::getBudget(const std::vector<std::string>& words, Color 
     }
     Milliseconds total = TimeBudget::UNLIMITED - 1;
     if (isOnClock) {
-        const Milliseconds left = std::max<Milliseconds>(go.time[colorToMove] - moveOverhead, 0);
+        const Milliseconds left =
+            std::max<Milliseconds>(go.time[colorToMove] - options.moveOverhead, 0);
         const Milliseconds increment = std::max<Milliseconds>(go.increment[colorToMove], 0);
         total = getClockTime(left, increment, go.movesToGo);
     }

@@ -2,12 +2,12 @@
 // the form of the lines, the limits of a search, the clock, and the options.
 #pragma once
 
+#include "uci/modernOptions.h"
 #include "uci/uciPolicy.h"
 
 class ModernPolicy final : public UciPolicy {
 public:
     std::vector<std::string> getUciReply(int hashMebibytes) override;
-    // Compares names case-insensitively. A name may contain blanks.
     std::optional<int> setOption(const std::vector<std::string>& words) override;
     std::optional<SearchLimits> readGo(const std::vector<std::string>& words,
                                        const Position& position, Milliseconds start) override;
@@ -23,11 +23,8 @@ public:
                                             const Position& position) const override;
 
 private:
-    static constexpr Milliseconds DEFAULT_OVERHEAD = 10;
-
     TimeBudget getBudget(const std::vector<std::string>& words, Color colorToMove,
                          Milliseconds start, bool isLimited) const;
 
-    bool ownBook = false;
-    Milliseconds moveOverhead = DEFAULT_OVERHEAD; // never used of the own clock
+    ModernOptions options;
 };

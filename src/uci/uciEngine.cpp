@@ -95,8 +95,7 @@ bool UciEngine::handleLine(const std::string& line) {
         handleGoSeparateThread(vec);
     } else if (vec.size() == 1) {
         if (command == UCI_COMMAND) {
-            std::ranges::for_each(policy->getUciReply(mebibytesOf(engine.getHashTableSize())),
-                                  [this](const std::string& reply) { send(reply); });
+            sendAll(policy->getUciReply(mebibytesOf(engine.getHashTableSize())));
         } else if (command == IS_READY) {
             send(READY_OK);
         } else if (command == STOP) {
@@ -123,6 +122,12 @@ void UciEngine::send(std::string_view str) {
         endProcess();
     }
     logger.info([&line] { return "---> " + line; });
+}
+
+void UciEngine::sendAll(const std::vector<std::string>& lines) {
+    for (const std::string& line : lines) {
+        send(line);
+    }
 }
 
 // Returns false at the end of input.
@@ -222,8 +227,7 @@ void UciEngine::handleGo(const SearchRequest& request) {
     if (quitting) {
         return;
     }
-    std::ranges::for_each(policy->getAnswerLines(result, request.game.position),
-                          [this](const std::string& line) { send(line); });
+    sendAll(policy->getAnswerLines(result, request.game.position));
 }
 
 // After this call, no report of this `go` or of an earlier one is sent.

@@ -53,6 +53,7 @@ public:
 
 private:
     void send(std::string_view str);
+    void sendAll(const std::vector<std::string>& lines);
     bool readLine(std::string& line);
 
     void handlePosition(const std::string& line, const std::vector<std::string>& vec);

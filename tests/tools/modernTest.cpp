@@ -44,12 +44,42 @@ protected:
 
 TEST_F(Modern, GreetsWithItsOptions) {
     process.send("uci");
-    EXPECT_EQ(
-        readUntil(process, "uciok", PATIENCE),
-        (std::vector<std::string>{
-            NAME, "id author Bremo Talvik", "option name Hash type spin min 0 max 512 default 192 ",
-            "option name OwnBook type check default false",
-            "option name Move Overhead type spin min 0 max 5000 default 10 ", "uciok"}));
+    const std::vector<std::string> lines = process.readUntil("uciok", PATIENCE);
+    EXPECT_EQ(lines,
+              (std::vector<std::string>{NAME, "id author Bremo Talvik",
+                                        "option name Hash type spin default 16 min 0 max 4096",
+                                        "option name Threads type spin default 1 min 1 max 1",
+                                        "option name Move Overhead type spin default 10 min 0 max "
+                                        "5000",
+                                        "option name OwnBook type check default false",
+                                        "option name Clear Hash type button", "uciok"}));
+    // As strict clients read them.
+    const TextPattern OPTION(
+        R"(option name \S+( \S+)* type (spin default -?\d+ min -?\d+ max -?\d+|)"
+        R"(check default (true|false)|string default \S+|button))");
+    for (std::size_t i = 2; i + 1 < lines.size(); ++i) {
+        EXPECT_TRUE(OPTION.matches(lines[i])) << lines[i];
+    }
+}
+
+// A bad value is named on standard error, in one line; the engine goes on.
+TEST_F(Modern, NamesABadOptionValue) {
+    for (const auto& [line, fault] : std::initializer_list<std::pair<std::string, std::string>>{
+             {"name hash value x", "option Hash rejected: \"x\" is not a number\n"},
+             {"name Threads value 1.5", "option Threads rejected: \"1.5\" is not a number\n"},
+             {"name OwnBook value 1", "option OwnBook rejected: \"1\" is not true or false\n"},
+             {"name Threads value 7", ""}, // as the nearest number
+             {"name Clear Hash", ""},
+             {"name Hash", ""},
+             {"name value", ""},
+             {"name Unknown value 3", ""},
+             {"Hash value 3", ""}}) {
+        const std::string before = process.readErrors();
+        process.send("setoption " + line);
+        process.send("isready");
+        ASSERT_EQ(process.readUntil("", PATIENCE).back(), "readyok") << line;
+        EXPECT_EQ(process.readErrors(), before + fault) << line;
+    }
 }
 
 // The last report before the answer, and the answer.

@@ -4,6 +4,7 @@
 #include "kestran-bench/bench.h"
 #include "notation/fen.h"
 #include "search/engineParameters.h"
+#include "search/hashTable.h"
 #include "search/infoStruct.h"
 #include "support/cli.h"
 #include "uci/modernPolicy.h"
@@ -47,6 +48,7 @@ int runModern(const std::string& word) {
     }
     prepareProcess();
     const std::unique_ptr<EngineConfig> config = EngineConfig::getProdConfig();
+    config->hashTableSize = entriesOf(ModernOptions::DEFAULT_HASH);
     std::make_unique<UciEngine>(*config, std::make_unique<ModernPolicy>())->start();
     return 0;
 }

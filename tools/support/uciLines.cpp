@@ -41,11 +41,7 @@ const UciDialect KESTRAN_DIALECT = {
     {AUTHOR, HASH_OPTION, "uciok"},
     {"info pv% score cp @ depth # seldepth # nodes # time # nps # "},
     {"info pv%"}};
-const UciDialect MODERN_DIALECT = {
-    {AUTHOR, HASH_OPTION, "option name OwnBook type check default false",
-     "option name Move Overhead type spin min 0 max 5000 default 10 ", "uciok"},
-    MODERN_REPORTS,
-    MODERN_REPORTS};
+const UciDialect MODERN_DIALECT = {{}, MODERN_REPORTS, MODERN_REPORTS};
 const UciDialect OTHER_DIALECT = {{}, {"info *"}, {}};
 
 const UciDialect& dialectOf(const std::string& nameLine) {

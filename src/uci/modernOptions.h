@@ -1,0 +1,28 @@
+// The options of the modern front end.
+#pragma once
+
+#include "base/clock.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+struct ModernOptions {
+    static constexpr int DEFAULT_HASH = 16;     // mebibytes
+    static constexpr int MAX_HASH = 4096;       // mebibytes
+    static constexpr int MAX_OVERHEAD = 5000;   // milliseconds
+    static constexpr int DEFAULT_OVERHEAD = 10; // milliseconds
+
+    // The lines that announce the options, in the form that most clients expect: the default first,
+    // and no blank at the end.
+    static std::vector<std::string> getLines();
+
+    // Sets the option of a `setoption` line, if it exists. Compares names case-insensitively; a
+    // name may contain blanks. A number outside the range works as the nearest inside. Reports a
+    // value of the wrong type on standard error and keeps the old one. Returns the wanted size of
+    // the hash table in mebibytes if that is the option.
+    std::optional<int> set(const std::vector<std::string>& words);
+
+    bool ownBook = false;
+    int moveOverhead = DEFAULT_OVERHEAD; // milliseconds, never used of the own clock
+};
