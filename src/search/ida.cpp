@@ -1,6 +1,7 @@
 #include "search/ida.h"
 
 #include "base/loggingService.h"
+#include "board/makeMove.h"
 #include "search/idaVariant.h"
 #include "search/score.h"
 
@@ -56,7 +57,8 @@ InfoStruct reportOf(const SearchPass& pass, const SearchState& state, Millisecon
             .selDepth = state.getQuiscenceMaxDepth() + pass.depth,
             .pv = pass.line,
             .time = elapsed,
-            .number = number};
+            .number = number,
+            .lineNumber = pass.lineNumber};
 }
 
 // Forecasts the next pass. Passes are cheap and costly in turn, so the forecast uses the last two.
@@ -85,24 +87,97 @@ private:
     double total = 0;
 };
 
+// The legal moves that the root may choose from.
+std::vector<Move> getAllowedMoves(const SearchRequest& request) {
+    if (!request.limits.rootMoves.empty()) {
+        return request.limits.rootMoves;
+    }
+    MoveArray moves;
+    const int count = generateLegalMoves(request.game.position, moves);
+    return {moves.begin(), moves.begin() + count};
+}
+
+// The lines of a search with several ones.
+class RootLines {
+public:
+    // What the passes of one line hand on to the next depth.
+    struct Line {
+        Variant variant;
+        RootWindow window;
+    };
+
+    explicit RootLines(const SearchRequest& request)
+        : allowed(getAllowedMoves(request)),
+          lines(std::clamp<std::size_t>(allowed.size(), 1, at(request.limits.lines))) {}
+
+    bool areSeveral() const { return lines.size() > 1; }
+    Line& getCurrent() { return lines[current]; }
+
+    // Lets the root choose from the moves that the lines before this one do not begin with, the
+    // move of the last depth first.
+    void setUp(SearchState& state, const Position& position, int depth) {
+        state.rootMoves = allowed;
+        for (std::size_t before = 0; before < current; ++before) {
+            std::erase_if(state.rootMoves, [&](const Move& move) {
+                return testMoveEquality(move, lines[before].variant.get(0).move);
+            });
+        }
+        if (state.config.useTable) {
+            const Variant& variant = getCurrent().variant;
+            state.table.addTableEntry(position, variant.getFirstMove(), depth - 1,
+                                      variant.evaluation, DEFAULT_FIRST_ALFA, DEFAULT_FIRST_BETA);
+        }
+    }
+
+    // Fills in what a pass of the current line means for the depth and for the search.
+    void judge(SearchPass& pass) {
+        pass.lineNumber = static_cast<int>(current) + 1;
+        if (pass.isGood()) {
+            isSettled = isSettled && pass.result == IdaNS::OK_FINISH;
+            pass.endsDepth = current + 1 == lines.size() || pass.line.varLength == 0;
+            pass.endsSearch = pass.endsDepth && isSettled;
+        }
+    }
+    // Goes on to the line of the next pass.
+    void advance(const SearchPass& pass) {
+        getCurrent().window = pass.next;
+        if (pass.endsDepth) {
+            current = 0;
+            isSettled = true;
+        } else if (pass.isGood()) {
+            ++current;
+        }
+    }
+
+private:
+    const std::vector<Move> allowed;
+    std::vector<Line> lines; // one or more
+    std::size_t current = 0;
+    bool isSettled = true; // whether the lines of this depth so far are mates or book moves
+};
+
 } // namespace
 
 void Ida::deepen(const SearchRequest& request, IdaVariant* idaVariant, const PassCallback& onPass) {
     prepareSearch(request, idaVariant);
     const SearchLimits& limits = request.limits;
-    const bool skipOpening = limits.time.isUnlimited() || !limits.useBook;
+    const bool skipOpening = limits.time.isUnlimited() || !limits.useBook || limits.lines > 1;
     const int deepest = std::min(limits.depth, MAX_PASSES);
     Position position = request.game.position;
-    Variant variant;
-    RootWindow window;
+    RootLines lines(request);
     for (int actualDepth = 1; actualDepth <= deepest;) {
-        const SearchPass pass =
+        if (lines.areSeveral()) {
+            lines.setUp(generator.state, position, actualDepth);
+        }
+        auto& [variant, window] = lines.getCurrent();
+        SearchPass pass =
             generateTreeIdaOneLoop(position, variant, actualDepth, window, skipOpening);
-        if (!onPass(pass) || !pass.result || pass.result == IdaNS::OK_FINISH) {
+        lines.judge(pass);
+        if (!onPass(pass) || !pass.result || pass.endsSearch) {
             return;
         }
-        window = pass.next;
-        actualDepth += pass.isGood() ? 1 : 0; // a failed pass is repeated
+        lines.advance(pass); // a failed pass is repeated
+        actualDepth += pass.endsDepth ? 1 : 0;
     }
 }
 
@@ -117,13 +192,17 @@ void Ida::generateTree(const SearchRequest& request, int threadId, IdaVariant& i
     deepen(request, &idaVariant, [&](const SearchPass& pass) {
         idaVariant.setNodes(pass.nodes);
         if (pass.isGood()) {
-            forecast.add(pass.nodes);
+            if (pass.endsDepth) {
+                forecast.add(pass.nodes);
+            }
             const InfoStruct info = reportOf(pass, generator.state, clockStart, request.number);
-            idaVariant.setReport(info, threadId);
-            if (pass.result == IdaNS::OK_FINISH) {
+            if (pass.lineNumber == 1) {
+                idaVariant.setReport(info, threadId);
+            }
+            if (pass.endsSearch) {
                 idaVariant.signalReady(threadId);
             }
-            if (pass.result == IdaNS::OK || infinite) {
+            if (!pass.endsSearch || infinite || request.limits.lines > 1) {
                 report(info);
             }
         }
@@ -132,10 +211,10 @@ void Ida::generateTree(const SearchRequest& request, int threadId, IdaVariant& i
         }
         const Milliseconds elapsed = clockMilliseconds() - budget.start;
         const bool isHopeless =
-            budget.skipsHopelessPasses && pass.isGood() &&
+            budget.skipsHopelessPasses && pass.endsDepth &&
             forecast.nextDuration(elapsed) > static_cast<double>(budget.total - elapsed);
         return !isHopeless && !timeUp(budget.total, lastDuration, lastCheck, clockStart,
-                                      pass.result.value_or(IdaNS::FAILHIGH), idaVariant);
+                                      pass.endsDepth ? *pass.result : IdaNS::FAILHIGH, idaVariant);
     });
     idaVariant.signalReady(threadId);
 }
@@ -146,9 +225,12 @@ SearchResult Ida::generateTree(const SearchRequest& request) {
     deepen(request, nullptr, [&](const SearchPass& pass) {
         result.nodes = pass.nodes;
         if (pass.isGood()) {
-            result.line = pass.line;
-            result.report = reportOf(pass, generator.state, clockStart, request.number);
-            report(*result.report);
+            const InfoStruct info = reportOf(pass, generator.state, clockStart, request.number);
+            if (pass.lineNumber == 1) {
+                result.line = pass.line;
+                result.report = info;
+            }
+            report(info);
         }
         return true;
     });

@@ -24,6 +24,11 @@ struct SearchPass {
     // The score, for the side to move, and the line. After a failed pass the score is the bound
     // that failed, and the line is meaningless. Valid until the next pass.
     const Variant& line;
+    // Set by deepen():
+    int lineNumber = 1;     // among the lines of its depth; 1 is the best
+    bool endsDepth = false; // whether it is a good pass and its depth has no further line
+    bool endsSearch =
+        false; // whether it is settled by mates or a book move; no deeper pass follows
 
     // Whether the score lies inside the window.
     bool isGood() const { return result == IdaNS::OK || result == IdaNS::OK_FINISH; }
@@ -43,12 +48,16 @@ public:
     // MAX_PASSES is reached, a pass finds a mate or a book move, or a pass is abandoned because
     // of the node limit or the ready flag of `idaVariant` (null for none, not owned). An unlimited
     // search does not ask the book.
+    // With several lines, each depth takes a pass for each line, and each pass leaves out the root
+    // moves of the lines before it. There are no more lines than root moves. Such a search does not
+    // ask the book, and only a depth whose lines are all mates ends it.
     void deepen(const SearchRequest& request, IdaVariant* idaVariant, const PassCallback& onPass);
 
     // The timed search: deepens until another pass is not worth its time or the ready flag is
-    // raised. Publishes and reports each good pass; a mate or a book move is reported only if the
-    // time is unlimited. Raises the ready flag at its end. `threadId` is the number that
-    // `idaVariant` gave to this search.
+    // raised. Publishes the first line of each depth and reports each good pass; a mate or a book
+    // move that ends it is reported only if the time is unlimited or several lines are wanted.
+    // Raises the ready flag at its end. `threadId` is the number that `idaVariant` gave to this
+    // search.
     void generateTree(const SearchRequest& request, int threadId, IdaVariant& idaVariant);
 
     // The depth search: deepens to the depth of the request and reports each good pass.

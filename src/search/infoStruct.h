@@ -15,6 +15,7 @@ struct InfoStruct {
     Variant pv;                 // the line found, with its score
     Milliseconds time;          // milliseconds since the search began
     int number;                 // SearchRequest::number
+    int lineNumber = 1;         // see SearchPass
 };
 
 // Nodes per second, rounded down. An elapsed time of 0 counts as 1 millisecond.

@@ -23,6 +23,8 @@ struct SearchLimits {
     std::int64_t nodes = ANY_NODES;
     // Whether to ask the book. A search of unlimited time never does.
     bool useBook = true;
+    // How many lines are wanted, 1 or more; see Ida::deepen().
+    int lines = 1;
     // The legal moves to choose from; all if empty.
     std::vector<Move> rootMoves = {};
 };

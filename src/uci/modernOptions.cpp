@@ -22,6 +22,7 @@ constexpr std::array SPINS = {
     // A value that no table can have is rejected when the table is resized.
     Spin{"Hash", ModernOptions::DEFAULT_HASH, 0, ModernOptions::MAX_HASH},
     Spin{"Threads", 1, 1, 1},
+    Spin{"MultiPV", 1, 1, ModernOptions::MAX_LINES, &ModernOptions::lines},
     Spin{"Move Overhead", ModernOptions::DEFAULT_OVERHEAD, 0, ModernOptions::MAX_OVERHEAD,
          &ModernOptions::moveOverhead},
 };

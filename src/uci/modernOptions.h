@@ -10,6 +10,7 @@
 struct ModernOptions {
     static constexpr int DEFAULT_HASH = 16;     // mebibytes
     static constexpr int MAX_HASH = 4096;       // mebibytes
+    static constexpr int MAX_LINES = 218;       // legal moves of a position of play, at most
     static constexpr int MAX_OVERHEAD = 5000;   // milliseconds
     static constexpr int DEFAULT_OVERHEAD = 10; // milliseconds
 
@@ -23,6 +24,7 @@ struct ModernOptions {
     // the hash table in mebibytes if that is the option.
     std::optional<int> set(const std::vector<std::string>& words);
 
+    int lines = 1; // MultiPV
     bool ownBook = false;
     int moveOverhead = DEFAULT_OVERHEAD; // milliseconds, never used of the own clock
 };

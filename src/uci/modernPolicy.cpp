@@ -97,6 +97,7 @@ std::optional<SearchLimits> ModernPolicy::readGo(const std::vector<std::string>&
         const auto moves = static_cast<int>(std::min<std::int64_t>(*mate, MAX_PASSES));
         limits.depth = std::min(limits.depth, 2 * moves - 1);
     }
+    limits.lines = options.lines;
     limits.rootMoves = getSearchMoves(words, position);
     if (!limits.rootMoves.empty()) {
         limits.useBook = false;
@@ -134,9 +135,9 @@ TimeBudget ModernPolicy::getBudget(const std::vector<std::string>& words, Color 
 
 std::string ModernPolicy::getReportLine(const InfoStruct& report) const {
     std::ostringstream text;
-    text << "info depth " << report.depth << " seldepth " << report.selDepth << ' '
-         << getScore(report.pv.evaluation) << " nodes " << report.nodesSearched << " nps "
-         << report.nodesPerSec << " time " << report.time;
+    text << "info depth " << report.depth << " seldepth " << report.selDepth << " multipv "
+         << report.lineNumber << ' ' << getScore(report.pv.evaluation) << " nodes "
+         << report.nodesSearched << " nps " << report.nodesPerSec << " time " << report.time;
     if (report.pv.varLength > 0) {
         text << ' ' << getPvInfo(report.pv);
     }

@@ -23,7 +23,7 @@ protected:
     // Reads lines up to the next answer and checks that all others are reports.
     std::vector<std::string> hearAnswer() {
         static const TextPattern REPORT(
-            "info depth \\d+ seldepth \\d+ score (cp|mate) -?\\d+"
+            "info depth \\d+ seldepth \\d+ multipv \\d+ score (cp|mate) -?\\d+"
             " nodes \\d+ nps \\d+ time \\d+( pv( [a-h1-8]{4}[qrbn]?)+)?");
         std::vector<std::string> lines = readUntil(process, "bestmove", PATIENCE);
         for (std::size_t i = 0; i + 1 < lines.size(); ++i) {
@@ -49,6 +49,7 @@ TEST_F(Modern, GreetsWithItsOptions) {
               (std::vector<std::string>{NAME, "id author Bremo Talvik",
                                         "option name Hash type spin default 16 min 0 max 4096",
                                         "option name Threads type spin default 1 min 1 max 1",
+                                        "option name MultiPV type spin default 1 min 1 max 218",
                                         "option name Move Overhead type spin default 10 min 0 max "
                                         "5000",
                                         "option name OwnBook type check default false",

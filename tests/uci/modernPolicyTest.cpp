@@ -99,7 +99,7 @@ TEST(ModernPolicy, ScoresAPositionWithoutAPassForTheSideToMove) {
              {"3qk3/8/8/8/8/8/8/4K3 w - - 0 1", "-"},
              {"3qk3/8/8/8/8/8/8/4K3 b - - 0 1", ""}}) {
         const std::string report = policy.getAnswerLines({}, positionOf(fen)).front();
-        EXPECT_TRUE(report.starts_with("info depth 0 seldepth 0 score cp " + sign + '9')) << report;
+        EXPECT_TRUE(report.starts_with("info depth 0 seldepth 0 multipv 1 score cp " + sign + '9')) << report;
     }
 }
 

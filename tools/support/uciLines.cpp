@@ -8,8 +8,8 @@ namespace {
 const std::string AUTHOR = "id author Bremo Talvik";
 const std::string HASH_OPTION = "option name Hash type spin min 0 max 512 default 192 ";
 const std::vector<std::string> MODERN_REPORTS = {
-    "info depth # seldepth # score cp @ nodes # nps # time # pv%",
-    "info depth # seldepth # score mate @ nodes # nps # time # pv%"};
+    "info depth # seldepth # multipv # score cp @ nodes # nps # time # pv%",
+    "info depth # seldepth # multipv # score mate @ nodes # nps # time # pv%"};
 
 // Removes the number at the start of `line`. Returns whether there was one.
 bool takeNumber(std::string_view& line, bool mayBeNegative, std::vector<long long>& numbers) {
