@@ -13,6 +13,9 @@ public:
     // Whether the side to move is in check. Kings are never adjacent, so the enemy king is ignored.
     bool isInCheck() const { return checkers != NO_FIELDS; }
 
+    // The enemy pieces that give check.
+    FieldSet getCheckers() const { return checkers; }
+
     // Own pieces that alone block the line of an enemy slider to the king.
     FieldSet getPinned() const { return pinned; }
 

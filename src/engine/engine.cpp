@@ -88,9 +88,8 @@ void Engine::applyChanges() {
 // ---- The search ----
 
 SearchResult Engine::search(const SearchRequest& request) {
-    const TimeBudget& budget = request.limits.time;
     const Position& position = request.game.position;
-    logger.info("Engine.search - milliseconds:", budget.total);
+    logger.info("Engine.search - milliseconds:", request.limits.time.total);
     logger.info([&] { return "Position fen: " + getFen(position); });
     if (joinThread()) {
         logger.info("Old thread joined");
@@ -103,6 +102,8 @@ SearchResult Engine::search(const SearchRequest& request) {
     idaVariant.setVariant(getInitialVariant(position, request.limits.rootMoves, isOnly), threadId);
     logger.info("Initial variant set");
     SearchRequest limited = request;
+    TimeBudget& budget = limited.limits.time;
+    budget.infinite = budget.infinite || limited.limits.isPondering;
     if (isOnly && !budget.infinite) {
         limited.limits.depth = std::min(limited.limits.depth, limited.limits.onlyMoveDepth);
     }
@@ -119,7 +120,7 @@ SearchResult Engine::search(const SearchRequest& request) {
         logger.error("Thread cannot be created");
         return {request.number, {}, {}};
     }
-    waitForEnd(budget);
+    waitForEnd(request.limits);
     return stopAndTakeResult(request, threadId, start);
 }
 
@@ -160,7 +161,9 @@ SearchResult Engine::searchHere(int depth, bool useBook) {
 }
 
 // Waits for a stop request, the end of the time, or the end of the search.
-void Engine::waitForEnd(const TimeBudget& budget) {
+void Engine::waitForEnd(const SearchLimits& limits) {
+    TimeBudget budget = limits.time;
+    bool isPondering = limits.isPondering;
     for (;;) {
         if (waitPolicy.isWokenByEnd) {
             idaVariant.waitToBeWoken(waitPolicy.interval);
@@ -168,10 +171,23 @@ void Engine::waitForEnd(const TimeBudget& budget) {
             sleepMilliseconds(waitPolicy.interval);
         }
         const bool isStopped = stopListener != nullptr && stopListener->checkForStop();
-        if (isStopped || isTimeUp(budget)) {
+        if (isPondering) {
+            isPondering = !startClock(budget);
+        }
+        if (isStopped || (!isPondering && isTimeUp(budget))) {
             return;
         }
     }
+}
+
+// Lets the time of a pondering search run, if the listener says so.
+bool Engine::startClock(TimeBudget& budget) {
+    const auto start = stopListener == nullptr ? std::nullopt : stopListener->getClockStart();
+    if (start) {
+        budget.start = *start;
+        idaVariant.startClock(budget);
+    }
+    return start.has_value();
 }
 
 bool Engine::isTimeUp(const TimeBudget& budget) {

@@ -89,7 +89,8 @@ private:
     void doMoveEngine(const Move& move);
     SearchResult searchHere(int depth, bool useBook);
     bool isTimeUp(const TimeBudget& budget);
-    void waitForEnd(const TimeBudget& budget);
+    void waitForEnd(const SearchLimits& limits);
+    bool startClock(TimeBudget& budget);
     SearchResult stopAndTakeResult(const SearchRequest& request, int threadId, Milliseconds start);
 
     StopListenerInterface* stopListener = nullptr; // not owned

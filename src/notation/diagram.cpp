@@ -39,10 +39,14 @@ std::string diagram(const Position& position) {
 } // namespace
 
 void printPieces(const Position& position) {
+    printPieces(std::cout, position);
+}
+
+void printPieces(std::ostream& stream, const Position& position) {
     for (int i = 0; i < LIST_ENTRIES; ++i) {
         const Piece& piece = position.pieces[i];
-        std::cout << i << pieceNameChars[at(piece.pieceType)] << '-'
-                  << static_cast<int>(piece.boardPosition) << "  " << (i % 4 == 3 ? "\n" : "");
+        stream << i << pieceNameChars[at(piece.pieceType)] << '-'
+               << static_cast<int>(piece.boardPosition) << "  " << (i % 4 == 3 ? "\n" : "");
     }
 }
 

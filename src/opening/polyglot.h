@@ -28,6 +28,7 @@ public:
     // Seeds the random generator with the time in seconds.
     static void resetRand();
 
+    bool isEmpty() const { return innerMap.empty(); }
     // Appends an entry to those of a key.
     void put(std::uint64_t hash, const PolyglotEntry& entry);
     // The entries of a key in the order of insertion; empty if there are none.

@@ -2,6 +2,7 @@
 
 #include "base/loggingService.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <limits>
 
@@ -60,6 +61,14 @@ void HashTable::clear() {
         table[i].state = FREE;
         table[i].generation = 0;
     }
+}
+
+int HashTable::getUsedPermille() const {
+    const int sample = std::min(size, 1000);
+    const auto used = std::count_if(table, table + sample, [this](const GenericEntry& entry) {
+        return entry.state != FREE && entry.generation == generation;
+    });
+    return sample == 0 ? 0 : static_cast<int>(used) * 1000 / sample;
 }
 
 void HashTable::touchPages() {

@@ -76,6 +76,9 @@ public:
         return getEntry(hash, clash);
     }
 
+    // The part of the entries that are in use, in thousandths, judged by the first thousand.
+    int getUsedPermille() const;
+
     std::int64_t getNumberOfInnerClashes() const { return numberOfInnerClashes; }
 
     // The part of a key that distinguishes the positions of one slot: its top 16 bits.

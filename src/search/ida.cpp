@@ -2,8 +2,10 @@
 
 #include "base/loggingService.h"
 #include "board/makeMove.h"
+#include "search/gameLine.h"
 #include "search/idaVariant.h"
 #include "search/score.h"
+#include "search/treeNode.h"
 
 #include <algorithm>
 #include <cmath>
@@ -58,7 +60,8 @@ InfoStruct reportOf(const SearchPass& pass, const SearchState& state, Millisecon
             .pv = pass.line,
             .time = elapsed,
             .number = number,
-            .lineNumber = pass.lineNumber};
+            .lineNumber = pass.lineNumber,
+            .hashFull = state.table.getHashTable().getUsedPermille()};
 }
 
 // Forecasts the next pass. Passes are cheap and costly in turn, so the forecast uses the last two.
@@ -183,40 +186,77 @@ void Ida::deepen(const SearchRequest& request, IdaVariant* idaVariant, const Pas
 
 void Ida::generateTree(const SearchRequest& request, int threadId, IdaVariant& idaVariant) {
     PolyglotBook::resetRand();
-    const TimeBudget& budget = request.limits.time;
-    const bool infinite = budget.isUnlimited();
     const Milliseconds clockStart = clockMilliseconds();
     double lastDuration = -1.0;
     Milliseconds lastCheck = clockStart;
     PassForecast forecast;
+    reportRootMovesFrom(clockStart + TIME_TO_FIRST_ROOT_MOVE, request.number);
     deepen(request, &idaVariant, [&](const SearchPass& pass) {
+        const std::optional<TimeBudget> started = idaVariant.getStartedClock();
+        const TimeBudget budget = started.value_or(request.limits.time);
         idaVariant.setNodes(pass.nodes);
-        if (pass.isGood()) {
-            if (pass.endsDepth) {
-                forecast.add(pass.nodes);
-            }
-            const InfoStruct info = reportOf(pass, generator.state, clockStart, request.number);
-            if (pass.lineNumber == 1) {
-                idaVariant.setReport(info, threadId);
-            }
-            if (pass.endsSearch) {
-                idaVariant.signalReady(threadId);
-            }
-            if (!pass.endsSearch || infinite || request.limits.lines > 1) {
-                report(info);
-            }
+        if (pass.endsDepth) {
+            forecast.add(pass.nodes);
         }
-        if (infinite) {
+        if (pass.isGood()) {
+            const bool isReported =
+                !pass.endsSearch || budget.isUnlimited() || request.limits.lines > 1;
+            publish(request, reportOf(pass, generator.state, clockStart, request.number), threadId,
+                    idaVariant, isReported);
+        }
+        if (pass.endsSearch) {
+            idaVariant.signalReady(threadId);
+        }
+        if (budget.isUnlimited()) {
             return true;
         }
-        const Milliseconds elapsed = clockMilliseconds() - budget.start;
-        const bool isHopeless =
-            budget.skipsHopelessPasses && pass.endsDepth &&
-            forecast.nextDuration(elapsed) > static_cast<double>(budget.total - elapsed);
-        return !isHopeless && !timeUp(budget.total, lastDuration, lastCheck, clockStart,
-                                      pass.endsDepth ? *pass.result : IdaNS::FAILHIGH, idaVariant);
+        const Milliseconds now = clockMilliseconds();
+        const Milliseconds left = budget.total - (now - budget.start);
+        const bool isHopeless = budget.skipsHopelessPasses && pass.endsDepth &&
+                                forecast.nextDuration(now - clockStart) > static_cast<double>(left);
+        return !isHopeless &&
+               !timeUp(budget.total, lastDuration, lastCheck, started ? started->start : clockStart,
+                       pass.endsDepth ? *pass.result : IdaNS::FAILHIGH, idaVariant);
     });
+    generator.state.nodes.setPollCallback({});
     idaVariant.signalReady(threadId);
+}
+
+// Publishes the report of the best line, and sends it if `isReported`. The line is published before
+// it is completed, so that a stop need not wait.
+void Ida::publish(const SearchRequest& request, InfoStruct info, int threadId,
+                  IdaVariant& idaVariant, bool isReported) {
+    const auto setReport = [&] {
+        if (info.lineNumber == 1) {
+            idaVariant.setReport(info, threadId);
+        }
+    };
+    setReport();
+    if (request.limits.completesMates && isMate(info.pv.evaluation)) {
+        completeMate(generator.state.config, request.game, info.pv,
+                     [&idaVariant] { return idaVariant.isReady(); });
+        setReport();
+    }
+    if (isReported) {
+        report(info);
+    }
+}
+
+// Lets each poll after `start` report the root move of the pass, if it has changed.
+void Ida::reportRootMovesFrom(Milliseconds start, int number) {
+    CurrentMove last = {};
+    generator.state.nodes.setPollCallback([this, start, number, last]() mutable {
+        const TreeNode* root = generator.state.root;
+        if (infoListener == nullptr || root == nullptr || clockMilliseconds() < start) {
+            return;
+        }
+        const CurrentMove current = {number, generator.state.actualMoveDepth, *root->move,
+                                     root->numberOfLegalMoves};
+        if (current.depth != last.depth || current.moveNumber != last.moveNumber) {
+            last = current;
+            infoListener->onCurrentMove(current);
+        }
+    });
 }
 
 SearchResult Ida::generateTree(const SearchRequest& request) {
@@ -266,6 +306,8 @@ void Ida::prepareSearch(const SearchRequest& request, IdaVariant* idaVariant) {
     state.nodes.setNodeLimit(request.limits.nodes);
     state.nodes.setIdaVariant(idaVariant);
     state.rootMoves = request.limits.rootMoves;
+    state.quiscenceLimit = request.limits.quiscenceDepth;
+    generator.setBook(request.limits.book ? *request.limits.book : PolyglotBook::getStandard());
     state.repetitionTable.begin(request.game.repetitionHashes);
     state.table.clearTable();
     state.order.clearKillersTable();

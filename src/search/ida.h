@@ -88,7 +88,10 @@ public:
     TreeGenerator& getTreeGenerator() { return generator; }
 
 private:
+    void publish(const SearchRequest& request, InfoStruct info, int threadId,
+                 IdaVariant& idaVariant, bool isReported);
     void report(const InfoStruct& info);
+    void reportRootMovesFrom(Milliseconds start, int number);
 
     TreeGenerator generator;
     InfoListenerInterface* infoListener = nullptr; // not owned

@@ -8,6 +8,7 @@ int IdaVariant::getNextThreadId() {
     const std::lock_guard lock(pMutex);
     ready = false;
     isWoken = false;
+    startedClock.reset();
     return ++fakeThreadId;
 }
 
@@ -34,6 +35,16 @@ void IdaVariant::setReport(const InfoStruct& info, int _threadId) {
 void IdaVariant::setNodes(std::int64_t nodes) {
     const std::lock_guard lock(pMutex);
     published.nodes = nodes;
+}
+
+void IdaVariant::startClock(const TimeBudget& budget) {
+    const std::lock_guard lock(pMutex);
+    startedClock = budget;
+}
+
+std::optional<TimeBudget> IdaVariant::getStartedClock() {
+    const std::lock_guard lock(pMutex);
+    return startedClock;
 }
 
 void IdaVariant::signalReady(int _fakeThreadId) {

@@ -22,6 +22,10 @@ public:
     void setReport(const InfoStruct& info, int _threadId);
     // Publishes how many moves the current search has counted. No older search may be running.
     void setNodes(std::int64_t nodes);
+    // Publishes the time of the current search, once it begins to run; see
+    // SearchLimits::isPondering.
+    void startClock(const TimeBudget& budget);
+    std::optional<TimeBudget> getStartedClock();
     // Raises the ready flag and wakes the waiting thread, if the number is that of the current
     // search.
     void signalReady(int _fakeThreadId);
@@ -42,4 +46,5 @@ private:
     bool ready = false;   // the ready flag: the search is to end, or has ended
     int fakeThreadId = 0; // number of the search that owns the slot
     SearchResult published;
+    std::optional<TimeBudget> startedClock;
 };

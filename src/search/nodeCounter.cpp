@@ -26,6 +26,9 @@ bool NodeCounter::poll() {
     if (idaVariant != nullptr) {
         idaVariant->setNodes(searchedAllNodes);
     }
+    if (onPoll) {
+        onPoll();
+    }
     const bool isAtEnd = timerUp() || searchedAllNodes >= nodeLimit;
     countFromPoll();
     if (isAtEnd) {

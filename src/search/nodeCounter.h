@@ -6,7 +6,9 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <limits>
+#include <utility>
 
 class IdaVariant;
 
@@ -19,6 +21,8 @@ public:
     void setNodeLimit(std::int64_t limit);
     // The slot whose ready flag stops the search and that gets the count, null for none. Not owned.
     void setIdaVariant(IdaVariant* _idaVariant) { idaVariant = _idaVariant; }
+    // Called at each poll; empty for none.
+    void setPollCallback(std::function<void()> callback) { onPoll = std::move(callback); }
 
     // Count a move of the tree or of quiescence, and poll the stop flag if a poll is due. Return
     // true if the pass is to be abandoned; isAbandoned() is then true as well.
@@ -64,6 +68,7 @@ private:
 
     std::int64_t nodeLimit = std::numeric_limits<std::int64_t>::max();
     IdaVariant* idaVariant = nullptr;
+    std::function<void()> onPoll;
     std::int64_t searchedTreeNodes = 0;
     std::int64_t searchedAllNodes = 0;
     // Moves since the last poll, more if the node limit comes before the next one; or

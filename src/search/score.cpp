@@ -36,11 +36,15 @@ int mateInFromEval(int eval) {
 }
 
 void printEval(int eval) {
+    printEval(std::cout, eval);
+}
+
+void printEval(std::ostream& stream, int eval) {
     if (eval > MATE_TEXT_LIMIT) {
-        std::cout << "Will mate in " << mateInFromEval(eval) << " (" << eval << ")\n";
+        stream << "Will mate in " << mateInFromEval(eval) << " (" << eval << ")\n";
     } else if (eval < -MATE_TEXT_LIMIT) {
-        std::cout << "Will be in mate in " << mateInFromEval(eval) << " (" << eval << ")\n";
+        stream << "Will be in mate in " << mateInFromEval(eval) << " (" << eval << ")\n";
     } else {
-        std::cout << eval << '\n';
+        stream << eval << '\n';
     }
 }

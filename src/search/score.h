@@ -2,6 +2,8 @@
 // integer range; the shorter the mate, the closer to the end.
 #pragma once
 
+#include <iosfwd>
+
 inline constexpr int MATED_EVALUATION = -2147483448; // the side to move is checkmated
 // The bounds of the full window, which contains every score.
 inline constexpr int DEFAULT_FIRST_ALFA = -2147483548;
@@ -54,6 +56,7 @@ int mateInEval(int mateIn);
 // number.
 int mateInFromEval(int eval);
 
-// Prints a score to standard output: in words if it is a mate in 25 moves or less, else as a
-// number.
+// Prints a score, without a stream to standard output: in words if it is a mate in 25 moves or
+// less, else as a number.
 void printEval(int eval);
+void printEval(std::ostream& stream, int eval);

@@ -34,5 +34,7 @@ inline constexpr int TIME_CHECK_AFTER_NODES = 20000;
 inline constexpr int TIME_CHECK_QUIT = 40000;
 // Deepening stops after a pass that ends at least this many milliseconds past the budget.
 inline constexpr Milliseconds SAFE_BEFORE_TIMEOUT = 5;
+// A timed search reports root moves when it has run for this many milliseconds.
+inline constexpr Milliseconds TIME_TO_FIRST_ROOT_MOVE = 1000;
 // Another pass starts only if the last good one took at most this many times the time left.
 inline constexpr double SAFE_RATIO = 2.0;

@@ -46,6 +46,7 @@ public:
     bool isEmpty() const { return hashTable.isEmpty(); }
     int getSize() const { return hashTable.getSize(); }
     HashTable& getHashTable() { return hashTable; }
+    const HashTable& getHashTable() const { return hashTable; }
 
 private:
     HashTable hashTable;

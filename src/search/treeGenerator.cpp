@@ -9,7 +9,7 @@
 
 TreeGenerator::TreeGenerator(const EngineConfig& _config)
     : state(_config), search(std::make_unique<TreeSearch<NoObserver>>(state, NoObserver())),
-      book(PolyglotBook::getStandard()) {
+      book(&PolyglotBook::getStandard()) {
 }
 
 void TreeGenerator::watchBy(SearchObserver& observer) {
@@ -29,7 +29,7 @@ void TreeGenerator::generateTree(Position& position, Variant& variant, int depth
         statistics->newRun();
     }
     if (!skipOpening) {
-        const Move openingMove = book.getMove(position);
+        const Move openingMove = book->getMove(position);
         if (openingMove.from != PolyglotBook::NO_BOOK_MOVE) {
             variant.clear(DRAW_EVALUATION);
             variant.extend(Variant(), {openingMove, false, false, true});
@@ -38,6 +38,7 @@ void TreeGenerator::generateTree(Position& position, Variant& variant, int depth
     }
     state.actualMoveDepth = std::clamp(depth, 1, MAX_PASSES);
     search->generateTreeRek(position, variant, window.firstAlpha, window.firstBeta, 0);
+    state.root = nullptr;
     if (state.nodes.isAbandoned()) {
         return;
     }

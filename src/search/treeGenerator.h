@@ -21,6 +21,9 @@ public:
     void watchBy(SearchObserver& observer);
     void countIn(TestStatistics& _statistics);
 
+    // The book to ask; it must outlive the searches. The standard one by default.
+    void setBook(const PolyglotBook& _book) { book = &_book; }
+
     // One pass, `depth` plies deep; a depth outside 1 to MAX_PASSES works as the nearest inside.
     // The line in `variant` is replaced if the score lies inside the window, emptied if it is at
     // or above `firstBeta`, and otherwise kept; `evaluation` is always set. If the book has a move
@@ -41,5 +44,5 @@ public:
 private:
     std::unique_ptr<NodeSearch> search;
     TestStatistics* statistics = nullptr; // not owned
-    const PolyglotBook& book;
+    const PolyglotBook* book;             // not owned
 };

@@ -19,5 +19,6 @@ struct TreeNode {
     const int maxVariantDepth;  // plies of tree search after a move; 0 if quiescence follows
     const CheckersAndPins pins; // for testing which moves are legal
     int numberOfLegalMoves = 0; // tried so far
+    const Move* move = nullptr; // tried last
     Variant localVariant;       // score of the move tried last, and the line after it
 };

@@ -12,11 +12,15 @@
 namespace {
 
 // Writes the pseudo-legal moves of a node and returns their number. At the root, writes only those
-// in `rootMoves`, unless that is empty.
-int generateMovesAt(int depth, const Position& position, const std::vector<Move>& rootMoves,
-                    MoveArray& moves) {
-    const int count = generateMoves(position, moves);
-    if (depth > 0 || rootMoves.empty()) {
+// in SearchState::rootMoves, unless that is empty.
+int generateMovesAt(const TreeNode& node, SearchState& state, MoveArray& moves) {
+    const int count = generateMoves(node.position, moves);
+    if (node.depth > 0) {
+        return count;
+    }
+    state.root = &node;
+    const std::vector<Move>& rootMoves = state.rootMoves;
+    if (rootMoves.empty()) {
         return count;
     }
     const auto isOther = [&rootMoves](const Move& move) {
@@ -41,7 +45,7 @@ MoveEnding TreeSearch<Observer>::generateTreeRek(Position& position, Variant& ou
     TreeNode node(position, outputVar, alfa, beta, depth, state.actualMoveDepth - 1 - depth);
     MoveArray outMoves;
     MoveIndices moveOrderIndices;
-    const int pseudoLegalMovesN = generateMovesAt(depth, position, state.rootMoves, outMoves);
+    const int pseudoLegalMovesN = generateMovesAt(node, state, outMoves);
     observer.count(TestStatistics::ORDINAL_SEARCH_ALL, depth, pseudoLegalMovesN);
     state.order.orderMoves(outMoves, moveOrderIndices, pseudoLegalMovesN, depth,
                            state.table.getBestMoveHint(position));
@@ -71,6 +75,7 @@ template <class Observer> bool TreeSearch<Observer>::tryMove(TreeNode& node, con
     }
     observer.count(TestStatistics::ORDINAL_SEARCH, node.depth, 1);
     ++node.numberOfLegalMoves;
+    node.move = &move;
 
     node.localVariant.clear(0);
     DoMoveContext context;

@@ -43,9 +43,11 @@ TEST_F(Transpositions, ClearingFreesEverySlot) {
             table.getEntry(i).state = NOFAIL;
         }
         EXPECT_EQ(countUsed(), SIZE - 7);
+        EXPECT_EQ(table.getUsedPermille(), (SIZE - 7) * 1000 / SIZE);
         for (int i = 0; i < clearings; ++i) {
             transpositions.clearTable();
         }
+        EXPECT_EQ(table.getUsedPermille(), 0) << clearings;
         EXPECT_EQ(countUsed(), 0) << clearings;
     }
     table.resize(5); // without the policy
