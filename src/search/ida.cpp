@@ -198,14 +198,16 @@ void Ida::generateTree(const SearchRequest& request, int threadId, IdaVariant& i
         if (pass.endsDepth) {
             forecast.add(pass.nodes);
         }
+        InfoStruct info = reportOf(pass, generator.state, clockStart, request.number);
         if (pass.isGood()) {
-            const bool isReported =
-                !pass.endsSearch || budget.isUnlimited() || request.limits.lines > 1;
-            publish(request, reportOf(pass, generator.state, clockStart, request.number), threadId,
-                    idaVariant, isReported);
+            publish(request, info, threadId, idaVariant);
         }
         if (pass.endsSearch) {
             idaVariant.signalReady(threadId);
+        }
+        if (pass.isGood() &&
+            (!pass.endsSearch || budget.isUnlimited() || request.limits.lines > 1)) {
+            report(info);
         }
         if (budget.isUnlimited()) {
             return true;
@@ -222,10 +224,10 @@ void Ida::generateTree(const SearchRequest& request, int threadId, IdaVariant& i
     idaVariant.signalReady(threadId);
 }
 
-// Publishes the report of the best line, and sends it if `isReported`. The line is published before
-// it is completed, so that a stop need not wait.
-void Ida::publish(const SearchRequest& request, InfoStruct info, int threadId,
-                  IdaVariant& idaVariant, bool isReported) {
+// Publishes a report if it is that of the best line, and completes its line if that is wanted. The
+// line is published before, so that a stop need not wait.
+void Ida::publish(const SearchRequest& request, InfoStruct& info, int threadId,
+                  IdaVariant& idaVariant) {
     const auto setReport = [&] {
         if (info.lineNumber == 1) {
             idaVariant.setReport(info, threadId);
@@ -236,9 +238,6 @@ void Ida::publish(const SearchRequest& request, InfoStruct info, int threadId,
         completeMate(generator.state.config, request.game, info.pv,
                      [&idaVariant] { return idaVariant.isReady(); });
         setReport();
-    }
-    if (isReported) {
-        report(info);
     }
 }
 

@@ -88,8 +88,8 @@ public:
     TreeGenerator& getTreeGenerator() { return generator; }
 
 private:
-    void publish(const SearchRequest& request, InfoStruct info, int threadId,
-                 IdaVariant& idaVariant, bool isReported);
+    void publish(const SearchRequest& request, InfoStruct& info, int threadId,
+                 IdaVariant& idaVariant);
     void report(const InfoStruct& info);
     void reportRootMovesFrom(Milliseconds start, int number);
 

@@ -5,11 +5,12 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
+#include <fstream>
 #include <iostream>
-#include <limits>
 
 namespace {
+
+constexpr const char* BOOK_FILE = "BookFile";
 
 // A number. Without a member, setting it has no effect beyond the result of set().
 struct Spin {
@@ -23,6 +24,8 @@ constexpr std::array SPINS = {
     Spin{"Hash", ModernOptions::DEFAULT_HASH, 0, ModernOptions::MAX_HASH},
     Spin{"Threads", 1, 1, 1},
     Spin{"MultiPV", 1, 1, ModernOptions::MAX_LINES, &ModernOptions::lines},
+    Spin{"UCI_Elo", LEVELS.back().rating, LEVELS.front().rating, LEVELS.back().rating,
+         &ModernOptions::rating},
     Spin{"Move Overhead", ModernOptions::DEFAULT_OVERHEAD, 0, ModernOptions::MAX_OVERHEAD,
          &ModernOptions::moveOverhead},
 };
@@ -33,22 +36,10 @@ struct Check {
 };
 
 constexpr std::array CHECKS = {
+    Check{"UCI_LimitStrength", &ModernOptions::limitsStrength},
+    Check{"Ponder", &ModernOptions::ponder},
     Check{"OwnBook", &ModernOptions::ownBook},
 };
-
-// The number that the whole text is, saturated at 32 bits.
-std::optional<int> numberOf(const std::string& text) {
-    int number = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error == std::errc::invalid_argument || end != text.data() + text.size()) {
-        return std::nullopt;
-    }
-    if (error == std::errc::result_out_of_range) {
-        return text.front() == '-' ? std::numeric_limits<int>::min()
-                                   : std::numeric_limits<int>::max();
-    }
-    return number;
-}
 
 std::optional<bool> truthOf(const std::string& text) {
     const std::string word = lowered(text);
@@ -71,6 +62,7 @@ std::vector<std::string> ModernOptions::getLines() {
     for (const Check& check : CHECKS) {
         lines.push_back(std::string("option name ") + check.name + " type check default false");
     }
+    lines.push_back(std::string("option name ") + BOOK_FILE + " type string default <empty>");
     lines.emplace_back("option name Clear Hash type button");
     return lines;
 }
@@ -93,6 +85,10 @@ std::optional<int> ModernOptions::set(const std::vector<std::string>& words) {
             return std::nullopt;
         }
     }
+    if (name == lowered(BOOK_FILE)) {
+        readBook(value);
+        return std::nullopt;
+    }
     for (const Spin& spin : SPINS) {
         if (name == lowered(spin.name)) {
             const std::optional<int> number = numberOf(value);
@@ -105,4 +101,21 @@ std::optional<int> ModernOptions::set(const std::vector<std::string>& words) {
         }
     }
     return std::nullopt;
+}
+
+// Without a value, or with the word for none, it is the built-in book again.
+void ModernOptions::readBook(const std::string& path) {
+    if (path.empty() || path == "<empty>") {
+        book = nullptr;
+        return;
+    }
+    const bool canBeRead = std::ifstream(path).is_open();
+    PolyglotBook fromFile = canBeRead ? PolyglotBook::getBookFromFile(path, false) : PolyglotBook();
+    if (fromFile.isEmpty()) {
+        std::cerr << "option " << BOOK_FILE
+                  << " rejected: " << (canBeRead ? "no book line in \"" : "cannot open \"") << path
+                  << '"' << std::endl;
+        return;
+    }
+    book = std::make_shared<PolyglotBook>(std::move(fromFile));
 }

@@ -2,7 +2,10 @@
 #pragma once
 
 #include "base/clock.h"
+#include "opening/polyglot.h"
+#include "uci/levels.h"
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -25,6 +28,13 @@ struct ModernOptions {
     std::optional<int> set(const std::vector<std::string>& words);
 
     int lines = 1; // MultiPV
+    bool limitsStrength = false;
+    int rating = LEVELS.back().rating; // that the strength is limited to
+    bool ponder = false;               // only announces that `go ponder` may follow
     bool ownBook = false;
-    int moveOverhead = DEFAULT_OVERHEAD; // milliseconds, never used of the own clock
+    std::shared_ptr<const PolyglotBook> book; // from BookFile; null for the built-in one
+    int moveOverhead = DEFAULT_OVERHEAD;      // milliseconds, never used of the own clock
+
+private:
+    void readBook(const std::string& path);
 };

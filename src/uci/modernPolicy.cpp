@@ -5,8 +5,10 @@
 #include "board/moveGenerator.h"
 #include "notation/longAlgebraicMove.h"
 #include "search/evaluation.h"
+#include "search/gameLine.h"
 #include "search/score.h"
 #include "uci/goCommand.h"
+#include "uci/levels.h"
 #include "uci/uciReports.h"
 
 #include <algorithm>
@@ -80,6 +82,14 @@ std::optional<int> ModernPolicy::setOption(const std::vector<std::string>& words
     return options.set(words);
 }
 
+std::vector<std::string> ModernPolicy::answerCommand(const std::vector<std::string>& words,
+                                                     const Game& game) {
+    if (words[0] == "d") {
+        return describePosition(game.position);
+    }
+    return words[0] == "eval" ? describeEvaluation(game.position) : std::vector<std::string>();
+}
+
 std::optional<SearchLimits> ModernPolicy::readGo(const std::vector<std::string>& words,
                                                  const Position& position, Milliseconds start) {
     const std::optional<std::int64_t> depth = numberAfter(words, "depth");
@@ -97,7 +107,13 @@ std::optional<SearchLimits> ModernPolicy::readGo(const std::vector<std::string>&
         const auto moves = static_cast<int>(std::min<std::int64_t>(*mate, MAX_PASSES));
         limits.depth = std::min(limits.depth, 2 * moves - 1);
     }
+    limits.isPondering = std::find(words.begin(), words.end(), "ponder") != words.end();
     limits.lines = options.lines;
+    limits.completesMates = true;
+    limits.book = options.book;
+    if (options.limitsStrength) {
+        limitTo(getLevelForRating(options.rating), limits);
+    }
     limits.rootMoves = getSearchMoves(words, position);
     if (!limits.rootMoves.empty()) {
         limits.useBook = false;
@@ -133,26 +149,40 @@ TimeBudget ModernPolicy::getBudget(const std::vector<std::string>& words, Color 
 
 // ---- Searches ----
 
-std::string ModernPolicy::getReportLine(const InfoStruct& report) const {
+std::string ModernPolicy::getReportLine(const InfoStruct& report, const Game& game) const {
     std::ostringstream text;
     text << "info depth " << report.depth << " seldepth " << report.selDepth << " multipv "
          << report.lineNumber << ' ' << getScore(report.pv.evaluation) << " nodes "
-         << report.nodesSearched << " nps " << report.nodesPerSec << " time " << report.time;
-    if (report.pv.varLength > 0) {
-        text << ' ' << getPvInfo(report.pv);
+         << report.nodesSearched << " nps " << report.nodesPerSec << " hashfull " << report.hashFull
+         << " time " << report.time;
+    Variant line = report.pv;
+    cutAtGameEnd(game, line);
+    if (line.varLength > 0) {
+        text << ' ' << getPvInfo(line);
     }
     return text.str();
 }
 
+std::optional<std::string> ModernPolicy::getCurrentMoveLine(const CurrentMove& current) const {
+    return "info depth " + std::to_string(current.depth) + " currmove " +
+           LongAlgebraicMove(current.move).toString() + " currmovenumber " +
+           std::to_string(current.moveNumber);
+}
+
 std::vector<std::string> ModernPolicy::getAnswerLines(const SearchResult& result,
-                                                      const Position& position) const {
+                                                      const Game& game) const {
     InfoStruct last = result.report.value_or(InfoStruct{});
     last.pv = result.line;
     last.nodesSearched = result.nodes;
     last.nodesPerSec = nodesPerSecond(result.nodes, result.time);
     last.time = result.time;
     if (!result.report) {
-        last.pv.evaluation = getStaticScore(position);
+        last.pv.evaluation = getStaticScore(game.position);
     }
-    return {getReportLine(last), getBestMove(result.line)};
+    cutAtGameEnd(game, last.pv);
+    std::string answer = getBestMove(last.pv);
+    if (last.pv.varLength > 1) {
+        answer += " ponder " + LongAlgebraicMove(last.pv.get(1).move).toString();
+    }
+    return {getReportLine(last, game), answer};
 }

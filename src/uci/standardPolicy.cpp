@@ -31,11 +31,11 @@ std::optional<SearchLimits> StandardPolicy::readGo(const std::vector<std::string
     return SearchLimits{.time = handleGoCommandProps(words, position.colorToMove, start)};
 }
 
-std::string StandardPolicy::getReportLine(const InfoStruct& report) const {
+std::string StandardPolicy::getReportLine(const InfoStruct& report, const Game& /*game*/) const {
     return getInfo(report);
 }
 
 std::vector<std::string> StandardPolicy::getAnswerLines(const SearchResult& result,
-                                                        const Position& /*position*/) const {
+                                                        const Game& /*game*/) const {
     return {getClosingInfo(result.line), getBestMove(result.line)};
 }

@@ -11,7 +11,7 @@ public:
                                        const Position& position, Milliseconds start) override;
     WaitPolicy getWaitPolicy() const override { return {}; }
     bool keepsIdleStop() const override { return true; }
-    std::string getReportLine(const InfoStruct& report) const override;
+    std::string getReportLine(const InfoStruct& report, const Game& game) const override;
     std::vector<std::string> getAnswerLines(const SearchResult& result,
-                                            const Position& position) const override;
+                                            const Game& game) const override;
 };

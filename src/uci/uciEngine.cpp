@@ -80,6 +80,16 @@ void UciEngine::start() {
             return;
         }
     }
+    finish();
+}
+
+void UciEngine::start(const std::string& onlyLine) {
+    handleLine(onlyLine);
+    finish();
+}
+
+// Waits for the answers to all searches.
+void UciEngine::finish() {
     inputEnded = true;
     engine.wake();
     goThread.join();
@@ -91,7 +101,9 @@ bool UciEngine::handleLine(const std::string& line) {
         return true;
     }
     const std::string& command = vec[0];
-    if (command == GO_COMMAND) {
+    if (LongCommand longCommand = policy->readLongCommand(vec, engine.getGame())) {
+        enqueue({}, std::move(longCommand));
+    } else if (command == GO_COMMAND) {
         handleGoSeparateThread(vec);
     } else if (vec.size() == 1) {
         if (command == UCI_COMMAND) {
@@ -102,6 +114,10 @@ bool UciEngine::handleLine(const std::string& line) {
             stop = true;
             stoppedGo = lastGo;
             engine.wake();
+        } else if (policy->startsClock(vec)) {
+            startClock();
+        } else {
+            sendAll(policy->answerCommand(vec, engine.getGame()));
         }
         // `ucinewgame` needs no action: each search starts from scratch.
         return command != QUIT;
@@ -182,13 +198,17 @@ void UciEngine::playMoves(const std::vector<std::string>& vec, std::size_t first
 void UciEngine::handleGoSeparateThread(const std::vector<std::string>& vec) {
     const Milliseconds start = clockMilliseconds();
     std::optional<SearchLimits> limits = policy->readGo(vec, engine.getPosition(), start);
-    if (!limits) {
-        return;
+    if (limits) {
+        enqueue(std::move(*limits), {});
     }
+}
+
+// Queues a search, or a long command if it is not empty.
+void UciEngine::enqueue(SearchLimits limits, LongCommand command) {
     ++lastGo;
     {
         const std::lock_guard lock(goMutex);
-        goQueue.push_back({lastGo, std::move(*limits), engine.getGame()});
+        goQueue.push_back({{lastGo, std::move(limits), engine.getGame()}, std::move(command)});
         if (isGoThreadRunning) {
             return;
         }
@@ -201,45 +221,68 @@ void UciEngine::handleGoSeparateThread(const std::vector<std::string>& vec) {
 }
 
 void UciEngine::runGoQueue() {
-    while (const std::optional<SearchRequest> request = takeFromGoQueue()) {
-        handleGo(*request);
+    while (const std::optional<Go> go = takeFromGoQueue()) {
+        currentGo = go->request.number;
+        infinite = go->request.limits.time.infinite;
+        pondering = go->request.limits.isPondering;
+        if (go->command) {
+            go->command({[this](const std::string& line) { send(line); },
+                         [this] { return checkForStop(); }});
+        } else {
+            handleGo(go->request);
+        }
     }
 }
 
 // Takes the next request. If there is none, or the engine is quitting, marks the go thread as
 // ended.
-std::optional<SearchRequest> UciEngine::takeFromGoQueue() {
+std::optional<UciEngine::Go> UciEngine::takeFromGoQueue() {
     const std::lock_guard lock(goMutex);
     if (goQueue.empty() || quitting) {
         isGoThreadRunning = false;
         return std::nullopt;
     }
-    SearchRequest request = std::move(goQueue.front());
+    Go go = std::move(goQueue.front());
     goQueue.pop_front();
-    return request;
+    return go;
 }
 
 void UciEngine::handleGo(const SearchRequest& request) {
-    currentGo = request.number;
-    infinite = request.limits.time.infinite;
+    openReports(request);
     const SearchResult result = engine.search(request);
     closeReports(request.number);
     if (quitting) {
         return;
     }
-    sendAll(policy->getAnswerLines(result, request.game.position));
+    sendAll(policy->getAnswerLines(result, request.game));
+}
+
+// Lets reports of a search be sent. It must live until closeReports().
+void UciEngine::openReports(const SearchRequest& request) {
+    const std::lock_guard lock(infoMutex);
+    reported = &request;
 }
 
 // After this call, no report of this `go` or of an earlier one is sent.
 void UciEngine::closeReports(int number) {
     const std::lock_guard lock(infoMutex);
     answeredGo = number;
+    reported = nullptr;
 }
 
 void UciEngine::onInfo(const InfoStruct& info) {
     const std::lock_guard lock(infoMutex);
     if (info.number > answeredGo) {
-        send(policy->getReportLine(info));
+        send(policy->getReportLine(info, reported->game));
+    }
+}
+
+void UciEngine::onCurrentMove(const CurrentMove& current) {
+    const std::lock_guard lock(infoMutex);
+    if (current.number > answeredGo) {
+        if (const std::optional<std::string> line = policy->getCurrentMoveLine(current)) {
+            send(*line);
+        }
     }
 }
 
@@ -253,7 +296,21 @@ bool UciEngine::checkForStop() {
         endProcess();
     }
     const bool isStopped = policy->keepsIdleStop() ? stop.exchange(false) : stoppedGo >= currentGo;
-    return isStopped || quitting || (inputEnded && infinite);
+    const bool isEndless = infinite || (pondering && hitGo < currentGo);
+    return isStopped || quitting || (inputEnded && isEndless);
+}
+
+// Lets the time of the pondering searches so far run.
+void UciEngine::startClock() {
+    if (hitGo != lastGo) {
+        hitTime = clockMilliseconds();
+        hitGo = lastGo;
+        engine.wake();
+    }
+}
+
+std::optional<Milliseconds> UciEngine::getClockStart() {
+    return hitGo >= currentGo ? std::optional<Milliseconds>(hitTime) : std::nullopt;
 }
 
 // ---- Options ----

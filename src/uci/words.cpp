@@ -2,6 +2,22 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
+#include <limits>
+#include <system_error>
+
+std::optional<int> numberOf(const std::string& text) {
+    int number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error == std::errc::invalid_argument || end != text.data() + text.size()) {
+        return std::nullopt;
+    }
+    if (error == std::errc::result_out_of_range) {
+        return text.front() == '-' ? std::numeric_limits<int>::min()
+                                   : std::numeric_limits<int>::max();
+    }
+    return number;
+}
 
 std::string lowered(std::string text) {
     std::transform(text.begin(), text.end(), text.begin(),

@@ -74,6 +74,26 @@ TEST(ModernPolicy, ReadsTheLimitsOfALine) {
     EXPECT_EQ(policy.setOption(splitString("setoption name Hash")), std::nullopt);
 }
 
+TEST(ModernPolicy, LimitsTheStrength) {
+    ModernPolicy policy;
+    const auto limitsOf = [&](const std::string& words) {
+        return *policy.readGo(splitString(words), positionOf(START_FEN), ARRIVAL);
+    };
+    policy.setOption(splitString("setoption name UCI_Elo value 1310"));
+    EXPECT_EQ(limitsOf("go").nodes, SearchLimits::ANY_NODES);
+    policy.setOption(splitString("setoption name UCI_LimitStrength value true"));
+    EXPECT_EQ(limitsOf("go").nodes, 30000);
+    EXPECT_EQ(limitsOf("go").quiscenceDepth, MAX_QUISCENCE_DEPTH);
+    EXPECT_EQ(limitsOf("go nodes 70").nodes, 70);
+    policy.setOption(splitString("setoption name UCI_Elo value 1"));
+    EXPECT_EQ(limitsOf("go").quiscenceDepth, 0);
+    for (std::size_t i = 1; i < LEVELS.size(); ++i) { // each stronger than the one before
+        EXPECT_GT(LEVELS[i].rating, LEVELS[i - 1].rating);
+        EXPECT_GE(LEVELS[i].nodes, LEVELS[i - 1].nodes);
+        EXPECT_GE(LEVELS[i].quiscenceDepth, LEVELS[i - 1].quiscenceDepth);
+    }
+}
+
 // The greatest overhead leaves the greatest budget on a long clock, and the least the whole share.
 TEST(ModernPolicy, KeepsTheOverheadInItsRange) {
     ModernPolicy policy;
@@ -98,8 +118,9 @@ TEST(ModernPolicy, ScoresAPositionWithoutAPassForTheSideToMove) {
              {"4k3/8/8/8/8/8/8/3QK3 b - - 0 1", "-"},
              {"3qk3/8/8/8/8/8/8/4K3 w - - 0 1", "-"},
              {"3qk3/8/8/8/8/8/8/4K3 b - - 0 1", ""}}) {
-        const std::string report = policy.getAnswerLines({}, positionOf(fen)).front();
-        EXPECT_TRUE(report.starts_with("info depth 0 seldepth 0 multipv 1 score cp " + sign + '9')) << report;
+        const std::string report = policy.getAnswerLines({}, {positionOf(fen), {}}).front();
+        EXPECT_TRUE(report.starts_with("info depth 0 seldepth 0 multipv 1 score cp " + sign + '9'))
+            << report;
     }
 }
 

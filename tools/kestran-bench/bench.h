@@ -5,25 +5,17 @@
 
 #include "base/clock.h"
 #include "board/position.h"
+#include "engine/bench.h"
 #include "engine/engine.h"
 #include "search/engineParameters.h"
 #include "search/variant.h"
 
 #include <cstdint>
 #include <memory>
-#include <span>
 #include <string>
 #include <vector>
 
 class TestStatistics;
-
-struct BenchPosition {
-    const char* fen; // of six fields
-    int depth;       // plies to search
-};
-
-// The set: openings, middle games and end games, quiet and sharp.
-std::span<const BenchPosition> getBenchPositions();
 
 // What one search of the bench has found.
 struct BenchResult {

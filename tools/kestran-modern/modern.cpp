@@ -1,36 +1,13 @@
 #include "kestran-modern/modern.h"
 
-#include "base/process.h"
-#include "kestran-bench/bench.h"
-#include "notation/fen.h"
-#include "search/engineParameters.h"
-#include "search/hashTable.h"
-#include "search/infoStruct.h"
+#include "search/searchParameters.h"
 #include "support/cli.h"
-#include "uci/modernPolicy.h"
-#include "uci/uciEngine.h"
+#include "uci/modernEngine.h"
 
-#include <cstdint>
-#include <iostream>
-#include <memory>
+#include <optional>
 #include <string>
 
 namespace {
-
-// Prints the signature in the form that test frameworks read.
-void printSignature() {
-    constexpr int HASH_MEBIBYTES = 16;
-    std::int64_t nodes = 0;
-    Milliseconds millis = 0;
-    for (const auto& [fen, depth] : getBenchPositions()) {
-        Position position;
-        setFenNotation(position, fen);
-        const BenchResult result = searchAfresh(position, depth, HASH_MEBIBYTES);
-        nodes += result.nodes;
-        millis += result.millis;
-    }
-    std::cout << nodes << " nodes " << nodesPerSecond(nodes, millis) << " nps" << std::endl;
-}
 
 constexpr const char* DESCRIPTION =
     "Searches as kestran does, and speaks the Universal Chess Interface as current chess programs "
@@ -38,18 +15,11 @@ constexpr const char* DESCRIPTION =
     "moves; depth, nodes, mate and searchmoves are obeyed; and \"go\" alone searches until "
     "\"stop\". It checks the clock every millisecond.";
 
-int runModern(const std::string& word) {
-    if (word == "bench") {
-        printSignature();
-        return 0;
-    }
-    if (!word.empty()) {
+int runModern(const std::string& word, std::optional<int> depth) {
+    if (!word.empty() && word != "bench") {
         throw UsageError("unknown word \"" + word + R"("; the only one is "bench")");
     }
-    prepareProcess();
-    const std::unique_ptr<EngineConfig> config = EngineConfig::getProdConfig();
-    config->hashTableSize = entriesOf(ModernOptions::DEFAULT_HASH);
-    std::make_unique<UciEngine>(*config, std::make_unique<ModernPolicy>())->start();
+    runModernEngine(word.empty() ? "" : "bench" + (depth ? ' ' + std::to_string(*depth) : ""));
     return 0;
 }
 
@@ -57,10 +27,12 @@ int runModern(const std::string& word) {
 
 int modernMain(int argc, const char* const* argv) {
     std::string word;
-    Program program("kestran-modern", "[bench]", DESCRIPTION,
+    std::optional<int> depth;
+    Program program("kestran-modern", "[bench [DEPTH]]", DESCRIPTION,
                     "there is no memory, or the output of the bench cannot be written");
     program.add_option("bench", word,
                        "search the positions of kestran-bench and print one line, \"N nodes M "
-                       "nps\"; N is the signature of the search");
-    return program.run(argc, argv, [&] { return runModern(word); });
+                       "nps\"; without DEPTH, N is the signature of the search");
+    program.addNumber("depth", depth, 1, MAX_PASSES, "DEPTH", "plies to search");
+    return program.run(argc, argv, [&] { return runModern(word, depth); });
 }

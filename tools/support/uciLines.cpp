@@ -8,8 +8,9 @@ namespace {
 const std::string AUTHOR = "id author Bremo Talvik";
 const std::string HASH_OPTION = "option name Hash type spin min 0 max 512 default 192 ";
 const std::vector<std::string> MODERN_REPORTS = {
-    "info depth # seldepth # multipv # score cp @ nodes # nps # time # pv%",
-    "info depth # seldepth # multipv # score mate @ nodes # nps # time # pv%"};
+    "info depth # seldepth # multipv # score cp @ nodes # nps # hashfull # time # pv%",
+    "info depth # seldepth # multipv # score mate @ nodes # nps # hashfull # time # pv%",
+    "info depth # currmove% currmovenumber #"};
 
 // Removes the number at the start of `line`. Returns whether there was one.
 bool takeNumber(std::string_view& line, bool mayBeNegative, std::vector<long long>& numbers) {
@@ -100,7 +101,9 @@ std::string findFault(const std::vector<std::string>& lines, const UciDialect& d
             return "illegal move in \"" + lines[i] + '"';
         }
     }
-    if (hasClosing && (moves.empty() || last != "bestmove " + moves.front())) {
+    const std::string answer = moves.empty() ? "" : "bestmove " + moves.front();
+    const std::string ponder = moves.size() < 2 ? "" : answer + " ponder " + moves[1];
+    if (hasClosing && last != answer && last != ponder) {
         return "no closing line that fits \"" + last + '"';
     }
     return "";

@@ -1,0 +1,27 @@
+// The positions of the bench. The nodes of all its searches together are the signature of the
+// search: a change that is to keep the search as it is keeps this number.
+#pragma once
+
+#include "base/clock.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+
+struct BenchPosition {
+    const char* fen; // of six fields
+    int depth;       // plies to search
+};
+
+// Openings, middle games and end games, quiet and sharp.
+std::span<const BenchPosition> getBenchPositions();
+
+// Searches all positions, each with an empty table, `depth` plies deep if given, and returns the
+// nodes and the milliseconds of all searches; nothing if `isStopped` has ended it.
+struct BenchTotal {
+    std::int64_t nodes = 0;
+    Milliseconds millis = 0;
+};
+std::optional<BenchTotal> runBench(std::optional<int> depth,
+                                   const std::function<bool()>& isStopped);

@@ -1,0 +1,26 @@
+// The levels of play, with the ratings that they are worth.
+#pragma once
+
+#include "search/searchLimits.h"
+
+#include <array>
+#include <cstdint>
+
+struct Level {
+    int rating;                               // see docs/strength.md
+    std::int64_t nodes;                       // for a move
+    int quiscenceDepth = MAX_QUISCENCE_DEPTH; // plies
+};
+
+// The weakest first. Without quiescence, or with little of it, the engine does not see exchanges to
+// their end.
+inline constexpr std::array LEVELS = {
+    Level{700, 1'000, 0},   Level{900, 1'000, 1},    Level{1050, 1'000, 2}, Level{1200, 1'000},
+    Level{1300, 30'000},    Level{1400, 100'000},    Level{1600, 300'000},  Level{1750, 1'000'000},
+    Level{1900, 3'000'000}, Level{2000, 10'000'000},
+};
+
+// The level whose rating is nearest.
+const Level& getLevelForRating(int rating);
+// Lowers the limits of a search to those of a level.
+void limitTo(const Level& level, SearchLimits& limits);
