@@ -218,8 +218,8 @@ TEST_F(PlayTable, ChangesItsStrength) {
     const auto begin = std::chrono::steady_clock::now();
     say({"hint"}); // would take hours
     EXPECT_LT(std::chrono::steady_clock::now() - begin, PATIENCE);
-    EXPECT_NE(say({"level"}).find("\n    5            1,000,000  about 1750\n"), std::string::npos);
-    EXPECT_EQ(say({"level 9"}), "level is a whole number from 1 to 8, not \"9\"\n");
+    EXPECT_NE(say({"level"}).find("\n    8            1,000,000  about 1750\n"), std::string::npos);
+    EXPECT_EQ(say({"level 12"}), "level is a whole number from 1 to 11, not \"12\"\n");
     EXPECT_NE(say({"time never"}).find("time is a number of seconds"), std::string::npos);
 }
 
@@ -229,16 +229,16 @@ TEST_F(PlayTable, PlaysAtALevel) {
         const TextPattern depth(R"(at depth (\d+)\n)");
         return std::stoi(depth.findAll(say({level, "hint"})).at(0).at(1));
     };
-    EXPECT_EQ(say({"depth 20", "level 1"}),
+    EXPECT_EQ(say({"depth 20", "level 4"}),
               "The engine looks at most 20 plies ahead.\n"
-              "Level 1: 1,000 nodes for each move, rating about 1200.\n");
-    const int weak = depthOfHint("level 1");
+              "Level 4: 1,000 nodes for each move, rating about 1200.\n");
+    const int weak = depthOfHint("level 4");
     EXPECT_LT(weak, 4);
-    EXPECT_GT(depthOfHint("level 3"), weak);
-    EXPECT_EQ(say({"level 8"}),
-              "Level 8: any number of nodes for each move, rating by its time.\n");
+    EXPECT_GT(depthOfHint("level 6"), weak);
+    EXPECT_EQ(say({"level 11"}),
+              "Level 11: any number of nodes for each move, rating by its time.\n");
     say({"time 0.05"});
-    EXPECT_GE(depthOfHint("level 8"), 1);
+    EXPECT_GE(depthOfHint("level 11"), 1);
 }
 
 TEST_F(PlayTable, GivesHintsAndReasons) {
@@ -332,7 +332,9 @@ TEST(Play, PlaysAtTheLevelThatItIsGiven) {
         ADD_FAILURE() << "no hint";
         return 0;
     };
-    EXPECT_LT(depthOfHint({"--level", "1"}), depthOfHint({}));
+    const int best = depthOfHint({});
+    EXPECT_LT(depthOfHint({"--level", "4"}), best);
+    EXPECT_LT(depthOfHint({"--elo", "1210"}), best);
 }
 
 TEST(Play, LetsThePersonPlayBlack) {
@@ -453,7 +455,7 @@ TEST(Play, RefusesBadInput) {
              {{"--time", "0"}, "--time is a number of seconds"},
              {{"--time", "1x"}, "--time is a number of seconds"},
              {{"--depth", "21"}, "from 1 to 20"},
-             {{"--level", "9"}, "--level is a whole number from 1 to 8"},
+             {{"--level", "12"}, "--level is a whole number from 1 to 11"},
              {{"8/8/8"}, "cannot be played"},
              {{"--pgn", "/no/game"}, "/no/game cannot be written"}}) {
         expectRefusal(run(PLAY, words), reason);

@@ -3,19 +3,32 @@
 #include "base/indexed.h"
 #include "kestran-explain/searchText.h"
 
+namespace {
+
+std::string ratingText(const Level* level) {
+    return level == nullptr ? "by its time" : "about " + std::to_string(level->rating);
+}
+
+} // namespace
+
+const Level* getLevel(int level) {
+    return level == LEVEL_COUNT ? nullptr : &LEVELS[at(level - 1)];
+}
+
 std::string getLevelTable() {
     std::string text = "Level  Nodes for each move  Rating (an estimate)\n";
-    for (std::size_t i = 0; i < LEVELS.size(); ++i) {
-        const auto& [nodes, rating] = LEVELS[i];
-        const std::string count = nodes == SearchLimits::ANY_NODES ? "any" : countText(nodes);
-        text += "    " + std::to_string(i + 1) + "  " + std::string(19 - count.size(), ' ') +
-                count + "  " + rating + '\n';
+    for (int i = 1; i <= LEVEL_COUNT; ++i) {
+        const Level* level = getLevel(i);
+        const std::string number = std::to_string(i);
+        const std::string count = level == nullptr ? "any" : countText(level->nodes);
+        text.append(5 - number.size(), ' ').append(number).append(21 - count.size(), ' ');
+        text.append(count).append("  ").append(ratingText(level)) += '\n';
     }
     return text;
 }
 
-std::string describeLevel(int level) {
-    const auto& [nodes, rating] = LEVELS[at(level - 1)];
-    return (nodes == SearchLimits::ANY_NODES ? "any number of" : countText(nodes)) +
-           " nodes for each move, rating " + rating;
+std::string describeLevel(int number) {
+    const Level* level = getLevel(number);
+    return (level == nullptr ? "any number of" : countText(level->nodes)) +
+           " nodes for each move, rating " + ratingText(level);
 }

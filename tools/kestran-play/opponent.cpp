@@ -6,7 +6,6 @@
 #include "kestran-explain/searchLimit.h"
 #include "kestran-explain/searchText.h"
 #include "kestran-explain/watchedLine.h"
-#include "kestran-play/levels.h"
 #include "notation/san.h"
 #include "support/bookChoices.h"
 #include "support/text.h"
@@ -36,10 +35,6 @@ std::string bookReason(const NumberedGame& game, const Move& played) {
 
 } // namespace
 
-void Strength::setLevel(int level) {
-    nodes = LEVELS[at(level - 1)].nodes;
-}
-
 Opponent::Opponent(const Strength& _strength)
     : strength(_strength), config(EngineConfig::getProdConfig()),
       engine(std::make_unique<Engine>(
@@ -48,11 +43,12 @@ Opponent::Opponent(const Strength& _strength)
 
 Thought Opponent::think(const Game& game) {
     SearchRequest request;
-    const Milliseconds usualTime =
-        strength.nodes == SearchLimits::ANY_NODES ? DEFAULT_TIME : LONGEST_TIME;
+    const Milliseconds usualTime = strength.level == nullptr ? DEFAULT_TIME : LONGEST_TIME;
     request.limits.time = {clockMilliseconds(), strength.time.value_or(usualTime)};
     request.limits.depth = strength.depth;
-    request.limits.nodes = strength.nodes;
+    if (strength.level != nullptr) {
+        limitTo(*strength.level, request.limits);
+    }
     request.limits.onlyMoveDepth = 1;
     request.game = game;
     const SearchResult result = engine->search(request);

@@ -5,6 +5,7 @@
 #include "notation/numberedGame.h"
 #include "search/engineParameters.h"
 #include "search/searchLimits.h"
+#include "uci/levels.h"
 
 #include <cstdint>
 #include <memory>
@@ -14,11 +15,8 @@
 struct Strength {
     // For a move. If not given, it is a second, or without limit if the nodes are limited.
     std::optional<Milliseconds> time = {};
-    int depth = MAX_PASSES;                       // plies, at most
-    std::int64_t nodes = SearchLimits::ANY_NODES; // moves that the search plays, at most
-
-    // Requires a level of LEVELS, the first of which is 1.
-    void setLevel(int level);
+    int depth = MAX_PASSES;       // plies, at most
+    const Level* level = nullptr; // null for none
 };
 
 // What the engine thinks of a position.

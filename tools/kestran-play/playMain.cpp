@@ -26,6 +26,7 @@ struct PlayOptions {
     std::string side = "white";
     Strength strength;
     std::optional<int> level;
+    std::optional<int> rating;
     std::optional<std::string> pgn; // a file
     std::optional<int> game;        // of that file, to begin with
     std::optional<int> ply;
@@ -42,7 +43,10 @@ Color sideOf(const std::string& text) {
 int runPlay(const PlayOptions& options) {
     Strength strength = options.strength;
     if (options.level) {
-        strength.setLevel(*options.level);
+        strength.level = getLevel(*options.level);
+    }
+    if (options.rating) {
+        strength.level = &getLevelForRating(*options.rating);
     }
     const bool isFromFile = options.game || options.ply;
     const NumberedGame start = readGame(
@@ -84,9 +88,14 @@ int main(int argc, char** argv) {
         "--time", options.strength.time, MAX_SECONDS,
         "seconds that the engine thinks about each move, such as 5 or 0.2 (default 1; no "
         "limit with a level that limits nodes)");
-    program.addNumber("--level", options.level, 1, static_cast<int>(LEVELS.size()), "N",
-                      "how strongly the engine plays, from a rating of about 1200 to its best; the "
-                      "command \"level\" lists the levels, whose ratings are estimates");
+    auto* const level =
+        program.addNumber("--level", options.level, 1, LEVEL_COUNT, "N",
+                          "how strongly the engine plays; the command \"level\" lists the levels "
+                          "with their ratings, which are estimates");
+    program
+        .addNumber("--elo", options.rating, LEVELS.front().rating, LEVELS.back().rating, "N",
+                   "play at the level whose rating is nearest")
+        ->excludes(level);
     program.addNumber("--depth", options.strength.depth, 1, MAX_PASSES, "N",
                       "how many plies the engine looks ahead at most; fewer are weaker");
     auto* const pgn = program.addText("--pgn", options.pgn, "FILE",

@@ -177,8 +177,8 @@ void Table::setDepth(const std::string& text) {
 }
 
 void Table::setLevel(const std::string& text) {
-    const int level = parseNumber(text, "level", 1, static_cast<int>(LEVELS.size()));
-    opponent.getStrength().setLevel(level);
+    const int level = parseNumber(text, "level", 1, LEVEL_COUNT);
+    opponent.getStrength().level = getLevel(level);
     out << "Level " << level << ": " << describeLevel(level) << ".\n";
 }
 
