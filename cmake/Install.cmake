@@ -11,7 +11,7 @@ get_property(tools GLOBAL PROPERTY KESTRAN_TOOLS)
 get_property(consoles GLOBAL PROPERTY KESTRAN_CONSOLES)
 install(TARGETS kestran ${tools} ${consoles} RUNTIME DESTINATION "${programs}")
 
-file(GLOB documents CONFIGURE_DEPENDS docs/*.md docs/*.png docs/*.svg)
+file(GLOB documents CONFIGURE_DEPENDS docs/*.md docs/*.png docs/*.svg docs/*.yml)
 # The README names the folder of the programs, which is only known at installation.
 install(CODE "
     set(PROGRAMS \"\${CMAKE_INSTALL_PREFIX}/${programs}\")

@@ -40,10 +40,12 @@ Conversation conversationOf(const FrontEnd& frontEnd, const std::string& text) {
     for (std::string line; !conversation.isQuit && std::getline(stream, line);) {
         const std::vector<std::string> words = UciEngine::splitString(line);
         conversation.isQuit = words == std::vector<std::string>{"quit"};
+        if (!words.empty() && frontEnd.isTooLong(words)) {
+            continue;
+        }
         if (!words.empty() && words[0] == "go" && frontEnd.isAnswered(words)) {
             const bool isEndless = frontEnd.isEndless(words);
-            if (conversation.goes == MOST_GOES || frontEnd.isTooLong(words) ||
-                (isEndless && endlessGoes == MOST_ENDLESS_GOES)) {
+            if (conversation.goes == MOST_GOES || (isEndless && endlessGoes == MOST_ENDLESS_GOES)) {
                 continue;
             }
             ++conversation.goes;

@@ -12,8 +12,8 @@
 // The facts about a front end that the checks need.
 struct FrontEnd {
     std::unique_ptr<UciPolicy> (*makePolicy)();
-    // Of a `go` line: whether it gets an answer, whether nothing but `stop` may end its search,
-    // and whether it asks for so much that no test can wait for it.
+    // Of a `go` line: whether it gets an answer, and whether nothing but `stop` may end its search.
+    // Of any line: whether it asks for so much that no test can wait for it.
     bool (*isAnswered)(const std::vector<std::string>& words);
     bool (*isEndless)(const std::vector<std::string>& words);
     bool (*isTooLong)(const std::vector<std::string>& words);

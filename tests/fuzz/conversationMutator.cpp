@@ -157,6 +157,9 @@ private:
             add(pick({"depth", "nodes", "mate", "movetime", "wtime", "infinite", "ponder"}));
         }
         if (chance(10)) {
+            return pick<const char*>({"go perft 2", "d", "eval", "ponderhit"});
+        }
+        if (chance(10)) {
             line += " searchmoves " + join(cases.make().moves, ' ');
         }
         return line;
@@ -164,8 +167,9 @@ private:
 
     std::string makeOption() {
         const std::string name =
-            pick<const char*>({"Hash", "Hash", "hash", "OwnBook", "Move Overhead", "Clear Hash"});
-        const bool isSwitch = name == "OwnBook";
+            pick<const char*>({"Hash", "Hash", "hash", "OwnBook", "Move Overhead", "Clear Hash",
+                               "MultiPV", "UCI_Elo", "UCI_LimitStrength", "BookFile"});
+        const bool isSwitch = name == "OwnBook" || name == "UCI_LimitStrength";
         return "setoption name " + name + " value " +
                (isSwitch ? std::string(pick({"true", "false"})) : makeNumber());
     }

@@ -67,7 +67,7 @@ TEST(GameLine, OfAMateIsCompleted) {
     int completed = 0;
     for (const char* fen :
          {"r6k/6pp/8/6N1/2Q5/8/1q4PP/6K1 w - - 0 30", "7k/R7/6K1/8/8/8/8/8 b - - 0 1",
-          "8/8/8/8/8/4k3/7r/4K3 w - - 0 1", "8/8/8/8/8/3k4/7r/3K4 b - - 0 1"}) {
+          "8/8/8/8/8/3k4/7r/3K4 b - - 0 1", "k7/8/1K6/8/8/8/8/7R b - - 0 1"}) {
         const SearchRequest request = requestFor(positionOf(fen), limitsOf(8));
         const Variant whole = ida.generateTree(request).line;
         ASSERT_TRUE(isMate(whole.evaluation)) << fen;

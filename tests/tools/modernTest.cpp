@@ -1,5 +1,6 @@
 // Conversations with kestran-modern.
 
+#include "support/plainRules.h"
 #include "support/uciProcess.h"
 #include "testing/boardSupport.h"
 #include "testing/readUntil.h"
@@ -7,9 +8,13 @@
 #include "testing/toolSupport.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
+#include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
+#include <map>
+#include <sstream>
 
 namespace {
 
@@ -170,6 +175,239 @@ TEST_F(Modern, ReportsTheCountsOfTheWholeSearchLast) {
     EXPECT_GE(last[1], countsIn(reports.back())[1]);
     EXPECT_GE(last[3], MILLIS - 1); // both ends of the search are rounded down
     EXPECT_EQ(last[2], last[1] * 1000 / last[3]);
+}
+
+// Commands that are not in the protocol. A bad number is named on standard error.
+TEST_F(Modern, ObeysCommandsForPeople) {
+    process.send("position fen 4k3/8/8/8/4r3/8/8/4K3 w - - 0 1");
+    const auto linesOf = [this](const std::string& line) {
+        process.send(line);
+        process.send("isready");
+        std::vector<std::string> lines = process.readUntil("readyok", PATIENCE);
+        lines.pop_back();
+        return lines;
+    };
+    const auto has = [](const std::vector<std::string>& lines, const std::string& wanted) {
+        return std::ranges::find(lines, wanted) != lines.end();
+    };
+    const std::vector<std::string> described = linesOf("d");
+    EXPECT_TRUE(has(described, "Fen: 4k3/8/8/8/4r3/8/8/4K3 w - - 0 1"));
+    EXPECT_TRUE(has(described, "Checkers: e4"));
+    const std::vector<std::string> terms = linesOf("eval");
+    EXPECT_TRUE(has(terms, "material             0    5000"));
+    EXPECT_TRUE(has(terms, "Score for the side to move: -5000"));
+    process.send("go perft 2");
+    EXPECT_EQ(process.readUntil("Nodes searched", PATIENCE),
+              (std::vector<std::string>{"e1f1: 17", "e1f2: 17", "e1d2: 17", "e1d1: 17",
+                                        "Nodes searched: 68"}));
+    process.send("bench 1");
+    EXPECT_TRUE(
+        TextPattern("[1-9]\\d* nodes \\d+ nps").matches(process.readLine(PATIENCE).value_or("")));
+    for (const char* line : {"go perft", "go perft 0", "go perft x", "bench 21", "bench -1"}) {
+        const std::string before = process.readErrors();
+        EXPECT_TRUE(linesOf(line).empty()) << line;
+        EXPECT_TRUE(TextPattern("(go perft|bench) rejected: needs a depth from 1 to 20\n")
+                        .matches(process.readErrors().substr(before.size())))
+            << line;
+    }
+    for (const char* line : {"go perft 20", "bench 20"}) { // would take for ever
+        process.send(line);
+        process.send("d"); // is answered meanwhile
+        EXPECT_EQ(process.readUntil("Checkers", PATIENCE).back(), "Checkers: e4");
+        process.send("stop");
+        EXPECT_EQ(answerTo("go depth 1", START_FEN).back().substr(0, 9), "bestmove ");
+        process.send("position fen 4k3/8/8/8/4r3/8/8/4K3 w - - 0 1");
+    }
+    process.send("go perft 20");
+    process.send("quit");
+    EXPECT_EQ(process.waitForEnd(PATIENCE)->status, 0);
+}
+
+// The best of some tries, as the machine may be busy.
+TEST_F(Modern, AnswersAStopWithinFiveMilliseconds) {
+    using Clock = std::chrono::steady_clock;
+    Clock::duration best = Clock::duration::max();
+    for (int i = 0; i < 20; ++i) {
+        process.send("go infinite");
+        process.readUntil("info depth 3", PATIENCE);
+        const Clock::time_point start = Clock::now();
+        process.send("stop");
+        process.readUntil("bestmove", PATIENCE);
+        best = std::min(best, Clock::now() - start);
+    }
+    EXPECT_LT(best, std::chrono::milliseconds(5));
+}
+
+TEST_F(Modern, ReportsTheTableAndTheRootMoves) {
+    process.send("go movetime 1800");
+    const std::vector<std::string> lines = hearAnswer();
+    const TextPattern CURRENT(R"(info depth \d+ currmove (\S+) currmovenumber (\d+))");
+    const auto isCurrent = [&](const std::string& line) { return CURRENT.matches(line); };
+    EXPECT_TRUE(std::ranges::any_of(lines, isCurrent));
+    process.send("go movetime 700"); // no longer than a second
+    EXPECT_TRUE(std::ranges::none_of(hearAnswer(), isCurrent));
+    process.send("setoption name Hash value 1");
+    const TextPattern FULL(".* hashfull [1-9].*");
+    EXPECT_TRUE(FULL.matches(answerTo("go movetime 700", START_FEN).end()[-2]));
+    process.send("setoption name Hash value 0");
+    const TextPattern EMPTY(".* hashfull 0 .*");
+    EXPECT_TRUE(EMPTY.matches(answerTo("go movetime 700", START_FEN).end()[-2]));
+}
+
+TEST_F(Modern, ReportsSeveralLines) {
+    process.send("setoption name MultiPV value 3");
+    const std::vector<std::string> lines = answerTo("go depth 3", QUIET_FEN);
+    const TextPattern LINE(R"(info depth (\d+) .* multipv (\d+) .* pv (\S+).*)");
+    ASSERT_EQ(lines.size(), 11U); // the last report, with all counts, and the answer
+    for (std::size_t i = 0; i < 9; ++i) {
+        const auto parts = LINE.match(lines[i]);
+        ASSERT_TRUE(parts) << lines[i];
+        EXPECT_EQ(parts->at(1), std::to_string(i / 3 + 1));
+        EXPECT_EQ(parts->at(2), std::to_string(i % 3 + 1));
+        for (std::size_t before = i - i % 3; before < i; ++before) {
+            EXPECT_NE(LINE.match(lines[before])->at(3), parts->at(3));
+        }
+    }
+    EXPECT_EQ(LINE.match(lines[9])->at(2), "1");
+}
+
+// In this game a line often goes on past the third occurrence of a position.
+TEST_F(Modern, EndsALineWhereTheGameEnds) {
+    const std::string FEN = "rnbqkb1r/pppppppp/5n2/8/2PP4/8/PP2PPPP/RNBQKBNR b KQkq - 0 1";
+    const std::string MOVES =
+        "e7e6 b1c3 c7c5 e2e3 d7d5 g1f3 b8c6 f1e2 f8e7 e1g1 e8g8 a2a4 a7a5 h2h4 d5c4 e2c4 b7b6 "
+        "b2b3 c8b7 c1b2 c5d4 e3d4 h7h5 g2g3 g7g6 f1e1 a8b8 c3e4 f6e4 e1e4 c6b4 e4e3 b4c6 a1b1 "
+        "e7f6 b1c1 f6g7 f3e5 c6e5 d4e5 d8d1 c1d1 f8d8 b2d4 g7f8 e3e1 b7f3 d1d3 f8c5 d4c5 d8d3 "
+        "c5d6 d3d6 e5d6 b8d8 e1e3 f3d5 c4d5 e6d5 f2f4 d8d6 g1f2 g8g7 f2e2 d5d4 e3e8 f7f6 e2d3 "
+        "f6f5 e8c8 g7f7 c8c4 f7e6 c4d4 d6d5 d3e3 d5c5 d4c4 e6d6";
+    const auto play = [](plain::Position& position, std::map<std::string, int>& seen,
+                         const std::string& move) {
+        EXPECT_TRUE(position.play(move)) << move;
+        return ++seen[position.identity()] == 3;
+    };
+    plain::Position game(FEN);
+    std::map<std::string, int> seen = {{game.identity(), 1}};
+    std::istringstream words(MOVES);
+    for (std::string word; words >> word;) {
+        play(game, seen, word);
+    }
+    int ended = 0;
+    process.send("setoption name Hash value 64");
+    for (const std::string& line : answerTo("go depth 9", FEN + " moves " + MOVES)) {
+        plain::Position position = game;
+        std::map<std::string, int> occurred = seen;
+        bool isOver = false;
+        std::istringstream pv(line.substr(std::min(line.find(" pv "), line.size() - 4) + 4));
+        for (std::string move; line.starts_with("info") && pv >> move;) {
+            EXPECT_FALSE(isOver) << line;
+            isOver = play(position, occurred, move);
+        }
+        ended += isOver ? 1 : 0;
+    }
+    EXPECT_GE(ended, 1);
+}
+
+// One that begins to ponder and does something next, in each state.
+TEST_F(Modern, Ponders) {
+    const std::string MATE = "6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1";
+    struct Case {
+        std::string fen, go, then;
+    };
+    for (const auto& [fen, go, then] : std::initializer_list<Case>{
+             {QUIET_FEN, "go ponder wtime 3000 btime 3000", "ponderhit"},
+             {QUIET_FEN, "go wtime 3000 btime 3000 ponder", "ponderhit"},
+             {QUIET_FEN, "go ponder movetime 100", "ponderhit"},
+             {QUIET_FEN, "go ponder depth 2", "ponderhit"},
+             {QUIET_FEN, "go ponder wtime 900000 btime 900000", "stop"},
+             {QUIET_FEN, "go ponder", "stop"},
+             // The search is over before the opponent has moved.
+             {MATE, "go ponder wtime 900000 btime 900000", "ponderhit"},
+             {MATE, "go ponder wtime 900000 btime 900000", "stop"},
+             {"7k/R7/6K1/8/8/8/8/8 b - - 0 1", "go ponder wtime 900000 btime 900000", "ponderhit"},
+         }) {
+        process.send("position fen " + fen);
+        process.send(go);
+        for (const std::string& line : process.readUntil("bestmove", UciProcess::Timeout(150))) {
+            EXPECT_TRUE(line.starts_with("info ")) << go << ": " << line;
+        }
+        process.send(then);
+        hearAnswer();
+    }
+    process.send("ponderhit"); // idle, and in an ordinary search
+    process.send("position startpos");
+    process.send("go movetime 30");
+    process.send("ponderhit");
+    EXPECT_TRUE(TextPattern("bestmove (\\S+) ponder (\\S+)").matches(hearAnswer().back()));
+    // After the hit the time runs, and a stop still counts.
+    process.send("go ponder wtime 900000 btime 900000");
+    process.send("ponderhit");
+    process.send("stop");
+    hearAnswer();
+    // The hit of a search that waits for the one before it.
+    process.send("go infinite");
+    process.send("go ponder movetime 50");
+    process.send("ponderhit");
+    process.send("stop");
+    hearAnswer();
+    hearAnswer();
+    EXPECT_EQ(process.readErrors(), "");
+}
+
+// The end of input and `quit`, while it ponders and after the hit.
+TEST(ModernPondering, EndsWithTheInput) {
+    for (const bool isHit : {false, true}) {
+        for (const bool isQuit : {false, true}) {
+            UciProcess process(MODERN);
+            process.send("go ponder wtime 4000 btime 4000");
+            process.readUntil("info", PATIENCE);
+            if (isHit) {
+                process.send("ponderhit");
+            }
+            isQuit ? void(process.send("quit")) : process.closeInput();
+            const std::vector<std::string> rest = process.readUntil("bestmove", PATIENCE);
+            EXPECT_EQ(!rest.empty() && rest.back().starts_with("bestmove"), !isQuit);
+            EXPECT_EQ(process.waitForEnd(PATIENCE)->status, 0);
+        }
+    }
+}
+
+// Every option of the bot's configuration exists and is accepted.
+TEST_F(Modern, AcceptsTheOptionsOfTheBot) {
+    process.send("uci");
+    const std::vector<std::string> greeting = process.readUntil("uciok", PATIENCE);
+    std::ifstream file(KESTRAN_TEST_DATA "/../../docs/lichess-bot.yml");
+    const TextPattern OPTION(R"( {4}([A-Z][^:]*): ([^#]*\S)( *#.*)?)");
+    bool isInside = false;
+    int options = 0;
+    for (std::string line; std::getline(file, line);) {
+        isInside = line.starts_with("  uci_options:") || (isInside && line.starts_with("    "));
+        if (const auto parts = OPTION.match(line); isInside && parts) {
+            ++options;
+            EXPECT_TRUE(std::ranges::any_of(greeting, [&](const std::string& known) {
+                return known.starts_with("option name " + parts->at(1) + " type ");
+            })) << line;
+            process.send("setoption name " + parts->at(1) + " value " + parts->at(2));
+        }
+    }
+    EXPECT_GE(options, 3);
+    EXPECT_TRUE(answerTo("go nodes 1000", START_FEN).back().starts_with("bestmove "));
+    EXPECT_EQ(process.readErrors(), "");
+}
+
+TEST_F(Modern, PlaysABookOfTheUser) {
+    const TextFile book("a2a3 a7a6\n");
+    process.send("setoption name OwnBook value true");
+    process.send("setoption name BookFile value " + book.path);
+    EXPECT_EQ(answerTo("go movetime 5000", START_FEN).back(), "bestmove a2a3");
+    process.send("setoption name BookFile value <empty>");
+    EXPECT_EQ(process.readErrors(), "");
+    for (const auto& [path, fault] :
+         {std::pair("/no/book", "cannot open"), {"/etc/passwd", "no book line in"}}) {
+        process.send(std::string("setoption name BookFile value ") + path);
+        EXPECT_NE(answerTo("go movetime 5000", START_FEN).back(), "bestmove a2a3");
+        EXPECT_TRUE(process.readErrors().ends_with(std::string("option BookFile rejected: ") +
+                                                   fault + " \"" + path + "\"\n"));
+    }
 }
 
 TEST_F(Modern, PlaysTheBookOnRequest) {
