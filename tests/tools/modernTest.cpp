@@ -31,7 +31,7 @@ protected:
             "info depth \\d+ seldepth \\d+ multipv \\d+ score (cp|mate) -?\\d+"
             " nodes \\d+ nps \\d+ hashfull \\d+ time \\d+( pv( [a-h1-8]{4}[qrbn]?)+)?"
             "|info depth \\d+ currmove [a-h1-8]{4}[qrbn]? currmovenumber \\d+");
-        std::vector<std::string> lines = process.readUntil("bestmove", PATIENCE);
+        std::vector<std::string> lines = readUntil(process, "bestmove", PATIENCE);
         for (std::size_t i = 0; i + 1 < lines.size(); ++i) {
             EXPECT_TRUE(REPORT.matches(lines[i])) << lines[i];
         }
@@ -50,7 +50,7 @@ protected:
 
 TEST_F(Modern, GreetsWithItsOptions) {
     process.send("uci");
-    const std::vector<std::string> lines = process.readUntil("uciok", PATIENCE);
+    const std::vector<std::string> lines = readUntil(process, "uciok", PATIENCE);
     EXPECT_EQ(lines, (std::vector<std::string>{
                          NAME, "id author Bremo Talvik",
                          "option name Hash type spin default 16 min 0 max 4096",
@@ -88,7 +88,7 @@ TEST_F(Modern, NamesABadOptionValue) {
         const std::string before = process.readErrors();
         process.send("setoption " + line);
         process.send("isready");
-        ASSERT_EQ(process.readUntil("", PATIENCE).back(), "readyok") << line;
+        ASSERT_EQ(readUntil(process, "", PATIENCE).back(), "readyok") << line;
         EXPECT_EQ(process.readErrors(), before + fault) << line;
     }
 }
@@ -183,7 +183,7 @@ TEST_F(Modern, ObeysCommandsForPeople) {
     const auto linesOf = [this](const std::string& line) {
         process.send(line);
         process.send("isready");
-        std::vector<std::string> lines = process.readUntil("readyok", PATIENCE);
+        std::vector<std::string> lines = readUntil(process, "readyok", PATIENCE);
         lines.pop_back();
         return lines;
     };
@@ -197,7 +197,7 @@ TEST_F(Modern, ObeysCommandsForPeople) {
     EXPECT_TRUE(has(terms, "material             0    5000"));
     EXPECT_TRUE(has(terms, "Score for the side to move: -5000"));
     process.send("go perft 2");
-    EXPECT_EQ(process.readUntil("Nodes searched", PATIENCE),
+    EXPECT_EQ(readUntil(process, "Nodes searched", PATIENCE),
               (std::vector<std::string>{"e1f1: 17", "e1f2: 17", "e1d2: 17", "e1d1: 17",
                                         "Nodes searched: 68"}));
     process.send("bench 1");
@@ -213,7 +213,7 @@ TEST_F(Modern, ObeysCommandsForPeople) {
     for (const char* line : {"go perft 20", "bench 20"}) { // would take for ever
         process.send(line);
         process.send("d"); // is answered meanwhile
-        EXPECT_EQ(process.readUntil("Checkers", PATIENCE).back(), "Checkers: e4");
+        EXPECT_EQ(readUntil(process, "Checkers", PATIENCE).back(), "Checkers: e4");
         process.send("stop");
         EXPECT_EQ(answerTo("go depth 1", START_FEN).back().substr(0, 9), "bestmove ");
         process.send("position fen 4k3/8/8/8/4r3/8/8/4K3 w - - 0 1");
@@ -229,10 +229,10 @@ TEST_F(Modern, AnswersAStopWithinFiveMilliseconds) {
     Clock::duration best = Clock::duration::max();
     for (int i = 0; i < 20; ++i) {
         process.send("go infinite");
-        process.readUntil("info depth 3", PATIENCE);
+        readUntil(process, "info depth 3", PATIENCE);
         const Clock::time_point start = Clock::now();
         process.send("stop");
-        process.readUntil("bestmove", PATIENCE);
+        readUntil(process, "bestmove", PATIENCE);
         best = std::min(best, Clock::now() - start);
     }
     EXPECT_LT(best, std::chrono::milliseconds(5));
@@ -327,7 +327,7 @@ TEST_F(Modern, Ponders) {
          }) {
         process.send("position fen " + fen);
         process.send(go);
-        for (const std::string& line : process.readUntil("bestmove", UciProcess::Timeout(150))) {
+        for (const std::string& line : readUntil(process, "bestmove", UciProcess::Timeout(150))) {
             EXPECT_TRUE(line.starts_with("info ")) << go << ": " << line;
         }
         process.send(then);
@@ -359,12 +359,12 @@ TEST(ModernPondering, EndsWithTheInput) {
         for (const bool isQuit : {false, true}) {
             UciProcess process(MODERN);
             process.send("go ponder wtime 4000 btime 4000");
-            process.readUntil("info", PATIENCE);
+            readUntil(process, "info", PATIENCE);
             if (isHit) {
                 process.send("ponderhit");
             }
             isQuit ? void(process.send("quit")) : process.closeInput();
-            const std::vector<std::string> rest = process.readUntil("bestmove", PATIENCE);
+            const std::vector<std::string> rest = readUntil(process, "bestmove", PATIENCE);
             EXPECT_EQ(!rest.empty() && rest.back().starts_with("bestmove"), !isQuit);
             EXPECT_EQ(process.waitForEnd(PATIENCE)->status, 0);
         }
@@ -374,7 +374,7 @@ TEST(ModernPondering, EndsWithTheInput) {
 // Every option of the bot's configuration exists and is accepted.
 TEST_F(Modern, AcceptsTheOptionsOfTheBot) {
     process.send("uci");
-    const std::vector<std::string> greeting = process.readUntil("uciok", PATIENCE);
+    const std::vector<std::string> greeting = readUntil(process, "uciok", PATIENCE);
     std::ifstream file(KESTRAN_TEST_DATA "/../../docs/lichess-bot.yml");
     const TextPattern OPTION(R"( {4}([A-Z][^:]*): ([^#]*\S)( *#.*)?)");
     bool isInside = false;
