@@ -4,11 +4,13 @@
 #include "board/makeMove.h"
 #include "search/gameLine.h"
 #include "search/idaVariant.h"
+#include "search/passForecast.h"
+#include "search/rootLines.h"
 #include "search/score.h"
 #include "search/treeNode.h"
 
 #include <algorithm>
-#include <cmath>
+#include <cstdlib>
 
 namespace {
 
@@ -64,100 +66,17 @@ InfoStruct reportOf(const SearchPass& pass, const SearchState& state, Millisecon
             .hashFull = state.table.getHashTable().getUsedPermille()};
 }
 
-// Forecasts the next pass. Passes are cheap and costly in turn, so the forecast uses the last two.
-class PassForecast {
-public:
-    // `nodes` is the total after a good pass.
-    void add(std::int64_t nodes) {
-        const auto latest = static_cast<double>(nodes) - total;
-        previous = total > 0 ? last : latest / FIRST_GROWTH;
-        last = latest;
-        total = static_cast<double>(nodes);
-    }
-    // The duration of the next pass at the pace so far.
-    double nextDuration(Milliseconds elapsed) const {
-        return GROWTH * std::sqrt(last * previous) * static_cast<double>(elapsed) / total;
-    }
+constexpr std::int64_t MOST_NODES_TO_MATE = 300000;
 
-private:
-    // The median pass takes twelve times the geometric mean of the last two. The constant is larger
-    // because an abandoned pass costs more than one that was not tried.
-    static constexpr double GROWTH = 14;
-    static constexpr double FIRST_GROWTH = 5; // in place of the pass before the first
-
-    double last = 0;     // nodes of the last good pass and of the failed ones before it
-    double previous = 0; // likewise of the good pass before
-    double total = 0;
-};
-
-// The legal moves that the root may choose from.
-std::vector<Move> getAllowedMoves(const SearchRequest& request) {
-    if (!request.limits.rootMoves.empty()) {
-        return request.limits.rootMoves;
+// Appends a line to another one; together they must have room.
+void append(Variant& line, const Variant& rest) {
+    Variant whole = rest;
+    for (int i = line.varLength - 1; i >= 0; --i) {
+        whole.extend(Variant(whole), line.get(i));
     }
-    MoveArray moves;
-    const int count = generateLegalMoves(request.game.position, moves);
-    return {moves.begin(), moves.begin() + count};
+    whole.evaluation = line.evaluation;
+    line = whole;
 }
-
-// The lines of a search with several ones.
-class RootLines {
-public:
-    // What the passes of one line hand on to the next depth.
-    struct Line {
-        Variant variant;
-        RootWindow window;
-    };
-
-    explicit RootLines(const SearchRequest& request)
-        : allowed(getAllowedMoves(request)),
-          lines(std::clamp<std::size_t>(allowed.size(), 1, at(request.limits.lines))) {}
-
-    bool areSeveral() const { return lines.size() > 1; }
-    Line& getCurrent() { return lines[current]; }
-
-    // Lets the root choose from the moves that the lines before this one do not begin with, the
-    // move of the last depth first.
-    void setUp(SearchState& state, const Position& position, int depth) {
-        state.rootMoves = allowed;
-        for (std::size_t before = 0; before < current; ++before) {
-            std::erase_if(state.rootMoves, [&](const Move& move) {
-                return testMoveEquality(move, lines[before].variant.get(0).move);
-            });
-        }
-        if (state.config.useTable) {
-            const Variant& variant = getCurrent().variant;
-            state.table.addTableEntry(position, variant.getFirstMove(), depth - 1,
-                                      variant.evaluation, DEFAULT_FIRST_ALFA, DEFAULT_FIRST_BETA);
-        }
-    }
-
-    // Fills in what a pass of the current line means for the depth and for the search.
-    void judge(SearchPass& pass) {
-        pass.lineNumber = static_cast<int>(current) + 1;
-        if (pass.isGood()) {
-            isSettled = isSettled && pass.result == IdaNS::OK_FINISH;
-            pass.endsDepth = current + 1 == lines.size() || pass.line.varLength == 0;
-            pass.endsSearch = pass.endsDepth && isSettled;
-        }
-    }
-    // Goes on to the line of the next pass.
-    void advance(const SearchPass& pass) {
-        getCurrent().window = pass.next;
-        if (pass.endsDepth) {
-            current = 0;
-            isSettled = true;
-        } else if (pass.isGood()) {
-            ++current;
-        }
-    }
-
-private:
-    const std::vector<Move> allowed;
-    std::vector<Line> lines; // one or more
-    std::size_t current = 0;
-    bool isSettled = true; // whether the lines of this depth so far are mates or book moves
-};
 
 } // namespace
 
@@ -239,6 +158,32 @@ void Ida::publish(const SearchRequest& request, InfoStruct& info, int threadId,
                      [&idaVariant] { return idaVariant.isReady(); });
         setReport();
     }
+}
+
+void Ida::completeMate(const EngineConfig& config, const Game& game, Variant& line,
+                       const std::function<bool()>& isStopped) {
+    const int plies = -MATED_EVALUATION - std::abs(line.evaluation);
+    const int missing = plies - line.varLength;
+    if (!isMate(line.evaluation) || missing <= 0 || plies > MAX_VARIANT_MOVES) {
+        return;
+    }
+    SearchRequest request;
+    request.game = game;
+    for (int i = 0; i < line.varLength; ++i) {
+        playOn(request.game, line.get(i).move);
+    }
+    request.limits.depth = missing;
+    request.limits.nodes = MOST_NODES_TO_MATE;
+    request.limits.useBook = false;
+    EngineConfig withoutTable = config;
+    withoutTable.useTable = false;
+    withoutTable.hashTableSize = 0;
+    Ida(withoutTable).deepen(request, nullptr, [&](const SearchPass& pass) {
+        if (pass.endsSearch && pass.line.varLength <= missing) {
+            append(line, pass.line);
+        }
+        return !isStopped();
+    });
 }
 
 // Lets each poll after `start` report the root move of the pass, if it has changed.

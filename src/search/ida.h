@@ -6,33 +6,13 @@
 #include "search/infoStruct.h"
 #include "search/rootWindow.h"
 #include "search/searchObserver.h"
+#include "search/searchPass.h"
 #include "search/searchRequest.h"
 #include "search/treeGenerator.h"
 
 #include <functional>
-#include <optional>
 
 class IdaVariant;
-
-// The outcome of one pass of a search.
-struct SearchPass {
-    int depth;                                     // plies
-    RootWindow window;                             // the window that it ran with
-    std::optional<IdaNS::GeneratingResult> result; // nothing if the pass was abandoned
-    RootWindow next;                               // the window of the next pass
-    std::int64_t nodes;                            // moves counted since the search began
-    // The score, for the side to move, and the line. After a failed pass the score is the bound
-    // that failed, and the line is meaningless. Valid until the next pass.
-    const Variant& line;
-    // Set by deepen():
-    int lineNumber = 1;     // among the lines of its depth; 1 is the best
-    bool endsDepth = false; // whether it is a good pass and its depth has no further line
-    bool endsSearch =
-        false; // whether it is settled by mates or a book move; no deeper pass follows
-
-    // Whether the score lies inside the window.
-    bool isGood() const { return result == IdaNS::OK || result == IdaNS::OK_FINISH; }
-};
 
 class Ida final {
 public:
@@ -76,6 +56,13 @@ public:
     static bool timeUp(Milliseconds totalMilliseconds, double& lastDuration,
                        Milliseconds& lastCheck, Milliseconds clockStart,
                        IdaNS::GeneratingResult result, IdaVariant& idaVariant);
+
+    // Completes the line of a mate score that ends before the mate, as it does if the score of one
+    // of its moves came from the table. Searches the rest without a table; gives up after some
+    // milliseconds, or when `isStopped`, and leaves the line as it is. A mate that is further away
+    // than a line is long is left alone.
+    static void completeMate(const EngineConfig& config, const Game& game, Variant& line,
+                             const std::function<bool()>& isStopped);
 
     // ---- Set-up; no search may run ----
 

@@ -33,7 +33,7 @@ struct SearchLimits {
     bool useBook = true;
     // The book to ask; the standard one if null.
     std::shared_ptr<const PolyglotBook> book = {};
-    // Whether a timed search completes the line of a mate; see completeMate().
+    // Whether a timed search completes the line of a mate; see Ida::completeMate().
     bool completesMates = false;
     // How many lines are wanted, 1 or more; see Ida::deepen().
     int lines = 1;

@@ -76,7 +76,7 @@ TEST(GameLine, OfAMateIsCompleted) {
             std::copy(whole.variantMoves.begin() + whole.varLength - kept,
                       whole.variantMoves.begin() + whole.varLength, line.variantMoves.begin());
             line.varLength = kept;
-            completeMate(config, request.game, line, [] { return false; });
+            Ida::completeMate(config, request.game, line, [] { return false; });
             EXPECT_EQ(line.varLength, -MATED_EVALUATION - std::abs(line.evaluation)) << fen;
             EXPECT_EQ(line.evaluation, whole.evaluation);
             Position position = request.game.position;
