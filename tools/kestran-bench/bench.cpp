@@ -2,14 +2,13 @@
 
 #include "engine/engine.h"
 #include "kestran-bench/benchReport.h"
+#include "kestran-bench/freshEngine.h"
 #include "kestran-bench/solve.h"
 #include "notation/fen.h"
 #include "search/engineParameters.h"
-#include "search/hashTable.h"
 #include "search/statistics.h"
 #include "support/cli.h"
 #include "support/gameInput.h"
-#include "support/requireTable.h"
 #include "support/settings.h"
 #include "support/terminal.h"
 
@@ -48,14 +47,6 @@ constexpr const char* DESCRIPTION =
 
 constexpr const char* FAILURE =
     "repeated searches differ, there is no memory, or the output cannot be written";
-
-std::unique_ptr<EngineConfig> makeConfig(int hashMebibytes,
-                                         const std::vector<std::string>& settings) {
-    auto config = EngineConfig::getProdConfig();
-    config->hashTableSize = entriesOf(hashMebibytes);
-    applySettings(settings, *config);
-    return config;
-}
 
 std::vector<BenchedPosition> readPositions(const BenchOptions& options) {
     std::vector<BenchedPosition> positions;
@@ -145,15 +136,6 @@ int runBench(const BenchOptions& options) {
 }
 
 } // namespace
-
-FreshEngine::FreshEngine(const Position& position, int hashMebibytes,
-                         const std::vector<std::string>& settings, const WaitPolicy& waitPolicy)
-    : config(makeConfig(hashMebibytes, settings)), engine(*config, waitPolicy) {
-    engine.applyChanges();
-    requireTable(engine.getHashTableSize(), config->hashTableSize);
-    engine.init(position);
-    engine.getTreeGenerator().state.table.touchPages();
-}
 
 BenchResult searchAfresh(const Position& position, int depth, int hashMebibytes,
                          TestStatistics* statistics, const std::vector<std::string>& settings) {

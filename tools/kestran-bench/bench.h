@@ -6,12 +6,9 @@
 #include "base/clock.h"
 #include "board/position.h"
 #include "engine/bench.h"
-#include "engine/engine.h"
-#include "search/engineParameters.h"
 #include "search/variant.h"
 
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -22,16 +19,6 @@ struct BenchResult {
     Variant line;        // with its score in thousandths of a pawn for the side to move
     std::int64_t nodes;  // moves played, in the tree and in quiescence
     Milliseconds millis; // of the search alone
-};
-
-// An engine at a position, with empty tables and the settings of the playing engine, except that
-// the hash table has `hashMebibytes`. Throws UsageError if there is no memory for the table.
-struct FreshEngine {
-    FreshEngine(const Position& position, int hashMebibytes,
-                const std::vector<std::string>& settings, const WaitPolicy& waitPolicy = {});
-
-    const std::unique_ptr<EngineConfig> config;
-    Engine engine;
 };
 
 // Searches a position with a FreshEngine, and counts in `statistics` unless that is null.

@@ -1,7 +1,7 @@
 #include "kestran-bench/solve.h"
 
 #include "base/cppIoUtils.h"
-#include "kestran-bench/bench.h"
+#include "kestran-bench/freshEngine.h"
 #include "notation/longAlgebraicMove.h"
 #include "notation/san.h"
 #include "support/gameInput.h"
