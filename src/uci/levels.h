@@ -13,10 +13,10 @@ struct Level {
 };
 
 // The weakest first. Without quiescence, or with little of it, the engine does not see exchanges to
-// their end.
+// their end, but small budgets last for the first pass.
 inline constexpr std::array LEVELS = {
-    Level{700, 1'000, 0},   Level{900, 1'000, 1},    Level{1050, 1'000, 2}, Level{1200, 1'000},
-    Level{1300, 30'000},    Level{1400, 100'000},    Level{1600, 300'000},  Level{1750, 1'000'000},
+    Level{300, 100, 0},     Level{650, 300, 0},      Level{900, 1'000, 0}, Level{1050, 1'000, 1},
+    Level{1150, 3'000, 1},  Level{1450, 10'000, 1},  Level{1600, 300'000}, Level{1750, 1'000'000},
     Level{1900, 3'000'000}, Level{2000, 10'000'000},
 };
 

@@ -56,7 +56,7 @@ TEST_F(Modern, GreetsWithItsOptions) {
                          "option name Hash type spin default 16 min 0 max 4096",
                          "option name Threads type spin default 1 min 1 max 1",
                          "option name MultiPV type spin default 1 min 1 max 218",
-                         "option name UCI_Elo type spin default 2000 min 700 max 2000",
+                         "option name UCI_Elo type spin default 2000 min 300 max 2000",
                          "option name Move Overhead type spin default 10 min 0 max "
                          "5000",
                          "option name UCI_LimitStrength type check default false",
@@ -198,8 +198,8 @@ TEST_F(Modern, ObeysCommandsForPeople) {
     EXPECT_TRUE(has(terms, "Score for the side to move: -5000"));
     process.send("go perft 2");
     EXPECT_EQ(readUntil(process, "Nodes searched", PATIENCE),
-              (std::vector<std::string>{"e1f1: 17", "e1f2: 17", "e1d2: 17", "e1d1: 17",
-                                        "Nodes searched: 68"}));
+              (std::vector<std::string>{"e1d1: 18", "e1f1: 18", "e1f2: 18", "e1d2: 18",
+                                        "Nodes searched: 72"}));
     process.send("bench 1");
     EXPECT_TRUE(
         TextPattern("[1-9]\\d* nodes \\d+ nps").matches(process.readLine(PATIENCE).value_or("")));

@@ -231,10 +231,10 @@ TEST_F(PlayTable, PlaysAtALevel) {
     };
     EXPECT_EQ(say({"depth 20", "level 4"}),
               "The engine looks at most 20 plies ahead.\n"
-              "Level 4: 1,000 nodes for each move, rating about 1200.\n");
-    const int weak = depthOfHint("level 4");
+              "Level 4: 1,000 nodes for each move, rating about 1050.\n");
+    const int weak = depthOfHint("level 1");
     EXPECT_LT(weak, 4);
-    EXPECT_GT(depthOfHint("level 6"), weak);
+    EXPECT_GT(depthOfHint("level 7"), weak);
     EXPECT_EQ(say({"level 11"}),
               "Level 11: any number of nodes for each move, rating by its time.\n");
     say({"time 0.05"});
@@ -333,8 +333,8 @@ TEST(Play, PlaysAtTheLevelThatItIsGiven) {
         return 0;
     };
     const int best = depthOfHint({});
-    EXPECT_LT(depthOfHint({"--level", "4"}), best);
-    EXPECT_LT(depthOfHint({"--elo", "1210"}), best);
+    EXPECT_LT(depthOfHint({"--level", "1"}), best);
+    EXPECT_LT(depthOfHint({"--elo", "310"}), best);
 }
 
 TEST(Play, LetsThePersonPlayBlack) {

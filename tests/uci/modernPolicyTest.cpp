@@ -79,10 +79,10 @@ TEST(ModernPolicy, LimitsTheStrength) {
     const auto limitsOf = [&](const std::string& words) {
         return *policy.readGo(splitString(words), positionOf(START_FEN), ARRIVAL);
     };
-    policy.setOption(splitString("setoption name UCI_Elo value 1310"));
+    policy.setOption(splitString("setoption name UCI_Elo value 1590"));
     EXPECT_EQ(limitsOf("go").nodes, SearchLimits::ANY_NODES);
     policy.setOption(splitString("setoption name UCI_LimitStrength value true"));
-    EXPECT_EQ(limitsOf("go").nodes, 30000);
+    EXPECT_EQ(limitsOf("go").nodes, 300000);
     EXPECT_EQ(limitsOf("go").quiscenceDepth, MAX_QUISCENCE_DEPTH);
     EXPECT_EQ(limitsOf("go nodes 70").nodes, 70);
     policy.setOption(splitString("setoption name UCI_Elo value 1"));
