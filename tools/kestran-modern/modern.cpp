@@ -28,8 +28,7 @@ int runModern(const std::string& word, std::optional<int> depth) {
 int modernMain(int argc, const char* const* argv) {
     std::string word;
     std::optional<int> depth;
-    Program program("kestran-modern", "[bench [DEPTH]]", DESCRIPTION,
-                    "there is no memory, or the output of the bench cannot be written");
+    Program program("kestran-modern", "[bench [DEPTH]]", DESCRIPTION, "there is no memory");
     program.add_option("bench", word,
                        "search the positions of kestran-bench and print one line, \"N nodes M "
                        "nps\"; without DEPTH, N is the signature of the search");
