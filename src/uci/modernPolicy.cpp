@@ -128,9 +128,9 @@ TimeBudget ModernPolicy::getBudget(const std::vector<std::string>& words, Color 
                                    Milliseconds start, bool isLimited) const {
     constexpr Milliseconds NOT_GIVEN = GoWords::NOT_GIVEN;
     const GoWords go = readGoWords(words);
-    const bool isOnClock = std::ranges::any_of(
-        std::array{"wtime", "btime", "winc", "binc", "movestogo"},
-        [&words](const char* name) { return std::ranges::find(words, name) != words.end(); });
+    constexpr std::array CLOCK_WORDS = {"wtime", "btime", "winc", "binc", "movestogo"};
+    const bool isOnClock = std::find_first_of(words.begin(), words.end(), CLOCK_WORDS.begin(),
+                                              CLOCK_WORDS.end()) != words.end();
     if (go.infinite || (go.moveTimeLocal == NOT_GIVEN && !isOnClock)) {
         return {start, TimeBudget::UNLIMITED, !isLimited};
     }
