@@ -56,6 +56,7 @@ TEST(PgnReader, ReadsGames) {
         // Ends of games.
         {"1. e4 1-0 1. d4 0-1", "e4 1-0 | d4 0-1"},
         {"[White \"A\"]\n1. e4\n[White \"B\"] [Result \"0-1\"]\n1. d4", "e4 * | d4 0-1"},
+        {"{of no game} [Event \"A\"] {before} e4", "{before}e4 *"},
         {"[Event \"A\"][Result \"1-0\"][Event \"B\"]", "1-0 | *"},
         {"[Result \"?\"] d4", "d4 *"},
         // Bytes and lines.
@@ -67,6 +68,7 @@ TEST(PgnReader, ReadsGames) {
         {"e4 d5 e5 f5 exf6e.p.", "e4 d5 e5 f5 exf6 *"},
         {castlings + "12... 0-0+ 13. O-O-O!? 1-0", "O-O O-O-O$5 1-0"},
         {"[SetUp \"0\"]\n" + castlings + "e4", "e4 *"},
+        {"[SetUp \"1\"]\n" + castlings + "1-0 e4", "1-0 | e4 *"},
     };
     for (const auto& [text, summary] : cases) {
         EXPECT_EQ(summaryOf(text), summary) << text;
