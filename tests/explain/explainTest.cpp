@@ -1,11 +1,11 @@
 // Watching a search along a line, and telling what came of it.
 
 #include "kestran-explain/explain.h"
+#include "explain/lineAnswer.h"
+#include "explain/searchText.h"
+#include "explain/watchedLine.h"
 #include "kestran-bench/bench.h"
-#include "kestran-explain/lineAnswer.h"
 #include "kestran-explain/reportLength.h"
-#include "kestran-explain/searchText.h"
-#include "kestran-explain/watchedLine.h"
 #include "search/ida.h"
 #include "search/score.h"
 #include "support/gameInput.h"
@@ -188,9 +188,8 @@ TEST(Explain, TellsWhichMoveKeptTheLineFromBeingReached) {
     const std::vector<PassReport> passes = {{1, IdaNS::OK, Variant(), 0},
                                             {2, IdaNS::FAILLOW, Variant(), 0}};
     const WatchedLine line(watched.game, watched.explain, passes);
-    SearchLimit limit(std::nullopt);
     EXPECT_EQ(
-        answerInWords(config, watched.game, line, limit),
+        answerLine(config, watched.game, line, [] { return nullptr; }).getText(),
         "After 1. e4 it never tries 1... e5. 1... c5 (+0.01) was tried before and is enough to "
         "refute 1. e4. So it was in pass 0 (depth 1), the last good one. Scores are for "
         "Black.");
@@ -220,7 +219,8 @@ TEST(WatchedSearch, CountsScoresAndPlaysAsTheEngineDoes) {
         Explain explain;
         std::int64_t nodes = 0;
         auto info = played.infos.begin();
-        for (const PassReport& pass : watchSearch(*config, game, line, depth, explain)) {
+        for (const PassReport& pass :
+             watchSearch(*makeSearch(*config), depthRequest(game, depth), line, explain, nullptr)) {
             nodes += pass.nodes;
             if (isGood(pass)) {
                 ASSERT_NE(info, played.infos.end()) << bench.fen;

@@ -1,14 +1,16 @@
 #include "kestran-explain/explain.h"
 
+#include "explain/lineAnswer.h"
+#include "explain/searchText.h"
+#include "explain/watchedLine.h"
+#include "kestran-explain/bookText.h"
 #include "kestran-explain/explainTree.h"
 #include "kestran-explain/htmlPage.h"
 #include "kestran-explain/jsonReport.h"
-#include "kestran-explain/lineAnswer.h"
 #include "kestran-explain/question.h"
 #include "kestran-explain/reportLength.h"
 #include "kestran-explain/searchLimit.h"
-#include "kestran-explain/searchText.h"
-#include "kestran-explain/watchedLine.h"
+#include "support/requireTable.h"
 #include "support/settings.h"
 #include "support/terminal.h"
 #include "support/text.h"
@@ -50,7 +52,9 @@ private:
 // question to what that pass has shown to be within reach.
 void findLine(Question& question, const EngineConfig& config, SearchLimit& limit) {
     ShownProgress progress("finding the line");
-    const auto passes = searchPasses(*makeSearch(config), question.game, question.depth,
+    const auto ida = makeSearch(config);
+    requireTable(ida->getTreeGenerator().state.table.getSize(), config.hashTableSize);
+    const auto passes = searchPasses(*ida, depthRequest(question.game, question.depth),
                                      &limit.begin(TIME_TO_FIND), std::ref(progress));
     const auto good = std::find_if(passes.rbegin(), passes.rend(), isGood);
     if (good == passes.rend()) {
@@ -120,7 +124,8 @@ std::string answeredReport(const Question& question, const EngineConfig& config,
                            const WatchedLine& line, SearchLimit& limit) {
     chosenPasses(question, line.getPassCount());
     const std::string book = bookText(question.game.position);
-    const std::string words = answerInWords(config, question.game, line, limit);
+    const std::string words =
+        answerLine(config, question.game, line, [&limit] { return &limit.begin(1.0); }).getText();
     if (question.format == ReportFormat::HTML) {
         return makePage(line, {words, book, question.all, question.pass});
     }
@@ -146,8 +151,10 @@ void answer(Question question) {
     std::vector<PassReport> passes;
     if (!question.line.empty()) {
         ShownProgress progress("watching");
-        passes = watchSearch(*config, question.game, question.line, question.depth, explain,
-                             &limit.begin(TIME_TO_WATCH), std::ref(progress));
+        const auto ida = makeSearch(*config);
+        requireTable(ida->getTreeGenerator().state.table.getSize(), config->hashTableSize);
+        passes = watchSearch(*ida, depthRequest(question.game, question.depth), question.line,
+                             explain, &limit.begin(TIME_TO_WATCH), std::ref(progress));
     }
     if (passes.empty()) {
         throw std::runtime_error("the search was ended before its first pass, and there is "
@@ -166,20 +173,6 @@ void answer(Question question) {
 }
 
 } // namespace
-
-std::vector<PassReport> watchSearch(const EngineConfig& config, const Game& game,
-                                    const std::vector<Move>& line, int depth, Explain& explain,
-                                    IdaVariant* slot,
-                                    const std::function<void(const PassReport&)>& onPass) {
-    Variant watched;
-    for (const Move& move : std::vector<Move>(line.rbegin(), line.rend())) {
-        watched.extend(Variant(watched), {move, false, false, false});
-    }
-    explain.setVariant(game.position, watched);
-    const auto ida = makeSearch(config);
-    ida->watchBy(explain);
-    return searchPasses(*ida, game, depth, slot, onPass);
-}
 
 int explainMain(int argc, const char* const* argv) {
     return ask(argc, argv, answer);

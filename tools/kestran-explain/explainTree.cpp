@@ -1,6 +1,6 @@
 #include "kestran-explain/explainTree.h"
 
-#include "kestran-explain/searchText.h"
+#include "explain/searchText.h"
 #include "notation/san.h"
 #include "support/text.h"
 

@@ -1,7 +1,7 @@
 // The record of a watched line, drawn as a tree for the terminal.
 #pragma once
 
-#include "kestran-explain/watchedLine.h"
+#include "explain/watchedLine.h"
 
 #include <cstddef>
 #include <iosfwd>

@@ -1,11 +1,11 @@
 #include "kestran-explain/htmlPage.h"
 
+#include "explain/searchText.h"
 #include "kestran-explain/boardPicture.h"
 #include "kestran-explain/htmlTree.h"
 #include "kestran-explain/htmlWriter.h"
 #include "kestran-explain/pageParts.h"
 #include "kestran-explain/passChart.h"
-#include "kestran-explain/searchText.h"
 #include "notation/san.h"
 
 namespace {

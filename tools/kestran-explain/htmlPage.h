@@ -1,7 +1,7 @@
 // The record of a watched line as a page for a browser.
 #pragma once
 
-#include "kestran-explain/watchedLine.h"
+#include "explain/watchedLine.h"
 
 #include <optional>
 #include <string>

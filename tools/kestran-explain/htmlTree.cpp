@@ -1,8 +1,8 @@
 #include "kestran-explain/htmlTree.h"
 
 #include "board/makeMove.h"
+#include "explain/searchText.h"
 #include "kestran-explain/boardPicture.h"
-#include "kestran-explain/searchText.h"
 #include "kestran-explain/windowBar.h"
 #include "notation/san.h"
 

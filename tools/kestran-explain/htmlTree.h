@@ -1,8 +1,8 @@
 // The record of a watched line as a tree of the page, with nodes that open and close.
 #pragma once
 
+#include "explain/watchedLine.h"
 #include "kestran-explain/htmlWriter.h"
-#include "kestran-explain/watchedLine.h"
 
 class HtmlTree {
 public:

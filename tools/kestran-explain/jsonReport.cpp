@@ -1,6 +1,6 @@
 #include "kestran-explain/jsonReport.h"
 
-#include "kestran-explain/searchText.h"
+#include "explain/searchText.h"
 #include "notation/longAlgebraicMove.h"
 #include "search/score.h"
 #include "support/bookChoices.h"

@@ -1,7 +1,7 @@
 // The record of a watched line as JSON.
 #pragma once
 
-#include "kestran-explain/watchedLine.h"
+#include "explain/watchedLine.h"
 #include "support/json.h"
 
 #include <string>

@@ -1,6 +1,6 @@
 #include "kestran-explain/passChart.h"
 
-#include "kestran-explain/searchText.h"
+#include "explain/searchText.h"
 #include "kestran-explain/svgPath.h"
 #include "search/score.h"
 

@@ -1,7 +1,7 @@
 #include "kestran-play/levels.h"
 
 #include "base/indexed.h"
-#include "kestran-explain/searchText.h"
+#include "explain/searchText.h"
 
 namespace {
 

@@ -1,11 +1,10 @@
 #include "kestran-play/opponent.h"
 
+#include "explain/lineAnswer.h"
+#include "explain/searchText.h"
 #include "explain/treeGeneratorDebug.h"
-#include "kestran-explain/explain.h"
-#include "kestran-explain/lineAnswer.h"
+#include "explain/watchedLine.h"
 #include "kestran-explain/searchLimit.h"
-#include "kestran-explain/searchText.h"
-#include "kestran-explain/watchedLine.h"
 #include "notation/san.h"
 #include "support/bookChoices.h"
 #include "support/text.h"
@@ -69,13 +68,13 @@ std::string Opponent::explain(const NumberedGame& game, const Thought& thought,
     const std::vector<Move> line = {other.value_or(played)};
     SearchLimit limit(TIME_TO_EXPLAIN);
     Explain record;
-    const std::vector<PassReport> passes =
-        watchSearch(*config, game, line, depth, record, &limit.begin(PART_TO_WATCH));
+    const std::vector<PassReport> passes = watchSearch(
+        *makeSearch(*config), depthRequest(game, depth), line, record, &limit.begin(PART_TO_WATCH));
     if (passes.empty()) {
         return "There was no time to find out.";
     }
     const WatchedLine watched(game, record, passes);
-    return answerInWords(*config, game, watched, limit) +
+    return answerLine(*config, game, watched, [&limit] { return &limit.begin(1.0); }).getText() +
            (book.empty() ? "" : " In the game it " + book);
 }
 

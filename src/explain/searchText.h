@@ -1,7 +1,7 @@
 // The words for what a search did with a move. Scores are in pawns.
 #pragma once
 
-#include "kestran-explain/watchedLine.h"
+#include "explain/watchedLine.h"
 
 #include <cstdint>
 #include <string>
@@ -46,10 +46,3 @@ std::string reportedLineText(const WatchedLine& line, int pass);
 
 // Why the line's move at node `ply` was not tried. Requires line.isLeftOut().
 std::string leftOutText(const WatchedLine& line, int pass, int ply);
-
-// What the book would have done with the position, its most frequent move first; empty if it
-// has no move for it.
-std::string bookText(const Position& position);
-
-// The moves of a line in the order of play.
-std::vector<Move> movesOf(const Variant& variant);

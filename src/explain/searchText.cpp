@@ -1,9 +1,8 @@
-#include "kestran-explain/searchText.h"
+#include "explain/searchText.h"
 
 #include "board/makeMove.h"
 #include "notation/san.h"
 #include "search/score.h"
-#include "support/bookChoices.h"
 
 #include <array>
 #include <cmath>
@@ -160,20 +159,4 @@ std::string leftOutText(const WatchedLine& line, int pass, int ply) {
     return "never tried, as the search looked no further after " +
            toNumberedSan(line.getPosition(ply - 1), before.move, line.getGamePly(ply - 1)) + ": " +
            endingText(before.ending);
-}
-
-std::string bookText(const Position& position) {
-    std::string moves;
-    for (const auto& [move, count] : getBookChoices(PolyglotBook::getStandard(), position)) {
-        moves += (moves.empty() ? "" : ", ") + toSan(position, move);
-    }
-    return moves.empty() ? "" : "In play it would not search here: its book has " + moves + '.';
-}
-
-std::vector<Move> movesOf(const Variant& variant) {
-    std::vector<Move> moves(at(variant.varLength));
-    for (int i = 0; i < variant.varLength; ++i) {
-        moves[at(i)] = variant.get(i).move;
-    }
-    return moves;
 }

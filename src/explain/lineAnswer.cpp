@@ -1,7 +1,7 @@
-#include "kestran-explain/lineAnswer.h"
+#include "explain/lineAnswer.h"
 
 #include "board/makeMove.h"
-#include "kestran-explain/searchText.h"
+#include "explain/searchText.h"
 #include "notation/san.h"
 #include "search/score.h"
 
@@ -56,7 +56,7 @@ struct Inquiry {
     const EngineConfig& config;
     const Game& game;
     const WatchedLine& line;
-    SearchLimit& limit;
+    const SearchStarter& begin;
 };
 
 // The last pass of a search `depth` plies deep, or nothing if there was no time for it. With
@@ -64,7 +64,7 @@ struct Inquiry {
 std::optional<Variant> searchWhole(const Inquiry& inquiry, const Game& game, int depth,
                                    const std::vector<Move>& rootMoves = {}) {
     const auto ida = makeSearch(inquiry.config);
-    const auto passes = searchPasses(*ida, game, depth, &inquiry.limit.begin(1.0), {}, rootMoves);
+    const auto passes = searchPasses(*ida, depthRequest(game, depth, rootMoves), inquiry.begin());
     const bool isWhole = !passes.empty() && isGood(passes.back()) &&
                          (passes.back().depth == depth || passes.back().result == IdaNS::OK_FINISH);
     return isWhole ? std::optional(passes.back().line) : std::nullopt;
@@ -200,7 +200,7 @@ int findFirstLike(const WatchedLine& line, int last, const Fate& fate) {
 
 // Which passes an answer is about, and for whom the scores are at node `ply`.
 std::string sourceText(const WatchedLine& line, int pass, const Fate& fate, int ply) {
-    std::string text = " So it was in " + passText(line, pass) + ", the last";
+    std::string text = "So it was in " + passText(line, pass) + ", the last";
     text += pass + 1 < line.getPassCount() ? " good one" : "";
     const int first = findFirstLike(line, pass, fate);
     if (first != pass) {
@@ -225,31 +225,15 @@ std::optional<Worth> findWorth(const Inquiry& inquiry, int pass, const Fate& fat
     return info.isQuiscence ? std::nullopt : searchAlone(inquiry, pass, fate.node);
 }
 
-std::string leftText(const Inquiry& inquiry, int pass, const Fate& fate) {
+// What the record of the line's move says at the node where it was left.
+std::string recordText(const Inquiry& inquiry, int pass, const Fate& fate, bool isWorthKnown) {
     const WatchedLine& line = inquiry.line;
     const NodeMoveInfo& info = *fate.lineMove;
-    const std::string move = moveText(line, fate.node);
-    const bool wasAlone = (isBound(info) || isLmfCut(info.ending)) && !info.isQuiscence;
-    const std::optional<Worth> worth = findWorth(inquiry, pass, fate);
-    const int chosen =
-        fate.choice != nullptr ? fate.choice->principalVariant.evaluation : info.alfa;
-    std::string value;
-    std::string reason;
-    if (worth) {
-        value = inBrackets(scoreText(worth->score));
-        reason =
-            reasonText(inquiry, fate, *worth, comparisonText(inquiry, fate, chosen, worth->score));
-    } else {
-        value = wasAlone ? "" : " (at most " + scoreText(info.principalVariant.evaluation) + ')';
-        reason = refutationText(line, pass, fate);
-    }
-    std::string text = itText(line, fate.node) + "prefers " + choiceText(line, fate, chosen) +
-                       " to " + move + value + ". " + reason +
-                       sourceText(line, pass, fate, fate.node) + " The record of " + move +
-                       " says \"" + endingText(info.ending, verdictOf(info)) + '"';
-    if (wasAlone) {
-        text += worth ? "; its score is from a search of its own"
-                      : "; there was no time for a search of its own";
+    std::string text = "The record of " + moveText(line, fate.node) + " says \"" +
+                       endingText(info.ending, verdictOf(info)) + '"';
+    if ((isBound(info) || isLmfCut(info.ending)) && !info.isQuiscence) {
+        text += isWorthKnown ? "; its score is from a search of its own"
+                             : "; there was no time for a search of its own";
     }
     text += '.';
     if (const auto node = line.getUnreachedNode(pass, fate.node)) {
@@ -260,61 +244,116 @@ std::string leftText(const Inquiry& inquiry, int pass, const Fate& fate) {
     return text;
 }
 
+// The answer for a line that was left at a node where its move was tried.
+Answer answerLeft(const Inquiry& inquiry, int pass, const Fate& fate) {
+    const WatchedLine& line = inquiry.line;
+    const NodeMoveInfo& info = *fate.lineMove;
+    const bool canBeSearched = (isBound(info) || isLmfCut(info.ending)) && !info.isQuiscence;
+    const std::optional<Worth> worth = findWorth(inquiry, pass, fate);
+    const int chosen =
+        fate.choice != nullptr ? fate.choice->principalVariant.evaluation : info.alfa;
+    Answer answer = {.pass = pass, .node = fate.node, .refutationNode = fate.node + 1};
+    std::string value;
+    if (worth) {
+        value = inBrackets(scoreText(worth->score));
+        answer.reason =
+            reasonText(inquiry, fate, *worth, comparisonText(inquiry, fate, chosen, worth->score));
+        answer.refutation = worth->line;
+    } else {
+        value =
+            canBeSearched ? "" : " (at most " + scoreText(info.principalVariant.evaluation) + ')';
+        answer.reason = refutationText(line, pass, fate);
+        const NodeMoveInfo* refutation = line.getRefutation(pass, fate.node, info);
+        if (refutation != nullptr) {
+            answer.refutation = {refutation->move};
+        }
+    }
+    answer.verdict = itText(line, fate.node) + "prefers " + choiceText(line, fate, chosen) +
+                     " to " + moveText(line, fate.node) + value + '.';
+    answer.details = sourceText(line, pass, fate, fate.node) + ' ' +
+                     recordText(inquiry, pass, fate, worth.has_value());
+    return answer;
+}
+
+// What the engine's own move is worth beside the others.
+std::string preferenceText(const std::string& move, bool isOnly,
+                           const std::vector<std::string>& others) {
+    if (isOnly) {
+        return move + " is the only legal move.";
+    }
+    return "It prefers " + move + " to " + (others.empty() ? "all other moves" : listText(others)) +
+           '.';
+}
+
 // The answer for a line that begins with the engine's own move.
-std::string playedText(const Inquiry& inquiry, int pass, const Fate& fate) {
+Answer answerPlayed(const Inquiry& inquiry, int pass, const Fate& fate) {
     const WatchedLine& line = inquiry.line;
     const NodeMoveInfo& info = *line.getLineMove(pass, 0);
     const std::vector<std::string> others = findAlternatives(inquiry, pass);
     const std::string move = moveText(line, 0) + inBrackets(scoreText(info));
     MoveArray legal;
     const bool isOnly = generateLegalMoves(line.getPosition(0), legal) == 1;
-    std::string text = isOnly           ? move + " is the only legal move."
-                       : others.empty() ? "It prefers " + move + " to all other moves."
-                                        : "It prefers " + move + " to " + listText(others) + '.';
-    text += " It expects " + lineText(line, 0, info) + '.';
-    text += sourceText(line, pass, fate, 0);
+    Answer answer = {.verdict = preferenceText(move, isOnly, others),
+                     .reason = "It expects " + lineText(line, 0, info) + '.',
+                     .details = sourceText(line, pass, fate, 0),
+                     .pass = pass,
+                     .node = fate.node,
+                     .refutationNode = fate.node};
     if (!others.empty()) {
-        text += " The other scores come from searches that leave out the moves before.";
+        answer.details += " The other scores come from searches that leave out the moves before.";
     } else if (!isOnly) {
-        text += " There was no time to search the other moves.";
+        answer.details += " There was no time to search the other moves.";
     }
     if (fate.kind == Fate::CUT_SHORT) {
         const int last = fate.node - 1;
-        text += " It follows the line as far as " + moveText(line, last) +
-                " and looks no further (" + endingText(fate.lineMove->ending) + "), so that " +
-                moveText(line, fate.node) + " was not tried.";
+        answer.details += " It follows the line as far as " + moveText(line, last) +
+                          " and looks no further (" + endingText(fate.lineMove->ending) +
+                          "), so that " + moveText(line, fate.node) + " was not tried.";
     }
-    return text;
+    return answer;
 }
 
-std::string notReachedText(const WatchedLine& line, const Fate& fate) {
+// The answer for a line whose move was not tried at a node.
+Answer answerNotReached(const WatchedLine& line, int pass, const Fate& fate) {
     const std::string choice = moveText(line, fate.node, *fate.choice) +
                                inBrackets(scoreText(fate.choice->principalVariant.evaluation));
-    return itText(line, fate.node) + "never tries " + moveText(line, fate.node) + ". " + choice +
-           " was tried before and is " +
-           (fate.node > 0 ? "enough to refute " + moveText(line, fate.node - 1) : "good enough") +
-           '.';
+    const std::string use =
+        fate.node > 0 ? "enough to refute " + moveText(line, fate.node - 1) : "good enough";
+    return {.verdict = itText(line, fate.node) + "never tries " + moveText(line, fate.node) + '.',
+            .reason = choice + " was tried before and is " + use + '.',
+            .details = sourceText(line, pass, fate, fate.node),
+            .pass = pass,
+            .node = fate.node,
+            .refutationNode = fate.node,
+            .refutation = {fate.choice->move}};
 }
 
 } // namespace
 
-std::string answerInWords(const EngineConfig& config, const Game& game, const WatchedLine& line,
-                          SearchLimit& limit) {
-    const Inquiry inquiry = {config, game, line, limit};
+std::string Answer::getText() const {
+    return verdict + (reason.empty() ? "" : ' ' + reason) + ' ' + details;
+}
+
+Answer answerLine(const EngineConfig& config, const Game& game, const WatchedLine& line,
+                  const SearchStarter& begin) {
+    const Inquiry inquiry = {config, game, line, begin};
     const int pass = line.getLastGoodPass();
     const Fate fate = line.getFate(pass);
     switch (fate.kind) {
     case Fate::LEFT:
-        return leftText(inquiry, pass, fate);
+        return answerLeft(inquiry, pass, fate);
     case Fate::NOT_REACHED:
-        return notReachedText(line, fate) + sourceText(line, pass, fate, fate.node);
+        return answerNotReached(line, pass, fate);
     case Fate::FOLLOWED:
         break;
     case Fate::CUT_SHORT:
         if (fate.node == 0) {
-            return "It tries no move: the position is a draw by the half-move clock." +
-                   sourceText(line, pass, fate, 0);
+            return {.verdict = "It tries no move: the position is a draw by the half-move clock.",
+                    .details = sourceText(line, pass, fate, 0),
+                    .pass = pass,
+                    .node = 0,
+                    .refutationNode = 0};
         }
     }
-    return playedText(inquiry, pass, fate);
+    return answerPlayed(inquiry, pass, fate);
 }

@@ -2,8 +2,8 @@
 // Explain: where the line was left, and why the search looked no further.
 #pragma once
 
+#include "explain/passSearch.h"
 #include "explain/treeGeneratorDebug.h"
-#include "kestran-explain/passSearch.h"
 #include "notation/numberedGame.h"
 
 #include <optional>

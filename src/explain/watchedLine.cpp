@@ -1,4 +1,4 @@
-#include "kestran-explain/watchedLine.h"
+#include "explain/watchedLine.h"
 
 #include "board/makeMove.h"
 #include "search/score.h"
@@ -59,8 +59,9 @@ const NodeMoveInfo* WatchedLine::getLineMove(int pass, int ply) const {
         return nullptr;
     }
     const auto& infos = node->nodeMoveInfos;
-    const auto info = std::ranges::find_if(
-        infos, [&](const NodeMoveInfo& candidate) { return isLineMove(candidate, ply); });
+    const auto info = std::find_if(infos.begin(), infos.end(), [&](const NodeMoveInfo& candidate) {
+        return isLineMove(candidate, ply);
+    });
     return info != infos.end() ? &*info : nullptr;
 }
 
