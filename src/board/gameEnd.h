@@ -1,0 +1,13 @@
+// The end of a game by the rules of chess, which the search applies only in part.
+#pragma once
+
+#include "board/game.h"
+
+#include <optional>
+
+enum class GameEnd { CHECKMATE, STALEMATE, REPETITION, FIFTY_MOVES, MATERIAL };
+
+// How a game has ended, or nothing. Checkmate and stalemate come before the draws: the third
+// occurrence of a position, fifty moves without a capture or a pawn move, and too little material
+// for either side to mate (a king alone, or with one knight or bishop).
+std::optional<GameEnd> findGameEnd(const Game& game);
