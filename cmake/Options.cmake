@@ -34,9 +34,13 @@ add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion)
 # Drops unused functions from each executable, such as the observed search from the engine.
 add_compile_options(-ffunction-sections -fdata-sections)
 add_link_options(-Wl,--gc-sections)
+if(EMSCRIPTEN)
+    add_compile_options(-msimd128 -fwasm-exceptions)
+    add_link_options(-fwasm-exceptions)
+endif()
 # Non-PIE code saves one instruction per table access. Set CMAKE_POSITION_INDEPENDENT_CODE=ON for
 # ASLR, as distributions do.
-if(NOT CMAKE_POSITION_INDEPENDENT_CODE AND NOT KESTRAN_SANITIZE)
+if(NOT CMAKE_POSITION_INDEPENDENT_CODE AND NOT KESTRAN_SANITIZE AND NOT EMSCRIPTEN)
     add_compile_options(-fno-pie)
     add_link_options($<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>:-no-pie>)
 endif()

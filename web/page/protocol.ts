@@ -33,11 +33,14 @@ export interface Start {
 export interface Ready {
     type: "ready";
     module: WebAssembly.Module;
-    version: string;
-    endings: string[]; // in words, by the number that a record has
 }
 
 // ---- Requests ----
+
+/** Answered by AboutDone. */
+export interface AboutRequest {
+    type: "about";
+}
 
 /** Answered by PositionDone. Every other request that has a game answers an illegal one alike. */
 export interface PositionRequest extends Game {
@@ -65,6 +68,7 @@ export interface SearchRequest extends Game {
     elo?: number; // strength of a level; full strength if not given
     useBook?: boolean; // whether the opening book may answer
     rootMoves?: string[]; // the only moves to choose from
+    hash?: number; // size of the table in mebibytes; 16 if not given
 }
 
 /** A search ends at the first limit. Without any, it ends after 20 passes or with a mate. */
@@ -78,6 +82,7 @@ export interface Limits {
 export interface RecordRequest extends Game {
     type: "record";
     depth: number;
+    hash?: number; // as in a search
 }
 
 /** Why does the search not play `line`? Answered by WhyDone. */
@@ -85,6 +90,7 @@ export interface WhyRequest extends Game {
     type: "why";
     line: string[];
     depth: number;
+    hash?: number; // as in a search
 }
 
 /** Reviews a game of a PGN text. Answered by ReviewedMove for each move, then by ReviewDone. */
@@ -96,6 +102,7 @@ export interface ReviewRequest {
 }
 
 export type Request =
+    | AboutRequest
     | PositionRequest
     | ReadPgnRequest
     | WritePgnRequest
@@ -119,6 +126,12 @@ export interface Failure {
     message: string;
     line?: number;
     column?: number;
+}
+
+export interface AboutDone {
+    type: "done";
+    version: string;
+    endings: string[]; // in words, by the number that a record has
 }
 
 export interface PositionDone {
@@ -176,6 +189,7 @@ export interface Pass {
 export interface Records {
     data: ArrayBuffer;
     hasQuiscence: boolean; // false if quiescence was left out because there were too many moves
+    plies: number; // of the tree; fewer than the depth if even the tree has too many moves
 }
 
 export interface SearchDone {
@@ -196,7 +210,8 @@ export interface Answer {
     details: string;
     pass: number; // the pass that it is about
     ply: number; // where the search left the line, plies from the root
-    refutation: MoveText[]; // from the position after the line's move at `ply`
+    refutationPly: number; // where the refutation begins, in moves of the line
+    refutation: MoveText[]; // empty if none is known
 }
 
 /** Scores are for White. `best` is the engine's line in the position before the move. */
@@ -225,6 +240,7 @@ export interface CostlyMove {
 }
 
 export type Answered = { id: number } & (
+    | AboutDone
     | PositionDone
     | PgnDone
     | TextDone
@@ -248,5 +264,6 @@ export interface EmbeddedSearch extends Game {
     depth: number;
     passes: Pass[]; // without records
     answer: Answer;
-    records?: { pass: number; data: string; hasQuiscence: boolean }; // of one pass; data in base64
+    // Those of one pass, with the data in base64.
+    records?: { pass: number; data: string; hasQuiscence: boolean; plies: number };
 }

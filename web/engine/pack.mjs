@@ -1,0 +1,6 @@
+// node pack.mjs GLUE.js MODULE.wasm OUTPUT.js: makes one classic script of what emscripten built.
+import { readFileSync, writeFileSync } from "node:fs";
+
+const [glue, module, output] = process.argv.slice(2);
+const bytes = readFileSync(module).toString("base64");
+writeFileSync(output, `var kestranWasm = "${bytes}";\n${readFileSync(glue, "utf8")}`);

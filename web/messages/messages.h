@@ -1,0 +1,28 @@
+// The answers that the page reads, as JSON. web/page/protocol.ts describes them.
+#pragma once
+
+#include "explain/lineAnswer.h"
+#include "explain/passSearch.h"
+
+#include <nlohmann/json.hpp>
+#include <span>
+#include <string>
+#include <vector>
+
+using Json = nlohmann::ordered_json;
+
+// A score as hundredths of a pawn or moves to mate.
+Json scoreToJson(int score);
+
+// A legal move of `position`, and a legal line from it.
+Json moveToJson(const Position& position, const Move& move);
+Json lineToJson(Position position, std::span<const Move> moves);
+
+// A pass of a search of `root`; `number` counts from 0. `hashfull` is in thousandths.
+Json passToJson(const Position& root, int number, const PassReport& pass, int hashfull);
+
+// The answer about a line.
+Json answerToJson(const Answer& answer, const WatchedLine& line);
+
+// The JSON text, with replacements for bytes that are not UTF-8.
+std::string textOf(const Json& json);
