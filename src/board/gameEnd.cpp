@@ -16,20 +16,47 @@ bool isBare(const Position& position) {
            countOf(ofType[KNIGHT] | ofType[BISHOP]) <= 1;
 }
 
-} // namespace
-
-std::optional<GameEnd> findGameEnd(const Game& game) {
+std::optional<EndReason> findReason(const Game& game) {
     const Position& position = game.position;
     const auto& keys = game.repetitionHashes;
     MoveArray legal;
     if (generateLegalMoves(position, legal) == 0) {
-        return isInCheckNoCaching(position) ? GameEnd::CHECKMATE : GameEnd::STALEMATE;
+        return isInCheckNoCaching(position) ? EndReason::CHECKMATE : EndReason::STALEMATE;
     }
     if (!keys.empty() && std::count(keys.begin(), keys.end(), keys.back()) >= 3) {
-        return GameEnd::REPETITION;
+        return EndReason::REPETITION;
     }
     if (position.incremental.halfMoveClock >= FIFTY_MOVES_IN_PLIES) {
-        return GameEnd::FIFTY_MOVES;
+        return EndReason::FIFTY_MOVES;
     }
-    return isBare(position) ? std::optional(GameEnd::MATERIAL) : std::nullopt;
+    return isBare(position) ? std::optional(EndReason::MATERIAL) : std::nullopt;
+}
+
+std::string textOf(EndReason reason, bool hasWhiteWon) {
+    switch (reason) {
+    case EndReason::CHECKMATE:
+        return std::string("Checkmate: ") + (hasWhiteWon ? "White" : "Black") + " wins.";
+    case EndReason::STALEMATE:
+        return "Stalemate: the game is drawn.";
+    case EndReason::REPETITION:
+        return "The position has come up three times: the game is drawn.";
+    case EndReason::FIFTY_MOVES:
+        return "Fifty moves without a capture or a pawn move: the game is drawn.";
+    case EndReason::MATERIAL:
+        return "Neither side has the pieces to mate: the game is drawn.";
+    }
+    return "";
+}
+
+} // namespace
+
+std::optional<GameEnd> findGameEnd(const Game& game) {
+    const std::optional<EndReason> reason = findReason(game);
+    if (!reason) {
+        return std::nullopt;
+    }
+    const bool hasWhiteWon = game.position.colorToMove == BLACK; // if it is checkmate
+    const char* const win = hasWhiteWon ? "1-0" : "0-1";
+    return GameEnd{*reason, *reason == EndReason::CHECKMATE ? win : "1/2-1/2",
+                   textOf(*reason, hasWhiteWon)};
 }

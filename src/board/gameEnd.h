@@ -4,8 +4,15 @@
 #include "board/game.h"
 
 #include <optional>
+#include <string>
 
-enum class GameEnd { CHECKMATE, STALEMATE, REPETITION, FIFTY_MOVES, MATERIAL };
+enum class EndReason { CHECKMATE, STALEMATE, REPETITION, FIFTY_MOVES, MATERIAL };
+
+struct GameEnd {
+    EndReason reason;
+    std::string result; // "1-0", "0-1" or "1/2-1/2"
+    std::string text;   // one sentence
+};
 
 // How a game has ended, or nothing. Checkmate and stalemate come before the draws: the third
 // occurrence of a position, fifty moves without a capture or a pawn move, and too little material

@@ -1,30 +1,17 @@
 #include "kestran-play/gameRecord.h"
 
-#include "board/attacks.h"
-#include "board/makeMove.h"
+#include "board/gameEnd.h"
 #include "notation/pgn.h"
 #include "notation/san.h"
-#include "search/searchParameters.h"
 
-#include <algorithm>
 #include <array>
 #include <span>
 
 namespace {
 
-constexpr const char* DRAW = "1/2-1/2";
-
 // By colour, and the result if that side wins.
 constexpr std::array NAMES = {"White", "Black"};
 constexpr std::array WINS = {"1-0", "0-1"};
-
-// Whether no mate is possible, whatever is played: bare kings, or one with a single knight or
-// bishop.
-bool isBare(const Position& position) {
-    const FieldSet minors = position.ofType[KNIGHT] | position.ofType[BISHOP];
-    const FieldSet others = position.getOccupied() & ~minors & ~position.ofType[KING];
-    return others == NO_FIELDS && countOf(minors) <= 1;
-}
 
 } // namespace
 
@@ -75,22 +62,8 @@ std::string GameRecord::getPgn(Color human) const {
 
 // Ends the game if the rules do.
 void GameRecord::judge() {
-    const Position& position = getPosition();
-    const auto& keys = getGame().repetitionHashes;
-    MoveArray legal;
-    if (generateLegalMoves(position, legal) == 0) {
-        if (isInCheckNoCaching(position)) {
-            const Color winner = position.oppositeColorToMove();
-            finish(WINS[at(winner)], std::string("Checkmate: ") + NAMES[at(winner)] + " wins.");
-        } else {
-            finish(DRAW, "Stalemate: the game is drawn.");
-        }
-    } else if (std::ranges::count(keys, keys.back()) >= 3) {
-        finish(DRAW, "The position has come up three times: the game is drawn.");
-    } else if (position.incremental.halfMoveClock >= MAX_HALF_MOVE_CLOCK) {
-        finish(DRAW, "Fifty moves without a capture or a pawn move: the game is drawn.");
-    } else if (isBare(position)) {
-        finish(DRAW, "Neither side has the pieces to mate: the game is drawn.");
+    if (const auto rules = findGameEnd(getGame())) {
+        finish(rules->result, rules->text);
     }
 }
 
