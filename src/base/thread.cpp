@@ -5,6 +5,10 @@
 
 bool Thread::start(std::function<void()> body) {
     join();
+    if constexpr (!RUNS_BESIDE) {
+        body();
+        return true;
+    }
     try {
         thread = std::thread(std::move(body));
     } catch (const std::system_error&) {

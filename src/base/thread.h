@@ -12,6 +12,13 @@ public:
     Thread& operator=(const Thread&) = delete;
     ~Thread() { join(); }
 
+    // False in WebAssembly without threads: start() then runs the body to its end.
+#if defined(__EMSCRIPTEN__) && !defined(__EMSCRIPTEN_PTHREADS__)
+    static constexpr bool RUNS_BESIDE = false;
+#else
+    static constexpr bool RUNS_BESIDE = true;
+#endif
+
     // Waits for the previous run to end, then runs `body` on a new thread. Returns false, and runs
     // nothing, if the system cannot create a thread.
     bool start(std::function<void()> body);

@@ -112,6 +112,9 @@ SearchResult Engine::search(const SearchRequest& request) {
         return stopAndTakeResult(request, threadId, start);
     }
 
+    if (!Thread::RUNS_BESIDE && !budget.infinite) {
+        idaVariant.setDeadline(budget.start + budget.total - waitPolicy.margin);
+    }
     applyChanges(); // the table belongs to this thread until the new one exists
     const auto runSearch = [this, limited = std::move(limited), threadId] {
         ida.generateTree(limited, threadId, idaVariant);

@@ -9,6 +9,7 @@ int IdaVariant::getNextThreadId() {
     ready = false;
     isWoken = false;
     startedClock.reset();
+    deadline.reset();
     return ++fakeThreadId;
 }
 
@@ -47,6 +48,11 @@ std::optional<TimeBudget> IdaVariant::getStartedClock() {
     return startedClock;
 }
 
+void IdaVariant::setDeadline(Milliseconds clock) {
+    const std::lock_guard lock(pMutex);
+    deadline = clock;
+}
+
 void IdaVariant::signalReady(int _fakeThreadId) {
     const std::lock_guard lock(pMutex);
     if (fakeThreadId == _fakeThreadId) {
@@ -58,7 +64,7 @@ void IdaVariant::signalReady(int _fakeThreadId) {
 
 bool IdaVariant::isReady() {
     const std::lock_guard lock(pMutex);
-    return ready;
+    return ready || (deadline && clockMilliseconds() >= *deadline);
 }
 
 SearchResult IdaVariant::getResult() {

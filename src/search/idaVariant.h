@@ -26,6 +26,9 @@ public:
     // SearchLimits::isPondering.
     void startClock(const TimeBudget& budget);
     std::optional<TimeBudget> getStartedClock();
+    // Lets the flag count as raised from this reading of the clock on, for a search on the thread
+    // that would raise it.
+    void setDeadline(Milliseconds clock);
     // Raises the ready flag and wakes the waiting thread, if the number is that of the current
     // search.
     void signalReady(int _fakeThreadId);
@@ -47,4 +50,5 @@ private:
     int fakeThreadId = 0; // number of the search that owns the slot
     SearchResult published;
     std::optional<TimeBudget> startedClock;
+    std::optional<Milliseconds> deadline;
 };
