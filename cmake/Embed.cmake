@@ -16,5 +16,6 @@ function(kestran_embed target header)
     file(WRITE "${path}.tmp" "${source}")
     configure_file("${path}.tmp" "${path}.cpp" COPYONLY)
     target_sources(${target} PRIVATE "${path}.cpp")
-    set_source_files_properties("${path}.cpp" PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+    set_source_files_properties("${path}.cpp" PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON
+        COMPILE_OPTIONS -Wno-overlength-strings)
 endfunction()

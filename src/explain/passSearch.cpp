@@ -16,7 +16,8 @@ std::vector<PassReport> searchPasses(Ida& ida, const SearchRequest& request, Ida
     ida.deepen(request, slot, [&](const SearchPass& pass) {
         if (pass.result) {
             passes.push_back({pass.depth, *pass.result, pass.line, pass.nodes - nodesBefore,
-                              pass.window, pass.nodes, clockMilliseconds() - start});
+                              pass.window, pass.nodes, clockMilliseconds() - start,
+                              ida.getTreeGenerator().state.table.getHashTable().getUsedPermille()});
             nodesBefore = pass.nodes;
             if (onPass) {
                 onPass(passes.back());

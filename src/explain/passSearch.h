@@ -23,6 +23,7 @@ struct PassReport {
     RootWindow window = {};
     std::int64_t allNodes = 0; // moves counted since the search began
     Milliseconds time = 0;     // since the search began
+    int hashFull = 0;          // see InfoStruct
 };
 
 // Whether a pass gave more than a bound.

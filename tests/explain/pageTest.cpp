@@ -1,7 +1,9 @@
-// The page about a watched line, and the file that a report is written to.
+// The page with an embedded search, and the files that reports are written to.
 
 #include "kestran-explain/explain.h"
-#include "kestran-explain/htmlWriter.h"
+#include "kestran-explain/webPage.h"
+#include "support/gameInput.h"
+#include "support/json.h"
 #include "testing/toolSupport.h"
 
 #include <fstream>
@@ -12,60 +14,55 @@
 
 namespace {
 
-int countOf(const std::string& text, const std::string& part) {
-    int count = 0;
-    for (std::size_t place = 0; (place = text.find(part, place)) != std::string::npos; ++place) {
-        ++count;
+std::string readFile(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+TEST(Page, HoldsTheSearchAndItsAnswerAsJson) {
+    const auto config = EngineConfig::getProdConfig();
+    config->hashTableSize = 1 << 16;
+    const NumberedGame game = readGame({}, "1. e4 e5 2. Nf3 Nc6 3. Bb5 a6 4. Bxc6 dxc6");
+    Explain explain;
+    const auto passes =
+        watchSearch(*makeSearch(*config), depthRequest(game, 3),
+                    readMoves(game.position, "Nxe5 Qd4", "the line"), explain, nullptr);
+    const WatchedLine line(game, explain, passes);
+    Answer answer = answerLine(*config, game, line, [] { return nullptr; });
+    answer.verdict += "</script>"; // must not end the element
+
+    const std::string start = "<script type=\"application/json\" id=\"search\">";
+    const std::string page =
+        withSearch("<p>" + start + "null</script></p>", embeddedSearch(line, answer, 3, 16));
+    ASSERT_TRUE(page.starts_with("<p>" + start));
+    const std::size_t end = page.find("</script>");
+    ASSERT_EQ(page.substr(end), "</script></p>");
+    const Json search = Json::parse(page.substr(3 + start.size(), end - 3 - start.size()));
+    EXPECT_EQ(search["fen"], getWholeFen(game));
+    EXPECT_EQ(search["line"][1]["san"], "Qd4");
+    EXPECT_EQ(search["depth"], 3);
+    EXPECT_EQ(search["hash"], 16);
+    ASSERT_EQ(search["passes"].size(), passes.size());
+    EXPECT_EQ(search["passes"].back()["nodes"], passes.back().allNodes);
+    EXPECT_EQ(search["answer"]["verdict"], answer.verdict);
+    EXPECT_EQ(search["answer"]["ply"], answer.node);
+    EXPECT_FALSE(search["answer"]["refutation"].empty());
+    EXPECT_THROW(withSearch("<p></p>", "{}"), std::runtime_error);
+}
+
+TEST(Page, IsWrittenIfTheProgramContainsIt) {
+    const TestFolder folder;
+    const std::string path = folder.path + "/report.html"; // the name asks for a page
+    const ToolRun run = runBody(explainMain, {"--line=e4", "--depth=1", "--hash=1", "-o", path});
+    if (WEB_PAGE.empty()) {
+        expectRefusal(run, "built without the page");
+    } else {
+        EXPECT_EQ(run.status, 0);
+        EXPECT_NE(readFile(path).find("1. e4"), std::string::npos);
     }
-    return count;
 }
 
-TEST(Page, EscapesTextAndAttributes) {
-    HtmlWriter html;
-    html.add("p", {{"title", "\"<&>"}}, "a <b> & \"c\"");
-    html.addEmpty("br");
-    EXPECT_EQ(html.getResult(), "<p title=\"&quot;&lt;&amp;&gt;\">a &lt;b&gt; &amp; "
-                                "&quot;c&quot;</p><br/>");
-}
-
-TEST(Page, HoldsWhatTheTreeHolds) {
-    std::vector<std::string> words = {"--moves",      "1. e4 e5 2. Nf3 Nc6 3. Bb5 a6 4. Bxc6 dxc6",
-                                      "--line",       "Nxe5 Qd4 c3",
-                                      "--depth",      "3",
-                                      "--hash",       "1",
-                                      "--format=tree"};
-    const std::string tree = runBody(explainMain, words).output;
-    words.back() = "--format=html";
-    const std::string page = runBody(explainMain, words).output;
-    // In the tree each move has a window before its score.
-    EXPECT_EQ(countOf(page, "<li class=\"move "),
-              countOf(tree, "─ ") - countOf(tree, "never tried") - countOf(tree, "standing pat"));
-    EXPECT_EQ(countOf(page, "<svg class=\"window\""), countOf(page, "<li class=\"move "));
-    EXPECT_EQ(countOf(page, " never tried"), countOf(tree, " never tried"));
-    EXPECT_EQ(countOf(page, "role=\"tooltip\""), countOf(tree, "refuted by "));
-    EXPECT_GT(countOf(tree, "refuted by "), 0);
-    const std::string answer = tree.substr(tree.rfind("\n\n") + 2);
-    EXPECT_LT(page.find(answer.substr(0, answer.find('"'))), page.find("<main>"));
-    // The line on the board, first its last move.
-    const std::string board = page.substr(page.find("<figure>"), page.find("</figure>"));
-    EXPECT_LT(board.find(">3</text></g>"), board.find(">1</text></g>"));
-    EXPECT_EQ(countOf(page, "://") + countOf(page, "src="), 0); // nothing from outside
-
-    // The board of a refutation shows the refuted move as played, and Black's answer as an arrow.
-    const std::size_t tip =
-        page.find("aria-label=\"The board after 5. Nxe5, with arrows for 5... Qd4");
-    ASSERT_NE(tip, std::string::npos);
-    const std::string refutation = page.substr(tip, page.find("</svg>", tip) - tip);
-    EXPECT_EQ(countOf(refutation, "href=\"#N\" class=\"white\" x=\"4\" y=\"3\""), 1);
-    EXPECT_EQ(countOf(refutation, "href=\"#Q\" class=\"black\" x=\"3\" y=\"0\""), 1);
-    EXPECT_EQ(countOf(refutation, "arrow of-black"), 1);
-    EXPECT_EQ(countOf(refutation, "arrow of-white"), 0);
-
-    words.emplace_back("--pass=1");
-    EXPECT_EQ(countOf(runBody(explainMain, words).output, "<details class=\"pass\""), 1);
-}
-
-TEST(Page, GoesToAFileInPlaceOfStandardOutput) {
+TEST(Files, HoldWhatWouldGoToStandardOutput) {
     const TestFolder folder;
     const std::string path = folder.path + "/report";
     std::vector<std::string> words = {"--line=e4", "--depth=1", "--hash=1"};
@@ -74,15 +71,21 @@ TEST(Page, GoesToAFileInPlaceOfStandardOutput) {
     const ToolRun run = runBody(explainMain, words);
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.output, "");
-    std::ifstream file(path);
-    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), report);
+    EXPECT_EQ(readFile(path), report);
     expectRefusal(runBody(explainMain, {"--line=e4", "-o", folder.path}), "cannot be written");
-    // The name of the file says that it is a page.
-    words.back() = folder.path + "/report.html";
-    EXPECT_EQ(runBody(explainMain, words).status, 0);
-    std::string start;
-    std::ifstream(words.back()) >> start;
-    EXPECT_EQ(start, "<!DOCTYPE");
+}
+
+TEST(Files, HoldTheRecordOfEachPass) {
+    const TestFolder folder;
+    const std::string path = folder.path + "/record";
+    const ToolRun run =
+        runBody(explainMain, {"--line=e4", "--depth=2", "--hash=1", "--json", "--record", path});
+    EXPECT_EQ(run.status, 0);
+    std::size_t records = 0;
+    for (const Json& pass : Json::parse(run.output)["passes"]) {
+        records += 1 + pass["nodes"].get<std::size_t>(); // and a header
+    }
+    EXPECT_EQ(readFile(path).size(), 20 * records);
 }
 
 } // namespace

@@ -1,15 +1,18 @@
 #include "kestran-explain/explain.h"
 
 #include "explain/lineAnswer.h"
+#include "explain/recorder.h"
+#include "explain/review.h"
 #include "explain/searchText.h"
 #include "explain/watchedLine.h"
 #include "kestran-explain/bookText.h"
 #include "kestran-explain/explainTree.h"
-#include "kestran-explain/htmlPage.h"
 #include "kestran-explain/jsonReport.h"
 #include "kestran-explain/question.h"
 #include "kestran-explain/reportLength.h"
 #include "kestran-explain/searchLimit.h"
+#include "kestran-explain/webPage.h"
+#include "search/hashTable.h"
 #include "support/requireTable.h"
 #include "support/settings.h"
 #include "support/terminal.h"
@@ -124,11 +127,13 @@ std::string answeredReport(const Question& question, const EngineConfig& config,
                            const WatchedLine& line, SearchLimit& limit) {
     chosenPasses(question, line.getPassCount());
     const std::string book = bookText(question.game.position);
-    const std::string words =
-        answerLine(config, question.game, line, [&limit] { return &limit.begin(1.0); }).getText();
+    const Answer answer =
+        answerLine(config, question.game, line, [&limit] { return &limit.begin(1.0); });
     if (question.format == ReportFormat::HTML) {
-        return makePage(line, {words, book, question.all, question.pass});
+        return withSearch(WEB_PAGE, embeddedSearch(line, answer, question.depth,
+                                                   mebibytesOf(config.hashTableSize)));
     }
+    const std::string words = answer.getText();
     if (question.format == ReportFormat::JSON) {
         const auto [first, end] = chosenPasses(question, line.getPassCount());
         std::ostringstream stream;
@@ -139,10 +144,47 @@ std::string answeredReport(const Question& question, const EngineConfig& config,
            (book.empty() ? "" : "\n");
 }
 
+void print(const Question& question, const std::string& text) {
+    if (question.output) {
+        writeWhole(*question.output, text);
+    } else {
+        std::cout << text;
+    }
+}
+
+// Searches again and writes the record of every move.
+void writeRecord(const Question& question, const EngineConfig& config, SearchLimit& limit) {
+    ShownProgress progress("recording");
+    const auto ida = makeSearch(config);
+    Recorder recorder;
+    ida->watchBy(recorder);
+    std::ostringstream stream;
+    searchPasses(*ida, depthRequest(question.game, question.depth), &limit.begin(1.0),
+                 [&](const PassReport& pass) {
+                     writeRecords(stream, recorder, pass);
+                     progress(pass);
+                 });
+    writeWhole(*question.record, stream.str());
+}
+
+void annotateGame(const Question& question, const EngineConfig& config) {
+    const PgnGame& game = *question.review;
+    Progress progress;
+    const Review review = reviewGame(config, game, question.nodes, [&](const ReviewedMove& move) {
+        progress.show("reviewing: move " + std::to_string(move.ply + 1) + " of " +
+                      std::to_string(game.moves.size()));
+    });
+    print(question, toPgn(annotate(game, review)));
+}
+
 void answer(Question question) {
     const auto config = EngineConfig::getProdConfig();
     config->hashTableSize = question.hashTableSize.value_or(config->hashTableSize);
     applySettings(question.settings, *config);
+    if (question.review) {
+        annotateGame(question, *config);
+        return;
+    }
     SearchLimit limit(question.time);
     if (question.line.empty()) {
         findLine(question, *config, limit);
@@ -165,11 +207,10 @@ void answer(Question question) {
     const std::string text = question.format == ReportFormat::PLAIN
                                  ? plainReport(question, explain, line.getPassCount())
                                  : answeredReport(question, *config, line, limit);
-    if (question.output) {
-        writeWhole(*question.output, text);
-    } else {
-        std::cout << text;
+    if (question.record) {
+        writeRecord(question, *config, limit);
     }
+    print(question, text);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "kestran-explain/question.h"
 
 #include "explain/treeGeneratorDebug.h"
+#include "kestran-explain/webPage.h"
 #include "search/engineParameters.h"
 #include "search/hashTable.h"
 #include "search/searchParameters.h"
@@ -15,18 +16,21 @@
 namespace {
 
 constexpr int DEFAULT_DEPTH = 5;
+constexpr int DEFAULT_NODES = 1'000'000;
+constexpr int LEAST_NODES = 1000;
 constexpr int ANY_NUMBER = std::numeric_limits<int>::max();
 
 constexpr const char* DESCRIPTION =
     "Searches a position as the engine does, watches a line of moves, and explains why the search "
-    "did not follow it. Moves are written as players do, Nf3 exd6 O-O e8=Q, with or without move "
+    "did not follow it, or reviews a game. Moves are written as players do, Nf3 exd6 O-O e8=Q, "
+    "with or without move "
     "numbers, or as g1f3 e5d6 e1g1 e7e8q. Ctrl-C ends the search, and what has been found by then "
     "is reported.";
 
 constexpr const char* FORMAT_HELP =
     "plain: the record as the search keeps it, in thousandths of a pawn; tree: a tree and one "
-    "sentence that answers, in pawns; html: a page for a browser with the line on a board, the "
-    "passes in a chart, and the tree. By default html if the name of FILE ends in .html, tree on a "
+    "sentence that answers, in pawns; html: a page for a browser that shows this search, with the "
+    "engine inside. By default html if the name of FILE ends in .html, tree on a "
     "terminal, and otherwise plain";
 
 // The words of the command line.
@@ -39,6 +43,7 @@ struct Asked {
     std::optional<int> hashMebibytes;
     std::string format; // empty if not given
     bool asJson = false;
+    bool annotate = false;
 };
 
 ReportFormat formatOf(const Asked& asked, const std::optional<std::string>& output) {
@@ -77,15 +82,24 @@ void complete(Question& question, const Asked& asked) {
     question.format = formatOf(asked, question.output);
     const bool isInLines =
         question.format == ReportFormat::PLAIN || question.format == ReportFormat::TREE;
+    if (question.format == ReportFormat::HTML && WEB_PAGE.empty()) {
+        throw UsageError("this program was built without the page; in the source folder, ./run web "
+                         "builds the page, and a build from scratch then contains it");
+    }
     if (question.maxLines && !isInLines) {
         throw UsageError("--max-lines needs --format plain or tree");
+    }
+    if (asked.annotate) {
+        question.review = readWholeGame(asked.pgn);
     }
     question.game = readGame(asked.words, asked.moves, asked.pgn);
     if (asked.line) {
         question.line = readLine(question.game.position, *asked.line);
     }
-    if (question.output) {
-        requireWritable(*question.output);
+    for (const auto& path : {question.output, question.record}) {
+        if (path) {
+            requireWritable(*path);
+        }
     }
 }
 
@@ -107,10 +121,22 @@ int ask(int argc, const char* const* argv, const std::function<void(const Questi
                           " if neither depth nor time is given");
     program.addSeconds("--time", question.time, MAX_SECONDS,
                        "seconds for everything, such as 10 or 0.5; the last pass may be cut off");
+    program
+        .add_flag("--annotate", asked.annotate,
+                  "write the game of --pgn with the score of each move, and with a reason and the "
+                  "refutation for the costliest moves")
+        ->needs("--pgn");
+    question.nodes = DEFAULT_NODES;
+    program
+        .addNumber("--nodes", question.nodes, LEAST_NODES, ANY_NUMBER, "N",
+                   "moves to search in each position of --annotate")
+        ->needs("--annotate");
     auto* const format = program.addChoice("--format", asked.format, {"plain", "tree", "html"},
                                            "FORMAT", FORMAT_HELP);
     program.add_flag("--json", asked.asJson, "print one JSON object")->excludes(format);
     program.addText("-o", question.output, "FILE", "write the report to FILE, whole or not at all");
+    program.addText("--record", question.record, "FILE",
+                    "also write every move of each pass to FILE, 20 bytes each");
     program.add_flag("--all", question.all,
                      "show every move tried along the line, not only those that raised alfa");
     program.addNumber("--pass", question.pass, 0, ANY_NUMBER, "N",

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "base/clock.h"
-#include "notation/numberedGame.h"
+#include "notation/pgn.h"
 
 #include <functional>
 #include <optional>
@@ -23,6 +23,9 @@ struct Question {
     std::optional<int> pass;           // the only one to show, if there is such a pass
     std::optional<int> maxLines;       // of the report on the passes
     std::optional<std::string> output; // a file; standard output if there is none
+    std::optional<std::string> record; // a file for the record of every move
+    std::optional<PgnGame> review;     // a game to annotate; then all else but output is ignored
+    int nodes;                         // to search in each position of that game
 };
 
 // Parses the command line of kestran-explain, passes the question to `answer`, and returns the

@@ -57,7 +57,7 @@ void addPgnOptions(Program& program, PgnSource& source) {
         ->needs(pgn);
 }
 
-NumberedGame readPgnGame(const PgnSource& source) {
+PgnGame readWholeGame(const PgnSource& source) {
     std::ifstream file = openText(*source.path);
     const std::string text{std::istreambuf_iterator<char>(file), {}};
     PgnReader reader(text);
@@ -74,13 +74,18 @@ NumberedGame readPgnGame(const PgnSource& source) {
                              (number > 1 ? "; the last one is " + std::to_string(number - 1) : ""));
         }
     }
-    const std::size_t ply = source.ply ? static_cast<std::size_t>(*source.ply) : game->moves.size();
-    if (ply > game->moves.size()) {
+    return *game;
+}
+
+NumberedGame readPgnGame(const PgnSource& source) {
+    const PgnGame game = readWholeGame(source);
+    const std::size_t ply = source.ply ? static_cast<std::size_t>(*source.ply) : game.moves.size();
+    if (ply > game.moves.size()) {
         throw UsageError("game " + std::to_string(source.game) + " of " + *source.path + " has " +
-                         std::to_string(game->moves.size()) + " plies, fewer than " +
+                         std::to_string(game.moves.size()) + " plies, fewer than " +
                          std::to_string(ply));
     }
-    return game->after(ply);
+    return game.after(ply);
 }
 
 NumberedGame readGame(const std::vector<std::string>& words, const std::string& moves,

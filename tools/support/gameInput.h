@@ -3,7 +3,7 @@
 #pragma once
 
 #include "notation/epd.h"
-#include "notation/numberedGame.h"
+#include "notation/pgn.h"
 
 #include <optional>
 #include <string>
@@ -32,6 +32,9 @@ struct PgnSource {
 
 // Declares --pgn, --game and --ply.
 void addPgnOptions(Program& program, PgnSource& source);
+
+// The game as a whole. Requires a path.
+PgnGame readWholeGame(const PgnSource& source);
 
 // The game up to that position. Requires a path.
 NumberedGame readPgnGame(const PgnSource& source);

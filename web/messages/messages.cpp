@@ -9,6 +9,8 @@
 
 namespace {
 
+constexpr double CENTIPAWN = 10; // in the unit of a score
+
 // An end of a window; null if it lies outside all mates.
 Json boundToJson(int bound) {
     const bool isOpen = bound < MATED_EVALUATION || bound > -MATED_EVALUATION;
@@ -49,7 +51,6 @@ Json scoreToJson(int score) {
     if (isMate(score)) {
         return {{"mate", movesToMate(score)}};
     }
-    constexpr double CENTIPAWN = 10;
     return {{"cp", std::lround(score / CENTIPAWN)}};
 }
 
@@ -66,7 +67,7 @@ Json lineToJson(Position position, std::span<const Move> moves) {
     return line;
 }
 
-Json passToJson(const Position& root, int number, const PassReport& pass, int hashfull) {
+Json passToJson(const Position& root, int number, const PassReport& pass) {
     const std::vector<Move> line = isGood(pass) ? movesOf(pass.line) : std::vector<Move>();
     return {{"type", "pass"},
             {"pass", number},
@@ -81,7 +82,7 @@ Json passToJson(const Position& root, int number, const PassReport& pass, int ha
             {"passNodes", pass.nodes},
             {"time", pass.time},
             {"nps", nodesPerSecond(pass.allNodes, pass.time)},
-            {"hashfull", hashfull},
+            {"hashfull", pass.hashFull},
             {"line", lineToJson(root, line)}};
 }
 
@@ -93,6 +94,30 @@ Json answerToJson(const Answer& answer, const WatchedLine& line) {
             {"ply", answer.node},
             {"refutationPly", answer.refutationNode},
             {"refutation", lineToJson(line.getPosition(answer.refutationNode), answer.refutation)}};
+}
+
+Json reviewedMoveToJson(const PgnGame& game, const ReviewedMove& move) {
+    const Position before = game.after(at(move.ply)).position;
+    const int sign = before.colorToMove == WHITE ? 1 : -1;
+    return {{"type", "move"},
+            {"ply", move.ply},
+            {"move", moveToJson(before, move.move)},
+            {"before", scoreToJson(sign * move.before)},
+            {"after", scoreToJson(sign * move.after)},
+            {"best", lineToJson(before, move.best)}};
+}
+
+Json costlyMoveToJson(const PgnGame& game, const Review& review, const CostlyMove& move) {
+    const Position before = game.after(at(move.ply)).position;
+    const ReviewedMove& reviewed = review.moves[at(move.ply)];
+    const bool isAfter = move.answer.refutationNode == 1;
+    return {{"ply", move.ply},
+            {"move", moveToJson(before, reviewed.move)},
+            {"cost", std::lround(reviewed.getCost() / CENTIPAWN)},
+            {"reason", move.answer.verdict + ' ' + move.answer.reason},
+            {"refutation",
+             isAfter ? lineToJson(positionAfter(before, reviewed.move), move.answer.refutation)
+                     : Json::array()}};
 }
 
 std::string textOf(const Json& json) {

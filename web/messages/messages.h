@@ -3,6 +3,7 @@
 
 #include "explain/lineAnswer.h"
 #include "explain/passSearch.h"
+#include "explain/review.h"
 
 #include <nlohmann/json.hpp>
 #include <span>
@@ -18,11 +19,15 @@ Json scoreToJson(int score);
 Json moveToJson(const Position& position, const Move& move);
 Json lineToJson(Position position, std::span<const Move> moves);
 
-// A pass of a search of `root`; `number` counts from 0. `hashfull` is in thousandths.
-Json passToJson(const Position& root, int number, const PassReport& pass, int hashfull);
+// A pass of a search of `root`; `number` counts from 0.
+Json passToJson(const Position& root, int number, const PassReport& pass);
 
 // The answer about a line.
 Json answerToJson(const Answer& answer, const WatchedLine& line);
+
+// Parts of the review of a game.
+Json reviewedMoveToJson(const PgnGame& game, const ReviewedMove& move);
+Json costlyMoveToJson(const PgnGame& game, const Review& review, const CostlyMove& move);
 
 // The JSON text, with replacements for bytes that are not UTF-8.
 std::string textOf(const Json& json);

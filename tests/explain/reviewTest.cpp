@@ -1,0 +1,70 @@
+// The review of a game.
+
+#include "explain/review.h"
+#include "kestran-explain/explain.h"
+#include "notation/pgnReader.h"
+#include "testing/searchSupport.h"
+#include "testing/toolSupport.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+// White puts the queen where Black can take it, and Black overlooks that.
+constexpr const char* GAME = "[White \"A\"]\n\n1. e4 {a comment} e5 2. Qh5 Nc6 3. Qg5 a6 "
+                             "4. Bc4 Bc5 5. Qxd8+ Kxd8 1-0\n";
+
+PgnGame readGame() {
+    PgnReader reader(GAME);
+    return reader.next().value();
+}
+
+TEST(Review, FindsTheCostliestMovesWithReasonAndRefutation) {
+    const PgnGame game = readGame();
+    int count = 0;
+    const Review review = reviewGame(makeConfig(), game, 20000, [&](const ReviewedMove& move) {
+        EXPECT_EQ(move.ply, count);
+        ++count;
+    });
+    EXPECT_EQ(count, 10);
+    ASSERT_EQ(review.moves.size(), 10U);
+    ASSERT_FALSE(review.costliest.empty());
+    // 3. Qg5 and the silence about it are far worse than all else.
+    const CostlyMove& costliest = review.costliest.front();
+    EXPECT_TRUE(costliest.ply == 4 || costliest.ply == 5) << costliest.ply;
+    EXPECT_GT(review.moves[4].getCost(), 5000);
+    EXPECT_GT(review.moves[5].getCost(), 5000);
+    EXPECT_LT(review.moves[0].getCost(), 500);
+    for (const CostlyMove& move : review.costliest) {
+        EXPECT_EQ(move.answer.node, 0);
+        EXPECT_FALSE(move.answer.refutation.empty());
+        EXPECT_GE(review.moves[at(move.ply)].getCost(), 500);
+    }
+
+    const PgnGame annotated = annotate(game, review);
+    EXPECT_EQ(annotated.moves[4].nag, 4); // a blunder
+    EXPECT_EQ(annotated.moves[0].nag, 0);
+    EXPECT_NE(annotated.moves[4].comment.find("Refutation: 3... Qxg5"), std::string::npos)
+        << annotated.moves[4].comment;
+    EXPECT_EQ(annotated.moves[4].comment.substr(0, 2), "-9"); // for White
+}
+
+TEST(Review, ComesAsPgnFromTheCommandLine) {
+    const TextFile file(GAME);
+    const ToolRun run =
+        runBody(explainMain, {"--pgn", file.path, "--annotate", "--nodes", "2000", "--hash", "1"});
+    EXPECT_EQ(run.status, 0);
+    PgnReader reader(run.output);
+    const auto game = reader.next();
+    ASSERT_TRUE(game);
+    EXPECT_EQ(game->moves.size(), 10U);
+    EXPECT_EQ(game->getTag("White"), "A");
+    for (const PgnMove& move : game->moves) {
+        EXPECT_FALSE(move.comment.empty());
+    }
+    EXPECT_FALSE(reader.next());
+    EXPECT_FALSE(reader.getFault());
+    expectRefusal(runBody(explainMain, {"--annotate"}), "--pgn");
+}
+
+} // namespace
