@@ -8,13 +8,17 @@
 #include "board/makeMove.h"
 #include "explain/lineAnswer.h"
 #include "explain/recorder.h"
+#include "explain/review.h"
 #include "explain/searchText.h"
 #include "messages/messages.h"
 #include "notation/longAlgebraicMove.h"
 #include "notation/numberedGame.h"
+#include "notation/pgnReader.h"
 #include "search/hashTable.h"
+#include "uci/levels.h"
 
 #include <algorithm>
+#include <array>
 #include <emscripten.h>
 #include <map>
 #include <stdexcept>
@@ -33,6 +37,14 @@ constexpr int DEFAULT_HASH = 16; // mebibytes
 // A request that cannot be answered. The message is for the user.
 struct BadRequest : std::runtime_error {
     using std::runtime_error::runtime_error;
+};
+
+// A PGN text that cannot be read.
+struct BadPgn : BadRequest {
+    explicit BadPgn(const PgnFault& fault)
+        : BadRequest(fault.reason), line(fault.line), column(fault.column) {}
+    int line;
+    int column;
 };
 
 Move readMove(const Position& position, const std::string& text, std::size_t number) {
@@ -86,37 +98,24 @@ Json answerAbout(const Json& /*request*/) {
     for (int ending = 0; ending <= static_cast<int>(MoveEnding::STALEMATE); ++ending) {
         endings.push_back(endingText(static_cast<MoveEnding>(ending)));
     }
-    return {{"type", "done"}, {"version", KESTRAN_VERSION}, {"endings", endings}};
+    Json levels = Json::array();
+    for (const Level& level : LEVELS) {
+        levels.push_back(level.rating);
+    }
+    return {{"type", "done"},
+            {"version", KESTRAN_VERSION},
+            {"endings", std::move(endings)},
+            {"levels", std::move(levels)}};
 }
 
 // ---- position ----
 
-Json endToJson(GameEnd end, Color colorToMove) {
-    const bool hasWhiteWon = colorToMove == BLACK;
-    switch (end) {
-    case GameEnd::CHECKMATE:
-        return {
-            {"result", hasWhiteWon ? "1-0" : "0-1"},
-            {"reason", "checkmate"},
-            {"text", std::string("Checkmate: ") + (hasWhiteWon ? "White" : "Black") + " wins."}};
-    case GameEnd::STALEMATE:
-        return {{"result", "1/2-1/2"},
-                {"reason", "stalemate"},
-                {"text", "Stalemate: the game is drawn."}};
-    case GameEnd::REPETITION:
-        return {{"result", "1/2-1/2"},
-                {"reason", "repetition"},
-                {"text", "The position has come up three times: the game is drawn."}};
-    case GameEnd::FIFTY_MOVES:
-        return {{"result", "1/2-1/2"},
-                {"reason", "fifty moves"},
-                {"text", "Fifty moves without a capture or a pawn move: the game is drawn."}};
-    case GameEnd::MATERIAL:
-        return {{"result", "1/2-1/2"},
-                {"reason", "material"},
-                {"text", "Neither side has the pieces to mate: the game is drawn."}};
-    }
-    return {};
+Json endToJson(const GameEnd& end) {
+    static constexpr std::array REASONS = {"checkmate", "stalemate", "repetition", "fifty moves",
+                                           "material"}; // by EndReason
+    return {{"result", end.result},
+            {"reason", REASONS.at(static_cast<std::size_t>(end.reason))},
+            {"text", end.text}};
 }
 
 Json answerPosition(const Json& request) {
@@ -141,7 +140,7 @@ Json answerPosition(const Json& request) {
                    {"check", isInCheckNoCaching(game.position)},
                    {"legal", legalTexts}};
     if (const auto end = findGameEnd(game)) {
-        answer["end"] = endToJson(*end, game.position.colorToMove);
+        answer["end"] = endToJson(*end);
     }
     return answer;
 }
@@ -153,7 +152,7 @@ std::vector<PassReport> searchAndReport(Ida& ida, const SearchRequest& request, 
                                         const Recorder* recorder) {
     int number = 0;
     return searchPasses(ida, request, slot, [&](const PassReport& pass) {
-        Json json = passToJson(request.game.position, number++, pass, 0);
+        Json json = passToJson(request.game.position, number++, pass);
         const std::vector<MoveRecord> none;
         const auto& records = recorder != nullptr ? recorder->getRecords() : none;
         if (recorder != nullptr) {
@@ -183,6 +182,9 @@ SearchLimits readLimits(const Json& request, const Position& root) {
     limits.depth = std::clamp(given.value("depth", MAX_PASSES), 1, MAX_PASSES);
     limits.nodes = std::max<std::int64_t>(given.value("nodes", SearchLimits::ANY_NODES), 1);
     limits.useBook = request.value("useBook", false);
+    if (const auto elo = request.find("elo"); elo != request.end()) {
+        limitTo(getLevelForRating(elo->get<int>()), limits);
+    }
     for (const auto& text : request.value("rootMoves", Json::array())) {
         limits.rootMoves.push_back(readMove(root, text.get<std::string>(), 1));
     }
@@ -194,7 +196,12 @@ Json answerSearch(const Json& request) {
     const EngineConfig config = readConfig(request);
     const auto ida = makeSearch(config);
     const SearchRequest search = {0, readLimits(request, game.position), game};
-    return answerSearch(game.position, searchAndReport(*ida, search, nullptr, nullptr));
+    IdaVariant slot;
+    slot.getNextThreadId();
+    if (const auto time = request.at("limits").find("time"); time != request["limits"].end()) {
+        slot.setDeadline(clockMilliseconds() + time->get<Milliseconds>());
+    }
+    return answerSearch(game.position, searchAndReport(*ida, search, &slot, nullptr));
 }
 
 Json answerRecord(const Json& request) {
@@ -225,15 +232,91 @@ Json answerWhy(const Json& request) {
     return answer;
 }
 
+// ---- readPgn, writePgn and review ----
+
+std::vector<PgnGame> readGames(const std::string& text) {
+    PgnReader reader(text);
+    std::vector<PgnGame> games;
+    while (auto game = reader.next()) {
+        games.push_back(std::move(*game));
+    }
+    if (reader.getFault()) {
+        throw BadPgn(*reader.getFault());
+    }
+    return games;
+}
+
+Json answerReadPgn(const Json& request) {
+    Json games = Json::array();
+    for (const PgnGame& game : readGames(request.at("text").get<std::string>())) {
+        Json tags = Json::array();
+        for (const auto& [name, value] : game.tags) {
+            tags.push_back({{"name", name}, {"value", value}});
+        }
+        std::vector<Move> moves;
+        Json texts = Json::array();
+        for (const PgnMove& played : game.moves) {
+            moves.push_back(played.move);
+            texts.push_back(LongAlgebraicMove(played.move).toString());
+        }
+        games.push_back({{"tags", std::move(tags)},
+                         {"fen", getWholeFen(game.start)},
+                         {"moves", std::move(texts)},
+                         {"texts", lineToJson(game.start.position, moves)},
+                         {"result", game.result}});
+    }
+    return {{"type", "done"}, {"games", std::move(games)}};
+}
+
+Json answerWritePgn(const Json& request) {
+    PgnGame game;
+    game.start = readStart(request);
+    game.result = request.at("result").get<std::string>();
+    for (const auto& tag : request.at("tags")) {
+        game.setTag(tag.at("name").get<std::string>(), tag.at("value").get<std::string>());
+    }
+    const Json comments = request.value("comments", Json::array());
+    for (const Move& move : readMoves(game.start.position, request.at("moves"))) {
+        const std::size_t ply = game.moves.size();
+        game.moves.push_back({.move = move});
+        if (ply < comments.size()) {
+            game.moves.back().comment = comments[ply].get<std::string>();
+        }
+    }
+    return {{"type", "done"}, {"text", toPgn(game)}};
+}
+
+Json answerReview(const Json& request) {
+    const std::vector<PgnGame> games = readGames(request.at("pgn").get<std::string>());
+    const std::size_t number = request.at("game");
+    if (number >= games.size()) {
+        throw BadRequest("there is no such game in the text");
+    }
+    const PgnGame& game = games[number];
+    const std::int64_t nodes = std::max<std::int64_t>(request.at("nodes").get<std::int64_t>(), 1);
+    const auto reportMove = [&](const ReviewedMove& move) {
+        Json json = reviewedMoveToJson(game, move);
+        json["count"] = game.moves.size();
+        report(textOf(json).c_str(), nullptr, 0);
+    };
+    const Review review = reviewGame(readConfig(request), game, nodes, reportMove);
+    Json costliest = Json::array();
+    for (const CostlyMove& move : review.costliest) {
+        costliest.push_back(costlyMoveToJson(game, review, move));
+    }
+    return {{"type", "done"},
+            {"costliest", std::move(costliest)},
+            {"pgn", toPgn(annotate(game, review))}};
+}
+
 // ---- All requests ----
 
 Json answer(const std::string& text) {
     using Answerer = Json (*)(const Json&);
-    static const std::map<std::string, Answerer> answerers = {{"about", answerAbout},
-                                                              {"position", answerPosition},
-                                                              {"search", answerSearch},
-                                                              {"record", answerRecord},
-                                                              {"why", answerWhy}};
+    static const std::map<std::string, Answerer> answerers = {
+        {"about", answerAbout},       {"position", answerPosition}, {"search", answerSearch},
+        {"record", answerRecord},     {"why", answerWhy},           {"readPgn", answerReadPgn},
+        {"writePgn", answerWritePgn}, {"review", answerReview}};
     try {
         const Json request = Json::parse(text);
         const auto answerer = answerers.find(request.at("type").get<std::string>());
@@ -241,6 +324,11 @@ Json answer(const std::string& text) {
             throw BadRequest("there is no such request");
         }
         return answerer->second(request);
+    } catch (const BadPgn& fault) {
+        return {{"type", "error"},
+                {"message", fault.what()},
+                {"line", fault.line},
+                {"column", fault.column}};
     } catch (const std::exception& fault) {
         return {{"type", "error"}, {"message", fault.what()}};
     }

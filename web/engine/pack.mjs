@@ -3,4 +3,10 @@ import { readFileSync, writeFileSync } from "node:fs";
 
 const [glue, module, output] = process.argv.slice(2);
 const bytes = readFileSync(module).toString("base64");
-writeFileSync(output, `var kestranWasm = "${bytes}";\n${readFileSync(glue, "utf8")}`);
+const text = `var kestranWasm = "${bytes}";
+${readFileSync(glue, "utf8")}
+if (typeof module === "object") {
+    module.exports = { createKestran, kestranWasm };
+}
+`;
+writeFileSync(output, text);

@@ -132,6 +132,7 @@ export interface AboutDone {
     type: "done";
     version: string;
     endings: string[]; // in words, by the number that a record has
+    levels: number[]; // the ratings that `elo` can choose, the lowest first
 }
 
 export interface PositionDone {
@@ -262,8 +263,7 @@ export type Asked = { id: number } & Request;
 export interface EmbeddedSearch extends Game {
     line: MoveText[]; // the line in question
     depth: number;
-    passes: Pass[]; // without records
+    hash: number; // size of the table in mebibytes
+    passes: Pass[]; // without records, which a RecordRequest can make
     answer: Answer;
-    // Those of one pass, with the data in base64.
-    records?: { pass: number; data: string; hasQuiscence: boolean; plies: number };
 }
