@@ -31,6 +31,13 @@ needBuildTools() {
     [[ -e /usr/include/editline/readline.h ]] || optional=(libedit-dev)
 }
 
+# needWebTools: what building the page and the npm package needs beside needBuildTools.
+needWebTools() {
+    need emscripten emcc
+    need nodejs node
+    need npm npm
+}
+
 # Runs a command and shows its output only if it fails.
 quietly() {
     local log status=0

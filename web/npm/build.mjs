@@ -1,0 +1,21 @@
+// node npm/build.mjs --engine kestran-uci.js --out FOLDER: makes the folder of the npm package.
+import { build } from "esbuild";
+import { copyFile, mkdir, readFile, writeFile } from "node:fs/promises";
+import { dirname, join } from "node:path";
+import { fileURLToPath } from "node:url";
+import { parseArgs } from "node:util";
+
+const here = dirname(fileURLToPath(import.meta.url));
+const { values } = parseArgs({ options: { engine: { type: "string" }, out: { type: "string" } } });
+await mkdir(values.out, { recursive: true });
+
+const result = await build({
+    entryPoints: [join(here, "uciWorker.ts")], bundle: true, minify: true, write: false,
+    format: "iife", target: "es2021", platform: "neutral", legalComments: "none",
+});
+const engine = await readFile(values.engine, "utf8");
+await writeFile(join(values.out, "kestran.js"), `${engine}\n${result.outputFiles[0].text}`);
+for (const name of ["index.js", "index.d.ts", "package.json", "README.md"]) {
+    await copyFile(join(here, name), join(values.out, name));
+}
+await copyFile(join(here, "../../LICENSE"), join(values.out, "LICENSE"));
