@@ -15,6 +15,7 @@
 #include "notation/numberedGame.h"
 #include "notation/pgnReader.h"
 #include "search/hashTable.h"
+#include "search/idaVariant.h"
 #include "uci/levels.h"
 
 #include <algorithm>
@@ -198,7 +199,8 @@ Json answerSearch(const Json& request) {
     const SearchRequest search = {0, readLimits(request, game.position), game};
     IdaVariant slot;
     slot.getNextThreadId();
-    if (const auto time = request.at("limits").find("time"); time != request["limits"].end()) {
+    const Json& limits = request.at("limits");
+    if (const auto time = limits.find("time"); time != limits.end()) {
         slot.setDeadline(clockMilliseconds() + time->get<Milliseconds>());
     }
     return answerSearch(game.position, searchAndReport(*ida, search, &slot, nullptr));
