@@ -11,7 +11,8 @@ await mkdir(values.out, { recursive: true });
 
 const result = await build({
     entryPoints: [join(here, "uciWorker.ts")], bundle: true, minify: true, write: false,
-    format: "iife", target: "es2021", platform: "neutral", legalComments: "none",
+    format: "iife", target: "es2021", platform: "neutral", external: ["node:*"],
+    legalComments: "none",
 });
 const engine = await readFile(values.engine, "utf8");
 await writeFile(join(values.out, "kestran.js"), `${engine}\n${result.outputFiles[0].text}`);

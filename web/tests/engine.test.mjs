@@ -73,6 +73,22 @@ test("repeats every pass of ten fingerprint positions", () => {
     assert.ok(count >= 20, `${count} passes`);
 });
 
+test("obeys the limits of a search", () => {
+    const search = (rest) => ask({ type: "search", fen: "startpos", moves: [], limits: {}, ...rest });
+    const nodesOf = (answers) => last(passesOf(answers)).nodes;
+    assert.ok(nodesOf(search({ limits: { nodes: 50000 } })) <= 50000);
+    assert.ok(nodesOf(search({ elo: 700 })) <= 1000);
+    assert.deepEqual(last(search({ rootMoves: ["h2h4"], limits: { depth: 2 } })).best.uci, "h2h4");
+    assert.equal(last(search({ useBook: true })).fromBook, true);
+    const start = performance.now();
+    const answers = search({ limits: { time: 200 } });
+    const duration = performance.now() - start;
+    assert.ok(duration >= 200 && duration < 2000, `${duration} ms`);
+    assert.ok(last(answers).best !== null);
+    const { levels, endings, version } = last(ask({ type: "about" }));
+    assert.ok(levels.length >= 5 && levels[0] === 700 && endings.length === 13 && version !== "");
+});
+
 test("records every move of a pass, or says what is missing", () => {
     const passes = passesOf(ask({ type: "record", fen: "startpos", moves: [], depth: 4 }));
     assert.equal(passes.length, 4);
