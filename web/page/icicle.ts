@@ -12,6 +12,7 @@ import type { TreeMoves } from "./treeMoves";
 
 const ROOT_HEIGHT = 24;
 const MOST_ROW_HEIGHT = 28;
+const MOST_HEIGHT = 400;
 const LEAST_LABEL_WIDTH = 30;
 const WIDEST_RECORD = 80; // pixels of a single record at the greatest zoom
 const ANIMATION_MILLIS = 280;
@@ -57,6 +58,8 @@ export class Icicle {
         this.moves = moves;
         this.selection = -1;
         this.labels = new Map();
+        const rows = tree.levels.length;
+        this.canvas.style.height = `${ROOT_HEIGHT + Math.min(MOST_HEIGHT, rows * MOST_ROW_HEIGHT)}px`;
         this.resize();
         this.setView(0, tree.count);
     }

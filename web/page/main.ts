@@ -22,6 +22,7 @@ import { sideName } from "./words";
 
 const DEFAULT_DEPTH = 4;
 const MOST_DEPTH = 8;
+const MOST_FIRST_DEPTH = 5; // that the page records without being asked
 
 const engine = new Engine(JSON.parse(byId("engine").textContent ?? "\"\"") as string);
 const rules = new Client(engine); // answers at once
@@ -107,8 +108,9 @@ async function playText(): Promise<void> {
 
 // Before the engine's last move if the person has not moved since, or the position on the board.
 function whyPlace(): number {
-    const engineMoved = opponent.last !== null && opponent.last.at === game.moves.length - 1;
-    return stage.isLive && engineMoved ? game.moves.length - 1 : stage.place;
+    const lastPlace = game.moves.length;
+    const engineMoved = opponent.last?.at === lastPlace - 1;
+    return stage.place === lastPlace && engineMoved ? lastPlace - 1 : stage.place;
 }
 
 async function askWhy(): Promise<void> {
@@ -117,7 +119,7 @@ async function askWhy(): Promise<void> {
         return;
     }
     analysis.stop();
-    await explanation.begin(Math.min(whyPlace(), game.moves.length));
+    await explanation.begin(whyPlace());
 }
 
 // ---- The search ----
@@ -141,6 +143,9 @@ function onTab(): void {
     if (tree.isEmpty) {
         const at = whyPlace();
         const played = game.sans[at];
+        if (at === opponent.last?.at && opponent.last.depth > 1) {
+            depthChoice.value = String(Math.min(MOST_FIRST_DEPTH, opponent.last.depth));
+        }
         const title = played ? `The search for ${numbered([played], game.firstPly + at)}` : positionName(at);
         void record(at, title);
     } else {

@@ -23,6 +23,7 @@ export class MoveList {
         }
         this.list.replaceChildren(...rows);
         byId("no-moves").hidden = sans.length > 0;
+        byId("some-moves").hidden = sans.length === 0;
         byId("result").textContent = this.game.state.end?.result ?? (this.game.result === "*" ? "" : this.game.result);
         this.keepInSight();
     }
