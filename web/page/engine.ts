@@ -36,18 +36,18 @@ export class Engine {
         }
         return worker;
     }
-
-    async ready(): Promise<Ready> {
-        if (!this.first) {
-            await this.start();
-        }
-        return this.first!;
-    }
 }
 
 function startWorker(worker: Worker, module?: WebAssembly.Module): Promise<Ready> {
     return new Promise((resolve, reject) => {
-        worker.onmessage = event => resolve(event.data as Ready);
+        worker.onmessage = event => {
+            const answer = event.data as Ready | Failure;
+            if (answer.type === "ready") {
+                resolve(answer);
+            } else {
+                reject(new Error(answer.message));
+            }
+        };
         worker.onerror = event => reject(new Error(event.message));
         const start: Start = module ? { type: "start", module } : { type: "start" };
         worker.postMessage(start);

@@ -94,9 +94,9 @@ export class Explanation {
         byId("show-refutation").hidden = answer.refutation.length === 0;
     }
 
-    // The refutation as arrows, on the position after the move that it refutes.
+    // The refutation as arrows, on the position in which it begins.
     private point(answer: Answer, line: string[], root: string): void {
-        const played = line.slice(0, answer.ply + 1).map(parseStep);
+        const played = line.slice(0, answer.refutationPly).map(parseStep);
         const placement = played.reduce(afterStep, placementOf(root));
         const arrows: Arrow[] = answer.refutation.map((move, i) => {
             const { from, to } = parseStep(move.uci);

@@ -10,7 +10,7 @@ import { DEFAULT_LEVEL, LEVELS } from "./levels";
 import { MoveList } from "./moveList";
 import { Opponent } from "./opponent";
 import { numbered, plyOf } from "./placement";
-import type { EmbeddedSearch, PositionDone } from "./protocol";
+import type { AboutDone, EmbeddedSearch, PositionDone } from "./protocol";
 import { Review } from "./review";
 import { Stage } from "./stage";
 import { load, save } from "./store";
@@ -157,15 +157,14 @@ async function showEmbedded(search: EmbeddedSearch): Promise<void> {
     setPerson("both");
     await game.load(search.fen, search.moves);
     const position = await rules.ask<PositionDone>({ type: "position", fen: search.fen, moves: search.moves });
-    const passes = search.passes.map((pass, index) => ({
-        ...pass, records: index === search.records?.pass
-            ? { data: bytesOf(search.records.data), hasQuiscence: search.records.hasQuiscence } : undefined,
-    }));
+    const { records } = search;
+    const passes = search.passes.map((pass, index) =>
+        index === records?.pass ? { ...pass, records: { ...records, data: bytesOf(records.data) } } : pass);
     thinking.begin({ whiteToMove: position.turn === "w", ply: plyOf(game.state.fens[search.moves.length]), title: "The search" });
     passes.forEach(pass => thinking.add(pass));
     depthChoice.value = String(Math.min(MOST_DEPTH, search.depth));
     const base = { fen: search.fen, moves: search.moves };
-    await tree.showRecording({ base, depth: search.depth, position, passes }, search.records?.pass ?? search.answer.pass);
+    await tree.showRecording({ base, depth: search.depth, position, passes }, records?.pass ?? search.answer.pass);
     tabs.open("tree");
     await explanation.show(search.answer, search.line, position.fens[search.moves.length]);
 }
@@ -245,8 +244,7 @@ async function restore(): Promise<void> {
 async function start(): Promise<void> {
     fillChoices();
     connect();
-    const { version } = await engine.ready();
-    byId("about-version").textContent = version;
+    byId("about-version").textContent = (await rules.ask<AboutDone>({ type: "about" })).version;
     const embedded = JSON.parse(byId("search").textContent ?? "null") as EmbeddedSearch | null;
     if (embedded) {
         await showEmbedded(embedded);

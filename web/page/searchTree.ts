@@ -8,7 +8,6 @@ const SLICE = 100_000; // records between two looks at the clock
 const SLICE_MILLIS = 12;
 
 export class SearchTree {
-    readonly hasQuiscence: boolean;
     // The number of records of a subtree.
     readonly size: Uint32Array;
     // Plies from the root; 0 for a move at the root.
@@ -16,8 +15,7 @@ export class SearchTree {
     // The records of each ply, in search order.
     readonly levels: Uint32Array[] = [];
 
-    private constructor(readonly records: RecordView, hasQuiscence: boolean) {
-        this.hasQuiscence = hasQuiscence;
+    private constructor(readonly records: RecordView) {
         this.size = new Uint32Array(records.count).fill(1);
         this.ply = new Uint8Array(records.count);
     }
@@ -28,7 +26,7 @@ export class SearchTree {
 
     // Prepares a tree in slices, so that the page stays responsive. Null if `isOutdated` says so.
     static async build(data: Records, isOutdated: () => boolean = () => false): Promise<SearchTree | null> {
-        const tree = new SearchTree(new RecordView(data.data), data.hasQuiscence);
+        const tree = new SearchTree(new RecordView(data.data));
         const counts = new Array<number>(256).fill(0);
         const done = await inSlices(tree.count, isOutdated, index => tree.placeRecord(index, counts))
             && await inSlices(tree.count, isOutdated, index => tree.addToParent(tree.count - 1 - index));

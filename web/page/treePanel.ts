@@ -59,10 +59,10 @@ export class TreePanel {
     // Records a search of a position, and shows its last pass.
     async record(base: GameText, depth: number, title: string): Promise<void> {
         this.analyst.stop();
+        this.note(`Recording to depth ${depth} \u2026`);
         const position = await this.rules.ask<PositionDone>({ type: "position", ...base });
         const recording: Recording = { base, depth, position, passes: [] };
         byId("tree-title").textContent = title;
-        this.note(`Recording to depth ${depth} \u2026`);
         this.onBegin(position, title);
         try {
             await this.analyst.ask<SearchDone, Pass>({ type: "record", ...base, depth }, pass => {
@@ -144,7 +144,7 @@ export class TreePanel {
     }
 
     private summary(tree: SearchTree, pass: Pass): string {
-        const left = tree.hasQuiscence ? "" : " The pass is too large to keep all of it: the captures after the full depth are left out.";
+        const left = leftOut(pass);
         const reason = pass.outcome === "good" ? "" : ` ${pass.reason}`;
         return `${countText(tree.count)} moves, each a box.${left}${reason}`;
     }
@@ -221,6 +221,16 @@ export class TreePanel {
         byId("detail-reason").textContent = index < 0 ? "" : describer.reason(index);
         byId("detail-window").textContent = index < 0 ? "" : `Window: ${describer.windowText(index)}`;
     }
+}
+
+// What a large pass does not keep.
+function leftOut(pass: Pass): string {
+    const { hasQuiscence, plies } = pass.records!;
+    if (hasQuiscence) {
+        return "";
+    }
+    const deeper = plies < pass.depth ? `everything after ${plies} plies is` : "the captures after the full depth are";
+    return ` The pass is too large to keep all of it: ${deeper} left out.`;
 }
 
 function sameGame(a: GameText, b: GameText): boolean {

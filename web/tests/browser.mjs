@@ -1,0 +1,144 @@
+// Drives the page in headless Chromium.
+import { Builder, By, Key, logging, until } from "selenium-webdriver";
+import chrome from "selenium-webdriver/chrome.js";
+import { resolve } from "node:path";
+import { pathToFileURL } from "node:url";
+
+const PAGE = resolve(process.env.KESTRAN_PAGE ?? new URL("../../build/web/kestran.html", import.meta.url).pathname);
+const CHROMIUM = process.env.CHROMIUM ?? "/usr/bin/chromium";
+const DRIVER = process.env.CHROMEDRIVER ?? "/usr/bin/chromedriver";
+const WAIT = 20_000;
+
+// Runs before the page's own script.
+const WATCH = `
+    window.longTasks = [];
+    new PerformanceObserver(list => longTasks.push(...list.getEntries().map(task => task.duration)))
+        .observe({ type: "longtask", buffered: true });
+    window.violations = [];
+    document.addEventListener("securitypolicyviolation", event => violations.push(event.violatedDirective + " " + event.blockedURI));`;
+
+export class Page {
+    static async open({ width = 1366, height = 900 } = {}) {
+        const wanted = new logging.Preferences();
+        wanted.setLevel(logging.Type.BROWSER, logging.Level.ALL);
+        wanted.setLevel(logging.Type.PERFORMANCE, logging.Level.ALL);
+        const options = new chrome.Options();
+        options.setBinaryPath(CHROMIUM);
+        options.addArguments("--headless=new", "--no-sandbox", "--disable-gpu", "--force-prefers-reduced-motion");
+        options.setLoggingPrefs(wanted);
+        const driver = await new Builder().forBrowser("chrome").setChromeOptions(options)
+            .setChromeService(new chrome.ServiceBuilder(DRIVER)).build();
+        const page = new Page(driver);
+        await driver.sendDevToolsCommand("Page.addScriptToEvaluateOnNewDocument", { source: WATCH });
+        await page.resize(width, height);
+        await page.load();
+        return page;
+    }
+
+    constructor(driver) {
+        this.driver = driver;
+    }
+
+    async load(address = pathToFileURL(PAGE).href) {
+        await this.driver.get(address);
+        await this.until(() => document.body.dataset.ready);
+    }
+
+    resize(width, height) {
+        return this.driver.sendDevToolsCommand("Emulation.setDeviceMetricsOverride",
+            { width, height, deviceScaleFactor: 1, mobile: width < 500 });
+    }
+
+    run(script, ...values) {
+        return this.driver.executeScript(script, ...values);
+    }
+
+    // Waits until a function of the page returns something.
+    async until(condition, ...values) {
+        return await this.driver.wait(() => this.run(condition, ...values), WAIT, `${condition} ${values}`, 20);
+    }
+
+    find(selector) {
+        return this.driver.findElement(By.css(selector));
+    }
+
+    async click(selector) {
+        await this.find(selector).click();
+    }
+
+    text(selector) {
+        return this.run(selector => document.querySelector(selector).textContent.trim(), selector);
+    }
+
+    async choose(selector, value) {
+        await this.run((selector, value) => {
+            const element = document.querySelector(selector);
+            element.value = value;
+            element.dispatchEvent(new Event("change"));
+        }, selector, String(value));
+    }
+
+    async press(...keys) {
+        await this.driver.actions().sendKeys(...keys).perform();
+    }
+
+    moves() {
+        return this.run(() => [...document.querySelectorAll("#moves .move")].map(move => move.textContent));
+    }
+
+    async untilMoves(count) {
+        await this.until(count => document.querySelectorAll("#moves .move").length >= count, count);
+        return await this.moves();
+    }
+
+    // A move by mouse: a drag, or two clicks.
+    async drag(from, to) {
+        const square = name => this.find(`[data-square=${name}]`);
+        await this.driver.actions().dragAndDrop(square(from), square(to)).perform();
+    }
+
+    async clickMove(from, to) {
+        await this.click(`[data-square=${from}]`);
+        await this.click(`[data-square=${to}]`);
+    }
+
+    // Opens a text in the dialog. Resolves to the error that is shown, or to "".
+    async openText(text) {
+        await this.run(text => {
+            document.getElementById("open-dialog").open || document.getElementById("open").click();
+            document.getElementById("open-text").value = text;
+            document.getElementById("open-error").textContent = "";
+            document.getElementById("open-load").click();
+        }, text);
+        return await this.until(() => {
+            const error = document.getElementById("open-error").textContent;
+            const isDone = error || !document.getElementById("open-dialog").open ||
+                document.getElementById("open-games").childElementCount > 0;
+            return isDone ? { error } : null;
+        }).then(({ error }) => error);
+    }
+
+    async startAnew() {
+        await this.run(() => localStorage.clear());
+        await this.load();
+    }
+
+    // What the browser's console says, and addresses that were asked for.
+    async console() {
+        const entries = await this.driver.manage().logs().get(logging.Type.BROWSER);
+        return entries.map(entry => `${entry.level.name} ${entry.message}`);
+    }
+
+    async requests() {
+        const entries = await this.driver.manage().logs().get(logging.Type.PERFORMANCE);
+        return entries.map(entry => JSON.parse(entry.message).message)
+            .filter(message => message.method === "Network.requestWillBeSent")
+            .map(message => message.params.request.url);
+    }
+
+    async close() {
+        await this.driver.quit();
+    }
+}
+
+export { By, Key, until };
