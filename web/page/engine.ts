@@ -72,6 +72,7 @@ export class Client {
         const answer = new Promise<Answered>((resolve, reject) => {
             this.waiting.set(id, { onProgress: onProgress as (answer: Answered) => void, resolve, reject });
         });
+        answer.catch(() => {}); // a stop may come before the worker has started
         this.worker ??= this.startWorker();
         const worker = await this.worker;
         if (this.waiting.has(id)) {

@@ -39,10 +39,6 @@ export class Stage {
         return this.mode.kind === "game" && this.at === this.game.moves.length;
     }
 
-    get isLooking(): boolean {
-        return this.mode.kind === "looking";
-    }
-
     get isAsking(): boolean {
         return this.mode.kind === "asking";
     }
@@ -69,10 +65,15 @@ export class Stage {
         }
     }
 
-    // A position that is not the game's.
-    look(view: View, caption: string): void {
-        this.mode = { kind: "looking", view, caption };
+    // A position that is not the game's. The result replaces its caption, as long as it is shown.
+    look(view: View, caption: string): (caption: string) => void {
+        const mode: Mode = { kind: "looking", view, caption };
+        this.mode = mode;
         this.draw();
+        return text => {
+            mode.caption = text;
+            byId("caption").textContent = this.caption();
+        };
     }
 
     // Asks for a move in the position after `at` moves of the game.

@@ -186,18 +186,18 @@ export class TreePanel {
         const lastMove = index < 0 ? undefined : describer.moves.step(index);
         const view = { placement: describer.moves.placement(index), lastMove };
         const caption = (line: string): string => index < 0 ? "In the search: the position itself" : `In the search: ${line}`;
-        this.stage.look(view, caption(describer.line(index)));
+        const rename = this.stage.look(view, caption(describer.line(index)));
         if (index >= 0) {
             void this.nameLine(index).then(line => {
-                if (line && index === this.selection && this.stage.isLooking) {
-                    this.stage.look(view, caption(line));
+                rename(caption(line));
+                if (index === this.selection) {
                     byId("detail-line").textContent = line;
                 }
             });
         }
     }
 
-    private async nameLine(index: number): Promise<string | null> {
+    private async nameLine(index: number): Promise<string> {
         const { base, position } = this.recording!;
         const line = this.describer!.moves.line(index);
         const answer = await this.rules.ask<PositionDone>({ type: "position", fen: base.fen, moves: [...base.moves, ...line] });
