@@ -49,7 +49,7 @@ export class Explanation {
         const name = numbered(position.moves.slice(base.moves.length).map(move => move.san), plyOf(root));
         this.title(`Why not ${name}?`);
         try {
-            await this.answer(base, line, root, name);
+            await this.answer(base, line, root);
         } catch (error) {
             if (!(error instanceof Stopped)) {
                 this.write({ verdict: error instanceof Error ? error.message : "No answer.", reason: "", details: "" });
@@ -57,10 +57,10 @@ export class Explanation {
         }
     }
 
-    private async answer(base: GameText, line: string[], root: string, name: string): Promise<void> {
+    private async answer(base: GameText, line: string[], root: string): Promise<void> {
         const depth = this.depth();
         if (!this.tree.has(base, depth)) {
-            await this.tree.record(base, depth, `Why not ${name}?`);
+            await this.tree.record(base, depth, "Where the search left it");
         }
         const answer = await this.analyst.ask<WhyDone>({ type: "why", ...base, line, depth });
         this.write(answer);

@@ -9,6 +9,7 @@ import { GROUPS, groupOf } from "./endings";
 import type { SearchTree } from "./searchTree";
 import { Signal } from "./signal";
 import type { TreeMoves } from "./treeMoves";
+import { countText } from "./words";
 
 const ROOT_HEIGHT = 24;
 const MOST_ROW_HEIGHT = 28;
@@ -284,7 +285,7 @@ export class Icicle {
 
     private drawRoot(context: CanvasRenderingContext2D, colors: Palette): void {
         context.fillStyle = colors.text;
-        const text = `The position: ${this.tree!.count.toLocaleString("en-US")} moves tried, from left to right`;
+        const text = `The position: ${countText(this.tree!.count)} moves tried, from left to right`;
         context.fillText(text, 6, ROOT_HEIGHT / 2, this.width - 12);
     }
 

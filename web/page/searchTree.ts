@@ -4,8 +4,8 @@
 import { RecordView } from "./records";
 import type { Records } from "./protocol";
 
-const SLICE = 100_000; // records between two looks at the clock
-const SLICE_MILLIS = 12;
+const SLICE = 20_000; // records between two looks at the clock
+const SLICE_MILLIS = 8;
 
 export class SearchTree {
     // The number of records of a subtree.

@@ -30,6 +30,7 @@ export class TreePanel {
     private readonly passChoice = byId<HTMLSelectElement>("pass-choice");
     private recording: Recording | null = null;
     private describer: Describer | null = null;
+    private shownPass = -1;
     private selection = -1;
     private version = 0; // of the tree that is shown
 
@@ -83,6 +84,7 @@ export class TreePanel {
     // A recording that the page was delivered with.
     async showRecording(recording: Recording, pass: number): Promise<void> {
         this.recording = recording;
+        this.shownPass = -1;
         this.passChoice.replaceChildren(...recording.passes.map((at, index) => this.passOption(at, index)));
         byId("tree-empty").hidden = true;
         byId("tree-body").hidden = false;
@@ -91,7 +93,9 @@ export class TreePanel {
 
     // Selects the last move of a line as far as a pass tried it.
     async goTo(pass: number, line: string[]): Promise<number[]> {
-        await this.showPass(pass);
+        if (this.shownPass !== pass) {
+            await this.showPass(pass);
+        }
         const path = this.describer?.tree.records.findPath(line) ?? [];
         this.select(path[path.length - 1] ?? -1, "zoomIn");
         return path;
@@ -131,6 +135,7 @@ export class TreePanel {
         if (!tree) {
             return;
         }
+        this.shownPass = index;
         const { position } = recording;
         const root = position.fens[position.fens.length - 1];
         const moves = new TreeMoves(tree, placementOf(root), position.turn === "w");
