@@ -305,7 +305,7 @@ export class Icicle {
             if (width < 1) {
                 const pixel = Math.floor(x);
                 context.fillRect(pixel, y, 1, height - 1);
-                i = Math.max(i + 1, tree.locate(ply, from + (pixel + 1) / scale));
+                i = tree.locate(ply, from + (pixel + 1) / scale, i + 1);
             } else {
                 const gap = width > 4 ? 1 : 0;
                 context.fillRect(x, y, width - gap, height - 1);

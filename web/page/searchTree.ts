@@ -107,13 +107,20 @@ export class SearchTree {
     }
 
     // The record at this place of a ply: the one whose subtree contains `place`, or the next one.
-    // Its position in levels[ply].
-    locate(ply: number, place: number): number {
+    // Its position in levels[ply], looked for from position `first` on.
+    locate(ply: number, place: number, first = 0): number {
         const level = this.levels[ply];
-        let [low, high] = [0, level.length];
+        const endsBefore = (at: number): boolean => level[at] + this.size[level[at]] <= place;
+        let low = first;
+        let step = 1;
+        while (low + step < level.length && endsBefore(low + step - 1)) {
+            low += step;
+            step *= 2;
+        }
+        let high = Math.min(level.length, low + step);
         while (low < high) {
             const middle = (low + high) >> 1;
-            if (level[middle] + this.size[level[middle]] <= place) {
+            if (endsBefore(middle)) {
                 low = middle + 1;
             } else {
                 high = middle;

