@@ -146,7 +146,8 @@ export class Page {
         const events = await this.events("Tracing.dataCollected");
         const key = event => `${event.pid} ${event.tid}`;
         const main = new Set(events.filter(event => event.name === "thread_name" && event.args.name === "CrRendererMain").map(key));
-        return events.filter(event => event.name === "RunTask" && main.has(key(event))).map(event => event.tdur / 1000);
+        return events.filter(event => event.name === "RunTask" && main.has(key(event)) && event.tdur > 0)
+            .map(event => event.tdur / 1000);
     }
 
     // The processor time that the main thread has used, in milliseconds.
