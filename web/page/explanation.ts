@@ -52,7 +52,7 @@ export class Explanation {
             await this.answer(base, line, root);
         } catch (error) {
             if (!(error instanceof Stopped)) {
-                this.write({ verdict: error instanceof Error ? error.message : "No answer.", reason: "", details: "" });
+                this.say({ verdict: error instanceof Error ? error.message : "No answer.", reason: "", details: "" });
             }
         }
     }
@@ -63,35 +63,36 @@ export class Explanation {
             await this.tree.record(base, depth, "Where the search left it");
         }
         const answer = await this.analyst.ask<WhyDone>({ type: "why", ...base, line, depth });
-        this.write(answer);
-        await this.tree.goTo(answer.pass, line);
-        this.refutation = () => this.point(answer, line, root);
-        byId("show-refutation").hidden = answer.refutation.length === 0;
-        this.refutation();
+        this.say(answer);
+        await this.show(answer, line, root);
         announce([answer.verdict, answer.reason].join(" "));
     }
 
     private title(text: string): void {
         byId("why").hidden = false;
         byId("why-title").textContent = text;
-        this.write({ verdict: "Looking into the search \u2026", reason: "", details: "" });
+        this.say({ verdict: "Looking into the search \u2026", reason: "", details: "" });
     }
 
-    private write(answer: Pick<Answer, "verdict" | "reason" | "details">): void {
+    private say(answer: Pick<Answer, "verdict" | "reason" | "details">): void {
         byId("why-verdict").textContent = answer.verdict;
         byId("why-reason").textContent = answer.reason;
         byId("why-details").textContent = answer.details;
         byId("show-refutation").hidden = true;
     }
 
-    // Shows an answer that the page was delivered with.
-    async show(answer: Answer, line: MoveText[], root: string): Promise<void> {
-        this.title(`Why not ${numbered(line.map(move => move.san), plyOf(root))}?`);
-        this.write(answer);
-        const moves = line.map(move => move.uci);
-        await this.tree.goTo(answer.pass, moves);
-        this.refutation = () => this.point(answer, moves, root);
+    // An answer that the page was delivered with, in words. `ply` is that of the position.
+    write(answer: Answer, line: MoveText[], ply: number): void {
+        this.title(`Why not ${numbered(line.map(move => move.san), ply)}?`);
+        this.say(answer);
+    }
+
+    // Shows an answer in the tree and on the board. `root` is the position in FEN.
+    async show(answer: Answer, line: string[], root: string): Promise<void> {
+        await this.tree.goTo(answer.pass, line);
+        this.refutation = () => this.point(answer, line, root);
         byId("show-refutation").hidden = answer.refutation.length === 0;
+        this.refutation();
     }
 
     // The refutation as arrows, on the position in which it begins.

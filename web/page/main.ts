@@ -10,7 +10,7 @@ import { DEFAULT_LEVEL, LEVELS } from "./levels";
 import { MoveList } from "./moveList";
 import { Opponent } from "./opponent";
 import { numbered, plyOf } from "./placement";
-import type { AboutDone, EmbeddedSearch, PositionDone } from "./protocol";
+import type { AboutDone, EmbeddedSearch } from "./protocol";
 import { Review } from "./review";
 import { Stage } from "./stage";
 import { load, save } from "./store";
@@ -153,24 +153,16 @@ function onTab(): void {
     }
 }
 
+// The search that the page was delivered with. Its records are made again.
 async function showEmbedded(search: EmbeddedSearch): Promise<void> {
-    setPerson("both");
-    await game.load(search.fen, search.moves);
-    const position = await rules.ask<PositionDone>({ type: "position", fen: search.fen, moves: search.moves });
-    const { records } = search;
-    const passes = search.passes.map((pass, index) =>
-        index === records?.pass ? { ...pass, records: { ...records, data: bytesOf(records.data) } } : pass);
-    thinking.begin({ whiteToMove: position.turn === "w", ply: plyOf(game.state.fens[search.moves.length]), title: "The search" });
-    passes.forEach(pass => thinking.add(pass));
-    depthChoice.value = String(Math.min(MOST_DEPTH, search.depth));
     const base = { fen: search.fen, moves: search.moves };
-    await tree.showRecording({ base, depth: search.depth, position, passes }, records?.pass ?? search.answer.pass);
-    tabs.open("tree");
-    await explanation.show(search.answer, search.line, position.fens[search.moves.length]);
-}
-
-function bytesOf(base64: string): ArrayBuffer {
-    return Uint8Array.from(atob(base64), letter => letter.charCodeAt(0)).buffer;
+    setPerson("both");
+    await game.load(base.fen, base.moves);
+    depthChoice.value = String(Math.min(MOST_DEPTH, search.depth));
+    tabs.openQuietly("tree");
+    explanation.write(search.answer, search.line, plyOf(game.state.fens[search.moves.length]));
+    await tree.record(base, search.depth, "Where the search left it", search.hash);
+    await explanation.show(search.answer, search.line.map(move => move.uci), game.state.fens[search.moves.length]);
 }
 
 // ---- Start ----

@@ -58,7 +58,7 @@ export class TreePanel {
     }
 
     // Records a search of a position, and shows its last pass.
-    async record(base: GameText, depth: number, title: string): Promise<void> {
+    async record(base: GameText, depth: number, title: string, hash?: number): Promise<void> {
         this.analyst.stop();
         this.note(`Recording to depth ${depth} \u2026`);
         const position = await this.rules.ask<PositionDone>({ type: "position", ...base });
@@ -66,7 +66,7 @@ export class TreePanel {
         byId("tree-title").textContent = title;
         this.onBegin(position, title);
         try {
-            await this.analyst.ask<SearchDone, Pass>({ type: "record", ...base, depth }, pass => {
+            await this.analyst.ask<SearchDone, Pass>({ type: "record", ...base, depth, hash }, pass => {
                 recording.passes.push(pass);
                 this.onPass(pass);
                 this.note(`Recorded depth ${pass.depth}: ${roughCount(pass.nodes)} moves \u2026`);
@@ -78,17 +78,12 @@ export class TreePanel {
             }
             throw error;
         }
-        await this.showRecording(recording, recording.passes.length - 1);
-    }
-
-    // A recording that the page was delivered with.
-    async showRecording(recording: Recording, pass: number): Promise<void> {
         this.recording = recording;
         this.shownPass = -1;
         this.passChoice.replaceChildren(...recording.passes.map((at, index) => this.passOption(at, index)));
         byId("tree-empty").hidden = true;
         byId("tree-body").hidden = false;
-        await this.showPass(pass);
+        await this.showPass(recording.passes.length - 1);
     }
 
     // Selects the last move of a line as far as a pass tried it.
@@ -241,5 +236,3 @@ function leftOut(pass: Pass): string {
 function sameGame(a: GameText, b: GameText): boolean {
     return a.fen === b.fen && a.moves.join() === b.moves.join();
 }
-
-export type { Recording };
