@@ -23,15 +23,14 @@ test("placements after moves agree with chess.js, special moves included", async
     const { afterStep, parseStep, placementOf } = await load("placement");
     const random = randomNumbers(7);
     const seen = new Set();
-    for (let i = 0; i < 60; ++i) {
+    for (let i = 0; i < 16; ++i) {
         const game = new Chess(i % 2 ? "r3k2r/pPp2ppp/8/3pP3/3Pp3/8/P1P2PpP/R3K2R w KQkq d6 0 1" : undefined);
-        while (!game.isGameOver() && game.history().length < 80) {
-            const moves = game.moves({ verbose: true });
-            const move = moves[random(moves.length)];
+        while (game.moves().length > 0 && game.moveNumber() < 30) {
+            const moves = game.moves();
+            const move = game.move(moves[random(moves.length)]);
             const expected = placementOf(move.after);
             assert.equal(afterStep(placementOf(move.before), parseStep(move.lan)), expected, `${move.before} ${move.lan}`);
             [...move.flags].forEach(flag => seen.add(flag));
-            game.move(move);
         }
     }
     assert.deepEqual(["e", "k", "p", "q"].filter(flag => !seen.has(flag)), [], "all special moves occurred");
