@@ -21,9 +21,9 @@ function randomNumbers(seed) {
 
 test("placements after moves agree with chess.js, special moves included", async () => {
     const { afterStep, parseStep, placementOf } = await load("placement");
-    const random = randomNumbers(7);
+    const random = randomNumbers(11);
     const seen = new Set();
-    for (let i = 0; i < 16; ++i) {
+    for (let i = 0; i < 30; ++i) {
         const game = new Chess(i % 2 ? "r3k2r/pPp2ppp/8/3pP3/3Pp3/8/P1P2PpP/R3K2R w KQkq d6 0 1" : undefined);
         while (game.moves().length > 0 && game.moveNumber() < 30) {
             const moves = game.moves();
