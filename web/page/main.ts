@@ -207,7 +207,7 @@ function connect(): void {
     stage.canMove = turn => opponent.isPersonsTurn(turn);
     opponent.onState = say;
     files.onState = say;
-    files.onTake = side => { opponent.stop(); opponent.last = null; setPerson(side); say("Opened"); };
+    files.onTake = side => { opponent.stop(); opponent.last = null; setPerson(side); say(""); };
     tree.onBegin = (position, title) => thinking.begin({
         whiteToMove: position.turn === "w", ply: plyOf(position.fens[position.fens.length - 1]), title,
     });
@@ -236,7 +236,7 @@ async function restore(): Promise<void> {
 async function start(): Promise<void> {
     fillChoices();
     connect();
-    byId("about-version").textContent = (await rules.ask<AboutDone>({ type: "about" })).version;
+    byId("about-version").textContent = `Version ${(await rules.ask<AboutDone>({ type: "about" })).version}`;
     const embedded = JSON.parse(byId("search").textContent ?? "null") as EmbeddedSearch | null;
     if (embedded) {
         await showEmbedded(embedded);
