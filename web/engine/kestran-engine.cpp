@@ -22,6 +22,7 @@
 #include <array>
 #include <emscripten.h>
 #include <map>
+#include <span>
 #include <stdexcept>
 #include <string>
 
@@ -249,8 +250,10 @@ std::vector<PgnGame> readGames(const std::string& text) {
 }
 
 Json answerReadPgn(const Json& request) {
+    const std::vector<PgnGame> all = readGames(request.at("text").get<std::string>());
+    const std::size_t most = request.value("most", all.size());
     Json games = Json::array();
-    for (const PgnGame& game : readGames(request.at("text").get<std::string>())) {
+    for (const PgnGame& game : std::span(all).first(std::min(most, all.size()))) {
         Json tags = Json::array();
         for (const auto& [name, value] : game.tags) {
             tags.push_back({{"name", name}, {"value", value}});
@@ -267,7 +270,7 @@ Json answerReadPgn(const Json& request) {
                          {"texts", lineToJson(game.start.position, moves)},
                          {"result", game.result}});
     }
-    return {{"type", "done"}, {"games", std::move(games)}};
+    return {{"type", "done"}, {"games", std::move(games)}, {"count", all.size()}};
 }
 
 Json answerWritePgn(const Json& request) {

@@ -3,6 +3,7 @@ import { byId, html } from "./dom";
 import { Client, Refused } from "./engine";
 import type { Game } from "./game";
 import type { PgnDone, PgnGame, PositionDone, TextDone } from "./protocol";
+import { countText } from "./words";
 
 const MOST_LISTED = 500; // games of a file
 
@@ -80,22 +81,22 @@ export class Files {
                 const { turn } = await this.rules.ask<PositionDone>({ type: "position", fen: trimmed, moves: [] });
                 await this.take({ fen: trimmed, moves: [], tags: [], result: "*" }, turn);
             } else {
-                await this.choose((await this.rules.ask<PgnDone>({ type: "readPgn", text })).games);
+                await this.choose(await this.rules.ask<PgnDone>({ type: "readPgn", text, most: MOST_LISTED }));
             }
         } catch (error) {
             this.fail(error instanceof Refused ? place(error) : `It cannot be read: ${String(error)}`);
         }
     }
 
-    private async choose(games: PgnGame[]): Promise<void> {
+    private async choose({ games, count }: PgnDone): Promise<void> {
         if (games.length === 0) {
             this.fail("There is no game in this text.");
         } else if (games.length === 1) {
             await this.take(games[0]);
         } else {
-            const items = games.slice(0, MOST_LISTED).map(game => html("li", {},
+            const items = games.map(game => html("li", {},
                 html("button", { type: "button", class: "plain", onclick: () => void this.take(game) }, gameName(game))));
-            byId("open-games").replaceChildren(html("p", {}, `${games.length} games. Choose one:`), html("ul", {}, ...items));
+            byId("open-games").replaceChildren(html("p", {}, `${countText(count)} games. Choose one${count > games.length ? ` of the first ${games.length}` : ""}:`), html("ul", {}, ...items));
         }
     }
 

@@ -1,20 +1,21 @@
-// The levels of play: nodes for a move, and the rating that they are worth (docs/strength.md).
+// The levels of play. The engine knows their ratings, which were measured (docs/strength.md).
 import type { Limits } from "./protocol";
 
 export interface Level {
     name: string;
-    rating: string;
+    elo?: number;
     limits: Limits;
 }
 
-export const LEVELS: Level[] = [
-    { name: "1", rating: "about 1200", limits: { nodes: 1_000 } },
-    { name: "2", rating: "about 1300", limits: { nodes: 30_000 } },
-    { name: "3", rating: "about 1400", limits: { nodes: 100_000 } },
-    { name: "4", rating: "about 1600", limits: { nodes: 300_000 } },
-    { name: "5", rating: "about 1750", limits: { nodes: 1_000_000 } },
-    { name: "6", rating: "about 1900", limits: { nodes: 3_000_000 } },
-    { name: "7", rating: "about 2000", limits: { nodes: 10_000_000 } },
-];
+const DEFAULT_RATING = 1400;
 
-export const DEFAULT_LEVEL = 2; // index
+export function makeLevels(ratings: number[]): Level[] {
+    return [
+        ...ratings.map((elo, i) => ({ name: `${i + 1}: about ${elo}`, elo, limits: {} })),
+        { name: `${ratings.length + 1}: full strength, 3 seconds`, limits: { time: 3000 } },
+    ];
+}
+
+export function defaultLevel(levels: Level[]): number {
+    return Math.max(0, levels.findIndex(level => level.elo === DEFAULT_RATING));
+}

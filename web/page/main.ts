@@ -6,7 +6,7 @@ import { Client, Engine, Refused } from "./engine";
 import { Explanation } from "./explanation";
 import { Files } from "./files";
 import { Game } from "./game";
-import { DEFAULT_LEVEL, LEVELS } from "./levels";
+import { defaultLevel, Level, makeLevels } from "./levels";
 import { MoveList } from "./moveList";
 import { Opponent } from "./opponent";
 import { numbered, plyOf } from "./placement";
@@ -42,7 +42,8 @@ const explanation = new Explanation(analyst, rules, game, stage, tree, () => Num
 const review = new Review(analyst, game, stage);
 const files = new Files(rules, game);
 const person = byId<HTMLSelectElement>("person");
-const level = byId<HTMLSelectElement>("level");
+const levelChoice = byId<HTMLSelectElement>("level");
+let levels: Level[] = [];
 
 function say(text: string): void {
     byId("state").textContent = text || "\u00a0";
@@ -64,7 +65,7 @@ function onChange(): void {
 
 function saveState(): void {
     save({
-        fen: game.startFen, moves: game.moves, tags: game.tags, level: opponent.level, person: opponent.person,
+        fen: game.startFen, moves: game.moves, tags: game.tags, level: Number(levelChoice.value), person: opponent.person,
         flipped: stage.flipped, theme: theme.choice,
     });
 }
@@ -167,8 +168,15 @@ async function showEmbedded(search: EmbeddedSearch): Promise<void> {
 
 // ---- Start ----
 
-function fillChoices(): void {
-    level.append(...LEVELS.map(({ name, rating }, i) => html("option", { value: i }, `${name}: ${rating}`)));
+function setLevel(index: number): void {
+    opponent.level = levels[index];
+    levelChoice.value = String(index);
+}
+
+function fillChoices(ratings: number[]): void {
+    levels = makeLevels(ratings);
+    levelChoice.append(...levels.map(({ name }, i) => html("option", { value: i }, name)));
+    setLevel(defaultLevel(levels));
     for (let depth = 1; depth <= MOST_DEPTH; ++depth) {
         depthChoice.append(html("option", { value: depth }, `${depth} ${depth === 1 ? "ply" : "plies"}`));
     }
@@ -194,7 +202,7 @@ function connect(): void {
         saveState();
         void opponent.reply();
     });
-    level.addEventListener("change", () => { opponent.level = Number(level.value); saveState(); });
+    levelChoice.addEventListener("change", () => { setLevel(Number(levelChoice.value)); saveState(); });
     document.addEventListener("keydown", event => {
         if (event.key === "Escape" && stage.isAsking) {
             stage.showGame();
@@ -219,8 +227,9 @@ function connect(): void {
 
 async function restore(): Promise<void> {
     const saved = load();
-    opponent.level = typeof saved.level === "number" && LEVELS[saved.level] ? saved.level : DEFAULT_LEVEL;
-    level.value = String(opponent.level);
+    if (typeof saved.level === "number" && saved.level in levels) {
+        setLevel(saved.level);
+    }
     setPerson(saved.person ?? "w");
     flip(saved.flipped === true);
     try {
@@ -234,9 +243,10 @@ async function restore(): Promise<void> {
 }
 
 async function start(): Promise<void> {
-    fillChoices();
+    const about = await rules.ask<AboutDone>({ type: "about" });
+    byId("about-version").textContent = `Version ${about.version}`;
+    fillChoices(about.levels);
     connect();
-    byId("about-version").textContent = `Version ${(await rules.ask<AboutDone>({ type: "about" })).version}`;
     const embedded = JSON.parse(byId("search").textContent ?? "null") as EmbeddedSearch | null;
     if (embedded) {
         await showEmbedded(embedded);

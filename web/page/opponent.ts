@@ -1,7 +1,7 @@
 // Plays the engine's side of the game, and gives hints.
 import { Client, Stopped } from "./engine";
 import type { Game } from "./game";
-import { DEFAULT_LEVEL, LEVELS } from "./levels";
+import type { Level } from "./levels";
 import { numbered, parseStep } from "./placement";
 import type { Limits, Pass, SearchDone } from "./protocol";
 import type { Stage } from "./stage";
@@ -12,7 +12,7 @@ const LEAST_MILLIS = 250; // before an answer, so that a person sees their own m
 const HINT: Limits = { nodes: 2_000_000, time: 1500 };
 
 export class Opponent {
-    level = DEFAULT_LEVEL;
+    level: Level = { name: "", limits: { nodes: 1000 } };
     person: "w" | "b" | "both" = "w";
     // Called with a short text while it thinks and "" afterwards.
     onState: (text: string) => void = () => {};
@@ -39,7 +39,7 @@ export class Opponent {
         const at = this.game.moves.length;
         const started = performance.now();
         this.onState("Kestran is thinking");
-        const done = await this.search(LEVELS[this.level].limits, true);
+        const done = await this.search(this.level.limits, true, this.level.elo);
         await new Promise(resolve => setTimeout(resolve, LEAST_MILLIS - (performance.now() - started)));
         const isOutdated = this.game.moves.length !== at || this.isPersonsTurn(this.game.state.turn);
         if (done && !isOutdated) {
@@ -70,7 +70,7 @@ export class Opponent {
     }
 
     // Null if the search was stopped.
-    private async search(limits: Limits, useBook: boolean): Promise<SearchDone | null> {
+    private async search(limits: Limits, useBook: boolean, elo?: number): Promise<SearchDone | null> {
         const at = this.game.moves.length;
         const { turn } = this.game.state;
         this.thinking.begin({
@@ -78,7 +78,7 @@ export class Opponent {
             title: useBook ? "Kestran\u2019s last move" : "The hint",
         });
         try {
-            const request = { type: "search" as const, ...this.game.upTo(at), limits, useBook };
+            const request = { type: "search" as const, ...this.game.upTo(at), limits, useBook, elo };
             return await this.client.ask<SearchDone, Pass>(request, pass => this.thinking.add(pass));
         } catch (error) {
             if (error instanceof Stopped) {

@@ -51,6 +51,7 @@ export interface PositionRequest extends Game {
 export interface ReadPgnRequest {
     type: "readPgn";
     text: string;
+    most?: number; // games to answer with; all if not given
 }
 
 /** Answered by TextDone. */
@@ -161,6 +162,7 @@ export interface PgnGame extends Game {
 export interface PgnDone {
     type: "done";
     games: PgnGame[];
+    count: number; // of the games in the text
 }
 
 export interface TextDone {

@@ -7,7 +7,7 @@ import { pathToFileURL } from "node:url";
 const PAGE = resolve(process.env.KESTRAN_PAGE ?? new URL("../../build/web/kestran.html", import.meta.url).pathname);
 const CHROMIUM = process.env.CHROMIUM ?? "/usr/bin/chromium";
 const DRIVER = process.env.CHROMEDRIVER ?? "/usr/bin/chromedriver";
-const WAIT = 20_000;
+const WAIT = 40_000;
 
 // Runs before the page's own script.
 const WATCH = `

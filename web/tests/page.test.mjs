@@ -112,7 +112,7 @@ test("the tree by keyboard, and the board follows", async () => {
 test("why not 5. Nxe5: the tree goes there, with reason and refutation", async () => {
     await page.openText(EXCHANGE);
     await page.click("#why-not");
-    assert.match(await page.text("#caption"), /Make a move/);
+    await page.until(() => /Make a move/.test(document.getElementById("caption").textContent));
     await page.clickMove("f3", "e5");
     await page.until(() => document.querySelectorAll("#board .arrow.refutation").length > 0);
     assert.match(await page.text("#why-title"), /^Why not 5\. Nxe5\?$/);
