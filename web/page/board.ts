@@ -18,9 +18,13 @@ export class Board {
     private legal: string[] = []; // in long algebraic text
     private selected: number | null = null;
     private focused = squareNumber("e2");
-    private drag: { x: number; y: number; piece: SVGGElement | null; wasSelected: boolean } | null = null;
+    private drag: { x: number; y: number; piece: SVGGElement | null; wasSelected: boolean } | null =
+        null;
 
-    constructor(label: string, private readonly onMoves: MoveHandler) {
+    constructor(
+        label: string,
+        private readonly onMoves: MoveHandler,
+    ) {
         this.element = html("div", { class: "board" }, this.picture.element, this.makeGrid(label));
         this.draw();
     }
@@ -50,14 +54,18 @@ export class Board {
             grid.append(html("div", { role: "row" }));
         }
         for (let square = 0; square < 64; ++square) {
-            const cell = html("div", { role: "gridcell", tabindex: -1, "data-square": squareName(square) });
+            const cell = html("div", {
+                role: "gridcell",
+                tabindex: -1,
+                "data-square": squareName(square),
+            });
             cell.addEventListener("focus", () => this.setFocus(square));
             this.cells.push(cell);
         }
-        grid.addEventListener("keydown", event => this.onKey(event));
-        grid.addEventListener("pointerdown", event => this.onDown(event));
-        grid.addEventListener("pointermove", event => this.onDrag(event));
-        grid.addEventListener("pointerup", event => this.onUp(event));
+        grid.addEventListener("keydown", (event) => this.onKey(event));
+        grid.addEventListener("pointerdown", (event) => this.onDown(event));
+        grid.addEventListener("pointermove", (event) => this.onDrag(event));
+        grid.addEventListener("pointerup", (event) => this.onUp(event));
         grid.addEventListener("pointercancel", () => this.endDrag());
         this.arrange(grid);
         return grid;
@@ -82,7 +90,10 @@ export class Board {
 
     private onKey(event: KeyboardEvent): void {
         const steps: Record<string, [number, number]> = {
-            ArrowLeft: [-1, 0], ArrowRight: [1, 0], ArrowUp: [0, -1], ArrowDown: [0, 1],
+            ArrowLeft: [-1, 0],
+            ArrowRight: [1, 0],
+            ArrowUp: [0, -1],
+            ArrowDown: [0, 1],
         };
         const step = steps[event.key];
         if (step) {
@@ -109,11 +120,11 @@ export class Board {
     // ---- Choosing a move ----
 
     private movesFrom(square: number): string[] {
-        return this.legal.filter(move => move.startsWith(squareName(square)));
+        return this.legal.filter((move) => move.startsWith(squareName(square)));
     }
 
     private movesBetween(from: number, to: number): string[] {
-        return this.movesFrom(from).filter(move => move.slice(2, 4) === squareName(to));
+        return this.movesFrom(from).filter((move) => move.slice(2, 4) === squareName(to));
     }
 
     private select(square: number | null): void {
@@ -137,8 +148,8 @@ export class Board {
 
     private squareAt(event: PointerEvent): number | null {
         const box = this.picture.element.getBoundingClientRect();
-        const column = Math.floor((event.clientX - box.left) / box.width * 8);
-        const row = Math.floor((event.clientY - box.top) / box.height * 8);
+        const column = Math.floor(((event.clientX - box.left) / box.width) * 8);
+        const row = Math.floor(((event.clientY - box.top) / box.height) * 8);
         if (column < 0 || column > 7 || row < 0 || row > 7) {
             return null;
         }
@@ -151,8 +162,14 @@ export class Board {
         if (square === null || event.button !== 0) {
             return;
         }
-        this.drag = { x: event.clientX, y: event.clientY, piece: null, wasSelected: this.selected === square };
-        const isTarget = this.selected !== null && this.movesBetween(this.selected, square).length > 0;
+        this.drag = {
+            x: event.clientX,
+            y: event.clientY,
+            piece: null,
+            wasSelected: this.selected === square,
+        };
+        const isTarget =
+            this.selected !== null && this.movesBetween(this.selected, square).length > 0;
         if (isTarget) {
             this.drag = null;
             this.choose(square);
@@ -177,7 +194,10 @@ export class Board {
         if (this.drag.piece) {
             const size = this.picture.element.getBoundingClientRect().width / 8;
             const [column, row] = this.picture.place(this.selected);
-            this.drag.piece.setAttribute("transform", `translate(${column + dx / size} ${row + dy / size})`);
+            this.drag.piece.setAttribute(
+                "transform",
+                `translate(${column + dx / size} ${row + dy / size})`,
+            );
         }
     }
 
@@ -211,7 +231,7 @@ export class Board {
         }
         const selected = this.selected ?? undefined;
         const moves = selected === undefined ? [] : this.movesFrom(selected);
-        const targets = [...new Set(moves.map(move => squareNumber(move.slice(2, 4))))];
+        const targets = [...new Set(moves.map((move) => squareNumber(move.slice(2, 4))))];
         this.picture.show({ ...this.view, selected, targets });
         this.labelCells();
     }
@@ -219,10 +239,13 @@ export class Board {
     private labelCells(): void {
         this.cells.forEach((cell, square) => {
             const canMove = this.movesFrom(square).length > 0;
-            const isTarget = this.selected !== null && this.movesBetween(this.selected, square).length > 0;
+            const isTarget =
+                this.selected !== null && this.movesBetween(this.selected, square).length > 0;
             const notes = [
-                squareName(square), pieceName(this.view.placement[square]),
-                isTarget ? "can be moved to" : "", this.view.check === square ? "in check" : "",
+                squareName(square),
+                pieceName(this.view.placement[square]),
+                isTarget ? "can be moved to" : "",
+                this.view.check === square ? "in check" : "",
             ];
             cell.setAttribute("aria-label", notes.filter(Boolean).join(", "));
             cell.setAttribute("aria-selected", String(square === this.selected));

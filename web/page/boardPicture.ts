@@ -20,7 +20,12 @@ export interface View {
 }
 
 export class BoardPicture {
-    readonly element = svg("svg", { viewBox: "0 0 8 8", "aria-hidden": "true", focusable: "false", class: "picture" });
+    readonly element = svg("svg", {
+        viewBox: "0 0 8 8",
+        "aria-hidden": "true",
+        focusable: "false",
+        class: "picture",
+    });
     flipped = false;
     private view: View = { placement: ".".repeat(64) };
 
@@ -49,13 +54,21 @@ export class BoardPicture {
                 parts.push(shape);
             }
         });
-        parts.push(...this.targets(), ...(this.view.arrows ?? []).map(arrow => this.arrow(arrow)));
+        parts.push(
+            ...this.targets(),
+            ...(this.view.arrows ?? []).map((arrow) => this.arrow(arrow)),
+        );
         this.element.replaceChildren(...parts);
     }
 
     private marks(): Array<[number, string]> {
         const { lastMove, check, selected } = this.view;
-        const marks: Array<[number, string]> = lastMove ? [[lastMove.from, "last"], [lastMove.to, "last"]] : [];
+        const marks: Array<[number, string]> = lastMove
+            ? [
+                  [lastMove.from, "last"],
+                  [lastMove.to, "last"],
+              ]
+            : [];
         if (check !== undefined) {
             marks.push([check, "check"]);
         }
@@ -68,34 +81,43 @@ export class BoardPicture {
     private coordinates(): SVGElement[] {
         const texts: SVGElement[] = [];
         for (let i = 0; i < 8; ++i) {
-            const shade = (dark: boolean): string => `coordinate ${dark ? "over-dark" : "over-light"}`;
+            const shade = (dark: boolean): string =>
+                `coordinate ${dark ? "over-dark" : "over-light"}`;
             const file = FILES[this.flipped ? 7 - i : i];
             const rank = String(this.flipped ? i + 1 : 8 - i);
-            texts.push(svg("text", { x: i + 0.95, y: 7.94, class: `${shade(i % 2 === 0)} file` }, file));
+            texts.push(
+                svg("text", { x: i + 0.95, y: 7.94, class: `${shade(i % 2 === 0)} file` }, file),
+            );
             texts.push(svg("text", { x: 0.05, y: i + 0.22, class: shade(i % 2 === 1) }, rank));
         }
         return texts;
     }
 
     private targets(): SVGElement[] {
-        return (this.view.targets ?? []).map(square => {
+        return (this.view.targets ?? []).map((square) => {
             const [x, y] = this.place(square);
             const occupied = this.view.placement[square] !== ".";
             return svg("circle", {
-                cx: x + 0.5, cy: y + 0.5, r: occupied ? 0.44 : 0.14, class: occupied ? "target taken" : "target",
+                cx: x + 0.5,
+                cy: y + 0.5,
+                r: occupied ? 0.44 : 0.14,
+                class: occupied ? "target taken" : "target",
             });
         });
     }
 
     private arrow(arrow: Arrow): SVGElement {
-        const [fromX, fromY] = this.place(arrow.from).map(at => at + 0.5);
-        const [toX, toY] = this.place(arrow.to).map(at => at + 0.5);
+        const [fromX, fromY] = this.place(arrow.from).map((at) => at + 0.5);
+        const [toX, toY] = this.place(arrow.to).map((at) => at + 0.5);
         const length = Math.hypot(toX - fromX, toY - fromY);
-        const angle = Math.atan2(toY - fromY, toX - fromX) * 180 / Math.PI;
+        const angle = (Math.atan2(toY - fromY, toX - fromX) * 180) / Math.PI;
         const shaft = length - 0.42;
         const path = `M.2-.07H${shaft}V-.2L${length - 0.08} 0 ${shaft} .2V.07H.2z`;
-        const group = svg("g", { class: `arrow ${arrow.kind}`, transform: `translate(${fromX} ${fromY})` },
-            svg("path", { d: path, transform: `rotate(${angle})` }));
+        const group = svg(
+            "g",
+            { class: `arrow ${arrow.kind}`, transform: `translate(${fromX} ${fromY})` },
+            svg("path", { d: path, transform: `rotate(${angle})` }),
+        );
         if (arrow.label) {
             group.append(svg("circle", { r: 0.2 }), svg("text", { y: 0.09 }, arrow.label));
         }
@@ -105,6 +127,8 @@ export class BoardPicture {
 
 // The square of the king of this side, for marking a check.
 export function kingSquare(placement: Placement, white: boolean): number | undefined {
-    const square = [...placement].findIndex(piece => piece.toLowerCase() === "k" && isWhite(piece) === white);
+    const square = [...placement].findIndex(
+        (piece) => piece.toLowerCase() === "k" && isWhite(piece) === white,
+    );
     return square < 0 ? undefined : square;
 }

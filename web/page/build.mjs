@@ -14,8 +14,16 @@ const MOST_BYTES = 1_500_000;
 
 async function bundle(entry) {
     const result = await build({
-        absWorkingDir: page, entryPoints: [entry], bundle: true, minify: true, write: false, metafile: true,
-        format: "iife", target: "es2021", charset: "utf8", legalComments: "none",
+        absWorkingDir: page,
+        entryPoints: [entry],
+        bundle: true,
+        minify: true,
+        write: false,
+        metafile: true,
+        format: "iife",
+        target: "es2021",
+        charset: "utf8",
+        legalComments: "none",
     });
     return { text: result.outputFiles[0].text.trim(), inputs: Object.keys(result.metafile.inputs) };
 }
@@ -39,16 +47,26 @@ function hash(text) {
 
 // Name, version, licence and its text of each package whose files are inside.
 async function licences(inputs) {
-    const folders = new Set(inputs.map(input => /^.*node_modules\/(?:@[^/]+\/)?[^/]+/.exec(input)?.[0]).filter(Boolean));
+    const folders = new Set(
+        inputs
+            .map((input) => /^.*node_modules\/(?:@[^/]+\/)?[^/]+/.exec(input)?.[0])
+            .filter(Boolean),
+    );
     const parts = [];
     for (const folder of [...folders].sort()) {
-        const { name, version, license } = JSON.parse(await readFile(join(page, folder, "package.json"), "utf8"));
+        const { name, version, license } = JSON.parse(
+            await readFile(join(page, folder, "package.json"), "utf8"),
+        );
         const text = await readFile(join(page, folder, "LICENSE"), "utf8");
         parts.push(section(`${name} ${version} (${license})`, text));
     }
     const own = await readFile(join(page, "../../LICENSE"), "utf8");
     const compiler = await readFile(join(page, "licences.txt"), "utf8");
-    return [section("Kestran (MIT)", own), ...parts, section("Runtime of the compiler", compiler)].join("");
+    return [
+        section("Kestran (MIT)", own),
+        ...parts,
+        section("Runtime of the compiler", compiler),
+    ].join("");
 }
 
 function section(title, text) {
@@ -60,13 +78,22 @@ function fill(template, parts) {
     return template.replace(/\{\{(\w+)\}\}/g, (_, name) => parts[name]);
 }
 
-const [script, worker, style] = await Promise.all([bundle("main.ts"), bundle("worker.ts"), bundle("style.css")]);
+const [script, worker, style] = await Promise.all([
+    bundle("main.ts"),
+    bundle("worker.ts"),
+    bundle("style.css"),
+]);
 const engine = await readFile(values.engine, "utf8");
 const scriptText = inScript(script.text);
 const html = fill(await readFile(join(page, "index.html"), "utf8"), {
     policy: [
-        "default-src 'none'", `script-src ${hash(scriptText)} 'wasm-unsafe-eval'`, `style-src ${hash(style.text)}`,
-        "worker-src blob:", "img-src data:", "base-uri 'none'", "form-action 'none'",
+        "default-src 'none'",
+        `script-src ${hash(scriptText)} 'wasm-unsafe-eval'`,
+        `style-src ${hash(style.text)}`,
+        "worker-src blob:",
+        "img-src data:",
+        "base-uri 'none'",
+        "form-action 'none'",
     ].join("; "),
     icon: encodeURIComponent(await readFile(join(page, "icon.svg"), "utf8")),
     pieces: await readFile(join(page, "pieces.svg"), "utf8"),

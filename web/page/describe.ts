@@ -12,7 +12,11 @@ export interface Window {
 }
 
 export class Describer {
-    constructor(readonly tree: SearchTree, readonly moves: TreeMoves, private readonly ply: number) {}
+    constructor(
+        readonly tree: SearchTree,
+        readonly moves: TreeMoves,
+        private readonly ply: number,
+    ) {}
 
     window(index: number): Window {
         const { records } = this.tree;
@@ -28,19 +32,28 @@ export class Describer {
 
     // "5... Qd4".
     name(index: number): string {
-        return index < 0 ? "the position" : numbered([this.moves.label(index)], this.ply + this.tree.ply[index]);
+        return index < 0
+            ? "the position"
+            : numbered([this.moves.label(index)], this.ply + this.tree.ply[index]);
     }
 
     line(index: number): string {
-        return numbered(this.tree.path(index).map(at => this.moves.label(at)), this.ply);
+        return numbered(
+            this.tree.path(index).map((at) => this.moves.label(at)),
+            this.ply,
+        );
     }
 
     // "White has +0.10 elsewhere, Black allows +0.45 at most".
     windowText(index: number): string {
         const { floor, ceiling } = this.window(index);
         const [low, high] = [toScore(floor), toScore(ceiling)];
-        const white = low ? `White already has ${forWhite(low, true)} elsewhere` : "White has nothing yet";
-        const black = high ? `Black can hold it to ${forWhite(high, true)}` : "Black has nothing yet";
+        const white = low
+            ? `White already has ${forWhite(low, true)} elsewhere`
+            : "White has nothing yet";
+        const black = high
+            ? `Black can hold it to ${forWhite(high, true)}`
+            : "Black has nothing yet";
         return `${white}; ${black}.`;
     }
 
@@ -82,7 +95,10 @@ export class Describer {
 
     reason(index: number): string {
         const below = this.tree.size[index] - 1;
-        const after = below > 0 ? ` ${countText(below)} ${below === 1 ? "move" : "moves"} tried after it.` : "";
+        const after =
+            below > 0
+                ? ` ${countText(below)} ${below === 1 ? "move" : "moves"} tried after it.`
+                : "";
         return endingSentence(this.tree.records.ending(index)) + after;
     }
 }

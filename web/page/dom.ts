@@ -22,13 +22,19 @@ function fill<E extends Element>(element: E, properties: Properties, children: C
 
 // An HTML element with attributes, listeners ("onclick") and children.
 export function html<K extends keyof HTMLElementTagNameMap>(
-    tag: K, properties: Properties = {}, ...children: Child[]): HTMLElementTagNameMap[K] {
+    tag: K,
+    properties: Properties = {},
+    ...children: Child[]
+): HTMLElementTagNameMap[K] {
     return fill(document.createElement(tag), properties, children);
 }
 
 // The same for SVG.
 export function svg<K extends keyof SVGElementTagNameMap>(
-    tag: K, properties: Properties = {}, ...children: Child[]): SVGElementTagNameMap[K] {
+    tag: K,
+    properties: Properties = {},
+    ...children: Child[]
+): SVGElementTagNameMap[K] {
     return fill(document.createElementNS("http://www.w3.org/2000/svg", tag), properties, children);
 }
 
@@ -41,7 +47,11 @@ export function byId<E extends HTMLElement = HTMLElement>(id: string): E {
     return element as E;
 }
 
-export function button(label: string, onclick: () => void, properties: Properties = {}): HTMLButtonElement {
+export function button(
+    label: string,
+    onclick: () => void,
+    properties: Properties = {},
+): HTMLButtonElement {
     return html("button", { type: "button", onclick, ...properties }, label);
 }
 

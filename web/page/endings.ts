@@ -16,18 +16,43 @@ const PAT = { color: "--tree-pat", name: "good enough without a capture" };
 const DRAW = { color: "--tree-draw", name: "draw" };
 const MATE = { color: "--tree-mate", name: "checkmate" };
 
-export const GROUPS: EndingGroup[] = [SEARCHED, TABLE, SKIPPED, QUIET, FAR, DEEPEST, PAT, DRAW, MATE];
+export const GROUPS: EndingGroup[] = [
+    SEARCHED,
+    TABLE,
+    SKIPPED,
+    QUIET,
+    FAR,
+    DEEPEST,
+    PAT,
+    DRAW,
+    MATE,
+];
 
 const ENDINGS: Record<Ending, [EndingGroup, string]> = {
     [Ending.Searched]: [SEARCHED, "The position after it was searched."],
     [Ending.Repetition]: [DRAW, "The position occurred before: a draw by repetition."],
-    [Ending.Table]: [TABLE, "The table held its score from an earlier search, so it was not searched again."],
+    [Ending.Table]: [
+        TABLE,
+        "The table held its score from an earlier search, so it was not searched again.",
+    ],
     [Ending.LmfCut]: [SKIPPED, "Skipped: the table puts it more than a pawn below the best move."],
-    [Ending.TableLmfCut]: [SKIPPED, "Skipped: the table puts it more than a pawn below the best move."],
-    [Ending.Quiet]: [QUIET, "A quiet move after the full depth: the pieces are counted after it, and nothing is searched."],
+    [Ending.TableLmfCut]: [
+        SKIPPED,
+        "Skipped: the table puts it more than a pawn below the best move.",
+    ],
+    [Ending.Quiet]: [
+        QUIET,
+        "A quiet move after the full depth: the pieces are counted after it, and nothing is searched.",
+    ],
     [Ending.DeepestPly]: [DEEPEST, "The deepest ply: the pieces are counted, whatever hangs."],
-    [Ending.OutOfReach]: [FAR, "Even with two pawns added, this capture stays too far below the window."],
-    [Ending.StandPat]: [PAT, "The side to move need not capture: its position is already good enough."],
+    [Ending.OutOfReach]: [
+        FAR,
+        "Even with two pawns added, this capture stays too far below the window.",
+    ],
+    [Ending.StandPat]: [
+        PAT,
+        "The side to move need not capture: its position is already good enough.",
+    ],
     [Ending.NoQuiscence]: [DEEPEST, "The pieces are counted; captures after it are not searched."],
     [Ending.Clock]: [DRAW, "A draw by the fifty-move rule."],
     [Ending.Checkmate]: [MATE, "Checkmate."],

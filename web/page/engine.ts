@@ -40,7 +40,7 @@ export class Engine {
 
 function startWorker(worker: Worker, module?: WebAssembly.Module): Promise<Ready> {
     return new Promise((resolve, reject) => {
-        worker.onmessage = event => {
+        worker.onmessage = (event) => {
             const answer = event.data as Ready | Failure;
             if (answer.type === "ready") {
                 resolve(answer);
@@ -48,7 +48,7 @@ function startWorker(worker: Worker, module?: WebAssembly.Module): Promise<Ready
                 reject(new Error(answer.message));
             }
         };
-        worker.onerror = event => reject(new Error(event.message));
+        worker.onerror = (event) => reject(new Error(event.message));
         const start: Start = module ? { type: "start", module } : { type: "start" };
         worker.postMessage(start);
     });
@@ -67,10 +67,17 @@ export class Client {
     }
 
     // Resolves to the final answer of type `Done`; progress answers go to the callback.
-    async ask<Done, Progress = never>(request: Request, onProgress: (answer: Progress) => void = () => {}): Promise<Done> {
+    async ask<Done, Progress = never>(
+        request: Request,
+        onProgress: (answer: Progress) => void = () => {},
+    ): Promise<Done> {
         const id = ++this.lastId;
         const answer = new Promise<Answered>((resolve, reject) => {
-            this.waiting.set(id, { onProgress: onProgress as (answer: Answered) => void, resolve, reject });
+            this.waiting.set(id, {
+                onProgress: onProgress as (answer: Answered) => void,
+                resolve,
+                reject,
+            });
         });
         answer.catch(() => {}); // a stop may come before the worker has started
         this.worker ??= this.startWorker();
@@ -79,7 +86,7 @@ export class Client {
             const asked: Asked = { id, ...request };
             worker.postMessage(asked);
         }
-        return await answer as unknown as Done;
+        return (await answer) as unknown as Done;
     }
 
     // Ends all requests at once. The next one starts a new worker.
@@ -87,7 +94,7 @@ export class Client {
         if (!this.busy) {
             return;
         }
-        void this.worker?.then(worker => worker.terminate());
+        void this.worker?.then((worker) => worker.terminate());
         this.worker = this.startWorker();
         const ended = [...this.waiting.values()];
         this.waiting.clear();
@@ -98,8 +105,8 @@ export class Client {
 
     private async startWorker(): Promise<Worker> {
         const worker = await this.engine.start();
-        worker.onmessage = event => this.receive(event.data as Answered);
-        worker.onerror = event => this.fail(event.message);
+        worker.onmessage = (event) => this.receive(event.data as Answered);
+        worker.onerror = (event) => this.fail(event.message);
         return worker;
     }
 
@@ -123,7 +130,7 @@ export class Client {
     private fail(message: string): void {
         const ended = [...this.waiting.values()];
         this.waiting.clear();
-        void this.worker?.then(worker => worker.terminate());
+        void this.worker?.then((worker) => worker.terminate());
         this.worker = null;
         for (const waiting of ended) {
             waiting.reject(new Error(message));

@@ -15,8 +15,14 @@ export class Explanation {
     private refutation: (() => void) | null = null;
     private asked: { base: GameText; line: string[] } | null = null;
 
-    constructor(private readonly analyst: Client, private readonly rules: Client, private readonly game: Game,
-                private readonly stage: Stage, private readonly tree: TreePanel, private readonly depth: () => number) {
+    constructor(
+        private readonly analyst: Client,
+        private readonly rules: Client,
+        private readonly game: Game,
+        private readonly stage: Stage,
+        private readonly tree: TreePanel,
+        private readonly depth: () => number,
+    ) {
         byId("show-refutation").addEventListener("click", () => this.refutation?.());
         byId("add-move").addEventListener("click", () => void this.addMove());
         byId("close-why").addEventListener("click", () => this.close());
@@ -32,10 +38,11 @@ export class Explanation {
         const base = this.game.upTo(at);
         const position = await this.rules.ask<PositionDone>({ type: "position", ...base });
         const played = this.game.sans[at];
-        const caption = played === undefined
-            ? "Make a move, and Kestran says why it would not play it."
-            : `Make the move you would have played instead of ${numbered([played], this.game.firstPly + at)}.`;
-        this.stage.ask(at, position, caption, move => void this.explain(base, [move]));
+        const caption =
+            played === undefined
+                ? "Make a move, and Kestran says why it would not play it."
+                : `Make the move you would have played instead of ${numbered([played], this.game.firstPly + at)}.`;
+        this.stage.ask(at, position, caption, (move) => void this.explain(base, [move]));
         announce(caption);
     }
 
@@ -44,15 +51,26 @@ export class Explanation {
         this.onOpen();
         this.analyst.stop();
         this.asked = { base, line };
-        const position = await this.rules.ask<PositionDone>({ type: "position", fen: base.fen, moves: [...base.moves, ...line] });
+        const position = await this.rules.ask<PositionDone>({
+            type: "position",
+            fen: base.fen,
+            moves: [...base.moves, ...line],
+        });
         const root = position.fens[base.moves.length];
-        const name = numbered(position.moves.slice(base.moves.length).map(move => move.san), plyOf(root));
+        const name = numbered(
+            position.moves.slice(base.moves.length).map((move) => move.san),
+            plyOf(root),
+        );
         this.title(`Why not ${name}?`);
         try {
             await this.answer(base, line, root);
         } catch (error) {
             if (!(error instanceof Stopped)) {
-                this.say({ verdict: error instanceof Error ? error.message : "No answer.", reason: "", details: "" });
+                this.say({
+                    verdict: error instanceof Error ? error.message : "No answer.",
+                    reason: "",
+                    details: "",
+                });
             }
         }
     }
@@ -83,7 +101,12 @@ export class Explanation {
 
     // An answer that the page was delivered with, in words. `ply` is that of the position.
     write(answer: Answer, line: MoveText[], ply: number): void {
-        this.title(`Why not ${numbered(line.map(move => move.san), ply)}?`);
+        this.title(
+            `Why not ${numbered(
+                line.map((move) => move.san),
+                ply,
+            )}?`,
+        );
         this.say(answer);
     }
 
@@ -104,8 +127,12 @@ export class Explanation {
             return { from, to, kind: i % 2 === 0 ? "refutation" : "line", label: String(i + 1) };
         });
         const ply = plyOf(root) + played.length;
-        const sequel = numbered(answer.refutation.map(move => move.san), ply);
-        const caption = arrows.length > 0 ? `The refutation: ${sequel}` : byId("why-title").textContent ?? "";
+        const sequel = numbered(
+            answer.refutation.map((move) => move.san),
+            ply,
+        );
+        const caption =
+            arrows.length > 0 ? `The refutation: ${sequel}` : (byId("why-title").textContent ?? "");
         this.stage.look({ placement, lastMove: played[played.length - 1], arrows }, caption);
     }
 
@@ -116,10 +143,18 @@ export class Explanation {
             return;
         }
         const moves = [...asked.base.moves, ...asked.line];
-        const position = await this.rules.ask<PositionDone>({ type: "position", fen: asked.base.fen, moves });
+        const position = await this.rules.ask<PositionDone>({
+            type: "position",
+            fen: asked.base.fen,
+            moves,
+        });
         const placement = placementOf(position.fens[position.fens.length - 1]);
         const view = { placement, lastMove: parseStep(moves[moves.length - 1]) };
-        this.stage.askIn(view, position, "Make the next move of the line.",
-            move => void this.explain(asked.base, [...asked.line, move]));
+        this.stage.askIn(
+            view,
+            position,
+            "Make the next move of the line.",
+            (move) => void this.explain(asked.base, [...asked.line, move]),
+        );
     }
 }

@@ -14,18 +14,27 @@ export class Files {
     private readonly dialog = byId<HTMLDialogElement>("open-dialog");
     private readonly text = byId<HTMLTextAreaElement>("open-text");
 
-    constructor(private readonly rules: Client, private readonly game: Game) {
+    constructor(
+        private readonly rules: Client,
+        private readonly game: Game,
+    ) {
         byId("open").addEventListener("click", () => this.show());
         byId("open-cancel").addEventListener("click", () => this.dialog.close());
         byId("open-load").addEventListener("click", () => void this.load(this.text.value));
-        byId<HTMLInputElement>("open-file").addEventListener("change", event => {
+        byId<HTMLInputElement>("open-file").addEventListener("change", (event) => {
             void this.loadFile((event.target as HTMLInputElement).files?.[0]);
         });
         byId("copy-fen").addEventListener("click", () => void this.copy(this.fen(), "FEN"));
-        byId("copy-pgn").addEventListener("click", () => void this.pgn().then(pgn => this.copy(pgn, "PGN")));
-        byId("save-pgn").addEventListener("click", () => void this.pgn().then(pgn => saveText(pgn, "kestran.pgn")));
-        document.addEventListener("dragover", event => event.preventDefault());
-        document.addEventListener("drop", event => this.onDrop(event));
+        byId("copy-pgn").addEventListener(
+            "click",
+            () => void this.pgn().then((pgn) => this.copy(pgn, "PGN")),
+        );
+        byId("save-pgn").addEventListener(
+            "click",
+            () => void this.pgn().then((pgn) => saveText(pgn, "kestran.pgn")),
+        );
+        document.addEventListener("dragover", (event) => event.preventDefault());
+        document.addEventListener("drop", (event) => this.onDrop(event));
     }
 
     show(): void {
@@ -45,7 +54,9 @@ export class Files {
         const { game } = this;
         const result = game.state.end?.result ?? game.result;
         const all = game.upTo(game.moves.length);
-        return (await this.rules.ask<TextDone>({ type: "writePgn", ...all, tags: game.tags, result })).text;
+        return (
+            await this.rules.ask<TextDone>({ type: "writePgn", ...all, tags: game.tags, result })
+        ).text;
     }
 
     private onDrop(event: DragEvent): void {
@@ -78,13 +89,21 @@ export class Files {
         byId("open-games").replaceChildren();
         try {
             if (/^[^[\]\n]*\/[^[\]\n]*$/.test(trimmed)) {
-                const { turn } = await this.rules.ask<PositionDone>({ type: "position", fen: trimmed, moves: [] });
+                const { turn } = await this.rules.ask<PositionDone>({
+                    type: "position",
+                    fen: trimmed,
+                    moves: [],
+                });
                 await this.take({ fen: trimmed, moves: [], tags: [], result: "*" }, turn);
             } else {
-                await this.choose(await this.rules.ask<PgnDone>({ type: "readPgn", text, most: MOST_LISTED }));
+                await this.choose(
+                    await this.rules.ask<PgnDone>({ type: "readPgn", text, most: MOST_LISTED }),
+                );
             }
         } catch (error) {
-            this.fail(error instanceof Refused ? place(error) : `It cannot be read: ${String(error)}`);
+            this.fail(
+                error instanceof Refused ? place(error) : `It cannot be read: ${String(error)}`,
+            );
         }
     }
 
@@ -94,13 +113,32 @@ export class Files {
         } else if (games.length === 1) {
             await this.take(games[0]);
         } else {
-            const items = games.map(game => html("li", {},
-                html("button", { type: "button", class: "plain", onclick: () => void this.take(game) }, gameName(game))));
-            byId("open-games").replaceChildren(html("p", {}, `${countText(count)} games. Choose one${count > games.length ? ` of the first ${games.length}` : ""}:`), html("ul", {}, ...items));
+            const items = games.map((game) =>
+                html(
+                    "li",
+                    {},
+                    html(
+                        "button",
+                        { type: "button", class: "plain", onclick: () => void this.take(game) },
+                        gameName(game),
+                    ),
+                ),
+            );
+            byId("open-games").replaceChildren(
+                html(
+                    "p",
+                    {},
+                    `${countText(count)} games. Choose one${count > games.length ? ` of the first ${games.length}` : ""}:`,
+                ),
+                html("ul", {}, ...items),
+            );
         }
     }
 
-    private async take(game: Omit<PgnGame, "texts">, person: "w" | "b" | "both" = "both"): Promise<void> {
+    private async take(
+        game: Omit<PgnGame, "texts">,
+        person: "w" | "b" | "both" = "both",
+    ): Promise<void> {
         this.onTake(person);
         await this.game.load(game.fen, game.moves, game.tags, game.result);
         this.close();
@@ -135,13 +173,16 @@ function place(error: Refused): string {
 
 // "Anderssen - Kieseritzky, London 1851".
 export function gameName(game: Pick<PgnGame, "tags">): string {
-    const tag = (name: string): string => game.tags.find(at => at.name === name)?.value ?? "?";
-    const event = [tag("Event"), tag("Date")].filter(text => !text.startsWith("?")).join(" ");
+    const tag = (name: string): string => game.tags.find((at) => at.name === name)?.value ?? "?";
+    const event = [tag("Event"), tag("Date")].filter((text) => !text.startsWith("?")).join(" ");
     return `${tag("White")} \u2013 ${tag("Black")}${event ? `, ${event}` : ""}`;
 }
 
 export function saveText(text: string, name: string): void {
-    const link = html("a", { href: URL.createObjectURL(new Blob([text], { type: "application/x-chess-pgn" })), download: name });
+    const link = html("a", {
+        href: URL.createObjectURL(new Blob([text], { type: "application/x-chess-pgn" })),
+        download: name,
+    });
     link.click();
     setTimeout(() => URL.revokeObjectURL(link.href), 1000);
 }

@@ -27,11 +27,11 @@ export class Game {
     }
 
     get moves(): string[] {
-        return this.state.moves.map(move => move.uci);
+        return this.state.moves.map((move) => move.uci);
     }
 
     get sans(): string[] {
-        return this.state.moves.map(move => move.san);
+        return this.state.moves.map((move) => move.san);
     }
 
     // The ply of the start position, as its move number says.
@@ -57,7 +57,12 @@ export class Game {
     }
 
     // Replaces the game. If the engine refuses it, the game stays and the promise is rejected.
-    async load(fen: string, moves: string[], tags: Tag[] = [], result: Result = "*"): Promise<void> {
+    async load(
+        fen: string,
+        moves: string[],
+        tags: Tag[] = [],
+        result: Result = "*",
+    ): Promise<void> {
         const answer = await this.rules.ask<PositionDone>({ type: "position", fen, moves });
         this.fen = fen;
         this.answer = answer;
@@ -71,6 +76,10 @@ export class Game {
     }
 
     async takeBack(count: number): Promise<void> {
-        await this.load(this.fen, this.moves.slice(0, Math.max(0, this.moves.length - count)), this.tags);
+        await this.load(
+            this.fen,
+            this.moves.slice(0, Math.max(0, this.moves.length - count)),
+            this.tags,
+        );
     }
 }

@@ -28,8 +28,13 @@ interface Palette {
 }
 
 export class Icicle {
-    readonly canvas = html("canvas", { class: "icicle", tabindex: 0, role: "application",
-        "aria-roledescription": "search tree", "aria-label": "The tree of the search" });
+    readonly canvas = html("canvas", {
+        class: "icicle",
+        tabindex: 0,
+        role: "application",
+        "aria-roledescription": "search tree",
+        "aria-label": "The tree of the search",
+    });
     readonly selected = new Signal<number>(); // by the person; -1 is the root
     readonly hovered = new Signal<number | null>();
     private tree: SearchTree | null = null;
@@ -45,12 +50,12 @@ export class Icicle {
 
     constructor() {
         const canvas = select<HTMLCanvasElement, unknown>(this.canvas);
-        this.zooming.filter(event => this.wantsZoom(event)).on("zoom", () => this.redraw());
+        this.zooming.filter((event) => this.wantsZoom(event)).on("zoom", () => this.redraw());
         canvas.call(this.zooming).on("dblclick.zoom", null);
-        canvas.on("click", event => this.onClick(event));
-        canvas.on("pointermove", event => this.hovered.send(this.recordAt(event)));
+        canvas.on("click", (event) => this.onClick(event));
+        canvas.on("pointermove", (event) => this.hovered.send(this.recordAt(event)));
         canvas.on("pointerleave", () => this.hovered.send(null));
-        canvas.on("keydown", event => this.onKey(event));
+        canvas.on("keydown", (event) => this.onKey(event));
         new ResizeObserver(() => this.resize()).observe(this.canvas);
     }
 
@@ -86,30 +91,33 @@ export class Icicle {
     // From which place to which, in records.
     private view(): [number, number] {
         const { k, x } = zoomTransform(this.canvas);
-        const scale = this.width * k / this.tree!.count;
+        const scale = (this.width * k) / this.tree!.count;
         return [-x / scale, (this.width - x) / scale];
     }
 
     private transformFor(from: number, to: number): ZoomTransform {
         const count = this.tree!.count;
         const k = Math.min(this.greatestZoom(), count / Math.max(1e-9, to - from));
-        return zoomIdentity.translate(-from / count * this.width * k, 0).scale(k);
+        return zoomIdentity.translate((-from / count) * this.width * k, 0).scale(k);
     }
 
     private setView(from: number, to: number): void {
         cancelAnimationFrame(this.animation);
-        select<HTMLCanvasElement, unknown>(this.canvas).call(this.zooming.transform, this.transformFor(from, to));
+        select<HTMLCanvasElement, unknown>(this.canvas).call(
+            this.zooming.transform,
+            this.transformFor(from, to),
+        );
     }
 
     private greatestZoom(): number {
-        return Math.max(1, this.tree!.count * WIDEST_RECORD / Math.max(1, this.width));
+        return Math.max(1, (this.tree!.count * WIDEST_RECORD) / Math.max(1, this.width));
     }
 
     private span(index: number): [number, number] {
         return index < 0 ? [0, this.tree!.count] : [index, index + this.tree!.size[index]];
     }
 
-    zoomTo(index: number): void {
+    private zoomTo(index: number): void {
         if (this.tree && this.tree.count > 0) {
             this.animateTo(...this.span(index));
         }
@@ -122,7 +130,7 @@ export class Icicle {
         }
         const [from, to] = this.view();
         const [start, end] = this.span(index);
-        const wide = (end - start) / (to - from) * this.width >= 3;
+        const wide = ((end - start) / (to - from)) * this.width >= 3;
         if (start < from || end > to || !wide) {
             const parent = this.tree.records.parent(index);
             const [first, last] = this.span(parent);
@@ -215,13 +223,21 @@ export class Icicle {
         const at = this.selection;
         const parent = at < 0 ? -1 : tree.records.parent(at);
         switch (key) {
-        case "ArrowDown": return tree.children(at)[0] ?? null;
-        case "ArrowUp": case "Escape": return parent;
-        case "ArrowLeft": return at < 0 ? null : tree.sibling(at, -1);
-        case "ArrowRight": return at < 0 ? null : tree.sibling(at, 1);
-        case "Enter": return at;
-        case "Home": return -1;
-        default: return null;
+            case "ArrowDown":
+                return tree.children(at)[0] ?? null;
+            case "ArrowUp":
+            case "Escape":
+                return parent;
+            case "ArrowLeft":
+                return at < 0 ? null : tree.sibling(at, -1);
+            case "ArrowRight":
+                return at < 0 ? null : tree.sibling(at, 1);
+            case "Enter":
+                return at;
+            case "Home":
+                return -1;
+            default:
+                return null;
         }
     }
 
@@ -242,10 +258,17 @@ export class Icicle {
         [this.width, this.height] = [clientWidth, clientHeight];
         this.canvas.width = Math.round(clientWidth * ratio);
         this.canvas.height = Math.round(clientHeight * ratio);
-        this.zooming.extent([[0, 0], [this.width, this.height]])
-            .translateExtent([[0, 0], [this.width, this.height]])
+        this.zooming
+            .extent([
+                [0, 0],
+                [this.width, this.height],
+            ])
+            .translateExtent([
+                [0, 0],
+                [this.width, this.height],
+            ])
             .scaleExtent([1, this.greatestZoom()]);
-        this.setView(...(view ?? [0, this.tree.count] as [number, number]));
+        this.setView(...(view ?? ([0, this.tree.count] as [number, number])));
         this.redraw();
     }
 
@@ -258,9 +281,12 @@ export class Icicle {
         const style = getComputedStyle(this.canvas);
         const color = (name: string): string => style.getPropertyValue(name).trim();
         this.palette ??= {
-            groups: GROUPS.map(group => color(group.color)),
-            texts: GROUPS.map(group => color(`${group.color}-text`)),
-            page: color("--sheet"), text: color("--text"), accent: color("--accent"), cut: color("--tree-cut"),
+            groups: GROUPS.map((group) => color(group.color)),
+            texts: GROUPS.map((group) => color(`${group.color}-text`)),
+            page: color("--sheet"),
+            text: color("--text"),
+            accent: color("--accent"),
+            cut: color("--tree-cut"),
         };
         return this.palette;
     }
@@ -310,7 +336,14 @@ export class Icicle {
                 const gap = width > 4 ? 1 : 0;
                 context.fillRect(x, y, width - gap, height - 1);
                 if (width > 8) {
-                    this.drawInside(context, colors, record, Math.max(0, x), y, Math.min(this.width, x + width) - 1);
+                    this.drawInside(
+                        context,
+                        colors,
+                        record,
+                        Math.max(0, x),
+                        y,
+                        Math.min(this.width, x + width) - 1,
+                    );
                 }
                 ++i;
             }
@@ -318,8 +351,14 @@ export class Icicle {
     }
 
     // The label of a box and the mark of a cut-off.
-    private drawInside(context: CanvasRenderingContext2D, colors: Palette, record: number, left: number, y: number,
-                       right: number): void {
+    private drawInside(
+        context: CanvasRenderingContext2D,
+        colors: Palette,
+        record: number,
+        left: number,
+        y: number,
+        right: number,
+    ): void {
         const height = this.rowHeight();
         if (this.tree!.failedHigh(record)) {
             context.fillStyle = colors.cut;
@@ -361,7 +400,10 @@ export class Icicle {
         context.lineWidth = 2.5;
         for (const record of this.tree!.path(this.selection)) {
             const left = Math.max(-4, (record - from) * scale);
-            const right = Math.min(this.width + 4, (record + this.tree!.size[record] - from) * scale);
+            const right = Math.min(
+                this.width + 4,
+                (record + this.tree!.size[record] - from) * scale,
+            );
             const y = ROOT_HEIGHT + this.tree!.ply[record] * height;
             context.strokeRect(left + 1, y + 1, Math.max(2, right - left - 3), height - 3);
         }

@@ -17,5 +17,8 @@ export function makeLevels(ratings: number[]): Level[] {
 }
 
 export function defaultLevel(levels: Level[]): number {
-    return Math.max(0, levels.findIndex(level => level.elo === DEFAULT_RATING));
+    return Math.max(
+        0,
+        levels.findIndex((level) => level.elo === DEFAULT_RATING),
+    );
 }

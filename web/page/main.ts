@@ -24,7 +24,7 @@ const DEFAULT_DEPTH = 4;
 const MOST_DEPTH = 8;
 const MOST_FIRST_DEPTH = 5; // that the page records without being asked
 
-const engine = new Engine(JSON.parse(byId("engine").textContent ?? "\"\"") as string);
+const engine = new Engine(JSON.parse(byId("engine").textContent ?? '""') as string);
 const rules = new Client(engine); // answers at once
 const player = new Client(engine); // the engine's side of the game
 const analyst = new Client(engine); // everything that takes its time
@@ -38,7 +38,9 @@ const theme = new Theme();
 const tree = new TreePanel(analyst, rules, stage);
 const depthChoice = byId<HTMLSelectElement>("depth");
 new MoveList(game, stage);
-const explanation = new Explanation(analyst, rules, game, stage, tree, () => Number(depthChoice.value));
+const explanation = new Explanation(analyst, rules, game, stage, tree, () =>
+    Number(depthChoice.value),
+);
 const review = new Review(analyst, game, stage);
 const files = new Files(rules, game);
 const person = byId<HTMLSelectElement>("person");
@@ -54,19 +56,26 @@ function say(text: string): void {
 // After each change: keep it, announce it, let the engine answer.
 function onChange(): void {
     saveState();
-    review.clear();
+    review.reset();
     const { state, sans, firstPly } = game;
     if (sans.length > 0) {
         const mover = sideName((firstPly + sans.length - 1) % 2 === 0 ? "w" : "b");
-        announce(`${mover}: ${spokenMove(sans[sans.length - 1])}. ${state.end ? state.end.text : `${sideName(state.turn)} to move.`}`);
+        announce(
+            `${mover}: ${spokenMove(sans[sans.length - 1])}. ${state.end ? state.end.text : `${sideName(state.turn)} to move.`}`,
+        );
     }
     void opponent.reply();
 }
 
 function saveState(): void {
     save({
-        fen: game.startFen, moves: game.moves, tags: game.tags, level: Number(levelChoice.value), person: opponent.person,
-        flipped: stage.flipped, theme: theme.choice,
+        fen: game.startFen,
+        moves: game.moves,
+        tags: game.tags,
+        level: Number(levelChoice.value),
+        person: opponent.person,
+        flipped: stage.flipped,
+        theme: theme.choice,
     });
 }
 
@@ -98,9 +107,15 @@ async function playText(): Promise<void> {
     const input = byId<HTMLInputElement>("move-text");
     const plain = (text: string): string => text.replace(/[+#!?=\s]/g, "").replace(/0/g, "O");
     const wanted = plain(input.value);
-    const move = game.state.legal.find(legal => plain(legal.san) === wanted || legal.uci === input.value.trim());
+    const move = game.state.legal.find(
+        (legal) => plain(legal.san) === wanted || legal.uci === input.value.trim(),
+    );
     const mayMove = stage.canMove(game.state.turn) && !game.state.end;
-    byId("move-error").textContent = !mayMove ? "It is not your move." : !move ? `"${input.value}" is not a legal move here.` : "";
+    byId("move-error").textContent = !mayMove
+        ? "It is not your move."
+        : !move
+          ? `"${input.value}" is not a legal move here.`
+          : "";
     if (move && mayMove) {
         input.value = "";
         await game.play(move.uci);
@@ -133,7 +148,9 @@ async function record(at: number, title: string): Promise<void> {
 
 function positionName(at: number): string {
     const { sans, firstPly } = game;
-    return at === 0 ? "The search of the first position" : `The search after ${numbered([sans[at - 1]], firstPly + at - 1)}`;
+    return at === 0
+        ? "The search of the first position"
+        : `The search after ${numbered([sans[at - 1]], firstPly + at - 1)}`;
 }
 
 // The tree opens with the search of the engine's last move.
@@ -147,7 +164,9 @@ function onTab(): void {
         if (at === opponent.last?.at && opponent.last.depth > 1) {
             depthChoice.value = String(Math.min(MOST_FIRST_DEPTH, opponent.last.depth));
         }
-        const title = played ? `The search for ${numbered([played], game.firstPly + at)}` : positionName(at);
+        const title = played
+            ? `The search for ${numbered([played], game.firstPly + at)}`
+            : positionName(at);
         void record(at, title);
     } else {
         tree.look();
@@ -163,7 +182,11 @@ async function showEmbedded(search: EmbeddedSearch): Promise<void> {
     tabs.openQuietly("tree");
     explanation.write(search.answer, search.line, plyOf(game.state.fens[search.moves.length]));
     await tree.record(base, search.depth, "Where the search left it", search.hash);
-    await explanation.show(search.answer, search.line.map(move => move.uci), game.state.fens[search.moves.length]);
+    await explanation.show(
+        search.answer,
+        search.line.map((move) => move.uci),
+        game.state.fens[search.moves.length],
+    );
 }
 
 // ---- Start ----
@@ -178,23 +201,32 @@ function fillChoices(ratings: number[]): void {
     levelChoice.append(...levels.map(({ name }, i) => html("option", { value: i }, name)));
     setLevel(defaultLevel(levels));
     for (let depth = 1; depth <= MOST_DEPTH; ++depth) {
-        depthChoice.append(html("option", { value: depth }, `${depth} ${depth === 1 ? "ply" : "plies"}`));
+        depthChoice.append(
+            html("option", { value: depth }, `${depth} ${depth === 1 ? "ply" : "plies"}`),
+        );
     }
     depthChoice.value = String(DEFAULT_DEPTH);
 }
 
 function connect(): void {
-    const onClick = (id: string, action: () => unknown): void => byId(id).addEventListener("click", () => void action());
+    const onClick = (id: string, action: () => unknown): void =>
+        byId(id).addEventListener("click", () => void action());
     onClick("new", newGame);
     onClick("undo", undo);
     onClick("hint", () => opponent.hint());
-    onClick("flip", () => { flip(!stage.flipped); saveState(); });
+    onClick("flip", () => {
+        flip(!stage.flipped);
+        saveState();
+    });
     onClick("why-not", askWhy);
     onClick("record", () => record(stage.place, positionName(stage.place)));
     onClick("review-open", () => files.show());
     onClick("about", () => byId<HTMLDialogElement>("about-dialog").showModal());
     onClick("about-close", () => byId<HTMLDialogElement>("about-dialog").close());
-    byId("move-form").addEventListener("submit", event => { event.preventDefault(); void playText(); });
+    byId("move-form").addEventListener("submit", (event) => {
+        event.preventDefault();
+        void playText();
+    });
     person.addEventListener("change", () => {
         setPerson(person.value);
         flip(opponent.person === "b");
@@ -202,25 +234,44 @@ function connect(): void {
         saveState();
         void opponent.reply();
     });
-    levelChoice.addEventListener("change", () => { setLevel(Number(levelChoice.value)); saveState(); });
-    document.addEventListener("keydown", event => {
+    levelChoice.addEventListener("change", () => {
+        setLevel(Number(levelChoice.value));
+        saveState();
+    });
+    document.addEventListener("keydown", (event) => {
         if (event.key === "Escape" && stage.isAsking) {
             stage.showGame();
         }
     });
-    theme.changed.listen(() => { tree.recolor(); saveState(); });
+    theme.changed.listen(() => {
+        tree.recolor();
+        saveState();
+    });
     tabs.opened.listen(onTab);
     game.changed.listen(onChange);
-    stage.moved.listen(move => { say(""); void game.play(move); });
-    stage.canMove = turn => opponent.isPersonsTurn(turn);
+    stage.moved.listen((move) => {
+        say("");
+        void game.play(move);
+    });
+    stage.canMove = (turn) => opponent.isPersonsTurn(turn);
     opponent.onState = say;
     files.onState = say;
-    files.onTake = side => { opponent.stop(); opponent.last = null; setPerson(side); say(""); };
-    tree.onBegin = (position, title) => thinking.begin({
-        whiteToMove: position.turn === "w", ply: plyOf(position.fens[position.fens.length - 1]), title,
-    });
-    tree.onPass = pass => thinking.add(pass);
-    explanation.onOpen = () => { tabs.openQuietly("tree"); };
+    files.onTake = (side) => {
+        opponent.stop();
+        opponent.last = null;
+        setPerson(side);
+        say("");
+    };
+    tree.onBegin = (position, title) =>
+        thinking.begin({
+            whiteToMove: position.turn === "w",
+            ply: plyOf(position.fens[position.fens.length - 1]),
+            title,
+        });
+    tree.onPass = (pass) => thinking.add(pass);
+    explanation.onOpen = () => {
+        tabs.openQuietly("tree");
+    };
     review.pgn = () => files.pgn();
     review.onWhy = (at, move) => void explanation.explain(game.upTo(at), [move]);
 }
@@ -257,5 +308,6 @@ async function start(): Promise<void> {
 }
 
 start().catch((error: unknown) => {
-    byId("caption").textContent = `The engine does not start: ${error instanceof Error ? error.message : String(error)}`;
+    byId("caption").textContent =
+        `The engine does not start: ${error instanceof Error ? error.message : String(error)}`;
 });

@@ -6,7 +6,10 @@ import type { Stage } from "./stage";
 export class MoveList {
     private readonly list = byId("moves");
 
-    constructor(private readonly game: Game, private readonly stage: Stage) {
+    constructor(
+        private readonly game: Game,
+        private readonly stage: Stage,
+    ) {
         stage.shown.listen(() => this.draw());
         byId("first").addEventListener("click", () => stage.showGame(0));
         byId("previous").addEventListener("click", () => stage.showGame(stage.place - 1));
@@ -19,12 +22,15 @@ export class MoveList {
         const rows: HTMLElement[] = [];
         for (let ply = firstPly & ~1; ply < firstPly + sans.length; ply += 2) {
             const number = html("span", { class: "number" }, `${ply / 2 + 1}.`);
-            rows.push(html("li", {}, number, this.move(ply - firstPly), this.move(ply + 1 - firstPly)));
+            rows.push(
+                html("li", {}, number, this.move(ply - firstPly), this.move(ply + 1 - firstPly)),
+            );
         }
         this.list.replaceChildren(...rows);
         byId("no-moves").hidden = sans.length > 0;
         byId("some-moves").hidden = sans.length === 0;
-        byId("result").textContent = this.game.state.end?.result ?? (this.game.result === "*" ? "" : this.game.result);
+        byId("result").textContent =
+            this.game.state.end?.result ?? (this.game.result === "*" ? "" : this.game.result);
         this.keepInSight();
     }
 
@@ -34,9 +40,16 @@ export class MoveList {
             return html("span", {}, index < 0 ? "\u2026" : "");
         }
         const isShown = index + 1 === this.stage.place;
-        return html("button", {
-            type: "button", class: "move", "aria-current": isShown ? "true" : null, onclick: () => this.stage.showGame(index + 1),
-        }, san);
+        return html(
+            "button",
+            {
+                type: "button",
+                class: "move",
+                "aria-current": isShown ? "true" : null,
+                onclick: () => this.stage.showGame(index + 1),
+            },
+            san,
+        );
     }
 
     // Scrolls only the list, never the page.

@@ -19,8 +19,12 @@ export class Opponent {
     // The game before the last move that it chose, and how deep it searched.
     last: { at: number; depth: number } | null = null;
 
-    constructor(private readonly client: Client, private readonly game: Game, private readonly stage: Stage,
-                private readonly thinking: Thinking) {}
+    constructor(
+        private readonly client: Client,
+        private readonly game: Game,
+        private readonly stage: Stage,
+        private readonly thinking: Thinking,
+    ) {}
 
     isPersonsTurn(turn: "w" | "b"): boolean {
         return this.person === "both" || this.person === turn;
@@ -40,8 +44,11 @@ export class Opponent {
         const started = performance.now();
         this.onState("Kestran is thinking");
         const done = await this.search(this.level.limits, true, this.level.elo);
-        await new Promise(resolve => setTimeout(resolve, LEAST_MILLIS - (performance.now() - started)));
-        const isOutdated = this.game.moves.length !== at || this.isPersonsTurn(this.game.state.turn);
+        await new Promise((resolve) =>
+            setTimeout(resolve, LEAST_MILLIS - (performance.now() - started)),
+        );
+        const isOutdated =
+            this.game.moves.length !== at || this.isPersonsTurn(this.game.state.turn);
         if (done && !isOutdated) {
             this.onState(done.fromBook ? "Kestran answers from its opening book" : "");
             this.last = { at, depth: this.thinking.best?.depth ?? 0 };
@@ -64,22 +71,37 @@ export class Opponent {
         const { turn } = this.game.state;
         const move = parseStep(done.best.uci);
         const best = this.thinking.best;
-        const score = best ? `, ${forWhite(turn === "w" ? best.score : negated(best.score), true)} for White` : "";
+        const score = best
+            ? `, ${forWhite(turn === "w" ? best.score : negated(best.score), true)} for White`
+            : "";
         this.stage.point([{ from: move.from, to: move.to, kind: "choice" }]);
         this.onState(`Hint: ${numbered([done.best.san], this.game.firstPly + at)}${score}`);
     }
 
     // Null if the search was stopped.
-    private async search(limits: Limits, useBook: boolean, elo?: number): Promise<SearchDone | null> {
+    private async search(
+        limits: Limits,
+        useBook: boolean,
+        elo?: number,
+    ): Promise<SearchDone | null> {
         const at = this.game.moves.length;
         const { turn } = this.game.state;
         this.thinking.begin({
-            whiteToMove: turn === "w", ply: this.game.firstPly + at,
+            whiteToMove: turn === "w",
+            ply: this.game.firstPly + at,
             title: useBook ? "Kestran\u2019s last move" : "The hint",
         });
         try {
-            const request = { type: "search" as const, ...this.game.upTo(at), limits, useBook, elo };
-            return await this.client.ask<SearchDone, Pass>(request, pass => this.thinking.add(pass));
+            const request = {
+                type: "search" as const,
+                ...this.game.upTo(at),
+                limits,
+                useBook,
+                elo,
+            };
+            return await this.client.ask<SearchDone, Pass>(request, (pass) =>
+                this.thinking.add(pass),
+            );
         } catch (error) {
             if (error instanceof Stopped) {
                 this.onState("");

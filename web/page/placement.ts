@@ -20,7 +20,10 @@ export function squareNumber(name: string): number {
 }
 
 export function placementOf(fen: string): Placement {
-    return fen.split(" ")[0].replace(/\//g, "").replace(/[1-8]/g, digits => ".".repeat(Number(digits)));
+    return fen
+        .split(" ")[0]
+        .replace(/\//g, "")
+        .replace(/[1-8]/g, (digits) => ".".repeat(Number(digits)));
 }
 
 // A move in long algebraic text, such as "e7e8q".
@@ -78,11 +81,13 @@ export function labelOf(placement: Placement, step: Step): string {
 
 // Before a line's moves: "12. Nf3 d5 13. c4", "12... d5 13. c4". `ply` counts from 0, White's first move.
 export function numbered(sans: readonly string[], ply: number): string {
-    return sans.map((san, i) => {
-        const at = ply + i;
-        const number = `${(at >> 1) + 1}`;
-        return at % 2 === 0 ? `${number}. ${san}` : i === 0 ? `${number}... ${san}` : san;
-    }).join(" ");
+    return sans
+        .map((san, i) => {
+            const at = ply + i;
+            const number = `${(at >> 1) + 1}`;
+            return at % 2 === 0 ? `${number}. ${san}` : i === 0 ? `${number}... ${san}` : san;
+        })
+        .join(" ");
 }
 
 // The ply of a position by its move number and side to move.

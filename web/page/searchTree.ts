@@ -25,19 +25,25 @@ export class SearchTree {
     }
 
     // Prepares a tree in slices, so that the page stays responsive. Null if `isOutdated` says so.
-    static async build(data: Records, isOutdated: () => boolean = () => false): Promise<SearchTree | null> {
+    static async build(
+        data: Records,
+        isOutdated: () => boolean = () => false,
+    ): Promise<SearchTree | null> {
         const tree = new SearchTree(new RecordView(data.data));
         const counts = new Array<number>(256).fill(0);
-        const done = await inSlices(tree.count, isOutdated, index => tree.placeRecord(index, counts))
-            && await inSlices(tree.count, isOutdated, index => tree.addToParent(tree.count - 1 - index));
+        const done =
+            (await inSlices(tree.count, isOutdated, (index) => tree.placeRecord(index, counts))) &&
+            (await inSlices(tree.count, isOutdated, (index) =>
+                tree.addToParent(tree.count - 1 - index),
+            ));
         if (!done) {
             return null;
         }
-        for (const count of counts.filter(count => count > 0)) {
+        for (const count of counts.filter((count) => count > 0)) {
             tree.levels.push(new Uint32Array(count));
         }
         const ends = new Array<number>(tree.levels.length).fill(0);
-        const listed = await inSlices(tree.count, isOutdated, index => {
+        const listed = await inSlices(tree.count, isOutdated, (index) => {
             const ply = tree.ply[index];
             tree.levels[ply][ends[ply]++] = index;
         });
@@ -132,12 +138,27 @@ export class SearchTree {
 
 // The numbers of MoveEnding in src/search/moveEnding.h.
 export enum Ending {
-    Searched, Repetition, Table, LmfCut, TableLmfCut, Quiet, DeepestPly, OutOfReach, StandPat, NoQuiscence, Clock,
-    Checkmate, Stalemate,
+    Searched,
+    Repetition,
+    Table,
+    LmfCut,
+    TableLmfCut,
+    Quiet,
+    DeepestPly,
+    OutOfReach,
+    StandPat,
+    NoQuiscence,
+    Clock,
+    Checkmate,
+    Stalemate,
 }
 
 // Calls `work` for 0 to count - 1 and lets the page breathe in between. False if outdated.
-async function inSlices(count: number, isOutdated: () => boolean, work: (index: number) => void): Promise<boolean> {
+async function inSlices(
+    count: number,
+    isOutdated: () => boolean,
+    work: (index: number) => void,
+): Promise<boolean> {
     let started = performance.now();
     for (let index = 0; index < count;) {
         const end = Math.min(count, index + SLICE);
@@ -145,7 +166,7 @@ async function inSlices(count: number, isOutdated: () => boolean, work: (index: 
             work(index);
         }
         if (performance.now() - started > SLICE_MILLIS) {
-            await new Promise(resolve => setTimeout(resolve));
+            await new Promise((resolve) => setTimeout(resolve));
             started = performance.now();
         }
         if (isOutdated()) {

@@ -12,14 +12,20 @@ import { sideName } from "./words";
 type Mode =
     | { kind: "game" }
     | { kind: "looking"; view: View; caption: string }
-    | { kind: "asking"; view: View; legal: string[]; caption: string; answer: (move: string) => void };
+    | {
+          kind: "asking";
+          view: View;
+          legal: string[];
+          caption: string;
+          answer: (move: string) => void;
+      };
 
 export class Stage {
     readonly moved = new Signal<string>(); // the person has made a move in the game
     readonly shown = new Signal<void>(); // another position of the game is shown
     canMove: (turn: "w" | "b") => boolean = () => true;
     flipped = false;
-    private readonly board = new Board("Chess board", moves => void this.onMoves(moves));
+    private readonly board = new Board("Chess board", (moves) => void this.onMoves(moves));
     private mode: Mode = { kind: "game" };
     private at = 0; // moves of the game before the position that is shown
     private arrows: Arrow[] = [];
@@ -70,7 +76,7 @@ export class Stage {
         const mode: Mode = { kind: "looking", view, caption };
         this.mode = mode;
         this.draw();
-        return text => {
+        return (text) => {
             mode.caption = text;
             byId("caption").textContent = this.caption();
         };
@@ -83,8 +89,19 @@ export class Stage {
     }
 
     // The same in a position that is not the game's.
-    askIn(view: View, position: PositionDone, caption: string, answer: (move: string) => void): void {
-        this.mode = { kind: "asking", view, legal: position.legal.map(move => move.uci), caption, answer };
+    askIn(
+        view: View,
+        position: PositionDone,
+        caption: string,
+        answer: (move: string) => void,
+    ): void {
+        this.mode = {
+            kind: "asking",
+            view,
+            legal: position.legal.map((move) => move.uci),
+            caption,
+            answer,
+        };
         this.draw();
     }
 
@@ -102,15 +119,20 @@ export class Stage {
 
     private async choosePromotion(moves: string[]): Promise<string | undefined> {
         const letter = await askPromotion(moves[0][3] === "8");
-        return moves.find(move => move[4] === letter);
+        return moves.find((move) => move[4] === letter);
     }
 
     private gameView(at: number): View {
         const placement = this.game.placementAfter(at);
         const isLast = at === this.game.moves.length;
-        const check = at > 0 && /[+#]$/.test(this.game.sans[at - 1]) || (isLast && this.game.state.check);
+        const check =
+            (at > 0 && /[+#]$/.test(this.game.sans[at - 1])) || (isLast && this.game.state.check);
         const white = this.game.turnAfter(at) === "w";
-        return { placement, lastMove: this.game.moveAt(at), check: check ? kingSquare(placement, white) : undefined };
+        return {
+            placement,
+            lastMove: this.game.moveAt(at),
+            check: check ? kingSquare(placement, white) : undefined,
+        };
     }
 
     private draw(): void {
@@ -123,8 +145,10 @@ export class Stage {
         } else {
             const { state } = this.game;
             const mayMove = this.isLive && !state.end && this.canMove(state.turn);
-            this.board.show({ ...this.gameView(this.at), arrows: this.arrows },
-                mayMove ? state.legal.map(move => move.uci) : []);
+            this.board.show(
+                { ...this.gameView(this.at), arrows: this.arrows },
+                mayMove ? state.legal.map((move) => move.uci) : [],
+            );
         }
     }
 
@@ -134,7 +158,9 @@ export class Stage {
         }
         const { state, sans, firstPly } = this.game;
         if (this.at < sans.length) {
-            return this.at === 0 ? "The start of the game" : `After ${numbered([sans[this.at - 1]], firstPly + this.at - 1)}`;
+            return this.at === 0
+                ? "The start of the game"
+                : `After ${numbered([sans[this.at - 1]], firstPly + this.at - 1)}`;
         }
         if (state.end) {
             return `${state.end.text} (${state.end.result})`;

@@ -14,7 +14,7 @@ export class Tabs {
         for (const name of NAMES) {
             const tab = byId(`tab-${name}`);
             tab.addEventListener("click", () => this.open(name));
-            tab.addEventListener("keydown", event => this.onKey(event, name));
+            tab.addEventListener("keydown", (event) => this.onKey(event, name));
         }
         this.open("game");
     }

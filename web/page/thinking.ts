@@ -32,13 +32,20 @@ export class Thinking {
 
     // The last pass whose line is known.
     get best(): Pass | undefined {
-        return [...this.passes].reverse().find(pass => pass.outcome === "good");
+        return [...this.passes].reverse().find((pass) => pass.outcome === "good");
     }
 
     // The first moves of the line as arrows.
     arrows(): Arrow[] {
-        const moves = (this.best?.line ?? []).slice(0, LINE_ARROWS).map(move => parseStep(move.uci));
-        return moves.map((move, i) => ({ from: move.from, to: move.to, kind: i === 0 ? "choice" : "line", label: String(i + 1) }));
+        const moves = (this.best?.line ?? [])
+            .slice(0, LINE_ARROWS)
+            .map((move) => parseStep(move.uci));
+        return moves.map((move, i) => ({
+            from: move.from,
+            to: move.to,
+            kind: i === 0 ? "choice" : "line",
+            label: String(i + 1),
+        }));
     }
 
     // Passes can arrive faster than frames.
@@ -57,10 +64,15 @@ export class Thinking {
         }
         byId("thinking-title").textContent = searched.title;
         byId("figures").replaceChildren(...this.figures(last));
-        byId("best-line").textContent = this.best && this.best.line.length > 0
-            ? numbered(this.best.line.map(move => move.san), searched.ply) : "no line yet";
+        byId("best-line").textContent =
+            this.best && this.best.line.length > 0
+                ? numbered(
+                      this.best.line.map((move) => move.san),
+                      searched.ply,
+                  )
+                : "no line yet";
         byId("pass-chart").replaceChildren(passChart(passes, searched.whiteToMove));
-        byId("pass-rows").replaceChildren(...passes.map(pass => this.row(pass)).reverse());
+        byId("pass-rows").replaceChildren(...passes.map((pass) => this.row(pass)).reverse());
     }
 
     private figures(last: Pass | undefined): HTMLElement[] {
@@ -73,17 +85,27 @@ export class Thinking {
             ["Table in use", last ? `${(last.hashfull / 10).toFixed(1)} %` : "\u2013"],
             ["Time", last ? timeText(last.time) : "\u2013"],
         ];
-        return figures.map(([name, value]) => html("div", {}, html("dt", {}, name), html("dd", {}, value)));
+        return figures.map(([name, value]) =>
+            html("div", {}, html("dt", {}, name), html("dd", {}, value)),
+        );
     }
 
     private row(pass: Pass): HTMLElement {
         const { whiteToMove, ply } = this.searched!;
-        const line = pass.outcome === "good"
-            ? numbered(pass.line.map(move => move.san), ply) : pass.reason;
-        return html("tr", { class: pass.outcome === "good" ? "" : "again" },
+        const line =
+            pass.outcome === "good"
+                ? numbered(
+                      pass.line.map((move) => move.san),
+                      ply,
+                  )
+                : pass.reason;
+        return html(
+            "tr",
+            { class: pass.outcome === "good" ? "" : "again" },
             html("th", { scope: "row" }, String(pass.depth)),
             html("td", {}, passScore(pass, whiteToMove)),
             html("td", {}, countText(pass.passNodes)),
-            html("td", {}, line));
+            html("td", {}, line),
+        );
     }
 }

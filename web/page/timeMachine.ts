@@ -13,7 +13,11 @@ export class TimeMachine {
     private describer: Describer | null = null;
     private at = -1;
     private readonly slider = byId<HTMLInputElement>("time");
-    private readonly refuted = button("Go to where this move was refuted", () => this.goToRefutation(), { id: "refuted" });
+    private readonly refuted = button(
+        "Go to where this move was refuted",
+        () => this.goToRefutation(),
+        { id: "refuted" },
+    );
 
     constructor() {
         this.slider.addEventListener("input", () => this.go(Number(this.slider.value) - 1));
@@ -21,9 +25,13 @@ export class TimeMachine {
             button("Start", () => this.go(-1)),
             button("Step back", () => this.go(this.at - 1), { id: "step-back" }),
             button("Step", () => this.go(this.at + 1), { id: "step" }),
-            button("Step over", () => this.go(this.over()), { id: "step-over", title: "Past all moves tried after this one" }),
+            button("Step over", () => this.go(this.over()), {
+                id: "step-over",
+                title: "Past all moves tried after this one",
+            }),
             button("Next cut-off", () => this.go(this.nextCut()), { id: "next-cut" }),
-            this.refuted);
+            this.refuted,
+        );
     }
 
     show(describer: Describer): void {
@@ -72,11 +80,14 @@ export class TimeMachine {
         }
         const { tree } = describer;
         this.refuted.disabled = at < 0 || tree.refutation(at) === null || !tree.failedLow(at);
-        const now = at < 0 ? "Before the first move." : `Move ${countText(at + 1)} of ${countText(tree.count)}: ${describer.name(at)}`;
+        const now =
+            at < 0
+                ? "Before the first move."
+                : `Move ${countText(at + 1)} of ${countText(tree.count)}: ${describer.name(at)}`;
         this.slider.setAttribute("aria-valuetext", now);
         byId("time-now").textContent = now;
         byId("time-ended").textContent = this.justEnded();
-        byId("path-rows").replaceChildren(...tree.path(at).map(index => this.row(index)));
+        byId("path-rows").replaceChildren(...tree.path(at).map((index) => this.row(index)));
     }
 
     // What the search had just decided when it came to this move.
@@ -95,8 +106,10 @@ export class TimeMachine {
         const ended = tree.sibling(this.at, -1)!;
         const refutation = tree.refutation(ended);
         if (refutation !== null) {
-            return `Just cut: the answers to ${describer.name(ended)} after ${describer.name(refutation)} ` +
-                `(${describer.scoreText(refutation)}), which refutes it.`;
+            return (
+                `Just cut: the answers to ${describer.name(ended)} after ${describer.name(refutation)} ` +
+                `(${describer.scoreText(refutation)}), which refutes it.`
+            );
         }
         return `Just ended: ${describer.name(ended)}, score ${describer.scoreText(ended)}. ${describer.verdict(ended)}`;
     }
@@ -105,10 +118,13 @@ export class TimeMachine {
         const describer = this.describer!;
         const isNow = index === this.at;
         const choose = button(describer.name(index), () => this.go(index), { class: "plain" });
-        return html("tr", isNow ? { "aria-current": "step" } : {},
+        return html(
+            "tr",
+            isNow ? { "aria-current": "step" } : {},
             html("th", { scope: "row" }, choose),
             html("td", {}, this.bar(index, isNow)),
-            html("td", {}, isNow ? describer.scoreText(index) : "being searched"));
+            html("td", {}, isNow ? describer.scoreText(index) : "being searched"),
+        );
     }
 
     // The window, and the score if it is known by now.
@@ -117,15 +133,34 @@ export class TimeMachine {
         const x = (value: number): number =>
             Math.max(0, Math.min(1, (value / 1000 + BAR_PAWNS) / (2 * BAR_PAWNS))) * BAR_WIDTH;
         const { floor, ceiling } = describer.window(index);
-        const bar = svg("svg", { viewBox: `0 0 ${BAR_WIDTH} ${BAR_HEIGHT}`, class: "window", role: "img",
-            "aria-label": describer.windowText(index) },
+        const bar = svg(
+            "svg",
+            {
+                viewBox: `0 0 ${BAR_WIDTH} ${BAR_HEIGHT}`,
+                class: "window",
+                role: "img",
+                "aria-label": describer.windowText(index),
+            },
             svg("title", {}, describer.windowText(index)),
             svg("rect", { width: BAR_WIDTH, height: BAR_HEIGHT, class: "outside" }),
-            svg("rect", { x: x(floor), width: Math.max(2, x(ceiling) - x(floor)), height: BAR_HEIGHT, class: "inside" }),
-            svg("line", { x1: BAR_WIDTH / 2, x2: BAR_WIDTH / 2, y2: BAR_HEIGHT, class: "zero" }));
+            svg("rect", {
+                x: x(floor),
+                width: Math.max(2, x(ceiling) - x(floor)),
+                height: BAR_HEIGHT,
+                class: "inside",
+            }),
+            svg("line", { x1: BAR_WIDTH / 2, x2: BAR_WIDTH / 2, y2: BAR_HEIGHT, class: "zero" }),
+        );
         if (isNow && !describer.tree.isSkipped(index)) {
             const at = x(describer.scoreForWhite(index));
-            bar.append(svg("circle", { cx: Math.max(4, Math.min(BAR_WIDTH - 4, at)), cy: BAR_HEIGHT / 2, r: 4, class: "score" }));
+            bar.append(
+                svg("circle", {
+                    cx: Math.max(4, Math.min(BAR_WIDTH - 4, at)),
+                    cy: BAR_HEIGHT / 2,
+                    r: 4,
+                    class: "score",
+                }),
+            );
         }
         return bar;
     }

@@ -8,7 +8,11 @@ export class TreeMoves {
     private readonly placements = new Map<number, Placement>();
 
     // `root` is the position that was searched, `whiteToMove` its side.
-    constructor(private readonly tree: SearchTree, private readonly root: Placement, private readonly whiteToMove: boolean) {}
+    constructor(
+        private readonly tree: SearchTree,
+        private readonly root: Placement,
+        private readonly whiteToMove: boolean,
+    ) {}
 
     step(index: number): Step {
         const text = this.tree.records.move(index);
@@ -27,7 +31,10 @@ export class TreeMoves {
         }
         let placement = this.placements.get(index);
         if (placement === undefined) {
-            placement = afterStep(this.placement(this.tree.records.parent(index)), this.step(index));
+            placement = afterStep(
+                this.placement(this.tree.records.parent(index)),
+                this.step(index),
+            );
             if (this.placements.size > MOST_KEPT) {
                 this.placements.clear();
             }
@@ -46,6 +53,6 @@ export class TreeMoves {
     }
 
     line(index: number): string[] {
-        return this.tree.path(index).map(at => this.tree.records.move(at));
+        return this.tree.path(index).map((at) => this.tree.records.move(at));
     }
 }

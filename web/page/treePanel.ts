@@ -34,13 +34,20 @@ export class TreePanel {
     private selection = -1;
     private version = 0; // of the tree that is shown
 
-    constructor(private readonly analyst: Client, private readonly rules: Client, private readonly stage: Stage) {
+    constructor(
+        private readonly analyst: Client,
+        private readonly rules: Client,
+        private readonly stage: Stage,
+    ) {
         byId("icicle").append(this.icicle.canvas);
         byId("detail-board").append(this.picture.element);
-        this.passChoice.addEventListener("change", () => void this.showPass(Number(this.passChoice.value)));
-        this.icicle.selected.listen(index => this.select(index, "stay"));
-        this.icicle.hovered.listen(index => this.detail(index ?? this.selection));
-        this.time.moved.listen(index => this.select(index, "follow"));
+        this.passChoice.addEventListener(
+            "change",
+            () => void this.showPass(Number(this.passChoice.value)),
+        );
+        this.icicle.selected.listen((index) => this.select(index, "stay"));
+        this.icicle.hovered.listen((index) => this.detail(index ?? this.selection));
+        this.time.moved.listen((index) => this.select(index, "follow"));
     }
 
     get isEmpty(): boolean {
@@ -53,10 +60,6 @@ export class TreePanel {
         return recording !== null && recording.depth === depth && sameGame(recording.base, base);
     }
 
-    isOf(base: GameText): boolean {
-        return this.recording !== null && sameGame(this.recording.base, base);
-    }
-
     // Records a search of a position, and shows its last pass.
     async record(base: GameText, depth: number, title: string, hash?: number): Promise<void> {
         this.analyst.stop();
@@ -66,11 +69,16 @@ export class TreePanel {
         byId("tree-title").textContent = title;
         this.onBegin(position, title);
         try {
-            await this.analyst.ask<SearchDone, Pass>({ type: "record", ...base, depth, hash }, pass => {
-                recording.passes.push(pass);
-                this.onPass(pass);
-                this.note(`Recorded depth ${pass.depth}: ${roughCount(pass.nodes)} moves \u2026`);
-            });
+            await this.analyst.ask<SearchDone, Pass>(
+                { type: "record", ...base, depth, hash },
+                (pass) => {
+                    recording.passes.push(pass);
+                    this.onPass(pass);
+                    this.note(
+                        `Recorded depth ${pass.depth}: ${roughCount(pass.nodes)} moves \u2026`,
+                    );
+                },
+            );
         } catch (error) {
             if (error instanceof Stopped) {
                 this.note("Stopped.");
@@ -78,9 +86,15 @@ export class TreePanel {
             }
             throw error;
         }
+        if (recording.passes.length === 0) {
+            this.note("There is nothing to search here: the game is over.");
+            return;
+        }
         this.recording = recording;
         this.shownPass = -1;
-        this.passChoice.replaceChildren(...recording.passes.map((at, index) => this.passOption(at, index)));
+        this.passChoice.replaceChildren(
+            ...recording.passes.map((at, index) => this.passOption(at, index)),
+        );
         byId("tree-empty").hidden = true;
         byId("tree-body").hidden = false;
         await this.showPass(recording.passes.length - 1);
@@ -161,11 +175,29 @@ export class TreePanel {
         for (let index = 0; index < tree.count; index += step, ++looked) {
             ++counts[groupOf(tree.records.ending(index))];
         }
-        const items = GROUPS.map((group, i) => ({ group, part: counts[i] / Math.max(1, looked) })).filter(item => item.part > 0);
-        const shown = items.map(({ group, part }) => html("li", {},
-            html("span", { class: `swatch ${group.color.slice(2)}` }), group.name,
-            html("span", { class: "quiet" }, part < 0.01 ? " < 1 %" : ` ${Math.round(part * 100)} %`)));
-        const cut = html("li", {}, html("span", { class: "swatch cut" }), "dark end: cut-off, the rest was not tried");
+        const items = GROUPS.map((group, i) => ({
+            group,
+            part: counts[i] / Math.max(1, looked),
+        })).filter((item) => item.part > 0);
+        const shown = items.map(({ group, part }) =>
+            html(
+                "li",
+                {},
+                html("span", { class: `swatch ${group.color.slice(2)}` }),
+                group.name,
+                html(
+                    "span",
+                    { class: "quiet" },
+                    part < 0.01 ? " < 1 %" : ` ${Math.round(part * 100)} %`,
+                ),
+            ),
+        );
+        const cut = html(
+            "li",
+            {},
+            html("span", { class: "swatch cut" }),
+            "dark end: cut-off, the rest was not tried",
+        );
         byId("legend").replaceChildren(...shown, cut);
     }
 
@@ -185,10 +217,11 @@ export class TreePanel {
         }
         const lastMove = index < 0 ? undefined : describer.moves.step(index);
         const view = { placement: describer.moves.placement(index), lastMove };
-        const caption = (line: string): string => index < 0 ? "In the search: the position itself" : `In the search: ${line}`;
+        const caption = (line: string): string =>
+            index < 0 ? "In the search: the position itself" : `In the search: ${line}`;
         const rename = this.stage.look(view, caption(describer.line(index)));
         if (index >= 0) {
-            void this.nameLine(index).then(line => {
+            void this.nameLine(index).then((line) => {
                 rename(caption(line));
                 if (index === this.selection) {
                     byId("detail-line").textContent = line;
@@ -200,8 +233,12 @@ export class TreePanel {
     private async nameLine(index: number): Promise<string> {
         const { base, position } = this.recording!;
         const line = this.describer!.moves.line(index);
-        const answer = await this.rules.ask<PositionDone>({ type: "position", fen: base.fen, moves: [...base.moves, ...line] });
-        const names = answer.moves.slice(base.moves.length).map(move => move.san);
+        const answer = await this.rules.ask<PositionDone>({
+            type: "position",
+            fen: base.fen,
+            moves: [...base.moves, ...line],
+        });
+        const names = answer.moves.slice(base.moves.length).map((move) => move.san);
         return numbered(names, plyOf(position.fens[position.fens.length - 1]));
     }
 
@@ -212,14 +249,19 @@ export class TreePanel {
         }
         this.picture.flipped = this.stage.flipped;
         this.picture.show({
-            placement: describer.moves.placement(index), lastMove: index < 0 ? undefined : describer.moves.step(index),
+            placement: describer.moves.placement(index),
+            lastMove: index < 0 ? undefined : describer.moves.step(index),
         });
-        byId("detail-line").textContent = index < 0 ? "The position that was searched" : describer.line(index);
+        byId("detail-line").textContent =
+            index < 0 ? "The position that was searched" : describer.line(index);
         byId("detail-score").textContent = index < 0 ? "" : `Score: ${describer.scoreText(index)}`;
-        byId("detail-verdict").textContent = index < 0
-            ? "Point at a box to see its move. Click it, or press Enter, to look closer." : describer.verdict(index);
+        byId("detail-verdict").textContent =
+            index < 0
+                ? "Point at a box to see its move. Click it, or press Enter, to look closer."
+                : describer.verdict(index);
         byId("detail-reason").textContent = index < 0 ? "" : describer.reason(index);
-        byId("detail-window").textContent = index < 0 ? "" : `Window: ${describer.windowText(index)}`;
+        byId("detail-window").textContent =
+            index < 0 ? "" : `Window: ${describer.windowText(index)}`;
     }
 }
 
@@ -229,7 +271,10 @@ function leftOut(pass: Pass): string {
     if (hasQuiscence) {
         return "";
     }
-    const deeper = plies < pass.depth ? `everything after ${plies} plies is` : "the captures after the full depth are";
+    const deeper =
+        plies < pass.depth
+            ? `everything after ${plies} plies is`
+            : "the captures after the full depth are";
     return ` The pass is too large to keep all of it: ${deeper} left out.`;
 }
 

@@ -24,7 +24,11 @@ export function negated(score: Score): Score {
 // "+0.31", "mate in 3", "mated in 2".
 export function scoreText(score: Score): string {
     if ("mate" in score) {
-        return score.mate > 0 ? `mate in ${score.mate}` : score.mate < 0 ? `mated in ${-score.mate}` : "mated";
+        return score.mate > 0
+            ? `mate in ${score.mate}`
+            : score.mate < 0
+              ? `mated in ${-score.mate}`
+              : "mated";
     }
     const hundredths = Math.round(score.cp) || 0;
     return (hundredths < 0 ? "\u2212" : "+") + (Math.abs(hundredths) / 100).toFixed(2);
@@ -63,7 +67,9 @@ export function roughCount(count: number): string {
 }
 
 export function timeText(milliseconds: number): string {
-    return milliseconds < 1000 ? `${Math.round(milliseconds)} ms` : `${(milliseconds / 1000).toFixed(1)} s`;
+    return milliseconds < 1000
+        ? `${Math.round(milliseconds)} ms`
+        : `${(milliseconds / 1000).toFixed(1)} s`;
 }
 
 // "≤ −0.38" for a failed pass, which knows only a bound.

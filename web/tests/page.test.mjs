@@ -9,28 +9,50 @@ import { Key, Page } from "./browser.mjs";
 const MATE_IN_TWO = "6k1/8/8/8/8/8/R7/1R4K1 w - - 0 1";
 const EXCHANGE = "r1bqkbnr/1pp2ppp/p1p5/4p3/4P3/5N2/PPPP1PPP/RNBQK2R w KQkq - 0 5";
 const RUY = "1. e4 e5 2. Nf3 Nc6 3. Bb5 a6 4. Bxc6 dxc6 *";
-const axeSource = await readFile(createRequire(import.meta.url).resolve("axe-core/axe.min.js"), "utf8");
+const axeSource = await readFile(
+    createRequire(import.meta.url).resolve("axe-core/axe.min.js"),
+    "utf8",
+);
 
 let page;
-before(async () => { page = await Page.open(); });
-after(async () => { await page?.close(); });
-beforeEach(async () => { await page.startAnew(); });
+before(async () => {
+    page = await Page.open();
+});
+after(async () => {
+    await page?.close();
+});
+beforeEach(async () => {
+    await page.startAnew();
+});
 afterEach(async () => {
     assert.deepEqual(await page.console(), [], "the console is empty");
-    assert.deepEqual(await page.run(() => window.violations), [], "the content security policy holds");
+    assert.deepEqual(
+        await page.run(() => window.violations),
+        [],
+        "the content security policy holds",
+    );
 });
 
 const openTree = async (depth, on = page) => {
     await on.choose("#depth", depth);
     await on.click("#record");
-    await on.until(() => /moves, each a box/.test(document.getElementById("tree-note").textContent));
+    await on.until(() =>
+        /moves, each a box/.test(document.getElementById("tree-note").textContent),
+    );
 };
 
 test("a game by mouse to mate", async () => {
     await page.choose("#person", "both");
     await page.drag("e2", "e4");
     await page.untilMoves(1);
-    for (const [i, [from, to]] of [["e7", "e5"], ["f1", "c4"], ["b8", "c6"], ["d1", "h5"], ["g8", "f6"], ["h5", "f7"]].entries()) {
+    for (const [i, [from, to]] of [
+        ["e7", "e5"],
+        ["f1", "c4"],
+        ["b8", "c6"],
+        ["d1", "h5"],
+        ["g8", "f6"],
+        ["h5", "f7"],
+    ].entries()) {
         await page.clickMove(from, to);
         await page.untilMoves(i + 2);
     }
@@ -49,7 +71,9 @@ test("a game by keyboard to mate, against the engine", async () => {
     await page.run(() => document.querySelector("[data-square=b1]").focus());
     await page.press(" ", ...Array(7).fill(Key.ARROW_UP), " ");
     assert.deepEqual(await page.untilMoves(3), ["Ra7", reply, "Rb8#"]);
-    await page.until(() => /White: rook b8, checkmate/.test(document.getElementById("announcer").textContent));
+    await page.until(() =>
+        /White: rook b8, checkmate/.test(document.getElementById("announcer").textContent),
+    );
 });
 
 test("the engine answers in time, with legal moves, and the game survives a reload", async () => {
@@ -57,11 +81,13 @@ test("the engine answers in time, with legal moves, and the game survives a relo
     await page.clickMove("e2", "e4");
     await page.untilMoves(2);
     assert.ok(Date.now() - started < 2000, `answered after ${Date.now() - started} ms`);
-    await page.run(() => { document.getElementById("move-text").value = "Nf3"; });
+    await page.run(() => {
+        document.getElementById("move-text").value = "Nf3";
+    });
     await page.click("#move-form button");
     const moves = await page.untilMoves(4);
     const judge = new Chess();
-    moves.forEach(move => judge.move(move)); // throws at an illegal move
+    moves.forEach((move) => judge.move(move)); // throws at an illegal move
     await page.load();
     assert.deepEqual(await page.moves(), moves);
 });
@@ -78,7 +104,7 @@ test("analysis shows passes as they end, and stops at once", async () => {
     await page.click("#analyse");
     await page.until(() => document.querySelectorAll("#pass-rows tr").length >= 5);
     assert.match(await page.text("#best-line"), /^1\. /);
-    assert.ok(await page.run(() => document.querySelectorAll("#board .arrow").length) > 1);
+    assert.ok((await page.run(() => document.querySelectorAll("#board .arrow").length)) > 1);
     const took = await page.run(() => {
         const before = performance.now();
         document.getElementById("analyse").click();
@@ -86,7 +112,7 @@ test("analysis shows passes as they end, and stops at once", async () => {
     });
     assert.ok(took < 100, `stopping took ${took} ms`);
     const count = await page.run(() => document.querySelectorAll("#pass-rows tr").length);
-    await new Promise(resolve => setTimeout(resolve, 500));
+    await new Promise((resolve) => setTimeout(resolve, 500));
     assert.equal(await page.run(() => document.querySelectorAll("#pass-rows tr").length), count);
     assert.match(await page.text("#analyse"), /^Analyse/);
 });
@@ -102,7 +128,10 @@ test("the tree by keyboard, and the board follows", async () => {
     await page.press(Key.ARROW_RIGHT);
     assert.notEqual(await page.text("#detail-line"), first);
     await page.press(Key.ARROW_LEFT, Key.ARROW_DOWN, Key.ENTER);
-    await page.until(first => document.getElementById("detail-line").textContent.startsWith(first + " "), first);
+    await page.until(
+        (first) => document.getElementById("detail-line").textContent.startsWith(first + " "),
+        first,
+    );
     assert.equal(await page.text("#caption"), `In the search: ${await page.text("#detail-line")}`);
     assert.match(await page.text("#detail-window"), /White already has|White has nothing/);
     await page.press(Key.HOME);
@@ -133,10 +162,13 @@ test("the time machine steps in search order and goes to the refutation", async 
     assert.match(await page.text("#time-ended"), /^Just (cut|ended)/);
     await page.run(() => document.getElementById("time").focus());
     await page.press(Key.ARROW_LEFT);
-    assert.match(await page.text("#time-now"), new RegExp(`^Move ${(next - 1).toLocaleString("en-US")} of`));
+    assert.match(
+        await page.text("#time-now"),
+        new RegExp(`^Move ${(next - 1).toLocaleString("en-US")} of`),
+    );
     // Step over the moves at the root until one was refuted.
     await page.run(() => {
-        const press = id => document.getElementById(id).click();
+        const press = (id) => document.getElementById(id).click();
         press("step");
         for (let i = 0; i < 60 && document.getElementById("refuted").disabled; ++i) {
             press("step-over");
@@ -147,7 +179,8 @@ test("the time machine steps in search order and goes to the refutation", async 
 });
 
 test("a review, its cancelling, and the annotated game", async () => {
-    const moves = "1. e4 e5 2. Bc4 Nc6 3. Qh5 g6 4. Qf3 Nf6 5. g4 Bg7 6. g5 Nh5 7. Nh3 O-O 8. Qd3 d5 9. exd5 Nb4 *";
+    const moves =
+        "1. e4 e5 2. Bc4 Nc6 3. Qh5 g6 4. Qf3 Nf6 5. g4 Bg7 6. g5 Nh5 7. Nh3 O-O 8. Qd3 d5 9. exd5 Nb4 *";
     await page.openText(moves);
     await page.click("#tab-review");
     await page.choose("#review-nodes", 8_000_000);
@@ -158,8 +191,11 @@ test("a review, its cancelling, and the annotated game", async () => {
     await page.choose("#review-nodes", 100_000);
     await page.click("#review-start");
     await page.until(() => !document.getElementById("review-save").hidden);
-    assert.equal(await page.run(() => document.querySelectorAll("#review-chart circle").length), 18);
-    assert.ok(await page.run(() => document.querySelectorAll("#costly li").length) > 0);
+    assert.equal(
+        await page.run(() => document.querySelectorAll("#review-chart circle").length),
+        18,
+    );
+    assert.ok((await page.run(() => document.querySelectorAll("#costly li").length)) > 0);
     await page.click("#costly button");
     assert.equal(await page.run(() => document.querySelectorAll("#board .arrow.played").length), 1);
 });
@@ -170,7 +206,10 @@ test("bad input says where, and the game stays", async () => {
     for (const text of cases) {
         assert.notEqual(await page.openText(text), "", JSON.stringify(text));
     }
-    assert.match(await page.openText("[White \"a\"]\n\n1. e4 e5 2. Nf4 *"), /^Line 3, column 1[0-9]: /);
+    assert.match(
+        await page.openText('[White "a"]\n\n1. e4 e5 2. Nf4 *'),
+        /^Line 3, column 1[0-9]: /,
+    );
     await page.click("#open-cancel");
     assert.equal((await page.moves()).length, 8);
 });
@@ -179,13 +218,19 @@ test("names with markup stay text, and a large file is read", async () => {
     const name = "<img src=x onerror=alert(1)><b>Bold</b>";
     const game = `[White "${name}"]\n[Black "B"]\n\n1. e4 *\n\n`;
     await page.openText(game + game);
-    assert.match(await page.text("#open-games button"), /<img src=x onerror=alert\(1\)><b>Bold<\/b>/);
-    assert.equal(await page.run(() => document.querySelectorAll("#open-games img, #open-games b").length), 0);
+    assert.match(
+        await page.text("#open-games button"),
+        /<img src=x onerror=alert\(1\)><b>Bold<\/b>/,
+    );
+    assert.equal(
+        await page.run(() => document.querySelectorAll("#open-games img, #open-games b").length),
+        0,
+    );
     await page.click("#open-cancel");
     const large = `[White "A"]\n[Black "B"]\n\n1. e4 e5 2. Nf3 Nc6 3. Bb5 a6 *\n\n`.repeat(100_000);
     assert.ok(large.length > 5_000_000);
     await page.run(() => document.getElementById("open").click());
-    await page.run(text => {
+    await page.run((text) => {
         const file = new DataTransfer();
         file.items.add(new File([text], "large.pgn"));
         document.getElementById("open-file").files = file.files;
@@ -198,9 +243,19 @@ test("names with markup stay text, and a large file is read", async () => {
 test("axe finds nothing, in any view, light and dark, wide and narrow", async () => {
     await page.openText(EXCHANGE);
     await page.run(axeSource);
-    const check = async where => {
-        const faults = await page.driver.executeAsyncScript(done =>
-            axe.run().then(result => done(result.violations.map(fault => `${fault.id}: ${fault.nodes.map(node => node.html).join(" ")}`))));
+    const check = async (where) => {
+        const faults = await page.driver.executeAsyncScript((done) =>
+            axe
+                .run()
+                .then((result) =>
+                    done(
+                        result.violations.map(
+                            (fault) =>
+                                `${fault.id}: ${fault.nodes.map((node) => node.html).join(" ")}`,
+                        ),
+                    ),
+                ),
+        );
         assert.deepEqual(faults, [], where);
     };
     for (const theme of ["light", "dark"]) {
@@ -246,7 +301,7 @@ async function longestTask() {
         await traced.click("#analyse");
         await traced.until(() => document.querySelectorAll("#pass-rows tr").length >= 6);
         await traced.click("#analyse");
-        return Math.max(...await traced.taskTimes());
+        return Math.max(...(await traced.taskTimes()));
     } finally {
         await traced.close();
     }
@@ -265,14 +320,20 @@ test("a million records pan and zoom at 30 frames a second", async () => {
         let left = frames;
         const frame = () => {
             const { left: x, top: y } = canvas.getBoundingClientRect();
-            canvas.dispatchEvent(new WheelEvent("wheel", {
-                deltaY: left > frames / 2 ? -60 : 60, clientX: x + 5 * left, clientY: y + 60, bubbles: true, cancelable: true,
-            }));
+            canvas.dispatchEvent(
+                new WheelEvent("wheel", {
+                    deltaY: left > frames / 2 ? -60 : 60,
+                    clientX: x + 5 * left,
+                    clientY: y + 60,
+                    bubbles: true,
+                    cancelable: true,
+                }),
+            );
             --left > 0 ? requestAnimationFrame(frame) : done();
         };
         requestAnimationFrame(frame);
     }, frames);
-    const each = (await page.cpuTime() - before) / frames;
+    const each = ((await page.cpuTime()) - before) / frames;
     assert.ok(each > 0.5 && each < 1000 / 30, `${each} ms of the processor for each frame`);
 });
 
@@ -280,8 +341,13 @@ test("memory after ten searches is no higher than after two", async () => {
     const used = async () => {
         await page.driver.sendDevToolsCommand("HeapProfiler.collectGarbage", {});
         const heap = await page.driver.sendAndGetDevToolsCommand("Runtime.getHeapUsage", {});
-        const { targetInfos } = await page.driver.sendAndGetDevToolsCommand("Target.getTargets", { filter: [{}] });
-        return { bytes: heap.usedSize + (heap.backingStorageSize ?? 0), workers: targetInfos.filter(info => info.type === "worker").length };
+        const { targetInfos } = await page.driver.sendAndGetDevToolsCommand("Target.getTargets", {
+            filter: [{}],
+        });
+        return {
+            bytes: heap.usedSize + (heap.backingStorageSize ?? 0),
+            workers: targetInfos.filter((info) => info.type === "worker").length,
+        };
     };
     await page.click("#tab-tree");
     await openTree(4);
@@ -291,11 +357,16 @@ test("memory after ten searches is no higher than after two", async () => {
         await openTree(4);
     }
     const late = await used();
-    assert.ok(late.bytes <= early.bytes * 1.1 + 1e6, `${early.bytes} bytes after two, ${late.bytes} after ten`);
+    assert.ok(
+        late.bytes <= early.bytes * 1.1 + 1e6,
+        `${early.bytes} bytes after two, ${late.bytes} after ten`,
+    );
     assert.equal(late.workers, early.workers);
 });
 
 test("no address outside the page is asked for", async () => {
-    const addresses = (await page.requests()).filter(address => !/^(file|blob|data):/.test(address));
+    const addresses = (await page.requests()).filter(
+        (address) => !/^(file|blob|data):/.test(address),
+    );
     assert.deepEqual(addresses, []);
 });

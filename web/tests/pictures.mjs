@@ -4,11 +4,12 @@ import { join } from "node:path";
 import { Page } from "./browser.mjs";
 
 const EXCHANGE = "r1bqkbnr/1pp2ppp/p1p5/4p3/4P3/5N2/PPPP1PPP/RNBQK2R w KQkq - 0 5";
-const GAME = "1. e4 e5 2. Bc4 Nc6 3. Qh5 g6 4. Qf3 Nf6 5. g4 Bg7 6. g5 Nh5 7. Nh3 O-O 8. Qd3 d5 9. exd5 Nb4 10. Qb3 Bxh3 *";
+const GAME =
+    "1. e4 e5 2. Bc4 Nc6 3. Qh5 g6 4. Qf3 Nf6 5. g4 Bg7 6. g5 Nh5 7. Nh3 O-O 8. Qd3 d5 9. exd5 Nb4 10. Qb3 Bxh3 *";
 const page = await Page.open({ width: 1180, height: 760 });
 
 async function take(name) {
-    await new Promise(resolve => setTimeout(resolve, 1000));
+    await new Promise((resolve) => setTimeout(resolve, 1000));
     const { data } = await page.driver.sendAndGetDevToolsCommand("Page.captureScreenshot", {});
     await writeFile(join(process.argv[2], name), Buffer.from(data, "base64"));
 }
