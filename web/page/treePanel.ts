@@ -196,7 +196,7 @@ export class TreePanel {
             "li",
             {},
             html("span", { class: "swatch cut" }),
-            "dark end: cut-off, the rest was not tried",
+            "marked end: cut-off, the rest was not tried",
         );
         byId("legend").replaceChildren(...shown, cut);
     }

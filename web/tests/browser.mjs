@@ -27,6 +27,7 @@ export class Page {
         options.addArguments(
             "--headless=new",
             "--no-sandbox",
+            "--hide-scrollbars",
             "--disable-gpu",
             "--force-prefers-reduced-motion",
         );
