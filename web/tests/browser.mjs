@@ -4,7 +4,7 @@ import chrome from "selenium-webdriver/chrome.js";
 import { resolve } from "node:path";
 import { pathToFileURL } from "node:url";
 
-const PAGE = resolve(
+export const PAGE = resolve(
     process.env.KESTRAN_PAGE ?? new URL("../../build/web/kestran.html", import.meta.url).pathname,
 );
 const CHROMIUM = process.env.CHROMIUM ?? "/usr/bin/chromium";

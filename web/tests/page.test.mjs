@@ -1,10 +1,13 @@
 // What a person does with the page, in headless Chromium.
 import assert from "node:assert/strict";
-import { readFile } from "node:fs/promises";
+import { mkdtemp, readFile, rm, writeFile } from "node:fs/promises";
 import { createRequire } from "node:module";
+import { tmpdir } from "node:os";
+import { join } from "node:path";
 import { after, afterEach, before, beforeEach, test } from "node:test";
+import { pathToFileURL } from "node:url";
 import { Chess } from "chess.js";
-import { Key, Page } from "./browser.mjs";
+import { Key, PAGE, Page } from "./browser.mjs";
 
 const MATE_IN_TWO = "6k1/8/8/8/8/8/R7/1R4K1 w - - 0 1";
 const EXCHANGE = "r1bqkbnr/1pp2ppp/p1p5/4p3/4P3/5N2/PPPP1PPP/RNBQK2R w KQkq - 0 5";
@@ -198,6 +201,44 @@ test("a review, its cancelling, and the annotated game", async () => {
     assert.ok((await page.run(() => document.querySelectorAll("#costly li").length)) > 0);
     await page.click("#costly button");
     assert.equal(await page.run(() => document.querySelectorAll("#board .arrow.played").length), 1);
+});
+
+test("a page with an embedded search opens at its answer", async () => {
+    const search = {
+        fen: EXCHANGE,
+        moves: [],
+        line: [{ uci: "f3e5", san: "Nxe5" }],
+        depth: 3,
+        hash: 16,
+        passes: [],
+        answer: {
+            verdict: "It prefers 5. d4.",
+            reason: "",
+            details: "<b>Details</b>",
+            pass: 3,
+            ply: 0,
+            refutationPly: 1,
+            refutation: [{ uci: "d8d4", san: "Qd4" }],
+        },
+    };
+    const folder = await mkdtemp(join(tmpdir(), "kestran-"));
+    try {
+        const html = await readFile(PAGE, "utf8");
+        const json = JSON.stringify(search).replace(/</g, "\\u003c");
+        const place = '<script type="application/json" id="search">';
+        assert.equal(html.split(`${place}null</script>`).length, 2);
+        await writeFile(
+            join(folder, "p.html"),
+            html.replace(`${place}null`, () => place + json),
+        );
+        await page.load(pathToFileURL(join(folder, "p.html")).href);
+        assert.equal(await page.text("#why-title"), "Why not 5. Nxe5?");
+        assert.equal(await page.text("#why-details"), "<b>Details</b>");
+        assert.equal(await page.text("#caption"), "The refutation: 5... Qd4");
+        assert.equal(await page.text("#detail-line"), "5. Nxe5");
+    } finally {
+        await rm(folder, { recursive: true });
+    }
 });
 
 test("bad input says where, and the game stays", async () => {
