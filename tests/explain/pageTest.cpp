@@ -82,7 +82,8 @@ TEST(Files, HoldTheRecordOfEachPass) {
         runBody(explainMain, {"--line=e4", "--depth=2", "--hash=1", "--json", "--record", path});
     EXPECT_EQ(run.status, 0);
     std::size_t records = 0;
-    for (const Json& pass : Json::parse(run.output)["passes"]) {
+    const Json report = Json::parse(run.output);
+    for (const Json& pass : report["passes"]) {
         records += 1 + pass["nodes"].get<std::size_t>(); // and a header
     }
     EXPECT_EQ(readFile(path).size(), 20 * records);
