@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr int NO_RECORD = -1; // stands for the root
+constexpr int NO_RECORD = -1; // the root, as a parent
 
 // The children of each record, and of the root, in their order.
 class Tree {
