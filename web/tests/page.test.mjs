@@ -181,10 +181,13 @@ test("the time machine steps in search order and goes to the refutation", async 
     assert.match(await page.text("#detail-verdict"), /^Cut-off/);
 });
 
-test("a review, its cancelling, and the annotated game", async () => {
-    const moves =
-        "1. e4 e5 2. Bc4 Nc6 3. Qh5 g6 4. Qf3 Nf6 5. g4 Bg7 6. g5 Nh5 7. Nh3 O-O 8. Qd3 d5 9. exd5 Nb4 *";
-    await page.openText(moves);
+test("a review of 60 moves, its cancelling, and the annotated game", async () => {
+    const game = new Chess();
+    for (let i = 0; game.history().length < 120; ++i) {
+        const moves = game.moves();
+        game.move(moves[(i * 7) % moves.length]);
+    }
+    assert.equal(await page.openText(game.pgn()), "");
     await page.click("#tab-review");
     await page.choose("#review-nodes", 8_000_000);
     await page.click("#review-start");
@@ -196,9 +199,21 @@ test("a review, its cancelling, and the annotated game", async () => {
     await page.until(() => !document.getElementById("review-save").hidden);
     assert.equal(
         await page.run(() => document.querySelectorAll("#review-chart circle").length),
-        18,
+        120,
     );
     assert.ok((await page.run(() => document.querySelectorAll("#costly li").length)) > 0);
+    const pgn = await page.driver.executeAsyncScript((done) => {
+        const create = URL.createObjectURL;
+        URL.createObjectURL = (blob) => {
+            blob.text().then(done);
+            return create(blob);
+        };
+        document.getElementById("review-save").click();
+    });
+    const judge = new Chess();
+    judge.loadPgn(pgn);
+    assert.deepEqual(judge.history(), game.history());
+    assert.ok(judge.getComments().length >= 60, "most moves have a comment");
     await page.click("#costly button");
     assert.equal(await page.run(() => document.querySelectorAll("#board .arrow.played").length), 1);
 });
@@ -252,7 +267,8 @@ test("bad input says where, and the game stays", async () => {
         /^Line 3, column 1[0-9]: /,
     );
     await page.click("#open-cancel");
-    assert.equal((await page.moves()).length, 8);
+    await page.clickMove("f3", "e5");
+    assert.equal((await page.untilMoves(9))[8], "Nxe5");
 });
 
 test("names with markup stay text, and a large file is read", async () => {
