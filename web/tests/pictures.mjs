@@ -17,7 +17,7 @@ async function take(name) {
 await page.openText(EXCHANGE);
 await page.click("#tab-thinking");
 await page.click("#analyse");
-await page.until(() => document.querySelectorAll("#pass-rows tr").length >= 7);
+await page.until(() => document.querySelectorAll("#pass-rows tr").length >= 6);
 await page.click("#analyse");
 await take("web-thinking.png");
 
