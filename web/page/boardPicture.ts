@@ -56,7 +56,7 @@ export class BoardPicture {
         });
         parts.push(
             ...this.targets(),
-            ...(this.view.arrows ?? []).map((arrow) => this.arrow(arrow)),
+            ...[...(this.view.arrows ?? [])].reverse().map((arrow) => this.arrow(arrow)),
         );
         this.element.replaceChildren(...parts);
     }
