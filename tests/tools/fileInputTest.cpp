@@ -90,7 +90,8 @@ const std::string QUEEN = "4k3/8/8/3q4/8/8/8/3QK3 w - - ";
 TEST(Solve, JudgesTheAnswers) {
     const TextFile file(ROOK + "bm Ra8#; id \"good\";\n" + ROOK + "bm Kd2 O-O;\n" + ROOK +
                         "am Ra8;\n" + QUEEN + "am Qd2; bm Qxd5;\n" + QUEEN + "am Qxd5 Qd2;\n" +
-                        QUEEN + "bm Qd2 Qxd5;\n" + QUEEN + "bm Qxd5; am d1d5\n" + ROOK +
+                        ROOK + "am O-O;\n" + QUEEN + "bm Qd2 Qxd5;\n" + QUEEN +
+                        "bm Qxd5; am d1d5\n" + ROOK +
                         "id \"none\";\n7k/5Q2/6K1/8/8/8/8/8 b - - id \"stalemate\";\n");
     const ToolRun text = runBody(benchMain, {"--epd", file.path, "--nodes", "3000"});
     EXPECT_EQ(text.status, 0) << text.errors;
@@ -99,20 +100,21 @@ TEST(Solve, JudgesTheAnswers) {
     for (std::string line; std::getline(lines, line);) {
         verdicts += line.substr(5, 6) + '/';
     }
-    EXPECT_EQ(verdicts, "solved/missed/missed/solved/missed/solved/missed/-     /-     /d: 3 o/")
+    EXPECT_EQ(verdicts,
+              "solved/missed/missed/solved/missed/solved/solved/missed/-     /-     /d: 4 o/")
         << text.output;
-    EXPECT_TRUE(text.output.ends_with("best (none)  stalemate\nSolved: 3 of 7\n")) << text.output;
+    EXPECT_TRUE(text.output.ends_with("best (none)  stalemate\nSolved: 4 of 8\n")) << text.output;
     EXPECT_NE(text.output.find("best Ra8#  good\n"), std::string::npos);
 
     const Json json =
         Json::parse(runBody(benchMain, {"--epd", file.path, "--nodes", "3000", "--json"}).output);
     EXPECT_EQ(json["schema"], 1);
-    EXPECT_EQ(json["solved"], 3);
-    EXPECT_EQ(json["counted"], 7);
+    EXPECT_EQ(json["solved"], 4);
+    EXPECT_EQ(json["counted"], 8);
     EXPECT_EQ(json["positions"][1]["solved"], false);
     EXPECT_EQ(json["positions"][1]["best"], "a1a8");
-    EXPECT_EQ(json["positions"][7]["solved"], Json());
-    EXPECT_EQ(json["positions"][8]["best"], Json());
+    EXPECT_EQ(json["positions"][8]["solved"], Json());
+    EXPECT_EQ(json["positions"][9]["best"], Json());
 }
 
 // The start position, which a move solves.
