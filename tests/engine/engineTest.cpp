@@ -61,19 +61,22 @@ TEST_F(EngineGame, SearchOnTheCallersThreadFindsTheMove) {
 
 // Nodes after the last report belong to a pass that was abandoned.
 TEST_F(EngineGame, SkipsPassesThatWouldNotEndInTime) {
-    constexpr int POSITIONS = 6;
+    int searches = 0;
     int abandoned = 0;
-    for (const char* move : {"e2e4", "e7e5", "g1f3", "b8c6", "f1c4", "f8c5"}) {
+    for (const char* move : {"e2e4", "e7e5", "g1f3", "b8c6", "f1c4", "f8c5", "c2c3", "g8f6", "d2d3",
+                             "d7d6", "c1g5", "h7h6"}) {
         engine.doMoveLongAlgebraic(move);
         SearchRequest request;
-        request.limits.time = {clockMilliseconds(), 200, false, true};
+        request.limits.time = {clockMilliseconds(), 100, false, true};
         request.limits.useBook = false;
         request.game = engine.getGame();
         const SearchResult result = engine.search(request);
         ASSERT_TRUE(result.report);
+        ++searches;
         abandoned += result.nodes > result.report->nodesSearched ? 1 : 0;
     }
-    EXPECT_LE(abandoned, POSITIONS / 2);
+    // Without the forecast, nearly every search abandons one. A busy machine upsets the forecast.
+    EXPECT_LE(abandoned, searches * 2 / 3);
 }
 
 TEST_F(EngineGame, MayChangeWhileItIsSearched) {

@@ -82,12 +82,12 @@ void complete(Question& question, const Asked& asked) {
     question.format = formatOf(asked, question.output);
     const bool isInLines =
         question.format == ReportFormat::PLAIN || question.format == ReportFormat::TREE;
+    if (question.maxLines && !isInLines) {
+        throw UsageError("--max-lines needs --format plain or tree");
+    }
     if (question.format == ReportFormat::HTML && WEB_PAGE.empty()) {
         throw UsageError("this program was built without the page; in the source folder, ./run web "
                          "builds the page, and a build from scratch then contains it");
-    }
-    if (question.maxLines && !isInLines) {
-        throw UsageError("--max-lines needs --format plain or tree");
     }
     if (asked.annotate) {
         question.review = readWholeGame(asked.pgn);
