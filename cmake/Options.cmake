@@ -24,7 +24,7 @@ option(KESTRAN_HIDE_PATHS "Keep the source path out of the programs, for release
 # 2013; native: the build host, if the compiler supports it.
 set(KESTRAN_ARCH "portable" CACHE STRING "Target processor: portable, x86-64-v3, native")
 set_property(CACHE KESTRAN_ARCH PROPERTY STRINGS portable x86-64-v3 native)
-# Profile-guided optimisation takes two builds in one folder, see HACKING.md. GCC only.
+# Profile-guided optimisation takes two builds in one folder, see docs/speed.md. GCC only.
 set(KESTRAN_PROFILE "" CACHE STRING "Profile-guided optimisation: record a profile, or use it")
 set_property(CACHE KESTRAN_PROFILE PROPERTY STRINGS "" record use)
 set(KESTRAN_SANITIZE "" CACHE STRING "Sanitizers to build with, such as address,undefined")
