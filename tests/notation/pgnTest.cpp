@@ -56,9 +56,9 @@ TEST(PgnReader, ReadsGames) {
         // Ends of games.
         {"1. e4 1-0 1. d4 0-1", "e4 1-0 | d4 0-1"},
         {"[White \"A\"]\n1. e4\n[White \"B\"] [Result \"0-1\"]\n1. d4", "e4 * | d4 0-1"},
-        {"{of no game} [Event \"A\"] {before} e4", "{before}e4 *"},
-        {"[Event \"A\"][Result \"1-0\"][Event \"B\"]", "1-0 | *"},
-        {"[Result \"?\"] d4", "d4 *"},
+        {R"({of no game} [Event "A"] {before} e4)", "{before}e4 *"},
+        {R"([Event "A"][Result "1-0"][Event "B"])", "1-0 | *"},
+        {R"([Result "?"] d4)", "d4 *"},
         // Bytes and lines.
         {"\xEF\xBB\xBF[Event \"x\"]\r\n\r\n1. e4 {caf\xE9}\r\ne5\r\n1-0\r\n", "e4{caf\xE9} e5 1-0"},
         {"% {\n1. e4\r% (\r\ne5 (d5\n%)\n) Nf3", "e4 e5 Nf3 *"},
@@ -121,7 +121,7 @@ TEST(PgnReader, KeepsTagsAndMoveNumbers) {
 }
 
 TEST(Pgn, WritesWhatItReads) {
-    PgnGame game = beginPgnGame("E \"x\" \\", "2", "W", "B");
+    PgnGame game = beginPgnGame(R"(E "x" \)", "2", "W", "B");
     readGameStart(game.start, "4k3/8/8/8/8/8/8/4K2R b K - 3 12");
     game.comment = "before";
     game.result = "1-0";

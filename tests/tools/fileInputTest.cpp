@@ -164,7 +164,7 @@ TEST(Solve, RefusesBadFilesAndOptions) {
     };
     for (const auto& [words, what] : std::vector<Case>{
              {{"--epd", file.path, "--time", "1"},
-              file.path + ":2: the move \"Nf3\" of \"am\" is not legal in its position"},
+              file.path + R"(:2: the move "Nf3" of "am" is not legal in its position)"},
              {{"--time", "1"}, "--time requires --epd"},
              {{"--nodes", "1"}, "--nodes requires --epd"},
              {{"--epd", file.path, "--nodes", "0"}, "--nodes is a whole number from 1"},
