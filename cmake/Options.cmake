@@ -35,8 +35,8 @@ add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion)
 add_compile_options(-ffunction-sections -fdata-sections)
 add_link_options(-Wl,--gc-sections)
 if(EMSCRIPTEN)
-    add_compile_options(-msimd128 -msign-ext -mbulk-memory -fwasm-exceptions)
-    add_link_options(-fwasm-exceptions)
+    add_compile_options(-msimd128 -msign-ext -mbulk-memory -fwasm-exceptions -flto)
+    add_link_options(-fwasm-exceptions -flto -O3)
 endif()
 # Non-PIE code saves one instruction per table access. Set CMAKE_POSITION_INDEPENDENT_CODE=ON for
 # ASLR, as distributions do.
