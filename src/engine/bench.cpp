@@ -81,6 +81,8 @@ std::optional<BenchTotal> runBench(std::optional<int> depth,
             *config, WaitPolicy{.interval = 1, .margin = 0, .isWokenByEnd = true});
         engine->setStopListener(&stopper);
         engine->init(position.fen);
+        engine->applyChanges();
+        engine->getTreeGenerator().state.table.touchPages(); // not a part of the search
         SearchRequest request;
         request.game = engine->getGame();
         request.limits.time = {clockMilliseconds(), TimeBudget::UNLIMITED};
