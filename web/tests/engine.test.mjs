@@ -86,7 +86,8 @@ test("obeys the limits of a search", () => {
     assert.ok(duration >= 200 && duration < 2000, `${duration} ms`);
     assert.ok(last(answers).best !== null);
     const { levels, endings, version } = last(ask({ type: "about" }));
-    assert.ok(levels.length >= 5 && levels[0] === 700 && endings.length === 13 && version !== "");
+    assert.ok(levels.length >= 5 && levels.every((level, i) => i === 0 || level > levels[i - 1]));
+    assert.ok(endings.length === 13 && version !== "");
 });
 
 test("records every move of a pass, or says what is missing", () => {
