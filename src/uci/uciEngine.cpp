@@ -250,7 +250,7 @@ std::optional<UciEngine::Go> UciEngine::takeFromGoQueue() {
 void UciEngine::handleGo(const SearchRequest& request) {
     openReports(request);
     const SearchResult result = engine.search(request);
-    closeReports(request.number);
+    closeReports();
     if (quitting) {
         return;
     }
@@ -263,23 +263,22 @@ void UciEngine::openReports(const SearchRequest& request) {
     reported = &request;
 }
 
-// After this call, no report of this `go` or of an earlier one is sent.
-void UciEngine::closeReports(int number) {
+// After this call, no report of a search is sent until the next openReports().
+void UciEngine::closeReports() {
     const std::lock_guard lock(infoMutex);
-    answeredGo = number;
     reported = nullptr;
 }
 
 void UciEngine::onInfo(const InfoStruct& info) {
     const std::lock_guard lock(infoMutex);
-    if (info.number > answeredGo) {
+    if (reported != nullptr && info.number == reported->number) {
         send(policy->getReportLine(info, reported->game));
     }
 }
 
 void UciEngine::onCurrentMove(const CurrentMove& current) {
     const std::lock_guard lock(infoMutex);
-    if (current.number > answeredGo) {
+    if (reported != nullptr && current.number == reported->number) {
         if (const std::optional<std::string> line = policy->getCurrentMoveLine(current)) {
             send(*line);
         }

@@ -77,15 +77,14 @@ private:
     std::optional<Go> takeFromGoQueue();
     void handleGo(const SearchRequest& request);
     void openReports(const SearchRequest& request);
-    void closeReports(int number);
+    void closeReports();
     void startClock();
 
     void handleSetOption(const std::vector<std::string>& vec);
 
     const std::unique_ptr<UciPolicy> policy;
-    std::mutex infoMutex;                    // serialises reports, guards the next two members
+    std::mutex infoMutex;                    // serialises reports, guards `reported`
     const SearchRequest* reported = nullptr; // the current search; null between searches
-    int answeredGo = 0;                      // number of the last answered `go`; see onInfo()
     std::atomic<bool> stop = false;          // set by the loop, cleared by checkForStop()
     std::atomic<int> stoppedGo = 0;          // number of the last `go` before the last `stop`
     std::atomic<int> hitGo = 0;              // number of the last `go` whose time may run
