@@ -32,8 +32,8 @@ std::vector<PassReport> watchSearch(Ida& ida, const SearchRequest& request,
                                     const std::vector<Move>& line, Explain& explain,
                                     IdaVariant* slot, const PassListener& onPass) {
     Variant watched;
-    for (auto move = line.rbegin(); move != line.rend(); ++move) {
-        watched.extend(Variant(watched), {*move, false, false, false});
+    for (std::size_t i = line.size(); i-- > 0;) {
+        watched.extend(Variant(watched), {line[i], false, false, false});
     }
     explain.setVariant(request.game.position, watched);
     ida.watchBy(explain);

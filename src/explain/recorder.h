@@ -62,7 +62,7 @@ private:
     void begin();
     void finish(int alfa, int beta, const Variant& localVariant, std::uint8_t ending);
     void makeRoom();
-    void dropPliesFrom(int ply);
+    void dropPliesFrom(int first);
 
     const std::size_t capacity;
     std::vector<MoveRecord> records;

@@ -54,6 +54,7 @@ void reject(const char* name, const std::string& value, const char* type) {
 
 std::vector<std::string> ModernOptions::getLines() {
     std::vector<std::string> lines;
+    lines.reserve(SPINS.size() + CHECKS.size() + 2);
     for (const Spin& spin : SPINS) {
         lines.push_back(std::string("option name ") + spin.name + " type spin default " +
                         std::to_string(spin.initial) + " min " + std::to_string(spin.min) +

@@ -31,7 +31,7 @@ TEST(Page, HoldsTheSearchAndItsAnswerAsJson) {
     Answer answer = answerLine(*config, game, line, [] { return nullptr; });
     answer.verdict += "</script>"; // must not end the element
 
-    const std::string start = "<script type=\"application/json\" id=\"search\">";
+    const std::string start = R"(<script type="application/json" id="search">)";
     const std::string page =
         withSearch("<p>" + start + "null</script></p>", embeddedSearch(line, answer, 3, 16));
     ASSERT_TRUE(page.starts_with("<p>" + start));

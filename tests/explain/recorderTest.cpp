@@ -133,6 +133,7 @@ TEST(Recorder, DropsQuiescenceAndThenTheDeepestPlies) {
     Recorder whole;
     const std::vector<MoveRecord> all = recordsWith(whole);
     std::vector<int> plies;
+    plies.reserve(all.size());
     for (const MoveRecord& record : all) {
         plies.push_back(record.parent == MoveRecord::NO_PARENT ? 1 : plies[record.parent] + 1);
     }

@@ -30,8 +30,8 @@ Variant lineFrom(Position position, const std::string& moves) {
         play(position, word);
     }
     Variant line;
-    for (auto move = played.rbegin(); move != played.rend(); ++move) {
-        line.extend(Variant(line), {*move, false, false, false});
+    for (std::size_t i = played.size(); i-- > 0;) {
+        line.extend(Variant(line), {played[i], false, false, false});
     }
     line.evaluation = 7;
     return line;

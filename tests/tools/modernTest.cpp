@@ -57,8 +57,7 @@ TEST_F(Modern, GreetsWithItsOptions) {
                          "option name Threads type spin default 1 min 1 max 1",
                          "option name MultiPV type spin default 1 min 1 max 218",
                          "option name UCI_Elo type spin default 2000 min 300 max 2000",
-                         "option name Move Overhead type spin default 10 min 0 max "
-                         "5000",
+                         "option name Move Overhead type spin default 10 min 0 max 5000",
                          "option name UCI_LimitStrength type check default false",
                          "option name Ponder type check default false",
                          "option name OwnBook type check default false",
@@ -293,7 +292,8 @@ TEST_F(Modern, EndsALineWhereTheGameEnds) {
     }
     int ended = 0;
     process.send("setoption name Hash value 64");
-    for (const std::string& line : answerTo("go depth 9", FEN + " moves " + MOVES)) {
+    const std::string start = FEN + " moves " + MOVES;
+    for (const std::string& line : answerTo("go depth 9", start)) {
         plain::Position position = game;
         std::map<std::string, int> occurred = seen;
         bool isOver = false;

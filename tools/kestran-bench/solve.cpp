@@ -58,8 +58,10 @@ std::vector<Move> movesOf(const EpdRecord& record, const std::string& name,
         std::string fault;
         const std::optional<Move> move = findMove(record.position, word, fault);
         if (!move) {
-            throw UsageError(path + ':' + std::to_string(record.line) + ": the move \"" + word +
-                             "\" of \"" + name + "\" " + fault);
+            std::string reason = path;
+            reason.append(":").append(std::to_string(record.line)).append(": the move \"");
+            reason.append(word).append("\" of \"").append(name).append("\" ").append(fault);
+            throw UsageError(reason);
         }
         moves.push_back(*move);
     }

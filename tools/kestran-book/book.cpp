@@ -132,7 +132,9 @@ PolyglotBook readBook(const std::string& path, bool polyglotCastling) {
                                       ? findLineFault(line, polyglotCastling)
                                       : "a book line begins with a move such as e2e4";
         if (!fault.empty()) {
-            throw UsageError(path + ":" + std::to_string(number) + ": " + fault);
+            std::string reason = path;
+            reason.append(":").append(std::to_string(number)).append(": ").append(fault);
+            throw UsageError(reason);
         }
     }
     return PolyglotBook::getBookFromFile(path, polyglotCastling);

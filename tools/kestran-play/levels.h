@@ -12,4 +12,4 @@ const Level* getLevel(int level);
 // A table of the levels, in lines.
 std::string getLevelTable();
 // "1,000 nodes for each move, about 1200".
-std::string describeLevel(int level);
+std::string describeLevel(int number);

@@ -77,6 +77,8 @@ int runPlay(const PlayOptions& options) {
 
 } // namespace
 
+// CLI11 throws outside run() only if an option is declared wrongly.
+// NOLINTNEXTLINE(bugprone-exception-escape)
 int main(int argc, char** argv) {
     PlayOptions options;
     Program program("kestran-play", "[OPTION]... [FEN]", DESCRIPTION,

@@ -36,8 +36,9 @@ std::vector<Move> readMoves(Position position, const std::string& text, const st
         std::string fault;
         const std::optional<Move> move = findMove(position, word, fault);
         if (!move) {
-            throw UsageError("move " + std::to_string(moves.size() + 1) + " of " + what + ", \"" +
-                             word + "\", " + fault);
+            std::string reason = "move ";
+            reason.append(std::to_string(moves.size() + 1)).append(" of ").append(what);
+            throw UsageError(reason.append(", \"").append(word).append("\", ").append(fault));
         }
         moves.push_back(*move);
         position = positionAfter(position, *move);
