@@ -188,10 +188,23 @@ export class Page {
     async taskTimes() {
         const events = await this.events("Tracing.dataCollected");
         const key = (event) => `${event.pid} ${event.tid}`;
+        // The browser draws parts of its own window in such processes, too, but without workers.
+        const hasWorkers = new Set(
+            events
+                .filter(
+                    (event) =>
+                        event.name === "TracingSessionIdForWorker" &&
+                        event.args.data.url.startsWith("blob:"),
+                )
+                .map((event) => event.pid),
+        );
         const main = new Set(
             events
                 .filter(
-                    (event) => event.name === "thread_name" && event.args.name === "CrRendererMain",
+                    (event) =>
+                        event.name === "thread_name" &&
+                        event.args.name === "CrRendererMain" &&
+                        hasWorkers.has(event.pid),
                 )
                 .map(key),
         );
