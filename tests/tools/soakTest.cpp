@@ -76,7 +76,7 @@ const std::vector<Wrong> WRONGS = {
      R"(illegal move "a1a1"; the process .*)"},
     {Fault::ILLEGAL_MOVE, R"("$0" | sed -u 's/^bestmove .*/bestmove (none)/')", "illegal move .*"},
     {Fault::TIME_LOSS,
-     R"("$0" | while IFS= read -r l; do case $l in best*) sleep 0.4;; esac; echo "$l"; done)",
+     R"("$0" | while IFS= read -r l; do case $l in best*) sleep 1.9;; esac; echo "$l"; done)",
      R"("go movetime 1" took \d+ ms, \d+ too many)"},
     {Fault::PROTOCOL, R"("$0" | sed -u '/^bestmove/p')", R"(unasked.*|instead of ready.*)"},
     {Fault::PROTOCOL, R"("$0" | sed -u '/^bestmove/d')", "it does not answer in time.*running"},
@@ -98,7 +98,7 @@ const std::vector<Wrong> WRONGS = {
 TEST_F(Soak, EachFaultIsFound) {
     for (const Wrong& wrong : WRONGS) {
         SoakOptions options = optionsFor(scripted(wrong.script));
-        options.game.margin = wrong.kind == Fault::TIME_LOSS ? 250 : 5000;
+        options.game.margin = wrong.kind == Fault::TIME_LOSS ? 1500 : 5000;
         options.engine.patience = milliseconds(wrong.text.starts_with("it does not") ? 500 : 10000);
         options.engine.pause = wrong.script == DELAYED ? 4000 : 0;
         const SoakReport report = runSoak(options);
@@ -133,7 +133,7 @@ TEST_F(Soak, FaultsAfterTheLastGame) {
 // The engine that does wrong loses with either colour, whichever of the two it is.
 TEST_F(Soak, MatchIsLostByTheFaultyEngine) {
     for (const auto& [index, termination, margin] : {std::tuple(0, "rules infraction", 5000),
-                                                     {2, "time forfeit", 250},
+                                                     {2, "time forfeit", 1500},
                                                      {14, "abandoned", 5000}}) {
         SoakOptions options = optionsFor({.path = ENGINE});
         options.game.isMatch = true;
