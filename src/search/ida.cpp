@@ -191,7 +191,9 @@ void Ida::reportRootMovesFrom(Milliseconds start, int number) {
     CurrentMove last = {};
     generator.state.nodes.setPollCallback([this, start, number, last]() mutable {
         const TreeNode* root = generator.state.root;
-        if (infoListener == nullptr || root == nullptr || clockMilliseconds() < start) {
+        // The first root move may be polled for before it is tried.
+        if (infoListener == nullptr || root == nullptr || root->move == nullptr ||
+            clockMilliseconds() < start) {
             return;
         }
         const CurrentMove current = {number, generator.state.actualMoveDepth, *root->move,
