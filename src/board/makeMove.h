@@ -32,3 +32,15 @@ bool isInMate(const Position& position);
 
 // A copy of the position with `move` played. Requires a legal move.
 Position positionAfter(const Position& position, const Move& move);
+
+// Plays each legal move, calls `visit` with it, and takes it back.
+template <class Visit> void visitLegalMoves(Position& position, const Visit& visit) {
+    MoveArray moves;
+    const int count = generateLegalMoves(position, moves);
+    DoMoveContext context;
+    for (const Move& move : moves.first(count)) {
+        playMove(position, move, context);
+        visit(move);
+        undoMove(position, move, context);
+    }
+}

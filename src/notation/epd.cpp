@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <istream>
 #include <span>
+#include <utility>
 
 namespace {
 
@@ -50,8 +51,8 @@ std::string readRecord(const std::string& line, EpdRecord& record) {
     // What follows the fields without a semicolon is the first operation.
     parts.front() = joined(std::span(words).subspan(fields));
     for (const std::string& part : parts) {
-        if (const std::string operation = joined(splitString(part)); !operation.empty()) {
-            record.operations.push_back(operation);
+        if (std::vector<std::string> operation = splitString(part); !operation.empty()) {
+            record.operations.push_back(std::move(operation));
         }
     }
     return "";

@@ -12,7 +12,8 @@ struct EpdRecord {
     int line;        // of the text, from 1
     std::string fen; // the fields as the text has them, a blank between two
     Position position;
-    std::vector<std::string> operations; // such as "D1 20" or "bm e2e4", without semicolons
+    // The words of each operation, its name first, such as "bm" and "e2e4".
+    std::vector<std::vector<std::string>> operations;
 };
 
 struct EpdText {

@@ -84,37 +84,28 @@ std::int64_t countMoves(Position& position, int depth, const std::function<bool(
         return 1;
     }
     MoveArray moves;
-    const int count = generateLegalMoves(position, moves);
     if (depth == 1) {
-        return count;
+        return generateLegalMoves(position, moves);
     }
     std::int64_t sum = 0;
-    for (int i = 0; i < count; ++i) {
-        DoMoveContext context;
-        playMove(position, moves[i], context);
-        sum += countMoves(position, depth - 1, isStopped, stopped);
-        undoMove(position, moves[i], context);
-    }
+    visitLegalMoves(
+        position, [&](const Move&) { sum += countMoves(position, depth - 1, isStopped, stopped); });
     return sum;
 }
 
 void runPerft(Position position, int depth, const LongCommandContext& context) {
     std::int64_t sum = 0;
     bool stopped = false;
-    MoveArray moves;
-    const int count = generateLegalMoves(position, moves);
-    for (int i = 0; i < count; ++i) {
-        DoMoveContext before;
-        playMove(position, moves[i], before);
+    visitLegalMoves(position, [&](const Move& move) {
         const std::int64_t nodes = countMoves(position, depth - 1, context.isStopped, stopped);
-        undoMove(position, moves[i], before);
-        if (stopped) {
-            return;
+        if (!stopped) {
+            sum += nodes;
+            context.send(LongAlgebraicMove(move).toString() + ": " + std::to_string(nodes));
         }
-        sum += nodes;
-        context.send(LongAlgebraicMove(moves[i]).toString() + ": " + std::to_string(nodes));
+    });
+    if (!stopped) {
+        context.send("Nodes searched: " + std::to_string(sum));
     }
-    context.send("Nodes searched: " + std::to_string(sum));
 }
 
 // The depth that a word gives, from 1 to `most`. Otherwise reports that on standard error.

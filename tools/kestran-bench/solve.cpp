@@ -41,11 +41,9 @@ bool isAmong(const Move& move, const std::vector<Move>& moves) {
 
 // The arguments of an operation; none if the record does not have it.
 std::vector<std::string> argumentsOf(const EpdRecord& record, const std::string& name) {
-    for (const std::string& operation : record.operations) {
-        std::vector<std::string> words = splitString(operation);
+    for (const std::vector<std::string>& words : record.operations) {
         if (words.front() == name) {
-            words.erase(words.begin());
-            return words;
+            return {words.begin() + 1, words.end()};
         }
     }
     return {};

@@ -24,68 +24,69 @@ constexpr std::size_t FEN_FIELDS = 6;
 
 struct PerftOptions {
     std::vector<std::string> words; // a position and a depth, or with a file only a depth
-    std::optional<std::string> moves;
+    std::string moves;
     std::optional<std::string> path;
     bool asJson = false;
 };
 
+// A report, as text that grows with the work or as one JSON object at its end.
+struct Report {
+    void addLine(const std::string& line) const {
+        if (!asJson) {
+            std::cout << line << std::endl;
+        }
+    }
+
+    // Ends the report with the nodes and the speed.
+    void end(Milliseconds start) {
+        const Milliseconds elapsed = clockMilliseconds() - start;
+        const std::int64_t rate = nodesPerSecond(nodes, elapsed);
+        json.update({{"nodes", nodes}, {"millis", elapsed}, {"nodesPerSecond", rate}});
+        if (asJson) {
+            printJson(json, std::cout);
+        }
+        addLine("Nodes: " + std::to_string(nodes) + "\nTime: " + std::to_string(elapsed) +
+                " ms\nNodes per second: " + std::to_string(rate));
+    }
+
+    bool asJson;
+    Json json = {{"schema", 1}};
+    std::int64_t nodes = 0;
+};
+
 // A depth text of a command line or a file.
-int readDepth(const std::string& text, const std::string& what) {
+int readDepth(const std::string& text, const std::string& what = "the depth") {
     return parseNumber(text, what, 0, MAX_PERFT_DEPTH);
 }
 
-// Ends a report with the nodes and the speed.
-void printTotal(std::int64_t nodes, Milliseconds elapsed, Json* report) {
-    const std::int64_t rate = nodesPerSecond(nodes, elapsed);
-    if (report != nullptr) {
-        report->update({{"nodes", nodes}, {"millis", elapsed}, {"nodesPerSecond", rate}});
-        printJson(*report, std::cout);
-    } else {
-        std::cout << "Nodes: " << nodes << "\nTime: " << elapsed
-                  << " ms\nNodes per second: " << rate << '\n';
-    }
-}
-
-// Counts the sequences after each first move, and prints them or adds them to `report`.
-std::int64_t split(Position& position, int depth, Json* report) {
+// Counts the sequences after each first move.
+void split(const Position& position, int depth, Report& report) {
     MoveArray moves;
     const int count = generateLegalMoves(position, moves);
     Progress progress;
-    std::int64_t nodes = 0;
-    DoMoveContext context;
     for (int i = 0; i < count; ++i) {
-        const Move& move = moves[i];
-        const std::string name = LongAlgebraicMove(move).toString();
+        const std::string name = LongAlgebraicMove(moves[i]).toString();
         progress.show(name + ", move " + std::to_string(i + 1) + " of " + std::to_string(count));
-        playMove(position, move, context);
-        const std::int64_t share = perft(position, depth - 1);
-        undoMove(position, move, context);
+        Position after = positionAfter(position, moves[i]);
+        const std::int64_t share = perft(after, depth - 1);
         progress.show("");
-        if (report != nullptr) {
-            (*report)["moves"][name] = share;
-        } else {
-            std::cout << name << ": " << share << std::endl;
-        }
-        nodes += share;
+        report.json["moves"][name] = share;
+        report.addLine(name + ": " + std::to_string(share));
+        report.nodes += share;
     }
-    return nodes;
 }
 
-// What a file says that a position counts.
-struct ExpectedCount {
-    int depth;
-    std::int64_t sequences;
-};
+// What a file says that a position counts: the sequences by depth.
+using ExpectedCounts = std::vector<std::pair<int, std::int64_t>>;
 
 std::string placeOf(const EpdRecord& record) {
     return "line " + std::to_string(record.line);
 }
 
 // Passes over operations that are no counts, such as names, and counts of more plies than `most`.
-std::vector<ExpectedCount> readCounts(const EpdRecord& record, int most) {
-    std::vector<ExpectedCount> counts;
-    for (const std::string& operation : record.operations) {
-        const std::vector<std::string> words = splitString(operation);
+ExpectedCounts readCounts(const EpdRecord& record, int most) {
+    ExpectedCounts counts;
+    for (const std::vector<std::string>& words : record.operations) {
         if (!matchForm(words.front(), "D#*")) {
             continue;
         }
@@ -96,13 +97,13 @@ std::vector<ExpectedCount> readCounts(const EpdRecord& record, int most) {
         const int depth =
             readDepth(words.front().substr(1), placeOf(record) + ": the depth after D");
         if (depth <= most) {
-            counts.push_back({depth, count->numbers.front()});
+            counts.emplace_back(depth, count->numbers.front());
         }
     }
     return counts;
 }
 
-using CountedPosition = std::pair<EpdRecord, std::vector<ExpectedCount>>; // at least one count
+using CountedPosition = std::pair<EpdRecord, ExpectedCounts>; // at least one count
 
 // The positions of a file with their counts of at most `depth` plies. Those without any
 // are left out.
@@ -120,61 +121,49 @@ std::vector<CountedPosition> readCountedPositions(const std::string& path, int d
     return positions;
 }
 
-// The result of the check of a file so far.
-struct CheckTally {
-    std::int64_t nodes = 0;
-    int counted = 0;
-    int wrong = 0;
-};
-
-// Checks the counts of a position, and prints a line about it or adds it to `report`.
-void checkPosition(const CountedPosition& counted, CheckTally& tally, Progress& progress,
-                   Json* report) {
+// Checks the counts of a position. Returns how many of them are wrong.
+int checkPosition(const CountedPosition& counted, Report& report) {
     const EpdRecord& record = counted.first;
     Position position = record.position;
+    Progress progress;
+    int wrong = 0;
     std::string faults;
     Json counts = Json::array();
     for (const auto& [depth, sequences] : counted.second) {
         const std::string name = std::string("D").append(std::to_string(depth));
-        progress.show(placeOf(record) + ", " + name + ", " + std::to_string(tally.counted) +
-                      " counts done, " + std::to_string(tally.wrong) + " wrong");
+        progress.show(placeOf(record) + ", " + name);
         const std::int64_t found = perft(position, depth);
-        tally.nodes += found;
-        ++tally.counted;
+        report.nodes += found;
         counts.push_back({{"depth", depth}, {"expected", sequences}, {"found", found}});
         if (found != sequences) {
-            ++tally.wrong;
+            ++wrong;
             faults +=
                 ", " + name + " is " + std::to_string(found) + ", not " + std::to_string(sequences);
         }
     }
     progress.show("");
-    if (report != nullptr) {
-        (*report)["positions"].push_back(
-            {{"line", record.line}, {"fen", record.fen}, {"counts", counts}});
-    } else {
-        std::cout << (faults.empty() ? "ok     " : "WRONG  ") << placeOf(record) << faults << ": "
-                  << record.fen << std::endl;
-    }
+    report.json["positions"].push_back(
+        {{"line", record.line}, {"fen", record.fen}, {"counts", counts}});
+    report.addLine((wrong == 0 ? "ok     " : "WRONG  ") + placeOf(record) + faults + ": " +
+                   record.fen);
+    return wrong;
 }
 
 // Whether all counts of the file are right.
-bool checkCounts(const std::string& path, int depth, Json* report) {
+bool checkCounts(const std::string& path, int depth, Report& report) {
     const std::vector<CountedPosition> positions = readCountedPositions(path, depth);
     const Milliseconds start = clockMilliseconds();
-    Progress progress;
-    CheckTally tally;
+    std::size_t checked = 0;
+    int wrong = 0;
     for (const CountedPosition& position : positions) {
-        checkPosition(position, tally, progress, report);
+        checked += position.second.size();
+        wrong += checkPosition(position, report);
     }
-    if (report != nullptr) {
-        report->update({{"checked", tally.counted}, {"wrong", tally.wrong}});
-    } else {
-        std::cout << "Positions: " << positions.size() << '\n'
-                  << "Counts: " << tally.counted << ", wrong: " << tally.wrong << '\n';
-    }
-    printTotal(tally.nodes, clockMilliseconds() - start, report);
-    return tally.wrong == 0;
+    report.json.update({{"checked", checked}, {"wrong", wrong}});
+    report.addLine("Positions: " + std::to_string(positions.size()) +
+                   "\nCounts: " + std::to_string(checked) + ", wrong: " + std::to_string(wrong));
+    report.end(start);
+    return wrong == 0;
 }
 
 // The depth after the words of a position; takes it out.
@@ -186,30 +175,31 @@ int takeDepth(std::vector<std::string>& words) {
     if (words.size() < 2) {
         throw UsageError("a position and a depth are needed");
     }
-    const int depth = readDepth(words.back(), "the depth");
+    const int depth = readDepth(words.back());
     words.pop_back();
     return depth;
 }
 
 int runPerft(const PerftOptions& options) {
-    Json json = {{"schema", 1}};
-    Json* report = options.asJson ? &json : nullptr;
+    Report report = {options.asJson};
     std::vector<std::string> words = options.words;
     if (options.path) {
         if (words.size() > 1) {
             throw UsageError("--epd takes only a file and a depth");
         }
-        const int depth = words.empty() ? MAX_PERFT_DEPTH : readDepth(words.front(), "the depth");
+        const int depth = words.empty() ? MAX_PERFT_DEPTH : readDepth(words.front());
         return checkCounts(*options.path, depth, report) ? 0 : 1;
     }
     const int depth = takeDepth(words);
-    const NumberedGame game = readGame(words, options.moves.value_or(""));
-    Position position = game.position;
-    json.update({{"fen", getWholeFen(game)}, {"depth", depth}, {"moves", Json::object()}});
-
+    const NumberedGame game = readGame(words, options.moves);
+    report.json.update({{"fen", getWholeFen(game)}, {"depth", depth}, {"moves", Json::object()}});
     const Milliseconds start = clockMilliseconds();
-    const std::int64_t nodes = depth == 0 ? 1 : split(position, depth, report);
-    printTotal(nodes, clockMilliseconds() - start, report);
+    if (depth == 0) {
+        report.nodes = 1;
+    } else {
+        split(game.position, depth, report);
+    }
+    report.end(start);
     return 0;
 }
 
@@ -219,16 +209,8 @@ std::int64_t perft(Position& position, int depth) {
     if (depth == 0) {
         return 1;
     }
-    MoveArray moves;
-    const int count = generateLegalMoves(position, moves);
     std::int64_t nodes = 0;
-    DoMoveContext context;
-    for (int i = 0; i < count; ++i) {
-        const Move& move = moves[i];
-        playMove(position, move, context);
-        nodes += perft(position, depth - 1);
-        undoMove(position, move, context);
-    }
+    visitLegalMoves(position, [&](const Move&) { nodes += perft(position, depth - 1); });
     return nodes;
 }
 
