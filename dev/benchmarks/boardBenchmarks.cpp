@@ -3,7 +3,7 @@
 #include "board/attacks.h"
 #include "board/makeMove.h"
 #include "board/moveGenerator.h"
-#include "kestran-perft/perft.h"
+#include "board/perft.h"
 #include "samplePositions.h"
 #include "search/evaluation.h"
 #include "search/score.h"

@@ -4,6 +4,7 @@
 #include "board/checkersAndPins.h"
 #include "board/evaluationTerms.h"
 #include "board/makeMove.h"
+#include "board/perft.h"
 #include "board/setUp.h"
 #include "engine/bench.h"
 #include "notation/diagram.h"
@@ -79,13 +80,12 @@ constexpr int DEPTH_BETWEEN_POLLS = 3; // plies; well below a millisecond
 // The number of move sequences; meaningless once `isStopped`, which is remembered in `stopped`.
 std::int64_t countMoves(Position& position, int depth, const std::function<bool()>& isStopped,
                         bool& stopped) {
-    stopped = stopped || (depth == DEPTH_BETWEEN_POLLS && isStopped());
-    if (depth == 0 || stopped) {
-        return 1;
+    stopped = stopped || isStopped();
+    if (stopped) {
+        return 0;
     }
-    MoveArray moves;
-    if (depth == 1) {
-        return generateLegalMoves(position, moves);
+    if (depth <= DEPTH_BETWEEN_POLLS) {
+        return perft(position, depth, false);
     }
     std::int64_t sum = 0;
     visitLegalMoves(

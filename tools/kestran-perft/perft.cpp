@@ -3,6 +3,7 @@
 #include "base/clock.h"
 #include "base/cppIoUtils.h"
 #include "board/makeMove.h"
+#include "board/perft.h"
 #include "notation/longAlgebraicMove.h"
 #include "search/infoStruct.h"
 #include "support/cli.h"
@@ -204,15 +205,6 @@ int runPerft(const PerftOptions& options) {
 }
 
 } // namespace
-
-std::int64_t perft(Position& position, int depth) {
-    if (depth == 0) {
-        return 1;
-    }
-    std::int64_t nodes = 0;
-    visitLegalMoves(position, [&](const Move&) { nodes += perft(position, depth - 1); });
-    return nodes;
-}
 
 int perftMain(int argc, const char* const* argv) {
     PerftOptions options;
