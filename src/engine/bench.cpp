@@ -1,10 +1,8 @@
 #include "engine/bench.h"
 
-#include "engine/engine.h"
 #include "search/hashTable.h"
 
 #include <array>
-#include <memory>
 
 namespace {
 
@@ -70,6 +68,13 @@ std::span<const BenchPosition> getBenchPositions() {
     return BENCH_POSITIONS;
 }
 
+std::unique_ptr<Engine> makeFreshEngine(const EngineConfig& config, const WaitPolicy& waitPolicy) {
+    auto engine = std::make_unique<Engine>(config, waitPolicy);
+    engine->applyChanges();
+    engine->getTreeGenerator().state.table.touchPages();
+    return engine;
+}
+
 std::optional<BenchTotal> runBench(std::optional<int> depth,
                                    const std::function<bool()>& isStopped) {
     const std::unique_ptr<EngineConfig> config = EngineConfig::getProdConfig();
@@ -77,12 +82,10 @@ std::optional<BenchTotal> runBench(std::optional<int> depth,
     Stopper stopper(isStopped);
     BenchTotal total;
     for (const BenchPosition& position : getBenchPositions()) {
-        const auto engine = std::make_unique<Engine>(
-            *config, WaitPolicy{.interval = 1, .margin = 0, .isWokenByEnd = true});
+        const auto engine =
+            makeFreshEngine(*config, {.interval = 1, .margin = 0, .isWokenByEnd = true});
         engine->setStopListener(&stopper);
         engine->init(position.fen);
-        engine->applyChanges();
-        engine->getTreeGenerator().state.table.touchPages(); // not a part of the search
         SearchRequest request;
         request.game = engine->getGame();
         request.limits.time = {clockMilliseconds(), TimeBudget::UNLIMITED};

@@ -2,10 +2,11 @@
 // search: a change that is to keep the search as it is keeps this number.
 #pragma once
 
-#include "base/clock.h"
+#include "engine/engine.h"
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <span>
 
@@ -16,6 +17,11 @@ struct BenchPosition {
 
 // Openings, middle games and end games, quiet and sharp.
 std::span<const BenchPosition> getBenchPositions();
+
+// An engine for a single search, with an empty table whose memory is in use already. `config` must
+// outlive it.
+std::unique_ptr<Engine> makeFreshEngine(const EngineConfig& config,
+                                        const WaitPolicy& waitPolicy = {});
 
 // Searches all positions, each with an empty table, `depth` plies deep if given, and returns the
 // nodes and the milliseconds of all searches; nothing if `isStopped` has ended it.

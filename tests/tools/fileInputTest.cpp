@@ -143,15 +143,16 @@ TEST(Solve, SaysFromWhichPassTheAnswerWasKept) {
 
 TEST(Solve, EndsAtItsLimit) {
     const Puzzle puzzle = puzzleOf("e2e4");
+    const EngineConfig config = {.hashTableSize = entriesOf(1)};
     const Milliseconds start = clockMilliseconds();
-    const Solution timed = solve(puzzle, {.time = 50, .nodes = {}, .hashMebibytes = 1});
+    const Solution timed = solve(puzzle, {.time = 50}, config);
     EXPECT_GE(clockMilliseconds() - start, 50);
     EXPECT_LT(clockMilliseconds() - start, 5000);
     EXPECT_GT(timed.passes.size(), 1U);
-    const Solution counted = solve(puzzle, {.time = {}, .nodes = 20000, .hashMebibytes = 1});
+    const Solution counted = solve(puzzle, {.nodes = 20000}, config);
     EXPECT_LE(counted.passes.back().nodes, 20000);
     // Too few nodes for a pass: the first legal move.
-    const Solution small = solve(puzzle, {.time = {}, .nodes = 1, .hashMebibytes = 1});
+    const Solution small = solve(puzzle, {.nodes = 1}, config);
     ASSERT_EQ(small.passes.size(), 1U);
     EXPECT_EQ(small.passes.front().depth, 0);
 }

@@ -49,6 +49,13 @@ std::int64_t numberOf(const std::string& line, const std::string& name) {
     return parts ? std::stoll(parts->at(1)) : -1;
 }
 
+// Of a search with a fresh table.
+std::int64_t nodesOf(const char* fen, int depth, int mebibytes) {
+    const auto config = EngineConfig::getProdConfig();
+    config->hashTableSize = entriesOf(mebibytes);
+    return searchAfresh(*config, positionOf(fen), depth).nodes;
+}
+
 TEST(Bench, PrintsALineForEachSearchAndTheSignatureLast) {
     const auto positions = getBenchPositions();
     const ToolRun bench = run(BENCH, {"--depth", "1"});
@@ -64,9 +71,9 @@ TEST(Bench, PrintsALineForEachSearchAndTheSignatureLast) {
         const auto parts = form.match(lines[i]);
         ASSERT_TRUE(parts) << lines[i];
         EXPECT_EQ(parts->at(1), std::to_string(i + 1));
-        const BenchResult alone = searchAfresh(positionOf(positions[i].fen), 1, 16);
-        EXPECT_EQ(std::stoll(parts->at(3)), alone.nodes) << lines[i];
-        nodes += alone.nodes;
+        const std::int64_t alone = nodesOf(positions[i].fen, 1, 16);
+        EXPECT_EQ(std::stoll(parts->at(3)), alone) << lines[i];
+        nodes += alone;
     }
     numberOf(lines.end()[-3], "Time: ");
     numberOf(lines.end()[-2], "Nodes per second: ");
@@ -74,12 +81,12 @@ TEST(Bench, PrintsALineForEachSearchAndTheSignatureLast) {
 }
 
 TEST(Bench, GivesTheTableTheSizeAskedFor) {
-    const Position position = positionOf(getBenchPositions().front().fen);
+    const char* fen = getBenchPositions().front().fen;
     UciProcess bench(BENCH, {"--hash", "0", "--depth", "3"}); // of which the first line is enough
     const std::string line = bench.readLine(PATIENCE).value_or("");
-    const std::int64_t nodes = searchAfresh(position, 3, 0).nodes;
+    const std::int64_t nodes = nodesOf(fen, 3, 0);
     EXPECT_NE(line.find(" " + std::to_string(nodes) + " "), std::string::npos) << line;
-    EXPECT_NE(nodes, searchAfresh(position, 3, 16).nodes);
+    EXPECT_NE(nodes, nodesOf(fen, 3, 16));
 }
 
 TEST(Bench, ChangesASetting) {
@@ -200,24 +207,25 @@ TEST(Bench, SearchesThePositionsOfAFile) {
 
 // Times of three positions in four runs, of which the sums are 100, 50, 400 and 200.
 TEST(Bench, PrintsMedianAndExtremesOfSeveralRuns) {
-    BenchReport report = {16, 4, {}};
+    std::vector<BenchedPosition> positions;
     for (const std::vector<Milliseconds>& millis :
          {std::vector<Milliseconds>{40, 10, 100, 50}, {60, 40, 300, 150}, {0, 0, 0, 0}}) {
-        report.positions.push_back({.fen = "", .nodes = 2000, .millis = millis});
+        positions.push_back({.fen = "", .result = {0, {}, {}, 2000}, .millis = millis});
     }
+    const Json json = toJson(positions, 16);
     std::ostringstream summary;
-    printSummary(report, summary);
-    EXPECT_EQ(toJson(report)["millis"], (Json{{"median", 150}, {"least", 50}, {"most", 400}}));
+    printSummary(json, summary);
+    EXPECT_EQ(json["millis"], (Json{{"median", 150}, {"least", 50}, {"most", 400}}));
     EXPECT_EQ(summary.str(), "Runs: 4\nTime: 150 ms (50 to 400)\n"
                              "Nodes per second: 45000 (15000 to 120000)\nBench: 6000\n");
 }
 
 TEST(Bench, RefusesRunsThatDiffer) {
     BenchedPosition position = {.fen = "8/8"};
-    addRun(position, {}, 7, 20);
-    addRun(position, {}, 7, 30);
+    addRun(position, {0, {}, {}, 7, 20});
+    addRun(position, {0, {}, {}, 7, 30});
     EXPECT_EQ(position.millis, (std::vector<Milliseconds>{20, 30}));
-    EXPECT_THROW(addRun(position, {}, 8, 20), std::runtime_error);
+    EXPECT_THROW(addRun(position, {0, {}, {}, 8}), std::runtime_error);
 }
 
 struct PerftCase {

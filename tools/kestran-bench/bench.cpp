@@ -1,20 +1,17 @@
 #include "kestran-bench/bench.h"
 
-#include "engine/engine.h"
 #include "kestran-bench/benchReport.h"
-#include "kestran-bench/freshEngine.h"
 #include "kestran-bench/solve.h"
-#include "notation/fen.h"
-#include "search/engineParameters.h"
+#include "search/hashTable.h"
 #include "search/statistics.h"
 #include "support/cli.h"
 #include "support/gameInput.h"
+#include "support/requireTable.h"
 #include "support/settings.h"
 #include "support/terminal.h"
 
 #include <iostream>
 #include <limits>
-#include <memory>
 #include <optional>
 #include <vector>
 
@@ -29,8 +26,7 @@ struct BenchOptions {
     std::optional<std::string> path; // of a file of positions, in place of the set
     PgnSource pgn;
     std::optional<int> depth; // for every position
-    std::optional<Milliseconds> time;
-    std::optional<int> nodes;
+    SolveLimits limits;       // in place of a depth
     int hashMebibytes = DEFAULT_HASH;
     int runs = 1;
     std::vector<std::string> settings; // of the engine
@@ -50,45 +46,41 @@ constexpr const char* FAILURE =
 
 std::vector<BenchedPosition> readPositions(const BenchOptions& options) {
     std::vector<BenchedPosition> positions;
+    const auto add = [&](const std::string& fen, const Position& position, int depth) {
+        positions.push_back({fen, position, options.depth.value_or(depth)});
+    };
     if (options.path) {
         for (const EpdRecord& record : readEpdFile(*options.path)) {
-            positions.push_back(
-                {record.fen, record.position, options.depth.value_or(DEFAULT_FILE_DEPTH)});
+            add(record.fen, record.position, DEFAULT_FILE_DEPTH);
         }
-        return positions;
-    }
-    if (options.pgn.path) {
+    } else if (options.pgn.path) {
         const NumberedGame game = readPgnGame(options.pgn);
-        return {{getWholeFen(game), game.position, options.depth.value_or(DEFAULT_FILE_DEPTH)}};
-    }
-    for (const auto& [fen, depth] : getBenchPositions()) {
-        positions.push_back({.fen = fen, .depth = options.depth.value_or(depth)});
-        setFenNotation(positions.back().position, fen);
+        add(getWholeFen(game), game.position, DEFAULT_FILE_DEPTH);
+    } else {
+        for (const auto& [fen, depth] : getBenchPositions()) {
+            add(fen, readGame({fen}, "").position, depth);
+        }
     }
     return positions;
 }
 
 // Searches everything once. The last run prints each search.
-void runOnce(const BenchOptions& options, int run, BenchReport& report) {
+void runOnce(const BenchOptions& options, const EngineConfig& config, int run,
+             std::vector<BenchedPosition>& positions) {
     Progress progress;
     const bool isLast = run + 1 == options.runs;
-    const std::string runText = options.runs > 1 ? "run " + std::to_string(run + 1) + " of " +
-                                                       std::to_string(options.runs) + ", "
-                                                 : "";
-    for (std::size_t i = 0; i < report.positions.size(); ++i) {
-        progress.show(runText + "position " + std::to_string(i + 1) + " of " +
-                      std::to_string(report.positions.size()));
-        if (options.withStatistics) {
-            testStatistics.reset();
-        }
-        BenchedPosition& benched = report.positions[i];
-        const BenchResult result =
-            searchAfresh(benched.position, benched.depth, options.hashMebibytes,
-                         options.withStatistics ? &testStatistics : nullptr, options.settings);
-        addRun(benched, result.line, result.nodes, result.millis);
+    const std::string total = std::to_string(positions.size() * at(options.runs));
+    TestStatistics* const statistics = options.withStatistics ? &testStatistics : nullptr;
+    std::size_t number = 0;
+    for (BenchedPosition& position : positions) {
+        ++number;
+        progress.show("search " + std::to_string(at(run) * positions.size() + number) + " of " +
+                      total);
+        testStatistics.reset();
+        addRun(position, searchAfresh(config, position.position, position.depth, statistics));
         progress.show("");
         if (isLast && !options.asJson) {
-            printPosition(i + 1, benched, std::cout);
+            printPosition(number, position, std::cout);
         }
         if (isLast && options.withStatistics) {
             testStatistics.printAll(std::cout);
@@ -96,39 +88,42 @@ void runOnce(const BenchOptions& options, int run, BenchReport& report) {
     }
 }
 
-int runSolve(const BenchOptions& options) {
-    const SolveOptions limits = {options.time, options.nodes, options.hashMebibytes,
-                                 options.settings};
+// Searches to depths, and returns the report.
+Json searchAll(const BenchOptions& options, const EngineConfig& config) {
+    std::vector<BenchedPosition> positions = readPositions(options);
+    for (int run = 0; run < options.runs; ++run) {
+        runOnce(options, config, run, positions);
+    }
+    return toJson(positions, options.hashMebibytes);
+}
+
+// Searches within limits, and returns the report.
+Json solveAll(const BenchOptions& options, const EngineConfig& config) {
     const std::vector<Puzzle> puzzles = readPuzzles(*options.path);
     std::vector<Solution> solutions;
     Progress progress;
     for (const Puzzle& puzzle : puzzles) {
         progress.show("position " + std::to_string(solutions.size() + 1) + " of " +
                       std::to_string(puzzles.size()));
-        solutions.push_back(solve(puzzle, limits));
+        solutions.push_back(solve(puzzle, options.limits, config));
         progress.show("");
         if (!options.asJson) {
             printSolution(solutions.size(), solutions.back(), std::cout);
         }
     }
-    if (options.asJson) {
-        printJson(toJson(solutions, limits), std::cout);
-    } else {
-        printSummary(solutions, std::cout);
-    }
-    return 0;
+    return toJson(solutions, options.limits, options.hashMebibytes);
 }
 
 int runBench(const BenchOptions& options) {
-    if (options.time || options.nodes) {
-        return runSolve(options);
-    }
-    BenchReport report = {options.hashMebibytes, options.runs, readPositions(options)};
-    for (int run = 0; run < options.runs; ++run) {
-        runOnce(options, run, report);
-    }
+    const auto config = EngineConfig::getProdConfig();
+    config->hashTableSize = entriesOf(options.hashMebibytes);
+    applySettings(options.settings, *config);
+    const bool isSolving = options.limits.time || options.limits.nodes;
+    const Json report = isSolving ? solveAll(options, *config) : searchAll(options, *config);
     if (options.asJson) {
-        printJson(toJson(report), std::cout);
+        printJson(report, std::cout);
+    } else if (isSolving) {
+        std::cout << "Solved: " << report["solved"] << " of " << report["counted"] << '\n';
     } else {
         printSummary(report, std::cout);
     }
@@ -137,15 +132,15 @@ int runBench(const BenchOptions& options) {
 
 } // namespace
 
-BenchResult searchAfresh(const Position& position, int depth, int hashMebibytes,
-                         TestStatistics* statistics, const std::vector<std::string>& settings) {
-    const auto fresh = std::make_unique<FreshEngine>(position, hashMebibytes, settings);
+SearchResult searchAfresh(const EngineConfig& config, const Position& position, int depth,
+                          TestStatistics* statistics) {
+    const auto engine = makeFreshEngine(config);
+    requireTable(engine->getHashTableSize(), config.hashTableSize);
+    engine->init(position);
     if (statistics != nullptr) {
-        fresh->engine.getTreeGenerator().countIn(*statistics);
+        engine->getTreeGenerator().countIn(*statistics);
     }
-    const Milliseconds start = clockMilliseconds();
-    const SearchResult result = fresh->engine.searchDepth(depth, false);
-    return {result.line, result.report->nodesSearched, clockMilliseconds() - start};
+    return engine->searchDepth(depth, false);
 }
 
 int benchMain(int argc, const char* const* argv) {
@@ -170,11 +165,11 @@ int benchMain(int argc, const char* const* argv) {
     auto* const stats = program.add_flag("--stats", options.withStatistics,
                                          "print the counters of every pass after each position");
     for (CLI::Option* limit :
-         {program.addSeconds("--time", options.time, MAX_SECONDS,
+         {program.addSeconds("--time", options.limits.time, MAX_SECONDS,
                              "search each position of the EPD file for S seconds, and count those "
                              "that are solved: by a move of \"bm\", and by none of \"am\""),
-          program.addNumber("--nodes", options.nodes, 1, std::numeric_limits<int>::max(), "N",
-                            "the same with N nodes for each position")}) {
+          program.addNumber("--nodes", options.limits.nodes, 1, std::numeric_limits<int>::max(),
+                            "N", "the same with N nodes for each position")}) {
         limit->needs(epd)->excludes(depth)->excludes(repeat)->excludes(stats);
     }
     program.add_flag("--json", options.asJson, "print one JSON object instead of text")

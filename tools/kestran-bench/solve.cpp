@@ -1,10 +1,11 @@
 #include "kestran-bench/solve.h"
 
 #include "base/cppIoUtils.h"
-#include "kestran-bench/freshEngine.h"
+#include "engine/bench.h"
 #include "notation/longAlgebraicMove.h"
 #include "notation/san.h"
 #include "support/gameInput.h"
+#include "support/requireTable.h"
 #include "support/text.h"
 
 #include <algorithm>
@@ -73,10 +74,6 @@ std::string nameOf(const EpdRecord& record) {
     return name;
 }
 
-std::ptrdiff_t countOf(const std::vector<Solution>& solutions, std::optional<bool> verdict) {
-    return std::ranges::count(solutions, verdict, &Solution::isSolved);
-}
-
 Json toJson(const Solution& solution) {
     const EpdRecord& record = solution.puzzle.record;
     const std::optional<bool> isSolved = solution.isSolved();
@@ -124,19 +121,20 @@ std::optional<bool> Solution::isSolved() const {
            !isAmong(passes.back().move, avoid);
 }
 
-Solution solve(const Puzzle& puzzle, const SolveOptions& options) {
-    const auto fresh = std::make_unique<FreshEngine>(puzzle.record.position, options.hashMebibytes,
-                                                     options.settings, WAIT_POLICY);
+Solution solve(const Puzzle& puzzle, const SolveLimits& limits, const EngineConfig& config) {
+    const auto engine = makeFreshEngine(config, WAIT_POLICY);
+    requireTable(engine->getHashTableSize(), config.hashTableSize);
+    engine->init(puzzle.record.position);
     SearchRequest request;
     request.limits.time.total = TimeBudget::UNLIMITED; // the listener ends the search
     request.limits.onlyMoveDepth = MAX_PASSES;
-    request.limits.nodes = options.nodes ? *options.nodes : SearchLimits::ANY_NODES;
-    request.game = fresh->engine.getGame();
-    SolveListener listener(options.time);
-    fresh->engine.setInfoListener(&listener);
-    fresh->engine.setStopListener(&listener);
-    const SearchResult result = fresh->engine.search(request);
-    fresh->engine.joinThread();
+    request.limits.nodes = limits.nodes ? *limits.nodes : SearchLimits::ANY_NODES;
+    request.game = engine->getGame();
+    SolveListener listener(limits.time);
+    engine->setInfoListener(&listener);
+    engine->setStopListener(&listener);
+    const SearchResult result = engine->search(request);
+    engine->joinThread();
     if (listener.passes.empty() && result.line.varLength > 0) {
         listener.passes.push_back({result.line.get(0).move, 0, result.time, result.nodes});
     }
@@ -160,21 +158,20 @@ void printSolution(std::size_t number, const Solution& solution, std::ostream& s
     stream << (name.empty() ? "" : "  ") << name << std::endl;
 }
 
-void printSummary(const std::vector<Solution>& solutions, std::ostream& stream) {
-    const auto solved = countOf(solutions, true);
-    stream << "Solved: " << solved << " of " << solved + countOf(solutions, false) << '\n';
-}
-
-Json toJson(const std::vector<Solution>& solutions, const SolveOptions& options) {
-    Json json = {{"schema", 1}, {"positions", Json::array()}};
+Json toJson(const std::vector<Solution>& solutions, const SolveLimits& limits, int hashMebibytes) {
+    Json positions = Json::array();
+    int solved = 0;
+    int counted = 0;
     for (const Solution& solution : solutions) {
-        json["positions"].push_back(toJson(solution));
+        const Json& position = positions.emplace_back(toJson(solution));
+        solved += position["solved"] == true ? 1 : 0;
+        counted += position["solved"].is_null() ? 0 : 1;
     }
-    const auto solved = countOf(solutions, true);
-    json.update({{"hash", options.hashMebibytes},
-                 {"time", options.time ? Json(*options.time) : Json()},
-                 {"nodes", options.nodes ? Json(*options.nodes) : Json()},
-                 {"solved", solved},
-                 {"counted", solved + countOf(solutions, false)}});
-    return json;
+    return {{"schema", 1},
+            {"positions", positions},
+            {"hash", hashMebibytes},
+            {"time", limits.time ? Json(*limits.time) : Json()},
+            {"nodes", limits.nodes ? Json(*limits.nodes) : Json()},
+            {"solved", solved},
+            {"counted", counted}};
 }

@@ -3,6 +3,7 @@
 
 #include "base/clock.h"
 #include "notation/epd.h"
+#include "search/engineParameters.h"
 #include "support/json.h"
 
 #include <cstdint>
@@ -21,11 +22,10 @@ struct Puzzle {
 // one of these moves is not legal.
 std::vector<Puzzle> readPuzzles(const std::string& path);
 
-struct SolveOptions {
-    std::optional<Milliseconds> time; // for each position
-    std::optional<int> nodes;         // for each position
-    int hashMebibytes;
-    std::vector<std::string> settings{}; // of the engine
+// For each position.
+struct SolveLimits {
+    std::optional<Milliseconds> time{};
+    std::optional<int> nodes{};
 };
 
 // The best move of a good pass, or, if no pass was finished, a legal move with depth 0.
@@ -46,10 +46,9 @@ struct Solution {
     std::optional<bool> isSolved() const;
 };
 
-// Searches a position with empty tables.
-Solution solve(const Puzzle& puzzle, const SolveOptions& options);
+// Searches a position with empty tables. UsageError if there is no memory for the table.
+Solution solve(const Puzzle& puzzle, const SolveLimits& limits, const EngineConfig& config);
 
 void printSolution(std::size_t number, const Solution& solution, std::ostream& stream);
-// How many positions are solved, of those that can be.
-void printSummary(const std::vector<Solution>& solutions, std::ostream& stream);
-Json toJson(const std::vector<Solution>& solutions, const SolveOptions& options);
+// The whole report; "solved" of the positions that can be, "counted", are solved.
+Json toJson(const std::vector<Solution>& solutions, const SolveLimits& limits, int hashMebibytes);
