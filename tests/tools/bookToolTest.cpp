@@ -55,14 +55,14 @@ TEST(BookTool, CountsRepeatedEntriesAndKeepsTheOrderOfEquals) {
 
 TEST(BookTool, DrawsTheBookAsATree) {
     std::ostringstream tree;
-    printBookTree(smallBook(), readGame({}, ""), 5, tree);
+    printBook(smallBook(), readGame({}, ""), 5, tree);
     EXPECT_EQ(tree.str(), "├─ 1. e4  3  50.0 %\n"
                           "│  ├─ 1... c5  2  66.7 %\n"
                           "│  └─ 1... e5  1  33.3 %\n"
                           "└─ 1. c4  3  50.0 %\n"
                           "   └─ 1... e5  1  100.0 %\n");
     tree.str("");
-    printBookTree(smallBook(), readGame({}, "e2e4"), 1, tree);
+    printBook(smallBook(), readGame({}, "e2e4"), 1, tree);
     EXPECT_EQ(tree.str(), "├─ 1... c5  2  66.7 %\n└─ 1... e5  1  33.3 %\n");
     EXPECT_TRUE(
         runBody(bookMain, {"--tree=1", "--moves", "e2e4 c7c5"}).output.starts_with("├─ 2. Nf3 "));

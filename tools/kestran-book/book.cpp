@@ -15,8 +15,9 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <iomanip>
 #include <iostream>
-#include <optional>
+#include <numeric>
 
 namespace {
 
@@ -35,48 +36,19 @@ constexpr int MAX_TREE_DEPTH = 40;
 constexpr std::size_t MOVE_STRIDE = 5; // characters of a book line from move to move
 constexpr std::size_t MOVE_LENGTH = 4;
 
-int sumOf(const std::vector<BookChoice>& choices) {
-    int sum = 0;
-    for (const BookChoice& choice : choices) {
-        sum += choice.count;
-    }
-    return sum;
-}
-
-// Such as "43.1 %".
-std::string chanceText(int count, int sum) {
-    std::array<char, 16> text;
-    std::snprintf(text.data(), text.size(), "%.1f %%", 100.0 * count / sum);
-    return text.data();
-}
-
-void printTreeNode(const PolyglotBook& book, const Position& position, int ply, int end,
-                   const std::string& prefix, std::ostream& stream) {
-    if (ply == end) {
-        return;
-    }
-    const std::vector<BookChoice> choices = getBookChoices(book, position);
-    const int sum = sumOf(choices);
-    for (std::size_t i = 0; i < choices.size(); ++i) {
-        const auto& [move, count] = choices[i];
-        const bool isLast = i + 1 == choices.size();
-        stream << prefix << (isLast ? "└─ " : "├─ ") << toNumberedSan(position, move, ply) << "  "
-               << count << "  " << chanceText(count, sum) << '\n';
-        printTreeNode(book, positionAfter(position, move), ply + 1, end,
-                      prefix + (isLast ? "   " : "│  "), stream);
-    }
-}
-
 // The moves of the book, each with those that follow it down to `depth` plies.
 Json toJson(const PolyglotBook& book, const Position& position, int depth) {
     const std::vector<BookChoice> choices = getBookChoices(book, position);
-    const double sum = sumOf(choices);
+    double total = 0;
+    for (const BookChoice& choice : choices) {
+        total += choice.count;
+    }
     Json moves = Json::array();
     for (const auto& [move, count] : choices) {
         Json& entry = moves.emplace_back(Json{{"move", LongAlgebraicMove(move).toString()},
                                               {"san", toSan(position, move)},
                                               {"lines", count},
-                                              {"chance", count / sum}});
+                                              {"chance", count / total}});
         if (depth > 1) {
             entry["moves"] = toJson(book, positionAfter(position, move), depth - 1);
         }
@@ -84,8 +56,34 @@ Json toJson(const PolyglotBook& book, const Position& position, int depth) {
     return moves;
 }
 
-std::string faultText(std::size_t index, const std::string& move, const std::string& what) {
-    return "move " + std::to_string(index + 1) + ", \"" + move + "\", " + what;
+// Such as "43.1 %".
+std::string chanceText(const Json& entry) {
+    std::array<char, 16> text;
+    std::snprintf(text.data(), text.size(), "%.1f %%", 100 * entry["chance"].get<double>());
+    return text.data();
+}
+
+void printList(const Json& moves, std::ostream& stream) {
+    const int total =
+        std::accumulate(moves.begin(), moves.end(), 0,
+                        [](int sum, const Json& entry) { return sum + entry["lines"].get<int>(); });
+    for (const Json& entry : moves) {
+        stream << std::left << std::setw(7) << entry["san"].get<std::string>() << std::right << ' '
+               << std::setw(4) << entry["lines"].get<int>() << " of " << total << "  "
+               << std::setw(7) << chanceText(entry) << '\n';
+    }
+}
+
+void printTree(const Json& moves, int ply, const std::string& prefix, std::ostream& stream) {
+    for (const Json& entry : moves) {
+        const bool isLast = &entry == &moves.back();
+        stream << prefix << (isLast ? "└─ " : "├─ ") << moveNumber(static_cast<Color>(ply % 2), ply)
+               << ' ' << entry["san"].get<std::string>() << "  " << entry["lines"] << "  "
+               << chanceText(entry) << '\n';
+        if (entry.contains("moves")) {
+            printTree(entry["moves"], ply + 1, prefix + (isLast ? "   " : "│  "), stream);
+        }
+    }
 }
 
 struct BookOptions {
@@ -99,43 +97,47 @@ struct BookOptions {
     bool asJson = false;
 };
 
+// The lines of a text and their faults.
+Json checkText(const std::string& path, bool polyglotCastling, bool isForEngine) {
+    std::ifstream file = openText(path);
+    int lines = 0;
+    Json faults = Json::array();
+    for (std::string line; std::getline(file, line);) {
+        ++lines;
+        const std::string fault = findLineFault(line, polyglotCastling, isForEngine);
+        if (!fault.empty()) {
+            faults.push_back({{"line", lines}, {"fault", fault}});
+        }
+    }
+    return {{"schema", 1}, {"lines", lines}, {"faults", faults}};
+}
+
+std::string faultText(const std::string& path, const Json& fault) {
+    return path + ':' + fault["line"].dump() + ": " + fault["fault"].get<std::string>();
+}
+
 int check(const BookOptions& options) {
     if (!options.words.empty() || options.pgn.path) {
         throw UsageError("--check takes no position");
     }
-    std::ifstream file = openText(*options.path);
-    const BookCheck result = checkBookText(file, options.polyglotCastling);
+    const Json report = checkText(*options.path, options.polyglotCastling, false);
+    const Json& faults = report["faults"];
     if (options.asJson) {
-        Json json = {{"schema", 1}, {"lines", result.lines}, {"faults", Json::array()}};
-        for (const auto& [line, fault] : result.faults) {
-            json["faults"].push_back({{"line", line}, {"fault", fault}});
-        }
-        printJson(json, std::cout);
+        printJson(report, std::cout);
     } else {
-        for (const auto& [line, fault] : result.faults) {
-            std::cout << *options.path << ':' << line << ": " << fault << '\n';
+        for (const Json& fault : faults) {
+            std::cout << faultText(*options.path, fault) << '\n';
         }
-        std::cout << "Lines: " << result.lines << ", with a fault: " << result.faults.size()
-                  << '\n';
+        std::cout << "Lines: " << report["lines"] << ", with a fault: " << faults.size() << '\n';
     }
-    return result.faults.empty() ? 0 : 1;
+    return faults.empty() ? 0 : 1;
 }
 
 // The book of a file that has no fault.
 PolyglotBook readBook(const std::string& path, bool polyglotCastling) {
-    std::ifstream file = openText(path);
-    int number = 0;
-    for (std::string line; std::getline(file, line);) {
-        ++number;
-        const bool isEmpty = splitString(line).empty();
-        const std::string fault = isEmpty || isMoveText(line.substr(0, MOVE_LENGTH))
-                                      ? findLineFault(line, polyglotCastling)
-                                      : "a book line begins with a move such as e2e4";
-        if (!fault.empty()) {
-            std::string reason = path;
-            reason.append(":").append(std::to_string(number)).append(": ").append(fault);
-            throw UsageError(reason);
-        }
+    const Json report = checkText(path, polyglotCastling, true);
+    if (!report["faults"].empty()) {
+        throw UsageError(faultText(path, report["faults"].front()));
     }
     return PolyglotBook::getBookFromFile(path, polyglotCastling);
 }
@@ -151,50 +153,38 @@ int runBook(const BookOptions& options) {
                                   ? readBook(*options.bookPath, options.polyglotCastling)
                                   : PolyglotBook::getStandard();
     const NumberedGame game = readGame(options.words, options.moves, options.pgn);
-    const Position& position = game.position;
     if (options.asJson) {
         printJson({{"schema", 1},
                    {"fen", getWholeFen(game)},
-                   {"moves", toJson(book, position, options.depth.value_or(1))}},
+                   {"moves", toJson(book, game.position, options.depth.value_or(1))}},
                   std::cout);
-    } else if (options.depth) {
-        printBookTree(book, game, *options.depth, std::cout);
     } else {
-        printBookMoves(book, position, std::cout);
+        printBook(book, game, options.depth, std::cout);
     }
     return 0;
 }
 
 } // namespace
 
-void printBookMoves(const PolyglotBook& book, const Position& position, std::ostream& stream) {
-    const std::vector<BookChoice> choices = getBookChoices(book, position);
-    if (choices.empty()) {
+void printBook(const PolyglotBook& book, const NumberedGame& game, std::optional<int> depth,
+               std::ostream& stream) {
+    const Json moves = toJson(book, game.position, depth.value_or(1));
+    if (moves.empty()) {
         stream << "The book has no move for this position.\n";
-        return;
-    }
-    const int sum = sumOf(choices);
-    for (const auto& [move, count] : choices) {
-        std::array<char, 64> line;
-        std::snprintf(line.data(), line.size(), "%-7s %4d of %d  %7s\n",
-                      toSan(position, move).c_str(), count, sum, chanceText(count, sum).c_str());
-        stream << line.data();
+    } else if (depth) {
+        printTree(moves, game.ply, "", stream);
+    } else {
+        printList(moves, stream);
     }
 }
 
-void printBookTree(const PolyglotBook& book, const NumberedGame& game, int depth,
-                   std::ostream& stream) {
-    if (getBookChoices(book, game.position).empty()) {
-        stream << "The book has no move for this position.\n";
-        return;
-    }
-    printTreeNode(book, game.position, game.ply, game.ply + depth, "", stream);
-}
-
-std::string findLineFault(const std::string& line, bool polyglotCastling) {
+std::string findLineFault(const std::string& line, bool polyglotCastling, bool isForEngine) {
     Position position;
     initializeToStartPosition(position);
     if (!isMoveText(line.substr(0, MOVE_LENGTH))) {
+        if (isForEngine && !splitString(line).empty()) {
+            return "a book line begins with a move such as e2e4";
+        }
         try {
             readMoves(position, line, "the line");
         } catch (const UsageError& error) {
@@ -204,35 +194,24 @@ std::string findLineFault(const std::string& line, bool polyglotCastling) {
     }
     const std::size_t written = (line.size() + 1) / MOVE_STRIDE;
     const std::vector<HashEntryPair> pairs = getLineFromString(line, polyglotCastling);
-    const auto textOf = [&](std::size_t i) { return line.substr(i * MOVE_STRIDE, MOVE_LENGTH); };
+    const auto faultAt = [&](std::size_t i, const char* what) {
+        return "move " + std::to_string(i + 1) + ", \"" +
+               line.substr(i * MOVE_STRIDE, MOVE_LENGTH) + "\", " + what;
+    };
     for (std::size_t i = 0; i < pairs.size(); ++i) {
         // The book takes such a move, and reads on as if it had not been made.
         const auto move = findLegalMove(position, pairs[i].polyglotEntry);
         if (!move) {
-            return faultText(i, textOf(i), "leaves the king in check");
+            return faultAt(i, "leaves the king in check");
         }
         position = positionAfter(position, *move);
     }
     if (pairs.size() < written) {
-        return faultText(pairs.size(), textOf(pairs.size()), "is not legal in its position");
+        return faultAt(pairs.size(), "is not legal in its position");
     }
-    const std::size_t readTo = std::min(written * MOVE_STRIDE, line.size());
-    const std::size_t restStart = line.find_first_not_of(" \t\r", readTo);
-    if (restStart != std::string::npos) {
-        return faultText(written, line.substr(restStart), "is incomplete");
-    }
-    return "";
-}
-
-BookCheck checkBookText(std::istream& text, bool polyglotCastling) {
-    BookCheck check;
-    for (std::string line; std::getline(text, line);) {
-        ++check.lines;
-        if (const std::string fault = findLineFault(line, polyglotCastling); !fault.empty()) {
-            check.faults.push_back({check.lines, fault});
-        }
-    }
-    return check;
+    const std::size_t end = std::min(written * MOVE_STRIDE, line.size());
+    const bool isRead = line.find_first_not_of(" \t\r", end) == std::string::npos;
+    return isRead ? "" : faultAt(written, "is incomplete");
 }
 
 int bookMain(int argc, const char* const* argv) {
