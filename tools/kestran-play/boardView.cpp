@@ -14,12 +14,9 @@ constexpr ByType<const char*> OUTLINED = {" ", "♙", "♖", "♘", "♗", "♕"
 
 // Of the 256 colours of a terminal. White pieces have a contrast of at least 4.5 to 1 on each
 // field, black ones of at least 3.5.
-constexpr int LIGHT_FIELD = 130;
-constexpr int DARK_FIELD = 94;
-constexpr int MARKED_LIGHT_FIELD = 98;
-constexpr int MARKED_DARK_FIELD = 61;
-constexpr int WHITE_PIECE = 231;
-constexpr int BLACK_PIECE = 16;
+constexpr std::array PIECE_COLOURS = {231, 16}; // by colour
+constexpr std::array DARK_FIELDS = {94, 61};    // not marked, and marked
+constexpr std::array LIGHT_FIELDS = {130, 98};
 
 std::string symbolOf(const Field& field, const BoardStyle& style) {
     if (field.color == EMPTY) {
@@ -33,11 +30,10 @@ std::string symbolOf(const Field& field, const BoardStyle& style) {
     return {letters[at(field.pieceType)]};
 }
 
-std::string coloured(const std::string& text, bool isLight, bool isMarked, bool isWhitePiece) {
-    const int ground = isMarked ? (isLight ? MARKED_LIGHT_FIELD : MARKED_DARK_FIELD)
-                                : (isLight ? LIGHT_FIELD : DARK_FIELD);
-    return "\033[1;38;5;" + std::to_string(isWhitePiece ? WHITE_PIECE : BLACK_PIECE) + ";48;5;" +
-           std::to_string(ground) + 'm' + text + "\033[0m";
+std::string coloured(const std::string& text, bool isLight, bool isMarked, Color piece) {
+    const auto& grounds = isLight ? LIGHT_FIELDS : DARK_FIELDS;
+    return "\033[1;38;5;" + std::to_string(PIECE_COLOURS[piece == WHITE ? 0 : 1]) + ";48;5;" +
+           std::to_string(grounds[isMarked ? 1 : 0]) + 'm' + text + "\033[0m";
 }
 
 // The first of these variables that is set names the character set of the terminal.
@@ -68,13 +64,12 @@ std::string drawBoard(const Position& position, const Move* last, const BoardSty
             const int file = isFlipped ? EDGE - 1 - column : column;
             const FieldIndex index = fieldOf(file, row);
             const Field& field = position.board[index];
-            std::string cell;
-            cell.append(1, ' ').append(symbolOf(field, style)).append(1, ' ');
+            std::string cell = ' ' + symbolOf(field, style) + ' ';
             if (style.withColours) {
                 const bool isMarked =
                     last != nullptr && (index == LongAlgebraicMove(*last).getFrom() ||
                                         index == LongAlgebraicMove(*last).getTo());
-                cell = coloured(cell, (row + file) % 2 != 0, isMarked, field.color == WHITE);
+                cell = coloured(cell, (row + file) % 2 != 0, isMarked, field.color);
             }
             text += cell;
         }

@@ -19,10 +19,6 @@ GameRecord::GameRecord(const NumberedGame& start) : states{start} {
     judge();
 }
 
-const NumberedGame& GameRecord::getGameBefore(int plies) const {
-    return states[states.size() - 1 - static_cast<std::size_t>(plies)];
-}
-
 void GameRecord::play(const Move& move) {
     states.push_back(getGame());
     states.back().play(move);
@@ -33,18 +29,17 @@ void GameRecord::play(const Move& move) {
 void GameRecord::takeBack(int plies) {
     states.resize(states.size() - static_cast<std::size_t>(plies), states.front());
     moves.resize(moves.size() - static_cast<std::size_t>(plies));
-    result.assign(1, '*');
-    end.clear();
+    judge();
 }
 
 void GameRecord::resign(Color color) {
-    finish(WINS[at(opposite(color))], std::string(NAMES[at(color)]) + " resigns.");
+    end = {WINS[at(opposite(color))], std::string(NAMES[at(color)]) + " resigns."};
 }
 
 std::string GameRecord::getLastMoves(int plies) const {
-    const NumberedGame& before = getGameBefore(plies);
-    return lineToSan(before.position, std::span(moves).last(static_cast<std::size_t>(plies)),
-                     before.ply);
+    const auto count = static_cast<std::size_t>(plies);
+    const NumberedGame& before = states[moves.size() - count];
+    return lineToSan(before.position, std::span(moves).last(count), before.ply);
 }
 
 std::string GameRecord::getPgn(Color human) const {
@@ -55,19 +50,13 @@ std::string GameRecord::getPgn(Color human) const {
     for (const Move& move : moves) {
         game.moves.push_back({move});
     }
-    (game.moves.empty() ? game.comment : game.moves.back().comment) = end;
-    game.result = result;
+    (game.moves.empty() ? game.comment : game.moves.back().comment) = end.text;
+    game.result = end.result;
     return toPgn(game);
 }
 
-// Ends the game if the rules do.
+// Whether the rules end the game.
 void GameRecord::judge() {
-    if (const auto rules = findGameEnd(getGame())) {
-        finish(rules->result, rules->text);
-    }
-}
-
-void GameRecord::finish(const std::string& _result, const std::string& sentence) {
-    result = _result;
-    end = sentence;
+    const auto rules = findGameEnd(getGame());
+    end = rules ? End{rules->result, rules->text} : End{};
 }

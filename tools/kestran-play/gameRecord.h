@@ -13,11 +13,10 @@ public:
 
     const NumberedGame& getGame() const { return states.back(); }
     const Position& getPosition() const { return getGame().position; }
-    // The game before the last `plies` moves. Requires at least that many moves.
-    const NumberedGame& getGameBefore(int plies) const;
     const std::vector<Move>& getMoves() const { return moves; }
     int countPlies() const { return static_cast<int>(moves.size()); }
-    // The last `plies` moves in algebraic notation, such as "2. Nf3 Nc6"; empty for none.
+    // The last `plies` moves in algebraic notation, such as "2. Nf3 Nc6"; empty for none. Requires
+    // at least that many.
     std::string getLastMoves(int plies) const;
 
     // Plays a legal move. Requires that the game is not over.
@@ -28,18 +27,21 @@ public:
     void resign(Color color);
 
     // One sentence that says why the game is over, empty while it is not.
-    const std::string& getEnd() const { return end; }
-    bool isOver() const { return !end.empty(); }
+    const std::string& getEnd() const { return end.text; }
+    bool isOver() const { return !end.text.empty(); }
 
     // The game in PGN. `human` is the colour of the person.
     std::string getPgn(Color human) const;
 
 private:
+    struct End {
+        std::string result = "*"; // as in PGN
+        std::string text{};       // see getEnd()
+    };
+
     void judge();
-    void finish(const std::string& _result, const std::string& sentence);
 
     std::vector<NumberedGame> states; // from the start on, the present one last
     std::vector<Move> moves;
-    std::string result = "*"; // as in PGN
-    std::string end;
+    End end;
 };

@@ -9,20 +9,9 @@
 #include <cstdlib>
 #include <editline/readline.h>
 #include <memory>
-#include <termios.h>
 #include <unistd.h>
-#endif
-
-#ifdef KESTRAN_LIBEDIT
 
 namespace {
-
-// The settings of the terminal before the first line; null if there are none.
-const termios* getFirstSettings() {
-    static termios settings;
-    static const bool isKnown = tcgetattr(STDIN_FILENO, &settings) == 0;
-    return isKnown ? &settings : nullptr;
-}
 
 std::optional<std::string> readEditedLine(const std::string& prompt) {
     std::cout << std::flush;
@@ -45,8 +34,7 @@ std::optional<std::string> readTypedLine(const std::string& prompt) {
     static const bool isEdited = [] {
         rl_catch_signals = 0; // the game is written by the handlers of GameKeeper
         rl_inhibit_completion = 1;
-        return isatty(STDIN_FILENO) == 1 && isStandardOutputTerminal() &&
-               getFirstSettings() != nullptr;
+        return isatty(STDIN_FILENO) == 1 && isStandardOutputTerminal();
     }();
     if (isEdited) {
         return readEditedLine(prompt);
@@ -59,8 +47,6 @@ std::optional<std::string> readTypedLine(const std::string& prompt) {
 
 void restoreTerminal() {
 #ifdef KESTRAN_LIBEDIT
-    if (const termios* settings = getFirstSettings()) {
-        tcsetattr(STDIN_FILENO, TCSANOW, settings);
-    }
+    rl_deprep_terminal();
 #endif
 }

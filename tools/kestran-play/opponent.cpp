@@ -10,6 +10,8 @@
 #include "support/text.h"
 
 #include <algorithm>
+#include <iomanip>
+#include <sstream>
 
 namespace {
 
@@ -32,15 +34,46 @@ std::string bookReason(const NumberedGame& game, const Move& played) {
            (others.empty() ? "the book has no other move." : "the book also has " + others + '.');
 }
 
-} // namespace
-
-Opponent::Opponent(const Strength& _strength)
-    : strength(_strength), config(EngineConfig::getProdConfig()),
-      engine(std::make_unique<Engine>(
-          *config, WaitPolicy{.interval = 10, .margin = 0, .isWokenByEnd = true})) {
+bool isFromBook(const SearchResult& thought) {
+    return thought.line.varLength > 0 && thought.line.get(0).isOpening;
 }
 
-Thought Opponent::think(const Game& game) {
+int depthOf(const SearchResult& thought) {
+    return thought.report ? thought.report->depth : 0;
+}
+
+std::string nodesText(const Level* level) {
+    return level == nullptr ? "any" : countText(level->nodes);
+}
+
+std::string ratingText(const Level* level) {
+    return level == nullptr ? "by its time" : "about " + std::to_string(level->rating);
+}
+
+} // namespace
+
+const Level* getLevel(int number) {
+    return number == LEVEL_COUNT ? nullptr : &LEVELS[at(number - 1)];
+}
+
+std::string getLevelTable() {
+    std::ostringstream text;
+    text << "Level  Nodes for each move  Rating (an estimate)\n";
+    for (int number = 1; number <= LEVEL_COUNT; ++number) {
+        const Level* level = getLevel(number);
+        text << std::setw(5) << number << std::setw(21) << nodesText(level) << "  "
+             << ratingText(level) << '\n';
+    }
+    return text.str();
+}
+
+std::string describeLevel(int number) {
+    const Level* level = getLevel(number);
+    return nodesText(level) + (level == nullptr ? " number of" : "") +
+           " nodes for each move, rating " + ratingText(level);
+}
+
+SearchResult Opponent::think(const Game& game) {
     SearchRequest request;
     const Milliseconds usualTime = strength.level == nullptr ? DEFAULT_TIME : LONGEST_TIME;
     request.limits.time = {clockMilliseconds(), strength.time.value_or(usualTime)};
@@ -50,21 +83,18 @@ Thought Opponent::think(const Game& game) {
     }
     request.limits.onlyMoveDepth = 1;
     request.game = game;
-    const SearchResult result = engine->search(request);
-    const Variant& line = result.line;
-    const bool isFromBook = line.varLength > 0 && line.get(0).isOpening;
-    return {movesOf(line), line.evaluation, result.report ? result.report->depth : 0, isFromBook};
+    return engine->search(request);
 }
 
-std::string Opponent::explain(const NumberedGame& game, const Thought& thought,
+std::string Opponent::explain(const NumberedGame& game, const SearchResult& thought,
                               const std::optional<Move>& other) const {
-    const Move& played = thought.line.front();
-    const std::string book = thought.isFromBook ? bookReason(game, played) : "";
+    const Move& played = thought.line.get(0).move;
+    const std::string book = isFromBook(thought) ? bookReason(game, played) : "";
     const bool isAboutPlayed = !other || testMoveEquality(*other, played);
-    if (thought.isFromBook && isAboutPlayed) {
+    if (!book.empty() && isAboutPlayed) {
         return "It " + book;
     }
-    const int depth = thought.isFromBook ? DEPTH_BESIDE_BOOK : std::max(thought.depth, 1);
+    const int depth = book.empty() ? std::max(depthOf(thought), 1) : DEPTH_BESIDE_BOOK;
     const std::vector<Move> line = {other.value_or(played)};
     SearchLimit limit(TIME_TO_EXPLAIN);
     Explain record;
@@ -78,11 +108,11 @@ std::string Opponent::explain(const NumberedGame& game, const Thought& thought,
            (book.empty() ? "" : " In the game it " + book);
 }
 
-std::string describe(const Position& position, const Thought& thought, int ply) {
-    const std::string moves = lineToSan(position, thought.line, ply);
-    if (thought.isFromBook) {
+std::string describe(const NumberedGame& game, const SearchResult& thought) {
+    const std::string moves = lineToSan(game.position, movesOf(thought.line), game.ply);
+    if (isFromBook(thought)) {
         return moves + ", from the book";
     }
-    return moves + ", " + scoreText(thought.score) + sideText(position) + " at depth " +
-           std::to_string(thought.depth);
+    return moves + ", " + scoreText(thought.line.evaluation) + sideText(game.position) +
+           " at depth " + std::to_string(depthOf(thought));
 }

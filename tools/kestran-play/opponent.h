@@ -1,13 +1,10 @@
-// The engine as a partner: its moves, its advice, and why it plays as it does.
+// The engine as a partner: how strong it is, its moves, its advice, and why it plays as it does.
 #pragma once
 
 #include "engine/engine.h"
 #include "notation/numberedGame.h"
-#include "search/engineParameters.h"
-#include "search/searchLimits.h"
 #include "uci/levels.h"
 
-#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -19,36 +16,35 @@ struct Strength {
     const Level* level = nullptr; // null for none
 };
 
-// What the engine thinks of a position.
-struct Thought {
-    std::vector<Move> line; // that it expects, its own move first; empty if there is none
-    int score;              // thousandths of a pawn for the side to move
-    int depth;              // plies
-    bool isFromBook;        // then score and depth mean nothing
-};
+// The levels of uci/levels.h by their numbers from 1, and the full strength as the last.
+inline constexpr int LEVEL_COUNT = static_cast<int>(LEVELS.size()) + 1;
+// The limits of a level; null for the last, which has none.
+const Level* getLevel(int number);
+// A table of the levels, in lines.
+std::string getLevelTable();
+// "1,000 nodes for each move, rating about 1200".
+std::string describeLevel(int number);
 
 class Opponent {
 public:
-    explicit Opponent(const Strength& _strength);
-
-    // How strongly it plays from the next move on.
-    Strength& getStrength() { return strength; }
+    explicit Opponent(const Strength& _strength) : strength(_strength) {}
 
     // Thinks for the side to move, which has a legal move.
-    Thought think(const Game& game);
+    SearchResult think(const Game& game);
 
     // Why the engine plays in `game` as in `thought`, which is what it thought there, in words;
     // or why it does not play the legal move `other` there. Takes some seconds at most; Ctrl-C
     // ends that sooner.
-    std::string explain(const NumberedGame& game, const Thought& thought,
+    std::string explain(const NumberedGame& game, const SearchResult& thought,
                         const std::optional<Move>& other) const;
 
+    Strength strength; // from the next move on
+
 private:
-    Strength strength;
-    std::unique_ptr<EngineConfig> config;
-    std::unique_ptr<Engine> engine;
+    std::unique_ptr<EngineConfig> config = EngineConfig::getProdConfig();
+    std::unique_ptr<Engine> engine = std::make_unique<Engine>(
+        *config, WaitPolicy{.interval = 10, .margin = 0, .isWokenByEnd = true});
 };
 
-// The line of a thought and its worth, such as "3. Nf3 Nc6, +0.31 for White at depth 6". `ply`
-// counts the half moves of the game so far.
-std::string describe(const Position& position, const Thought& thought, int ply);
+// The line of a thought and its worth, such as "3. Nf3 Nc6, +0.31 for White at depth 6".
+std::string describe(const NumberedGame& game, const SearchResult& thought);

@@ -1,7 +1,6 @@
 // kestran-play: a game against the engine in a terminal, command by command.
 
 #include "kestran-play/gameKeeper.h"
-#include "kestran-play/levels.h"
 #include "kestran-play/lineInput.h"
 #include "kestran-play/table.h"
 #include "support/cli.h"
@@ -33,13 +32,6 @@ struct PlayOptions {
     bool withLetters = false;
 };
 
-Color sideOf(const std::string& text) {
-    if (text == "random") {
-        return std::random_device()() % 2 == 0 ? WHITE : BLACK;
-    }
-    return text == "white" ? WHITE : BLACK;
-}
-
 int runPlay(const PlayOptions& options) {
     Strength strength = options.strength;
     if (options.level) {
@@ -52,7 +44,9 @@ int runPlay(const PlayOptions& options) {
     const NumberedGame start = readGame(
         options.words, "",
         isFromFile ? PgnSource{options.pgn, options.game.value_or(1), options.ply} : PgnSource());
-    const Color human = sideOf(options.side);
+    const bool isBlack =
+        options.side == "random" ? std::random_device()() % 2 != 0 : options.side == "black";
+    const Color human = isBlack ? BLACK : WHITE;
     BoardStyle style = getUsualStyle();
     style.withSymbols = style.withSymbols && !options.withLetters;
     style.bottom = human;
@@ -62,8 +56,8 @@ int runPlay(const PlayOptions& options) {
 
     GameKeeper keeper(options.pgn, std::cout);
     Table table(start, human, strength, style, keeper, std::cout);
-    std::cout << "You play " << (human == WHITE ? "White" : "Black")
-              << R"(. Type a move, or "help".)" << '\n';
+    std::cout << "You play " << (isBlack ? "Black" : "White") << R"(. Type a move, or "help".)"
+              << '\n';
     table.begin();
     std::optional<std::string> line;
     while ((line = readTypedLine(table.getPrompt())) && table.handleLine(*line)) {

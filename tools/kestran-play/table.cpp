@@ -2,7 +2,6 @@
 
 #include "base/cppIoUtils.h"
 #include "board/attacks.h"
-#include "kestran-play/levels.h"
 #include "notation/san.h"
 #include "support/terminal.h"
 #include "support/text.h"
@@ -63,10 +62,9 @@ Move pickMove(const Position& position, const std::string& text) {
 
 } // namespace
 
-Table::Table(const NumberedGame& _start, Color _human, const Strength& strength,
+Table::Table(const NumberedGame& start, Color _human, const Strength& strength,
              const BoardStyle& _style, GameKeeper& _keeper, std::ostream& _out)
-    : start(_start), record(_start), human(_human), opponent(strength), style(_style),
-      keeper(_keeper), out(_out) {
+    : record(start), human(_human), opponent(strength), style(_style), keeper(_keeper), out(_out) {
 }
 
 void Table::begin() {
@@ -142,13 +140,13 @@ void Table::handleWords(const std::vector<std::string>& words) {
 void Table::handleMove(const std::string& text) {
     requireGame();
     record.play(pickMove(record.getPosition(), text));
-    if (!record.isOver()) {
-        keepGame();
-        letEngineMove();
-        return;
+    if (record.isOver()) {
+        show();
     }
-    show();
     keepGame();
+    if (!record.isOver()) {
+        letEngineMove();
+    }
 }
 
 // Returns to the last position in which the person was to move.
@@ -166,26 +164,25 @@ void Table::takeBack() {
 }
 
 void Table::setTime(const std::string& text) {
-    opponent.getStrength().time = parseSeconds(text, "time", MAX_SECONDS);
+    opponent.strength.time = parseSeconds(text, "time", MAX_SECONDS);
     out << "The engine thinks " << text << " s about each move.\n";
 }
 
 void Table::setDepth(const std::string& text) {
     const int depth = parseNumber(text, "depth", 1, MAX_PASSES);
-    opponent.getStrength().depth = depth;
+    opponent.strength.depth = depth;
     out << "The engine looks at most " << depth << (depth == 1 ? " ply" : " plies") << " ahead.\n";
 }
 
 void Table::setLevel(const std::string& text) {
     const int level = parseNumber(text, "level", 1, LEVEL_COUNT);
-    opponent.getStrength().level = getLevel(level);
+    opponent.strength.level = getLevel(level);
     out << "Level " << level << ": " << describeLevel(level) << ".\n";
 }
 
 void Table::showHint() {
     requireGame();
-    const Thought thought = opponent.think(record.getGame());
-    out << describe(record.getPosition(), thought, record.getGame().ply) << '\n';
+    out << describe(record.getGame(), opponent.think(record.getGame())) << '\n';
 }
 
 void Table::explain(const std::string& text) {
@@ -208,7 +205,7 @@ void Table::changeSides() {
 
 void Table::startAgain() {
     keeper.leave();
-    record = GameRecord(start);
+    record.takeBack(record.countPlies());
     reason.reset();
     begin();
 }
@@ -234,7 +231,7 @@ void Table::letEngineMove() {
     progress.show("Kestran is thinking");
     reason = {game, opponent.think(game)};
     progress.show("");
-    const Move move = reason->thought.line.front();
+    const Move move = reason->thought.line.get(0).move;
     record.play(move);
     show();
     out << "Kestran plays " << toNumberedSan(game.position, move, game.ply) << '\n';

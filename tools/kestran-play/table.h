@@ -50,10 +50,9 @@ private:
     // The thought that led to the engine's last move, and the game that it was about.
     struct Reason {
         NumberedGame game;
-        Thought thought;
+        SearchResult thought;
     };
 
-    NumberedGame start;
     GameRecord record;
     Color human;
     Opponent opponent;
