@@ -13,11 +13,6 @@ std::string withoutControls(std::string text) {
     return text;
 }
 
-// Whether a byte of UTF-8 continues a character.
-bool isContinuation(char byte) {
-    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-}
-
 } // namespace
 
 UsageError::UsageError(const std::string& message) : std::runtime_error(withoutControls(message)) {
@@ -48,36 +43,26 @@ Milliseconds parseSeconds(const std::string& text, const std::string& what, int 
 }
 
 std::size_t countColumns(const std::string& text) {
-    return text.size() - static_cast<std::size_t>(std::ranges::count_if(text, isContinuation));
+    const auto beginsCharacter = [](unsigned char byte) { return (byte & 0xC0U) != 0x80U; };
+    return static_cast<std::size_t>(std::ranges::count_if(text, beginsCharacter));
 }
 
 std::string wrapText(const std::string& text, std::size_t column, std::size_t width) {
     std::string wrapped;
     std::size_t used = column;
-    std::size_t lastBlank = std::string::npos; // of the present line, in `wrapped`
-    for (const char letter : text) {
-        if (letter == '\n') {
-            wrapped += letter;
+    for (std::size_t start = 0, end = 0; start < text.size(); start = end) {
+        end = std::min(text.find_first_of(" \n", start + 1), text.size());
+        std::string word = text.substr(start, end - start); // with the blank before it
+        if (word[0] == ' ' && word.size() > 1 && used + countColumns(word) > width) {
+            word[0] = '\n';
+        }
+        if (word[0] == '\n') {
             used = 0;
-            lastBlank = std::string::npos;
-            continue;
+            wrapped += '\n';
+            word.replace(0, 1, word == "\n" && text[end] != ' ' ? 0 : column, ' ');
         }
-        if (used == 0 && column > 0) {
-            wrapped.append(column, ' ');
-            used = column;
-        }
-        if (used >= width && letter != ' ' && lastBlank != std::string::npos) {
-            const std::string word = wrapped.substr(lastBlank + 1);
-            wrapped.resize(lastBlank);
-            wrapped.append(1, '\n').append(column, ' ').append(word);
-            used = column + countColumns(word);
-            lastBlank = std::string::npos;
-        }
-        if (letter == ' ') {
-            lastBlank = wrapped.size();
-        }
-        wrapped += letter;
-        used += isContinuation(letter) ? 0 : 1;
+        used += countColumns(word);
+        wrapped += word;
     }
     return wrapped;
 }

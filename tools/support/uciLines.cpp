@@ -13,15 +13,10 @@ const std::vector<std::string> MODERN_REPORTS = {
     "info depth # currmove% currmovenumber #"};
 
 // Removes the number at the start of `line`. Returns whether there was one.
-bool takeNumber(std::string_view& line, bool mayBeNegative, std::vector<long long>& numbers) {
-    const std::size_t sign = mayBeNegative && line.starts_with('-') ? 1 : 0;
-    const std::size_t end = std::min(line.find_first_not_of("0123456789", sign), line.size());
-    if (end == sign) {
-        return false;
-    }
-    std::from_chars(line.begin(), line.begin() + end, numbers.emplace_back());
-    line.remove_prefix(end);
-    return true;
+bool takeNumber(std::string_view& line, std::vector<long long>& numbers) {
+    const auto [end, fault] = std::from_chars(line.begin(), line.end(), numbers.emplace_back());
+    line.remove_prefix(static_cast<std::size_t>(end - line.begin()));
+    return fault != std::errc::invalid_argument;
 }
 
 // Removes the moves at the start of `line`.
@@ -69,7 +64,7 @@ std::optional<LineParts> matchForm(std::string_view line, std::string_view form)
         if (wanted == '%') {
             takeMoves(line, parts.moves);
         } else if (wanted == '#' || wanted == '@') {
-            if (!takeNumber(line, wanted == '@', parts.numbers)) {
+            if ((wanted == '#' && line.starts_with('-')) || !takeNumber(line, parts.numbers)) {
                 return std::nullopt;
             }
         } else if (line.starts_with(wanted)) {

@@ -1,6 +1,7 @@
 #include "support/uciProcess.h"
 
 #include <algorithm>
+#include <mutex>
 
 namespace {
 
@@ -20,12 +21,18 @@ Timeout timeLeft(Clock::time_point deadline) {
 
 } // namespace
 
-UciProcess::~UciProcess() {
-    kill();
-}
-
-bool UciProcess::send(const std::string& line) {
-    return sendRaw(line + '\n');
+UciProcess::UciProcess(const std::string& path, std::vector<std::string> arguments) {
+    // On Windows, a process that is started at the same time would inherit these pipes.
+    static std::mutex starting;
+    const std::lock_guard lock(starting);
+    Pipe toEngine = makePipe();
+    Pipe fromEngine = makePipe();
+    Pipe errorsOfEngine = makePipe();
+    input = std::move(toEngine.writer);
+    output = std::move(fromEngine.reader);
+    errors = std::move(errorsOfEngine.reader);
+    arguments.insert(arguments.begin(), path);
+    start(arguments, {toEngine.reader.get(), fromEngine.writer.get(), errorsOfEngine.writer.get()});
 }
 
 bool UciProcess::sendRaw(const std::string& bytes) {
@@ -73,11 +80,7 @@ const std::string& UciProcess::readErrors() {
 
 std::optional<UciProcess::End> UciProcess::waitForEnd(Timeout timeout) {
     const Clock::time_point deadline = Clock::now() + timeout;
-    while (!end) {
-        end = askForEnd();
-        if (end || Clock::now() >= deadline) {
-            break;
-        }
+    for (end = end ? end : askForEnd(); !end && Clock::now() < deadline; end = askForEnd()) {
         pump(std::min(END_POLL, timeLeft(deadline)));
     }
     return end;

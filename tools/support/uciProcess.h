@@ -1,6 +1,7 @@
 // An engine as a chess program runs it: a child process with three pipes.
 #pragma once
 
+#include <array>
 #include <chrono>
 #include <cstdint>
 #include <optional>
@@ -39,6 +40,11 @@ private:
     SystemHandle handle;
 };
 
+struct Pipe {
+    PipeEnd reader;
+    PipeEnd writer;
+};
+
 // The first object makes this process ignore SIGPIPE for good, as send() reports that the engine
 // has gone, and raises its limit of open files, as each object needs three. The engine itself
 // starts with every signal at its default and none blocked, in a process group of its own, so that
@@ -55,16 +61,16 @@ public:
 
     // Starts `path` with `arguments`, which hold no quotes on Windows. Throws CannotStart if that
     // fails.
-    explicit UciProcess(const std::string& path, const std::vector<std::string>& arguments = {});
+    explicit UciProcess(const std::string& path, std::vector<std::string> arguments = {});
     UciProcess(const UciProcess&) = delete;
     UciProcess& operator=(const UciProcess&) = delete;
     // Kills the process if it still runs, and waits for it.
-    ~UciProcess();
+    ~UciProcess() { kill(); }
 
     // Writes a line, or raw bytes, to the engine; what it writes meanwhile is kept, so
     // that neither waits for the other. False if it no longer reads, or has not for ten
     // seconds.
-    bool send(const std::string& line);
+    bool send(const std::string& line) { return sendRaw(line + '\n'); }
     bool sendRaw(const std::string& bytes);
     // The end of the engine's input.
     void closeInput() { input.close(); }
@@ -93,6 +99,11 @@ private:
 
     // ---- What each system does in its own way ----
 
+    // A pipe that no child inherits.
+    static Pipe makePipe();
+    // Starts a process whose standard streams are these ends of the pipes, for which it alone
+    // inherits them. Ours no longer block.
+    void start(std::vector<std::string>& words, const std::array<SystemHandle, 3>& streams);
     // Writes what there is room for; nothing if the engine reads no more.
     std::optional<std::size_t> writeSome(std::string_view bytes);
     // Waits until there is output to take, or perhaps room to write if that is wanted; keeps all

@@ -1,6 +1,6 @@
 #include "support/uciProcess.h"
 
-#include <array>
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstring>
@@ -19,13 +19,15 @@ int descriptorOf(const PipeEnd& end) {
     return static_cast<int>(end.get());
 }
 
-struct Pipe {
-    PipeEnd reader;
-    PipeEnd writer;
-};
+} // namespace
 
-// A pipe that no other child inherits.
-Pipe makePipe() {
+void PipeEnd::close() {
+    if (isOpen()) {
+        ::close(static_cast<int>(std::exchange(handle, NO_HANDLE)));
+    }
+}
+
+Pipe UciProcess::makePipe() {
     std::array<int, 2> ends;
     if (pipe2(ends.data(), O_CLOEXEC) != 0) {
         throw CannotStart(std::string("no pipe: ") + std::strerror(errno));
@@ -33,17 +35,19 @@ Pipe makePipe() {
     return {PipeEnd(ends[0]), PipeEnd(ends[1])};
 }
 
-pid_t spawn(std::vector<std::string> line, const std::array<int, 3>& standardDescriptors) {
-    std::vector<char*> words;
-    words.reserve(line.size() + 1);
-    for (std::string& word : line) {
-        words.push_back(word.data());
-    }
-    words.push_back(nullptr);
+void UciProcess::start(std::vector<std::string>& words,
+                       const std::array<SystemHandle, 3>& streams) {
+    std::signal(SIGPIPE, SIG_IGN);
+    rlimit files{};
+    getrlimit(RLIMIT_NOFILE, &files);
+    files.rlim_cur = files.rlim_max;
+    setrlimit(RLIMIT_NOFILE, &files);
+    std::vector<char*> line(words.size() + 1, nullptr);
+    std::ranges::transform(words, line.begin(), [](std::string& word) { return word.data(); });
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
-    for (int number = 0; const int descriptor : standardDescriptors) {
-        posix_spawn_file_actions_adddup2(&actions, descriptor, number++);
+    for (int number = 0; const SystemHandle stream : streams) {
+        posix_spawn_file_actions_adddup2(&actions, static_cast<int>(stream), number++);
     }
     sigset_t none;
     sigset_t all;
@@ -57,39 +61,13 @@ pid_t spawn(std::vector<std::string> line, const std::array<int, 3>& standardDes
     posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF |
                                               POSIX_SPAWN_SETPGROUP);
     pid_t pid = -1;
-    const int fault = posix_spawn(&pid, words[0], &actions, &attributes, words.data(), environ);
+    const int fault = posix_spawn(&pid, line[0], &actions, &attributes, line.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
     posix_spawnattr_destroy(&attributes);
     if (fault != 0) {
-        throw CannotStart("cannot start " + line[0] + ": " + std::strerror(fault));
+        throw CannotStart("cannot start " + words[0] + ": " + std::strerror(fault));
     }
-    return pid;
-}
-
-} // namespace
-
-void PipeEnd::close() {
-    if (isOpen()) {
-        ::close(static_cast<int>(std::exchange(handle, NO_HANDLE)));
-    }
-}
-
-UciProcess::UciProcess(const std::string& path, const std::vector<std::string>& arguments) {
-    std::signal(SIGPIPE, SIG_IGN);
-    rlimit files{};
-    getrlimit(RLIMIT_NOFILE, &files);
-    files.rlim_cur = files.rlim_max;
-    setrlimit(RLIMIT_NOFILE, &files);
-    Pipe toEngine = makePipe();
-    Pipe fromEngine = makePipe();
-    Pipe errorsOfEngine = makePipe();
-    std::vector<std::string> line = {path};
-    line.insert(line.end(), arguments.begin(), arguments.end());
-    process = spawn(line, {descriptorOf(toEngine.reader), descriptorOf(fromEngine.writer),
-                           descriptorOf(errorsOfEngine.writer)});
-    input = std::move(toEngine.writer);
-    output = std::move(fromEngine.reader);
-    errors = std::move(errorsOfEngine.reader);
+    process = pid;
     for (const PipeEnd* ours : {&input, &output, &errors}) {
         fcntl(descriptorOf(*ours), F_SETFL, O_NONBLOCK);
     }

@@ -3,7 +3,6 @@
 #include "base/clock.h"
 
 #include <array>
-#include <mutex>
 #include <system_error>
 #include <utility>
 
@@ -33,24 +32,6 @@ std::string lastFault() {
     return std::system_category().message(static_cast<int>(GetLastError()));
 }
 
-struct Pipe {
-    PipeEnd reader;
-    PipeEnd writer;
-};
-
-// A pipe of which a child inherits the one end that is its own.
-Pipe makePipe(bool isChildReader) {
-    SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
-    HANDLE reader = nullptr;
-    HANDLE writer = nullptr;
-    if (CreatePipe(&reader, &writer, &inherited, PIPE_SIZE) == 0) {
-        throw CannotStart("no pipe: " + lastFault());
-    }
-    SetHandleInformation(isChildReader ? writer : reader, HANDLE_FLAG_INHERIT, 0);
-    return {PipeEnd(reinterpret_cast<SystemHandle>(reader)),
-            PipeEnd(reinterpret_cast<SystemHandle>(writer))};
-}
-
 } // namespace
 
 void PipeEnd::close() {
@@ -59,36 +40,41 @@ void PipeEnd::close() {
     }
 }
 
-UciProcess::UciProcess(const std::string& path, const std::vector<std::string>& arguments) {
-    // Another process that is started at the same time would inherit these pipes.
-    static std::mutex starting;
-    const std::lock_guard lock(starting);
-    Pipe toEngine = makePipe(true);
-    Pipe fromEngine = makePipe(false);
-    Pipe errorsOfEngine = makePipe(false);
-    std::string line = '"' + path + '"';
-    for (const std::string& argument : arguments) {
-        line += " \"" + argument + '"';
+Pipe UciProcess::makePipe() {
+    HANDLE reader = nullptr;
+    HANDLE writer = nullptr;
+    if (CreatePipe(&reader, &writer, nullptr, PIPE_SIZE) == 0) {
+        throw CannotStart("no pipe: " + lastFault());
+    }
+    return {PipeEnd(reinterpret_cast<SystemHandle>(reader)),
+            PipeEnd(reinterpret_cast<SystemHandle>(writer))};
+}
+
+void UciProcess::start(std::vector<std::string>& words,
+                       const std::array<SystemHandle, 3>& streams) {
+    for (const SystemHandle stream : streams) {
+        SetHandleInformation(handleOf(stream), HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
+    }
+    std::string line;
+    for (const std::string& word : words) {
+        line += '"' + word + "\" ";
     }
     STARTUPINFOA start{};
     start.cb = sizeof start;
     start.dwFlags = STARTF_USESTDHANDLES;
-    start.hStdInput = handleOf(toEngine.reader);
-    start.hStdOutput = handleOf(fromEngine.writer);
-    start.hStdError = handleOf(errorsOfEngine.writer);
+    start.hStdInput = handleOf(streams[0]);
+    start.hStdOutput = handleOf(streams[1]);
+    start.hStdError = handleOf(streams[2]);
     PROCESS_INFORMATION started{};
-    if (CreateProcessA(path.c_str(), line.data(), nullptr, nullptr, TRUE,
+    if (CreateProcessA(words[0].c_str(), line.data(), nullptr, nullptr, TRUE,
                        CREATE_NO_WINDOW | CREATE_NEW_PROCESS_GROUP, nullptr, nullptr, &start,
                        &started) == 0) {
-        throw CannotStart("cannot start " + path + ": " + lastFault());
+        throw CannotStart("cannot start " + words[0] + ": " + lastFault());
     }
     CloseHandle(started.hThread);
     process = reinterpret_cast<SystemHandle>(started.hProcess);
     DWORD withoutWaiting = PIPE_NOWAIT;
-    SetNamedPipeHandleState(handleOf(toEngine.writer), &withoutWaiting, nullptr, nullptr);
-    input = std::move(toEngine.writer);
-    output = std::move(fromEngine.reader);
-    errors = std::move(errorsOfEngine.reader);
+    SetNamedPipeHandleState(handleOf(input), &withoutWaiting, nullptr, nullptr);
 }
 
 void UciProcess::kill() {
