@@ -493,7 +493,7 @@ struct SmallProgram {
             argv.push_back(word.c_str());
         }
         Program program("small", "[OPTION]... [WORD]...", "Does little.", "it failed");
-        program.addWords("WORD", words, "a word");
+        program.add_option("WORD", words, "a word");
         program.addNumber("--number", number, -3, 7, "N", "a number");
         program.addSeconds("--time", time, 60, "seconds");
         program.addChoice("--side", side, {"left", "right"}, "SIDE", "a side");
@@ -571,7 +571,7 @@ TEST(WrapText, BreaksBeforeTheWidth) {
     EXPECT_EQ(wrapText("one two three", 0, 6), "one\ntwo\nthree");
     EXPECT_EQ(wrapText("twelve to", 0, 3), "twelve\nto") << "a word that is too long";
     EXPECT_EQ(wrapText("a\n\n  b c", 0, 80), "a\n\n  b c");
-    EXPECT_EQ(wrapText("├─├─ ab", 0, 7), "├─├─ ab") << "seven columns";
+    EXPECT_EQ(wrapText("├─├─ aé", 0, 7), "├─├─ aé") << "seven columns";
 }
 
 } // namespace

@@ -218,7 +218,7 @@ int bookMain(int argc, const char* const* argv) {
     BookOptions options;
     Program program("kestran-book", "[OPTION]... [FEN]\n[OPTION]... --check FILE", DESCRIPTION,
                     "a line of FILE stops early, or the output cannot be written");
-    program.addWords("FEN", options.words, FEN_HELP);
+    program.add_option("FEN", options.words, FEN_HELP);
     auto* const moves = program.addText("--moves", options.moves, "MOVES", MOVES_HELP);
     addPgnOptions(program, options.pgn);
     auto* const tree = program.addNumber("--tree", options.depth, 1, MAX_TREE_DEPTH, "DEPTH",

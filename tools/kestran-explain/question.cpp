@@ -110,7 +110,7 @@ int ask(int argc, const char* const* argv, const std::function<void(const Questi
     Question question = {};
     Program program("kestran-explain", "[OPTION]... [FEN]", DESCRIPTION,
                     "the search was ended before its first pass, or the output cannot be written");
-    program.addWords("FEN", asked.words, FEN_HELP);
+    program.add_option("FEN", asked.words, FEN_HELP);
     program.addText("--line", asked.line, "MOVES",
                     "the line to watch, at most " + std::to_string(Explain::MAX_LINE) +
                         " moves; if not given, the search's own");

@@ -1,4 +1,4 @@
-#include "kestran-modern/modern.h"
+// kestran-modern: the engine for current chess programs.
 
 #include "search/searchParameters.h"
 #include "support/cli.h"
@@ -25,6 +25,7 @@ int runModern(const std::string& word, std::optional<int> depth) {
 
 } // namespace
 
+// The main function of the program.
 int modernMain(int argc, const char* const* argv) {
     std::string word;
     std::optional<int> depth;

@@ -213,9 +213,9 @@ int perftMain(int argc, const char* const* argv) {
                         std::to_string(MAX_PERFT_DEPTH) +
                         ", from a position: after each first move, and in all.",
                     "a count of FILE is wrong, or the output cannot be written");
-    program.addWords("FEN", options.words,
-                     "the position, in quotes or as several words; \"startpos\" is the start "
-                     "position. DEPTH follows it");
+    program.add_option("FEN", options.words,
+                       "the position, in quotes or as several words; \"startpos\" is the start "
+                       "position. DEPTH follows it");
     auto* const moves = program.addText("--moves", options.moves, "MOVES", MOVES_HELP);
     program
         .addText("--epd", options.path, "FILE",

@@ -77,7 +77,7 @@ int main(int argc, char** argv) {
     PlayOptions options;
     Program program("kestran-play", "[OPTION]... [FEN]", DESCRIPTION,
                     "a game or the output cannot be written");
-    program.addWords("FEN", options.words, FEN_HELP);
+    program.add_option("FEN", options.words, FEN_HELP);
     program.addChoice("--side", options.side, {"white", "black", "random"}, "SIDE",
                       "your side: white, black or random");
     program.addSeconds(

@@ -16,10 +16,7 @@ constexpr std::size_t HELP_WIDTH = 76;      // columns; man pages escape some of
 constexpr std::size_t MAX_NAME_COLUMN = 20; // a longer name has a line of its own
 
 std::string nameOf(const CLI::Option& option) {
-    std::string name = option.get_name(false, true);
-    if (const std::size_t comma = name.find(','); comma != std::string::npos) {
-        name.insert(comma + 1, 1, ' ');
-    }
+    const std::string name = CLI::detail::find_and_replace(option.get_name(false, true), ",", ", ");
     const bool hasValue = !option.get_positional() && option.get_items_expected_max() > 0;
     return hasValue ? name + ' ' + option.get_type_name() : name;
 }
@@ -71,11 +68,6 @@ CLI::Option* Program::addChoice(const std::string& option, std::string& target,
                     });
 }
 
-CLI::Option* Program::addWords(const std::string& name, std::vector<std::string>& target,
-                               const std::string& text) {
-    return add_option(name, target, text);
-}
-
 CLI::Option* Program::addValue(const std::string& option, const std::string& value,
                                const std::string& text,
                                const std::function<void(const std::string&)>& set) {
@@ -83,29 +75,23 @@ CLI::Option* Program::addValue(const std::string& option, const std::string& val
 }
 
 std::string Program::makeHelp() const {
-    std::string help = "Usage: " + get_name() + ' ';
-    for (const char letter : usage) {
-        help += letter == '\n' ? "\n  or:  " + get_name() + ' ' : std::string(1, letter);
-    }
-    help += "\n\n" + wrapText(get_description(), 0, HELP_WIDTH) + "\n\n";
     std::size_t column = 0;
-    const std::vector<const CLI::Option*> options = get_options();
+    std::vector<const CLI::Option*> options = get_options();
+    std::ranges::rotate(options, options.begin() + 2); // --help and --version to the end
     for (const CLI::Option* option : options) {
         const std::size_t width = nameOf(*option).size() + 4;
         column = width <= MAX_NAME_COLUMN ? std::max(column, width) : column;
     }
-    // The words come first, then the options as they were declared, then --help and --version.
     std::string words;
-    std::string own;
-    std::string common;
+    std::string others;
     for (const CLI::Option* option : options) {
-        const bool isCommon = option == get_help_ptr() || option == get_version_ptr();
-        (option->get_positional() ? words : isCommon ? common : own) += optionHelp(*option, column);
+        (option->get_positional() ? words : others) += optionHelp(*option, column);
     }
-    if (!words.empty()) {
-        help += "Arguments:\n" + words + '\n';
-    }
-    return help + "Options:\n" + own + common + '\n' + get_footer() + '\n';
+    const std::string orAgain = "\n  or:  " + get_name() + ' ';
+    return "Usage: " + get_name() + ' ' + CLI::detail::find_and_replace(usage, "\n", orAgain) +
+           "\n\n" + wrapText(get_description(), 0, HELP_WIDTH) + "\n\n" +
+           (words.empty() ? "" : "Arguments:\n" + words + '\n') + "Options:\n" + others + '\n' +
+           get_footer() + '\n';
 }
 
 void Program::parseOrThrow(int argc, const char* const* argv) {
@@ -141,10 +127,8 @@ int Program::run(int argc, const char* const* argv, const std::function<int()>& 
         try {
             parseOrThrow(argc, argv);
             status = body();
-        } catch (const CLI::CallForHelp&) {
-            std::cout << makeHelp();
-        } catch (const CLI::CallForVersion& version) {
-            std::cout << version.what() << '\n';
+        } catch (const CLI::Success& request) { // for the help or the version
+            exit(request);
         }
         std::cout.flush();
     } catch (const UsageError& error) {

@@ -52,9 +52,6 @@ public:
     CLI::Option* addValue(const std::string& option, const std::string& value,
                           const std::string& text,
                           const std::function<void(const std::string&)>& set);
-    // The words that are no options.
-    CLI::Option* addWords(const std::string& name, std::vector<std::string>& target,
-                          const std::string& text);
 
     // Parses the command line, calls `body` and returns its result. --help and --version return
     // 0. A UsageError, or a command line that does not fit, becomes one line on standard error and
