@@ -103,7 +103,7 @@ TEST_F(Soak, EachFaultIsFound) {
         options.engine.pause = wrong.script == DELAYED ? 4000 : 0;
         const SoakReport report = runSoak(options);
         EXPECT_EQ(report.count(wrong.kind), 1) << wrong.script;
-        const std::string comment = report.games.at(0).pgn.comment;
+        const std::string comment = report.games.at(0).comment;
         const TextPattern text("game 0, ply \\d, /bin/sh: (" + wrong.text + "); see (.*)");
         const auto parts = text.match(comment);
         ASSERT_TRUE(parts) << wrong.text << ": " << comment;
@@ -144,11 +144,11 @@ TEST_F(Soak, MatchIsLostByTheFaultyEngine) {
             const SoakReport report = runSoak(options);
             ASSERT_EQ(report.games.size(), 2U);
             for (const GameRecord& game : report.games) {
-                EXPECT_EQ(game.pgn.result, game.pgn.white == "/bin/sh" ? "0-1" : "1-0");
-                EXPECT_EQ(game.pgn.termination, termination);
+                EXPECT_EQ(game.result, game.white == "/bin/sh" ? "0-1" : "1-0");
+                EXPECT_EQ(game.termination, termination);
             }
-            EXPECT_EQ(report.games[0].pgn.white, report.games[1].pgn.black);
-            EXPECT_NE(report.games[0].pgn.white, report.games[0].pgn.black);
+            EXPECT_EQ(report.games[0].white, report.games[1].black);
+            EXPECT_NE(report.games[0].white, report.games[0].black);
             EXPECT_EQ(report.getScore().getPairs().at(halfPoints), 1);
             std::swap(options.engine, *options.against);
         }
@@ -210,7 +210,7 @@ TEST_F(Soak, TimesAndTablesTakeTurns) {
          {std::tuple(0, 5, "1/0.001"), {1, 5, "1/0.001"}, {3, 5, "1/0.002"}, {5, 6, "1/0.001"}}) {
         const SoakGame game(options.game, number);
         EXPECT_EQ(game.getHash(), hash) << number;
-        EXPECT_EQ(game.record.pgn.timeControl, time) << number;
+        EXPECT_EQ(game.record.timeControl, time) << number;
         openings.insert(game.getPositionLine());
     }
     EXPECT_EQ(openings.size(), 3U);
@@ -237,11 +237,11 @@ TEST_F(Soak, ContinuesAfterAStop) {
     std::size_t played = 0;
     int asked = 0; // since two games are over: before the third one, and in it
     options.isStopWanted = [&] { return played >= 2 && ++asked > 2; };
-    const SoakReport stopped =
-        runSoak(options, [&played](const SoakReport& report) { played = report.games.size(); });
+    options.onGame = [&played](const SoakReport& report) { played = report.games.size(); };
+    const SoakReport stopped = runSoak(options);
     EXPECT_EQ(stopped.games.size(), 2U) << "without the third one";
     std::ofstream(options.state, std::ios::app) << R"({"number":2,"pl)"; // as a crash leaves it
-    options.isStopWanted = {};
+    options.isStopWanted = SoakOptions().isStopWanted;
     options.engine.arguments = scripted("exit 3").arguments; // the others fail
     const SoakReport whole = runSoak(options);
     EXPECT_EQ(whole.resumed, 2);
@@ -337,8 +337,8 @@ TEST(SoakGame, MarginAndLength) {
     game.take(game.getBoard().legalMoves().front(), 150);
     EXPECT_THROW(game.take(game.getBoard().legalMoves().front(), 151), Fault);
     game.take(game.getBoard().legalMoves().front(), 90);
-    EXPECT_EQ(game.record.pgn.result, "1/2-1/2");
-    EXPECT_EQ(game.record.pgn.termination, "adjudication");
+    EXPECT_EQ(game.record.result, "1/2-1/2");
+    EXPECT_EQ(game.record.termination, "adjudication");
     SoakReport report;
     report.games = {game.record};
     EXPECT_TRUE(TextPattern("1/0.1 +3 +1 +50 +51 +51 +51 +51\n").isIn(reportOn(report, {})));
@@ -355,7 +355,7 @@ TEST(SoakGame, ThirdRepetitionIsADraw) {
         ASSERT_TRUE(std::ranges::count(game.getBoard().legalMoves(), move)) << move;
         game.take(move, 0);
     }
-    EXPECT_EQ(game.record.pgn.result, "1/2-1/2");
+    EXPECT_EQ(game.record.result, "1/2-1/2");
 }
 
 TEST(SoakGame, FiftyMovesAreADraw) {
@@ -374,7 +374,7 @@ TEST(SoakGame, FiftyMovesAreADraw) {
         game.take(*quiet, 0);
     }
     EXPECT_EQ(game.getBoard().clock, 100);
-    EXPECT_EQ(game.record.pgn.result, "1/2-1/2");
+    EXPECT_EQ(game.record.result, "1/2-1/2");
 }
 
 } // namespace

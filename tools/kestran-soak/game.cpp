@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <random>
+#include <sstream>
 
 namespace {
 
@@ -37,20 +38,15 @@ TimeControl parseTimeControl(const std::string& text) {
 }
 
 std::string toPgn(const GameRecord& record) {
-    const GameText& text = record.pgn;
-    PgnGame game = beginPgnGame("Soak", std::to_string(record.number), text.white, text.black);
-    for (const auto& [name, value] :
-         {std::pair{"Termination", text.termination}, {"TimeControl", text.timeControl}}) {
-        if (!value.empty()) {
-            game.setTag(name, value);
-        }
-    }
-    game.start = readGame({text.fen}, "");
-    for (const Move& move : readMoves(game.start.position, text.moves, "the game")) {
+    PgnGame game = beginPgnGame("Soak", std::to_string(record.number), record.white, record.black);
+    game.setTag("Termination", record.termination);
+    game.setTag("TimeControl", record.timeControl);
+    game.start = readGame({record.fen}, "");
+    for (const Move& move : readMoves(game.start.position, record.moves, "the game")) {
         game.moves.push_back({move});
     }
-    (game.moves.empty() ? game.comment : game.moves.back().comment) = text.comment;
-    game.result = text.result;
+    (game.moves.empty() ? game.comment : game.moves.back().comment) = record.comment;
+    game.result = record.result;
     return toPgn(game);
 }
 
@@ -59,9 +55,9 @@ SoakGame::SoakGame(const GameOptions& gameOptions, int number)
       control(parseTimeControl(pick(options.times, opening))),
       hash(pick(options.hashes, opening / options.times.size())) {
     record.number = number;
-    record.pgn.timeControl = pick(options.times, opening);
+    record.timeControl = pick(options.times, opening);
     left.fill(control.clock);
-    std::seed_seq seeds{options.seed, static_cast<unsigned>(opening)};
+    std::seed_seq seeds{options.seed, static_cast<int>(opening)};
     std::mt19937 random(seeds);
     const std::size_t plies = LEAST_OPENING + random() % (MOST_OPENING - LEAST_OPENING + 1);
     for (std::size_t ply = 0; ply < plies && !board.legalMoves().empty(); ++ply) {
@@ -69,37 +65,37 @@ SoakGame::SoakGame(const GameOptions& gameOptions, int number)
     }
     // Every other opening is sent as a FEN instead of moves.
     if (opening % 2 != 0) {
-        record.pgn.fen = board.identity() + ' ' + std::to_string(board.clock) + " 1";
-        record.pgn.moves.clear();
+        record.fen = board.identity() + ' ' + std::to_string(board.clock) + " 1";
+        record.moves.clear();
         occurrences = {{board.identity(), 1}};
     }
     judge();
 }
 
 void SoakGame::play(const std::string& move) {
-    record.pgn.moves += (record.pgn.moves.empty() ? "" : " ") + move;
+    record.moves += (record.moves.empty() ? "" : " ") + move;
     board.play(move);
     ++occurrences[board.identity()];
 }
 
 std::string SoakGame::getPositionLine() const {
-    return "position " + (record.pgn.fen.empty() ? "startpos" : "fen " + record.pgn.fen) +
-           (record.pgn.moves.empty() ? "" : " moves ") + record.pgn.moves;
+    return "position " + (record.fen.empty() ? "startpos" : "fen " + record.fen) +
+           (record.moves.empty() ? "" : " moves ") + record.moves;
 }
 
 std::string SoakGame::getGoLine() const {
     if (control.isPerMove()) {
         return "go movetime " + std::to_string(control.clock);
     }
-    std::string line = "go wtime " + std::to_string(left[0]) + " btime " + std::to_string(left[1]);
+    std::ostringstream line;
+    line << "go wtime " << left[0] << " btime " << left[1];
     if (control.moves > 0) {
-        line += " movestogo " + std::to_string(control.moves - record.plies / 2 % control.moves);
+        line << " movestogo " << control.moves - record.plies / 2 % control.moves;
     }
     if (control.increment > 0) {
-        const std::string increment = std::to_string(control.increment);
-        line += " winc " + increment + " binc " + increment;
+        line << " winc " << control.increment << " binc " << control.increment;
     }
-    return line;
+    return line.str();
 }
 
 std::int64_t SoakGame::getAllowed() const {
@@ -128,16 +124,15 @@ void SoakGame::note(Fault::Kind kind, bool isWhite, const std::string& text) {
         end(isWhite ? "0-1" : "1-0", TERMINATIONS.at(kind));
     }
     record.fault = kind;
-    record.pgn.comment = text;
+    record.comment = text;
 }
 
 void SoakGame::judge() {
-    const std::string identity = board.identity();
     const bool hasMoves = !board.legalMoves().empty();
     if (!hasMoves && board.isInCheck()) {
         end(board.side == plain::WHITE ? "0-1" : "1-0", "normal");
     } else if (!hasMoves || board.clock >= DRAWN_CLOCK ||
-               occurrences[identity] >= DRAWN_REPETITIONS || !board.canAnyoneMate()) {
+               occurrences[board.identity()] >= DRAWN_REPETITIONS || !board.canAnyoneMate()) {
         end("1/2-1/2", "normal");
     } else if (record.plies >= options.plies) {
         end("1/2-1/2", "adjudication");
@@ -145,6 +140,6 @@ void SoakGame::judge() {
 }
 
 void SoakGame::end(const std::string& result, const std::string& termination) {
-    record.pgn.result = result;
-    record.pgn.termination = termination;
+    record.result = result;
+    record.termination = termination;
 }

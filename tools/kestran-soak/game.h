@@ -26,7 +26,7 @@ TimeControl parseTimeControl(const std::string& text);
 // What to play.
 struct GameOptions {
     bool isMatch = false; // games come in pairs with the same opening, time and table
-    unsigned seed = 1;    // of the openings
+    int seed = 1;         // of the openings
     int plies = 300;      // a game of this length is a draw
     int margin = 150;     // by which a move may exceed its time
     // Used in turn, each time control with each table size (in MiB).
@@ -41,29 +41,24 @@ struct Fault : std::runtime_error {
     Fault(Kind _kind, const std::string& text) : std::runtime_error(text), kind(_kind) {}
 };
 
-// A game as text.
-struct GameText {
-    std::string white{};
-    std::string black{};
-    std::string result = "*";  // as in PGN
-    std::string termination{}; // in the terms of PGN, empty to leave it out
-    std::string timeControl{};
-    std::string fen{};     // where the game began, empty for the start position
-    std::string moves{};   // in long algebraic notation, by blanks
-    std::string comment{}; // after the last move
-};
-
 // A game as the report and the state file have it.
 struct GameRecord {
     int number = 0;
-    GameText pgn{}; // its result is "*" while the game is played
-    int plies = 0;  // after the opening
+    std::string white{}; // the engine
+    std::string black{};
+    std::string result = "*";  // as in PGN; "*" while the game is played
+    std::string termination{}; // in the terms of PGN
+    std::string timeControl{};
+    std::string fen{};     // where the game began, empty for the start position
+    std::string moves{};   // in long algebraic notation, by blanks
+    std::string comment{}; // after the last move; describes the fault
+    int plies = 0;         // after the opening
     // How many moves exceeded their time by how much. Moves in time are at 0.
     std::map<std::int64_t, std::int64_t> overruns{};
     // KiB that an engine had gained by then: in its first ten games, and since.
     std::int64_t settling = 0;
     std::int64_t growth = 0;
-    int fault = Fault::NONE; // its kind; the comment of `pgn` describes it
+    int fault = Fault::NONE; // its kind
 };
 
 // The game in PGN.
@@ -74,7 +69,7 @@ public:
     // Plays the random opening of the game. The number decides everything about it.
     SoakGame(const GameOptions& gameOptions, int number);
 
-    bool isOver() const { return record.pgn.result != "*"; }
+    bool isOver() const { return record.result != "*"; }
     int getHash() const { return hash; }
     const plain::Position& getBoard() const { return board; }
     // The lines for the side to move, and the time that it has.

@@ -30,7 +30,7 @@ public:
 
     // The next four throw Fault if the engine breaks the protocol.
 
-    // Starts the engine if it does not run, CannotStart if that fails, and prepares it for a game.
+    // Starts the engine if it does not run, UsageError if that fails, and prepares it for a game.
     void beginGame(int hash);
     // Lets the engine search, and checks all that it says. The move, and the milliseconds.
     std::pair<std::string, std::int64_t> think(const SoakGame& game);

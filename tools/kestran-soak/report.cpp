@@ -17,7 +17,7 @@ void writeOverruns(std::ostream& stream, const std::vector<GameRecord>& games) {
     std::map<std::string, std::vector<std::int64_t>> byTime; // one entry for each move
     for (const GameRecord& game : games) {
         for (const auto& [millis, count] : game.overruns) {
-            std::vector<std::int64_t>& overruns = byTime[game.pgn.timeControl];
+            std::vector<std::int64_t>& overruns = byTime[game.timeControl];
             overruns.insert(overruns.end(), static_cast<std::size_t>(count), millis);
         }
     }
@@ -36,19 +36,18 @@ void writeOverruns(std::ostream& stream, const std::vector<GameRecord>& games) {
 }
 
 Numbers collectNumbers(const SoakReport& report, std::chrono::seconds elapsed) {
-    const auto count = [&](const std::string& text, std::string GameText::*member) {
-        return std::ranges::count(report.games, text,
-                                  [=](const GameRecord& game) { return game.pgn.*member; });
+    const auto count = [&](const std::string& text, std::string GameRecord::*member) {
+        return std::ranges::count(report.games, text, member);
     };
     std::int64_t plies = 0;
     for (const GameRecord& game : report.games) {
         plies += game.plies;
     }
     return {{"games", std::ssize(report.games)},
-            {"white", count("1-0", &GameText::result)},
-            {"black", count("0-1", &GameText::result)},
-            {"drawn", count("1/2-1/2", &GameText::result)},
-            {"adjudicated", count("adjudication", &GameText::termination)},
+            {"white", count("1-0", &GameRecord::result)},
+            {"black", count("0-1", &GameRecord::result)},
+            {"drawn", count("1/2-1/2", &GameRecord::result)},
+            {"adjudicated", count("adjudication", &GameRecord::termination)},
             {"plies", plies},
             {"timeLosses", report.count(Fault::TIME_LOSS)},
             {"illegalMoves", report.count(Fault::ILLEGAL_MOVE)},
@@ -91,16 +90,12 @@ bool SoakReport::isClean() const {
            getMost(&GameRecord::growth) <= MOST_GROWTH;
 }
 
-bool hasEngineWhite(int game) {
-    return game % 2 == 0;
-}
-
 MatchScore SoakReport::getScore() const {
     MatchScore score;
     std::map<int, int> halfPoints; // in the game of a pair that came first
     for (const GameRecord& game : games) {
-        const bool isWon = (game.pgn.result == "1-0") == hasEngineWhite(game.number);
-        const int points = game.pgn.result == "1/2-1/2" ? 1 : isWon ? 2 : 0;
+        const bool isWon = (game.result == "1-0") == hasEngineWhite(game.number);
+        const int points = game.result == "1/2-1/2" ? 1 : isWon ? 2 : 0;
         const auto [other, isFirst] = halfPoints.try_emplace(game.number / 2, points);
         if (!isFirst) {
             score.addPair(points + other->second);
@@ -118,7 +113,7 @@ void writeReport(std::ostream& stream, const SoakReport& report, const SoakOptio
     }
     writeOverruns(stream, report.games);
     for (const GameRecord& game : report.games) {
-        stream << game.pgn.comment << (game.pgn.comment.empty() ? "" : "\n");
+        stream << game.comment << (game.comment.empty() ? "" : "\n");
     }
     for (const std::string& text : report.quitFaults) {
         stream << text << '\n';

@@ -14,10 +14,9 @@
 #include <set>
 #include <thread>
 
-NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(GameText, white, black, result, termination, timeControl, fen,
-                                   moves, comment)
-NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(GameRecord, number, pgn, plies, overruns, settling, growth,
-                                   fault)
+NLOHMANN_DEFINE_TYPE_NON_INTRUSIVE(GameRecord, number, white, black, result, termination,
+                                   timeControl, fen, moves, comment, plies, overruns, settling,
+                                   growth, fault)
 
 namespace {
 
@@ -30,23 +29,17 @@ std::string toLine(const json& value) {
 
 class Soak {
 public:
-    Soak(const SoakOptions& soakOptions, const std::function<void(const SoakReport&)>& _onGame)
-        : options(soakOptions), onGame(_onGame), next(options.first) {
+    explicit Soak(const SoakOptions& soakOptions) : options(soakOptions), next(options.first) {
         if (!options.state.empty()) {
             openState();
         }
         report.resumed = static_cast<int>(report.games.size());
-        for (const GameRecord& game : report.games) {
-            played.insert(game.number);
-        }
     }
 
     SoakReport run() {
-        const int jobs = std::min(options.jobs, options.games);
-        std::vector<std::jthread> threads;
-        threads.reserve(at(jobs));
-        for (int job = 0; job < jobs; ++job) {
-            threads.emplace_back([this, job] { work(job); });
+        std::vector<std::jthread> threads(at(std::min(options.jobs, options.games)));
+        for (int jobs = 0; auto& thread : threads) {
+            thread = std::jthread([this, job = jobs++] { work(job); });
         }
         threads.clear(); // waits for their end
         if (failure) {
@@ -61,7 +54,7 @@ private:
     // options, then the games. A line that was cut short is passed over.
     void openState() {
         const std::string heading = // what decides how the games go
-            toLine({3, options.engine.path, options.against ? options.against->path : "",
+            toLine({4, options.engine.path, options.against ? options.against->path : "",
                     options.game.seed, options.game.plies, options.game.margin, options.game.times,
                     options.game.hashes});
         std::ifstream old(options.state, std::ios::binary);
@@ -74,7 +67,7 @@ private:
         while (std::getline(old, line)) {
             const json game = json::parse(line, nullptr, false);
             if (game.is_object()) {
-                report.games.push_back(game.get<GameRecord>());
+                played.insert(report.games.emplace_back(game.get<GameRecord>()).number);
             }
             isCut = old.eof();
         }
@@ -104,15 +97,14 @@ private:
         }
     }
 
-    bool isStopWanted() const { return options.isStopWanted && options.isStopWanted(); }
-
     // The next game to play, or nothing if there is none.
     std::optional<int> takeNumber() {
         const std::lock_guard lock(mutex);
         while (played.contains(next)) {
             ++next;
         }
-        const bool isOver = next >= options.first + options.games || failure || isStopWanted() ||
+        const bool isOver = next >= options.first + options.games || failure ||
+                            options.isStopWanted() ||
                             (options.sprt && options.sprt->judge(report.getScore()) != "open");
         return isOver ? std::nullopt : std::optional(next++);
     }
@@ -123,8 +115,8 @@ private:
         const auto playerOf = [&](bool isWhite) {
             return &players[players.size() > 1 && hasEngineWhite(number) != isWhite ? 1 : 0];
         };
-        game.record.pgn.white = playerOf(true)->getPath();
-        game.record.pgn.black = playerOf(false)->getPath();
+        game.record.white = playerOf(true)->getPath();
+        game.record.black = playerOf(false)->getPath();
         Player* busy = nullptr;
         try {
             for (Player& player : players) {
@@ -132,7 +124,7 @@ private:
                 busy->beginGame(game.getHash());
             }
             while (!game.isOver()) {
-                if (isStopWanted()) {
+                if (options.isStopWanted()) {
                     return;
                 }
                 busy = playerOf(game.getBoard().side == plain::WHITE);
@@ -160,9 +152,7 @@ private:
         if (!options.state.empty() && !(state << toLine(game) << std::flush)) {
             throw std::runtime_error("the state file " + options.state + " cannot be written");
         }
-        if (onGame) {
-            onGame(report);
-        }
+        options.onGame(report);
     }
 
     void quit(Player& player, int job) {
@@ -190,7 +180,6 @@ private:
     }
 
     const SoakOptions& options;
-    const std::function<void(const SoakReport&)>& onGame;
     std::mutex mutex; // guards all that follows
     SoakReport report;
     std::ofstream state;
@@ -201,7 +190,6 @@ private:
 
 } // namespace
 
-SoakReport runSoak(const SoakOptions& options,
-                   const std::function<void(const SoakReport&)>& onGame) {
-    return Soak(options, onGame).run();
+SoakReport runSoak(const SoakOptions& options) {
+    return Soak(options).run();
 }

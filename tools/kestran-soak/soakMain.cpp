@@ -4,7 +4,6 @@
 #include "support/cli.h"
 #include "support/terminal.h"
 #include "support/textFile.h"
-#include "support/uciProcess.h"
 
 #include <algorithm>
 #include <atomic>
@@ -31,7 +30,7 @@ std::vector<std::string> partsOf(const std::string& list) {
     return CLI::detail::split(list + ',', ',');
 }
 
-int play(const SoakOptions& options, const std::optional<std::string>& pgn) {
+int play(SoakOptions options, const std::optional<std::string>& pgn) {
     if (options.sprt && !options.against) {
         throw UsageError("--sprt needs --against");
     }
@@ -41,16 +40,13 @@ int play(const SoakOptions& options, const std::optional<std::string>& pgn) {
     std::signal(SIGINT, stopOnSignal);
     std::signal(SIGTERM, stopOnSignal);
     const auto began = std::chrono::steady_clock::now();
-    SoakReport report;
-    try {
-        Progress progress;
-        report = runSoak(options, [&](const SoakReport& soFar) {
-            progress.show("game " + std::to_string(soFar.games.size()) + " of " +
-                          std::to_string(options.games));
-        });
-    } catch (const CannotStart& failure) {
-        throw UsageError(failure.what());
-    }
+    Progress progress;
+    options.onGame = [&](const SoakReport& soFar) {
+        progress.show("game " + std::to_string(soFar.games.size()) + " of " +
+                      std::to_string(options.games));
+    };
+    const SoakReport report = runSoak(options);
+    progress.show("");
     writeReport(std::cout, report, options,
                 std::chrono::floor<std::chrono::seconds>(std::chrono::steady_clock::now() - began));
     if (pgn) {
@@ -78,7 +74,6 @@ int main(int argc, char** argv) {
         "an engine made a fault, or a file cannot be written");
     SoakOptions options;
     GameOptions& game = options.game;
-    int seed = 1;
     std::optional<int> games;
     std::optional<std::string> against;
     std::optional<std::string> pgn;
@@ -117,7 +112,7 @@ int main(int argc, char** argv) {
                          }
                      });
     program.addNumber("--plies", game.plies, 1, 10000, "N", "a game of this length is a draw");
-    program.addNumber("--seed", seed, 0, 1000000000, "N", "seed of the random openings");
+    program.addNumber("--seed", game.seed, 0, 1000000000, "N", "seed of the random openings");
     program.addNumber("--first", options.first, 0, 1000000, "N",
                       "number of the first game, to repeat a game by its number");
     program.addNumber("--margin", game.margin, 0, 60000, "MS",
@@ -136,7 +131,6 @@ int main(int argc, char** argv) {
             options.against->path = *against;
         }
         game.isMatch = against.has_value();
-        game.seed = static_cast<unsigned>(seed);
         options.isStopWanted = [] { return isInterrupted.load(); };
         return play(options, pgn);
     });

@@ -5,17 +5,10 @@
 #include <chrono>
 #include <cstdint>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
-
-// A program that cannot be started. The message names it and says why.
-class CannotStart : public std::runtime_error {
-public:
-    using std::runtime_error::runtime_error;
-};
 
 // A process or an end of a pipe: on POSIX its number or descriptor, on Windows its HANDLE.
 using SystemHandle = std::intptr_t;
@@ -59,8 +52,8 @@ public:
         int status;
     };
 
-    // Starts `path` with `arguments`, which hold no quotes on Windows. Throws CannotStart if that
-    // fails.
+    // Starts `path` with `arguments`, which hold no quotes on Windows. Throws UsageError, which
+    // names the program and says why, if that fails.
     explicit UciProcess(const std::string& path, std::vector<std::string> arguments = {});
     UciProcess(const UciProcess&) = delete;
     UciProcess& operator=(const UciProcess&) = delete;

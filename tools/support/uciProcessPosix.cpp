@@ -1,3 +1,4 @@
+#include "support/text.h"
 #include "support/uciProcess.h"
 
 #include <algorithm>
@@ -30,7 +31,7 @@ void PipeEnd::close() {
 Pipe UciProcess::makePipe() {
     std::array<int, 2> ends;
     if (pipe2(ends.data(), O_CLOEXEC) != 0) {
-        throw CannotStart(std::string("no pipe: ") + std::strerror(errno));
+        throw UsageError(std::string("no pipe: ") + std::strerror(errno));
     }
     return {PipeEnd(ends[0]), PipeEnd(ends[1])};
 }
@@ -65,7 +66,7 @@ void UciProcess::start(std::vector<std::string>& words,
     posix_spawn_file_actions_destroy(&actions);
     posix_spawnattr_destroy(&attributes);
     if (fault != 0) {
-        throw CannotStart("cannot start " + words[0] + ": " + std::strerror(fault));
+        throw UsageError("cannot start " + words[0] + ": " + std::strerror(fault));
     }
     process = pid;
     for (const PipeEnd* ours : {&input, &output, &errors}) {

@@ -1,3 +1,4 @@
+#include "support/text.h"
 #include "support/uciProcess.h"
 
 #include "base/clock.h"
@@ -44,7 +45,7 @@ Pipe UciProcess::makePipe() {
     HANDLE reader = nullptr;
     HANDLE writer = nullptr;
     if (CreatePipe(&reader, &writer, nullptr, PIPE_SIZE) == 0) {
-        throw CannotStart("no pipe: " + lastFault());
+        throw UsageError("no pipe: " + lastFault());
     }
     return {PipeEnd(reinterpret_cast<SystemHandle>(reader)),
             PipeEnd(reinterpret_cast<SystemHandle>(writer))};
@@ -69,7 +70,7 @@ void UciProcess::start(std::vector<std::string>& words,
     if (CreateProcessA(words[0].c_str(), line.data(), nullptr, nullptr, TRUE,
                        CREATE_NO_WINDOW | CREATE_NEW_PROCESS_GROUP, nullptr, nullptr, &start,
                        &started) == 0) {
-        throw CannotStart("cannot start " + words[0] + ": " + lastFault());
+        throw UsageError("cannot start " + words[0] + ": " + lastFault());
     }
     CloseHandle(started.hThread);
     process = reinterpret_cast<SystemHandle>(started.hProcess);
