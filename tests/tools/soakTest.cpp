@@ -240,7 +240,7 @@ TEST_F(Soak, ContinuesAfterAStop) {
     options.onGame = [&played](const SoakReport& report) { played = report.games.size(); };
     const SoakReport stopped = runSoak(options);
     EXPECT_EQ(stopped.games.size(), 2U) << "without the third one";
-    std::ofstream(options.state, std::ios::app) << R"({"number":2,"pl)"; // as a crash leaves it
+    std::ofstream(options.state, std::ios::app) << "\n{\"number\":2,\"pl"; // as a crash leaves it
     options.isStopWanted = SoakOptions().isStopWanted;
     options.engine.arguments = scripted("exit 3").arguments; // the others fail
     const SoakReport whole = runSoak(options);

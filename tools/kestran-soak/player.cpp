@@ -1,6 +1,7 @@
 #include "kestran-soak/player.h"
 
 #include <algorithm>
+#include <ranges>
 
 namespace {
 
@@ -19,17 +20,12 @@ constexpr int SETTLING_GAMES = 10;
 
 } // namespace
 
-Player::Player(PlayerOptions playerOptions, int job)
-    : options(std::move(playerOptions)), random(static_cast<unsigned>(job)) {
-}
-
 void Player::beginGame(int hash) {
     conversation.clear();
     if (!process) {
         started = Clock::now();
         process.emplace(options.path, options.arguments);
-        games = 0;
-        settled = 0;
+        resident.clear();
         dialect = &OTHER_DIALECT;
         say("uci");
         dialect = &dialectOf(hear(options.patience));
@@ -83,11 +79,10 @@ void Player::endGame(GameRecord& record) {
     search(plain::Position(fen), "go movetime 1", 1);
     expectReady();
     expectSilence(milliseconds(0));
-    const std::int64_t resident = process->getResidentKib();
-    first = ++games == 1 ? resident : first;
-    settled = games <= SETTLING_GAMES ? std::max(settled, resident) : settled;
-    record.settling = std::max(record.settling, settled - first);
-    record.growth = std::max(record.growth, resident - settled);
+    resident.push_back(process->getResidentKib());
+    const std::int64_t settled = std::ranges::max(resident | std::views::take(SETTLING_GAMES));
+    record.settling = std::max(record.settling, settled - resident.front());
+    record.growth = std::max(record.growth, resident.back() - settled);
 }
 
 void Player::quit() {

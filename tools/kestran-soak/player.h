@@ -24,7 +24,8 @@ struct PlayerOptions {
 class Player {
 public:
     // `job` makes its pauses differ from those of other jobs.
-    Player(PlayerOptions playerOptions, int job);
+    Player(PlayerOptions playerOptions, int job)
+        : options(std::move(playerOptions)), random(static_cast<unsigned>(job)) {}
 
     const std::string& getPath() const { return options.path; }
 
@@ -61,8 +62,5 @@ private:
     const UciDialect* dialect = &OTHER_DIALECT;
     std::chrono::steady_clock::time_point started;
     std::string conversation;
-    int games = 0; // of the process
-    // Resident KiB after the first game, and the most after one of the first ten.
-    std::int64_t first = 0;
-    std::int64_t settled = 0;
+    std::vector<std::int64_t> resident; // KiB after each game of the process
 };

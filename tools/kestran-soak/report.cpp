@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <iomanip>
+#include <iterator>
+#include <numeric>
 #include <ostream>
-#include <utility>
 
 namespace {
 
@@ -11,14 +12,11 @@ namespace {
 constexpr std::int64_t MOST_SETTLING = 8192;
 constexpr std::int64_t MOST_GROWTH = 4096;
 
-using Numbers = std::vector<std::pair<std::string, std::int64_t>>;
-
 void writeOverruns(std::ostream& stream, const std::vector<GameRecord>& games) {
     std::map<std::string, std::vector<std::int64_t>> byTime; // one entry for each move
     for (const GameRecord& game : games) {
         for (const auto& [millis, count] : game.overruns) {
-            std::vector<std::int64_t>& overruns = byTime[game.timeControl];
-            overruns.insert(overruns.end(), static_cast<std::size_t>(count), millis);
+            std::fill_n(std::back_inserter(byTime[game.timeControl]), count, millis);
         }
     }
     stream
@@ -35,27 +33,26 @@ void writeOverruns(std::ostream& stream, const std::vector<GameRecord>& games) {
     }
 }
 
-Numbers collectNumbers(const SoakReport& report, std::chrono::seconds elapsed) {
+std::vector<std::pair<std::string, std::int64_t>> collectNumbers(const SoakReport& report,
+                                                                 std::chrono::seconds elapsed) {
     const auto count = [&](const std::string& text, std::string GameRecord::*member) {
         return std::ranges::count(report.games, text, member);
     };
-    std::int64_t plies = 0;
-    for (const GameRecord& game : report.games) {
-        plies += game.plies;
-    }
-    return {{"games", std::ssize(report.games)},
-            {"white", count("1-0", &GameRecord::result)},
-            {"black", count("0-1", &GameRecord::result)},
-            {"drawn", count("1/2-1/2", &GameRecord::result)},
-            {"adjudicated", count("adjudication", &GameRecord::termination)},
-            {"plies", plies},
-            {"timeLosses", report.count(Fault::TIME_LOSS)},
-            {"illegalMoves", report.count(Fault::ILLEGAL_MOVE)},
-            {"protocolFaults", report.count(Fault::PROTOCOL)},
-            {"settlingKib", report.getMost(&GameRecord::settling)},
-            {"growthKib", report.getMost(&GameRecord::growth)},
-            {"resumed", report.resumed},
-            {"seconds", elapsed.count()}};
+    return {
+        {"games", std::ssize(report.games)},
+        {"white", count("1-0", &GameRecord::result)},
+        {"black", count("0-1", &GameRecord::result)},
+        {"drawn", count("1/2-1/2", &GameRecord::result)},
+        {"adjudicated", count("adjudication", &GameRecord::termination)},
+        {"plies", std::transform_reduce(report.games.begin(), report.games.end(), std::int64_t{},
+                                        std::plus(), std::mem_fn(&GameRecord::plies))},
+        {"timeLosses", report.count(Fault::TIME_LOSS)},
+        {"illegalMoves", report.count(Fault::ILLEGAL_MOVE)},
+        {"protocolFaults", report.count(Fault::PROTOCOL)},
+        {"settlingKib", report.getMost(&GameRecord::settling)},
+        {"growthKib", report.getMost(&GameRecord::growth)},
+        {"resumed", report.resumed},
+        {"seconds", elapsed.count()}};
 }
 
 void writeMatch(std::ostream& stream, const MatchScore& score, const std::optional<Sprt>& sprt) {
@@ -106,7 +103,7 @@ MatchScore SoakReport::getScore() const {
 
 void writeReport(std::ostream& stream, const SoakReport& report, const SoakOptions& options,
                  std::chrono::seconds elapsed) {
-    const Numbers numbers = collectNumbers(report, elapsed);
+    const auto numbers = collectNumbers(report, elapsed);
     const MatchScore score = report.getScore();
     for (const auto& [name, number] : numbers) {
         stream << std::left << std::setw(17) << name << number << '\n';

@@ -22,9 +22,9 @@ namespace {
 
 using nlohmann::json;
 
-// A line of JSON; bytes that are no UTF-8 are replaced.
+// JSON in one line; bytes that are no UTF-8 are replaced.
 std::string toLine(const json& value) {
-    return value.dump(-1, ' ', false, json::error_handler_t::replace) + '\n';
+    return value.dump(-1, ' ', false, json::error_handler_t::replace);
 }
 
 class Soak {
@@ -51,7 +51,8 @@ public:
 
 private:
     // Reads the games of the state file and opens it to append others. Its lines are JSON: the
-    // options, then the games. A line that was cut short is passed over.
+    // options, then the games. A line that was cut short is passed over; the line end comes first
+    // when a game is written.
     void openState() {
         const std::string heading = // what decides how the games go
             toLine({4, options.engine.path, options.against ? options.against->path : "",
@@ -60,20 +61,18 @@ private:
         std::ifstream old(options.state, std::ios::binary);
         std::string line;
         const bool isNew = !std::getline(old, line);
-        if (!isNew && line + '\n' != heading) {
+        if (!isNew && line != heading) {
             throw UsageError("the state file " + options.state + " has other options: " + line);
         }
-        bool isCut = false;
         while (std::getline(old, line)) {
             const json game = json::parse(line, nullptr, false);
             if (game.is_object()) {
                 played.insert(report.games.emplace_back(game.get<GameRecord>()).number);
             }
-            isCut = old.eof();
         }
         requireWritable(options.state);
         state.open(options.state, std::ios::binary | std::ios::app);
-        state << (isNew ? heading : isCut ? "\n" : "") << std::flush;
+        state << (isNew ? heading : "") << std::flush;
     }
 
     using Players = std::deque<Player>; // one that plays itself, or two
@@ -149,7 +148,7 @@ private:
     void add(const GameRecord& game) {
         const std::lock_guard lock(mutex);
         report.games.push_back(game);
-        if (!options.state.empty() && !(state << toLine(game) << std::flush)) {
+        if (!options.state.empty() && !(state << '\n' << toLine(game) << std::flush)) {
             throw std::runtime_error("the state file " + options.state + " cannot be written");
         }
         options.onGame(report);

@@ -7,13 +7,9 @@
 
 #include <algorithm>
 #include <atomic>
-#include <chrono>
 #include <csignal>
 #include <cstdio>
 #include <iostream>
-#include <optional>
-#include <string>
-#include <vector>
 
 namespace {
 

@@ -7,7 +7,6 @@
 #include <exception>
 #include <iostream>
 #include <limits>
-#include <sstream>
 #include <utility>
 
 namespace {
@@ -27,6 +26,16 @@ std::string optionHelp(const CLI::Option& option, std::size_t column) {
     return name +
            (isShort ? std::string(column - name.size(), ' ') : '\n' + std::string(column, ' ')) +
            wrapText(option.get_description(), column, HELP_WIDTH) + '\n';
+}
+
+// The text of CLI11 as a sentence of ours.
+std::string describe(const CLI::ParseError& error) {
+    std::string text = error.what();
+    if (error.get_name() == "ArgumentMismatch") { // begins with the option
+        return text.substr(0, text.find(':')) + " takes exactly one value";
+    }
+    text[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(text[0])));
+    return text;
 }
 
 } // namespace
@@ -49,9 +58,8 @@ std::string Program::rangeText(int least, int most, const std::optional<int>& pr
 }
 
 std::string Program::secondsText(const std::optional<Milliseconds>& preset) {
-    std::ostringstream text;
-    text << static_cast<double>(preset.value_or(0)) / 1000;
-    return preset ? " (default " + text.str() + ')' : "";
+    const double seconds = static_cast<double>(preset.value_or(0)) / 1000;
+    return preset ? " (default " + CLI::detail::to_string(seconds) + ')' : "";
 }
 
 CLI::Option* Program::addChoice(const std::string& option, std::string& target,
@@ -94,27 +102,8 @@ std::string Program::makeHelp() const {
            get_footer() + '\n';
 }
 
-void Program::parseOrThrow(int argc, const char* const* argv) {
-    std::string fault;
-    try {
-        parse(argc, argv);
-        return;
-    } catch (const CLI::Success&) {
-        throw;
-    } catch (const CLI::ArgumentMismatch& error) { // its text begins with the option
-        const std::string text = error.what();
-        fault = text.substr(0, text.find(':')) + " takes exactly one value";
-    } catch (const CLI::ParseError& error) {
-        fault = error.what();
-        fault[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(fault[0])));
-    } catch (const UsageError& error) {
-        fault = error.what();
-    }
-    throw UsageError(fault + " (try --help)");
-}
-
 int Program::run(int argc, const char* const* argv, const std::function<int()>& body) {
-    const auto fail = [&](const char* message, int status) {
+    const auto fail = [&](const std::string& message, int status) {
         std::cout.exceptions(std::ios::goodbit); // std::cerr flushes it
         std::cout.clear();
         std::cerr << get_name() << ": " << message << '\n';
@@ -122,17 +111,21 @@ int Program::run(int argc, const char* const* argv, const std::function<int()>& 
     };
     prepareMemory();
     int status = 0;
+    std::string hint = " (try --help)";
     std::cout.exceptions(std::ios::badbit);
     try {
         try {
-            parseOrThrow(argc, argv);
+            parse(argc, argv);
+            hint = "";
             status = body();
         } catch (const CLI::Success& request) { // for the help or the version
             exit(request);
         }
         std::cout.flush();
+    } catch (const CLI::ParseError& error) {
+        status = fail(UsageError(describe(error)).what() + hint, 2);
     } catch (const UsageError& error) {
-        status = fail(error.what(), 2);
+        status = fail(error.what() + hint, 2);
     } catch (const std::ios_base::failure&) {
         status = fail("standard output cannot be written", 1);
     } catch (const std::exception& error) {

@@ -62,7 +62,6 @@ public:
 private:
     static std::string rangeText(int least, int most, const std::optional<int>& preset);
     static std::string secondsText(const std::optional<Milliseconds>& preset);
-    void parseOrThrow(int argc, const char* const* argv);
     std::string makeHelp() const;
 
     std::string usage;

@@ -19,10 +19,6 @@ double toScore(double elo) {
 
 } // namespace
 
-void MatchScore::addPair(int halfPoints) {
-    ++pairs.at(static_cast<std::size_t>(halfPoints));
-}
-
 int MatchScore::countPairs() const {
     return std::accumulate(pairs.begin(), pairs.end(), 0);
 }
@@ -35,8 +31,7 @@ double MatchScore::getMean() const {
 // Half a pair is added to each outcome, so that a few equal results do not make it 0.
 double MatchScore::getVariance() const {
     double sum = 0;
-    double points = 0;
-    for (const int count : pairs) {
+    for (double points = 0; const int count : pairs) {
         sum += (count + 0.5) * std::pow(points - getMean(), 2);
         points += 0.25;
     }

@@ -8,7 +8,7 @@
 class MatchScore {
 public:
     // A pair in which the engine has won that number of half points, 0 to 4.
-    void addPair(int halfPoints);
+    void addPair(int halfPoints) { ++pairs.at(static_cast<std::size_t>(halfPoints)); }
 
     // Pairs with 0, 0.5, 1, 1.5 and 2 points.
     const std::array<int, 5>& getPairs() const { return pairs; }

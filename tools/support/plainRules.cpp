@@ -13,8 +13,6 @@ namespace {
 constexpr std::string_view LETTERS = ".PRNBQK.prnbqk"; // by type, White's and then Black's
 // By right to castle, as ROOK_FROM.
 constexpr std::array<int, 4> KING_FROM = {25, 25, 95, 95};
-constexpr std::array<int, 4> KING_TO = {23, 27, 93, 97};
-constexpr std::array<int, 4> ROOK_TO = {24, 26, 94, 96};
 constexpr std::string_view RIGHTS = "QKqk";
 
 // The steps in which a piece attacks; all but pawn, knight and king repeat them.
@@ -45,12 +43,9 @@ std::string Move::text() const {
 }
 
 Position::Position(const std::string& fen) {
-    std::istringstream words(fen);
-    std::string squares;
-    std::string color;
-    std::string rights;
-    std::string behindPassed;
-    words >> squares >> color >> rights >> behindPassed >> clock;
+    std::array<std::string, 4> fields;
+    auto& [squares, color, rights, behindPassed] = fields;
+    std::istringstream(fen) >> squares >> color >> rights >> behindPassed >> clock;
     std::array<char, 120> letters = {};
     board.fill(-2);
     int field = 91;
@@ -140,10 +135,10 @@ void Position::addCastlings(std::vector<Move>& moves) const {
     };
     for (int right = 2 * side; right < 2 * side + 2; ++right) {
         const int from = KING_FROM[at(right)];
-        const int to = KING_TO[at(right)];
-        if (castles[at(right)] && !isInCheck() && isOpen(ROOK_TO[at(right)]) && isOpen(to) &&
-            (to > from || colourAt(from - 3) == EMPTY)) {
-            moves.push_back({from, to, KING, NONE, right + 1});
+        const int step = ROOK_FROM[at(right)] > from ? 1 : -1;
+        if (castles[at(right)] && !isInCheck() && isOpen(from + step) && isOpen(from + 2 * step) &&
+            (step > 0 || colourAt(from - 3) == EMPTY)) {
+            moves.push_back({from, from + 2 * step, KING, NONE, right + 1});
         }
     }
 }
@@ -175,7 +170,7 @@ std::optional<Position> Position::play(const Move& move) const {
     };
     shift(move.from, move.to);
     if (move.isCastle()) {
-        shift(ROOK_FROM[at(move.flag - 1)], ROOK_TO[at(move.flag - 1)]);
+        shift(ROOK_FROM[at(move.flag - 1)], (move.from + move.to) / 2);
     }
     if (after.isInCheck()) {
         return std::nullopt;
@@ -183,12 +178,10 @@ std::optional<Position> Position::play(const Move& move) const {
     if (move.promotion != NONE) {
         after.pieces[at(after.board[at(move.to)])].type = move.promotion;
     }
+    const auto isAsBefore = [&](int field) { return after.board[at(field)] == board[at(field)]; };
     for (int right = 0; right < 4; ++right) {
-        for (const int field : {move.from, move.to}) {
-            if (field == KING_FROM[at(right)] || field == ROOK_FROM[at(right)]) {
-                after.castles[at(right)] = false;
-            }
-        }
+        after.castles[at(right)] = castles[at(right)] && isAsBefore(KING_FROM[at(right)]) &&
+                                   isAsBefore(ROOK_FROM[at(right)]);
     }
     after.passed = move.piece == PAWN && std::abs(move.to - move.from) == 20 ? move.to : 0;
     after.clock = move.piece == PAWN || move.captured != NONE ? 0 : clock + 1;

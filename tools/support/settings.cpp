@@ -4,21 +4,18 @@
 
 #include <algorithm>
 #include <limits>
+#include <regex>
 #include <sstream>
 
 namespace {
 
 // The names of EngineConfig::print() that have a value.
 std::vector<std::string> getNames(const EngineConfig& config) {
-    std::stringstream text;
-    config.print(text);
-    std::vector<std::string> names;
-    for (std::string line; std::getline(text, line);) {
-        if (const std::size_t end = line.find(": "); end != std::string::npos) {
-            names.push_back(line.substr(0, end));
-        }
-    }
-    return names;
+    std::ostringstream stream;
+    config.print(stream);
+    const std::string text = stream.str();
+    const std::regex name("(\\w+): ");
+    return {std::sregex_token_iterator(text.begin(), text.end(), name, 1), {}};
 }
 
 } // namespace

@@ -4,14 +4,6 @@
 #include <iostream>
 #include <unistd.h>
 
-namespace {
-
-bool isTerminalDumb() {
-    return getVariable("TERM") == "dumb";
-}
-
-} // namespace
-
 std::string_view getVariable(const char* name) {
     const char* value = std::getenv(name); // NOLINT(concurrency-mt-unsafe)
     return value != nullptr ? value : "";
@@ -22,14 +14,11 @@ bool isStandardOutputTerminal() {
 }
 
 bool isColourWanted() {
-    return isStandardOutputTerminal() && getVariable("NO_COLOR").empty() && !isTerminalDumb();
+    return isStandardOutputTerminal() && getVariable("NO_COLOR").empty() &&
+           getVariable("TERM") != "dumb";
 }
 
-Progress::Progress() : isShown(isatty(STDERR_FILENO) != 0 && !isTerminalDumb()) {
-}
-
-Progress::~Progress() {
-    show("");
+Progress::Progress() : isShown(isatty(STDERR_FILENO) != 0 && getVariable("TERM") != "dumb") {
 }
 
 void Progress::show(const std::string& text) {

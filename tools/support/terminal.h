@@ -24,7 +24,7 @@ public:
     Progress();
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
-    ~Progress(); // wipes the line
+    ~Progress() { show(""); } // wipes the line
 
     void show(const std::string& text);
 

@@ -1,21 +1,12 @@
 #include "support/text.h"
 
 #include <algorithm>
-#include <cctype>
 #include <charconv>
 #include <cmath>
+#include <regex>
 
-namespace {
-
-std::string withoutControls(std::string text) {
-    const auto isControl = [](unsigned char letter) { return std::iscntrl(letter) != 0; };
-    std::ranges::replace_if(text, isControl, '?');
-    return text;
-}
-
-} // namespace
-
-UsageError::UsageError(const std::string& message) : std::runtime_error(withoutControls(message)) {
+UsageError::UsageError(const std::string& message)
+    : std::runtime_error(std::regex_replace(message, std::regex("[[:cntrl:]]"), "?")) {
 }
 
 int parseNumber(const std::string& text, const std::string& what, int least, int most) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <regex>
 
 namespace {
 
@@ -48,11 +49,8 @@ const UciDialect& dialectOf(const std::string& nameLine) {
 }
 
 bool isMoveText(std::string_view text) {
-    const auto isField = [text](std::size_t i) {
-        return 'a' <= text[i] && text[i] <= 'h' && '1' <= text[i + 1] && text[i + 1] <= '8';
-    };
-    return (text.size() == 4 || (text.size() == 5 && text.find_last_of("qrbn") == 4)) &&
-           isField(0) && isField(2);
+    static const std::regex form("([a-h][1-8]){2}[qrbn]?");
+    return std::regex_match(text.begin(), text.end(), form);
 }
 
 std::optional<LineParts> matchForm(std::string_view line, std::string_view form) {

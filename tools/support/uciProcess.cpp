@@ -25,25 +25,24 @@ UciProcess::UciProcess(const std::string& path, std::vector<std::string> argumen
     // On Windows, a process that is started at the same time would inherit these pipes.
     static std::mutex starting;
     const std::lock_guard lock(starting);
-    Pipe toEngine = makePipe();
-    Pipe fromEngine = makePipe();
-    Pipe errorsOfEngine = makePipe();
-    input = std::move(toEngine.writer);
-    output = std::move(fromEngine.reader);
-    errors = std::move(errorsOfEngine.reader);
+    auto [itsInput, ourInput] = makePipe();
+    auto [ourOutput, itsOutput] = makePipe();
+    auto [ourErrors, itsErrors] = makePipe();
+    input = std::move(ourInput);
+    output = std::move(ourOutput);
+    errors = std::move(ourErrors);
     arguments.insert(arguments.begin(), path);
-    start(arguments, {toEngine.reader.get(), fromEngine.writer.get(), errorsOfEngine.writer.get()});
+    start(arguments, {itsInput.get(), itsOutput.get(), itsErrors.get()});
 }
 
 bool UciProcess::sendRaw(const std::string& bytes) {
     const Clock::time_point deadline = Clock::now() + SEND_TIMEOUT;
-    std::size_t sent = 0;
-    while (sent < bytes.size()) {
-        const auto count = writeSome(std::string_view(bytes).substr(sent));
+    for (std::string_view rest = bytes; !rest.empty();) {
+        const auto count = writeSome(rest);
         if (!count || (*count == 0 && Clock::now() >= deadline)) {
             return false;
         }
-        sent += *count;
+        rest.remove_prefix(*count);
         if (*count == 0) {
             pump(timeLeft(deadline), true);
         }

@@ -33,10 +33,7 @@ private:
     SystemHandle handle;
 };
 
-struct Pipe {
-    PipeEnd reader;
-    PipeEnd writer;
-};
+using Pipe = std::pair<PipeEnd, PipeEnd>; // where it is read and where it is written
 
 // The first object makes this process ignore SIGPIPE for good, as send() reports that the engine
 // has gone, and raises its limit of open files, as each object needs three. The engine itself

@@ -1,5 +1,6 @@
-#include "support/text.h"
 #include "support/uciProcess.h"
+
+#include "support/text.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -12,7 +13,6 @@
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
-#include <utility>
 
 namespace {
 

@@ -1,11 +1,9 @@
-#include "support/text.h"
 #include "support/uciProcess.h"
 
 #include "base/clock.h"
+#include "support/text.h"
 
-#include <array>
 #include <system_error>
-#include <utility>
 
 #define WIN32_LEAN_AND_MEAN
 #include <windows.h>
@@ -23,10 +21,6 @@ constexpr Milliseconds POLL_INTERVAL = 1;
 
 HANDLE handleOf(SystemHandle handle) {
     return reinterpret_cast<HANDLE>(handle);
-}
-
-HANDLE handleOf(const PipeEnd& end) {
-    return handleOf(end.get());
 }
 
 std::string lastFault() {
@@ -75,7 +69,7 @@ void UciProcess::start(std::vector<std::string>& words,
     CloseHandle(started.hThread);
     process = reinterpret_cast<SystemHandle>(started.hProcess);
     DWORD withoutWaiting = PIPE_NOWAIT;
-    SetNamedPipeHandleState(handleOf(input), &withoutWaiting, nullptr, nullptr);
+    SetNamedPipeHandleState(handleOf(input.get()), &withoutWaiting, nullptr, nullptr);
 }
 
 void UciProcess::kill() {
@@ -87,7 +81,7 @@ void UciProcess::kill() {
 std::optional<std::size_t> UciProcess::writeSome(std::string_view bytes) {
     DWORD count = 0;
     const auto wanted = static_cast<DWORD>(bytes.size());
-    if (WriteFile(handleOf(input), bytes.data(), wanted, &count, nullptr) == 0) {
+    if (WriteFile(handleOf(input.get()), bytes.data(), wanted, &count, nullptr) == 0) {
         return std::nullopt;
     }
     return count;
@@ -97,11 +91,11 @@ void UciProcess::drain(PipeEnd& from, std::string& into) {
     std::array<char, PIPE_SIZE> buffer;
     while (from.isOpen()) {
         DWORD count = 0;
-        if (PeekNamedPipe(handleOf(from), nullptr, 0, nullptr, &count, nullptr) == 0) {
+        if (PeekNamedPipe(handleOf(from.get()), nullptr, 0, nullptr, &count, nullptr) == 0) {
             from.close();
         } else if (count == 0) {
             return;
-        } else if (ReadFile(handleOf(from), buffer.data(), PIPE_SIZE, &count, nullptr) != 0) {
+        } else if (ReadFile(handleOf(from.get()), buffer.data(), PIPE_SIZE, &count, nullptr) != 0) {
             into.append(buffer.data(), count);
         }
     }
