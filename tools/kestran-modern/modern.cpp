@@ -15,14 +15,6 @@ constexpr const char* DESCRIPTION =
     "moves; depth, nodes, mate and searchmoves are obeyed; and \"go\" alone searches until "
     "\"stop\". It checks the clock every millisecond.";
 
-int runModern(const std::string& word, std::optional<int> depth) {
-    if (!word.empty() && word != "bench") {
-        throw UsageError("unknown word \"" + word + R"("; the only one is "bench")");
-    }
-    runModernEngine(word.empty() ? "" : "bench" + (depth ? ' ' + std::to_string(*depth) : ""));
-    return 0;
-}
-
 } // namespace
 
 // The main function of the program.
@@ -34,5 +26,11 @@ int modernMain(int argc, const char* const* argv) {
                        "search the positions of kestran-bench and print one line, \"N nodes M "
                        "nps\"; without DEPTH, N is the signature of the search");
     program.addNumber("depth", depth, 1, MAX_PASSES, "DEPTH", "plies to search");
-    return program.run(argc, argv, [&] { return runModern(word, depth); });
+    return program.run(argc, argv, [&] {
+        if (!word.empty() && word != "bench") {
+            throw UsageError("unknown word \"" + word + R"("; the only one is "bench")");
+        }
+        runModernEngine(word.empty() ? "" : "bench" + (depth ? ' ' + std::to_string(*depth) : ""));
+        return 0;
+    });
 }

@@ -103,10 +103,9 @@ std::string Player::settle(const Fault& fault) {
         return text;
     }
     const std::optional<UciProcess::End> end = process->waitForEnd(LAST_WORDS_TIME);
-    for (std::size_t count = 0; count < MOST_LINES; ++count) {
-        if (const std::optional<std::string> line = process->readLine(milliseconds(0))) {
-            note('<', *line);
-        }
+    std::optional<std::string> line;
+    for (std::size_t i = 0; i < MOST_LINES && (line = process->readLine(milliseconds(0))); ++i) {
+        note('<', *line);
     }
     conversation += "On standard error: " + process->readErrors() + '\n';
     process.reset();
@@ -147,8 +146,7 @@ void Player::expectSilence(milliseconds time) {
         note('<', *line);
         fail("unasked line", *line);
     }
-    const std::string& errors = process->readErrors();
-    if (!errors.empty()) {
+    if (const std::string& errors = process->readErrors(); !errors.empty()) {
         fail("on standard error:", errors.substr(0, errors.find('\n')));
     }
 }

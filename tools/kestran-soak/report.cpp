@@ -112,9 +112,7 @@ void writeReport(std::ostream& stream, const SoakReport& report, const SoakOptio
     for (const GameRecord& game : report.games) {
         stream << game.comment << (game.comment.empty() ? "" : "\n");
     }
-    for (const std::string& text : report.quitFaults) {
-        stream << text << '\n';
-    }
+    std::ranges::copy(report.quitFaults, std::ostream_iterator<std::string>(stream, "\n"));
     if (options.against) {
         writeMatch(stream, score, options.sprt);
     }

@@ -6,8 +6,6 @@
 
 namespace {
 
-const std::string AUTHOR = "id author Bremo Talvik";
-const std::string HASH_OPTION = "option name Hash type spin min 0 max 512 default 192 ";
 const std::vector<std::string> MODERN_REPORTS = {
     "info depth # seldepth # multipv # score cp @ nodes # nps # hashfull # time # pv%",
     "info depth # seldepth # multipv # score mate @ nodes # nps # hashfull # time # pv%",
@@ -35,7 +33,7 @@ void takeMoves(std::string_view& line, std::vector<std::string>& moves) {
 } // namespace
 
 const UciDialect KESTRAN_DIALECT = {
-    {AUTHOR, HASH_OPTION, "uciok"},
+    {"id author Bremo Talvik", "option name Hash type spin min 0 max 512 default 192 ", "uciok"},
     {"info pv% score cp @ depth # seldepth # nodes # time # nps # "},
     {"info pv%"}};
 const UciDialect MODERN_DIALECT = {{}, MODERN_REPORTS, MODERN_REPORTS};
@@ -77,7 +75,6 @@ std::optional<LineParts> matchForm(std::string_view line, std::string_view form)
 std::string findFault(const std::vector<std::string>& lines, const UciDialect& dialect,
                       const plain::Position& board) {
     const bool hasClosing = !dialect.closing.empty();
-    const std::string& last = lines.back();
     std::vector<std::string> moves; // of the line before the last
     for (std::size_t i = 0; i + 1 < lines.size(); ++i) {
         const bool isClosing = hasClosing && i + 2 == lines.size();
@@ -96,8 +93,8 @@ std::string findFault(const std::vector<std::string>& lines, const UciDialect& d
     }
     const std::string answer = moves.empty() ? "" : "bestmove " + moves.front();
     const std::string ponder = moves.size() < 2 ? "" : answer + " ponder " + moves[1];
-    if (hasClosing && last != answer && last != ponder) {
-        return "no closing line that fits \"" + last + '"';
+    if (hasClosing && lines.back() != answer && lines.back() != ponder) {
+        return "no closing line that fits \"" + lines.back() + '"';
     }
     return "";
 }

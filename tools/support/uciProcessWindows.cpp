@@ -17,7 +17,7 @@ using Clock = std::chrono::steady_clock;
 constexpr DWORD PIPE_SIZE = 1 << 16; // bytes
 constexpr UINT KILLED = 1;           // the status of a process that was ended from outside
 // Pipes cannot be waited for, so they are asked so often.
-constexpr Milliseconds POLL_INTERVAL = 1;
+constexpr UciProcess::Timeout POLL_INTERVAL{1};
 
 HANDLE handleOf(SystemHandle handle) {
     return reinterpret_cast<HANDLE>(handle);
@@ -118,18 +118,17 @@ std::int64_t UciProcess::getResidentKib() const {
 }
 
 void UciProcess::pump(Timeout timeout, bool wantRoom) {
-    const Clock::time_point deadline = Clock::now() + timeout;
+    // Whether there is room is known only when something is written, so that is tried soon.
+    const Clock::time_point deadline = Clock::now() + (wantRoom ? POLL_INTERVAL : timeout);
     const auto taken = [this] {
         return pending.size() + errorText.size() + (isOutputOver() ? 1 : 0);
     };
-    // Whether there is room is known only when something is written.
-    bool isRoom = false;
-    for (const std::size_t before = taken();; isRoom = wantRoom) {
+    for (const std::size_t before = taken();;) {
         drain(output, pending);
         drain(errors, errorText);
-        if (isRoom || taken() != before || Clock::now() >= deadline) {
+        if (taken() != before || Clock::now() >= deadline) {
             return;
         }
-        sleepMilliseconds(POLL_INTERVAL);
+        sleepMilliseconds(POLL_INTERVAL.count());
     }
 }
