@@ -46,6 +46,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     example.settings.useTable = (flags & 1) == 0;
     example.settings.standPat = (flags & 2) == 0;
     example.isTwice = (flags & 4) != 0;
+    example.lines = (flags & 8) != 0 ? 3 : 1;
     example.settings.quiscenceMaxDepth = bytes.next(41);
     example.settings.quiscenceDeltaWindow = std::array{2000, 0, 500, 100000}[at(bytes.next(4))];
     example.maxPasses = 1 + bytes.next(3);

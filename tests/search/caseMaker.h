@@ -28,6 +28,7 @@ public:
                             pick({0, 1, 2, 3, 4, 60, below(16)}),
                             pick({2000, 2000, 2000, 0, 500, -700, 100000})};
         example.isTwice = chance(40);
+        example.lines = pick({1, 1, 2, 4});
         example.maxNodes = chance(6) ? 100000 : 1000;
         return example;
     }

@@ -1,13 +1,11 @@
 #include "search/ida.h"
 
-#include "board/makeMove.h"
 #include "explain/treeGeneratorDebug.h"
 #include "search/idaVariant.h"
 #include "testing/searchSupport.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <limits>
 
 namespace {
@@ -143,47 +141,6 @@ TEST_F(Deepening, AbandonedPassIsNoResult) {
     EXPECT_EQ(limited.report.value().depth, 2);
     EXPECT_EQ(generator.state.nodes.getSearchedAllNodes(), 5000);
     EXPECT_EQ(limited.nodes, 5000);
-}
-
-// Without a table no pass knows of another, so each line has the score of a search of its own that
-// leaves out the moves of the lines before it.
-TEST_F(Deepening, LinesAreTheBestOfTheMovesThatRemain) {
-    ida.applyChanges(0);
-    for (const char* fen :
-         {START_FEN, "r1r3k1/pp3ppp/3b1n2/nBpNp3/2P5/3P4/PP3PPP/R1B1K1R1 w Q - 1 16",
-          "r6k/6pp/8/6N1/2Q5/8/1q4PP/6K1 w - - 0 30", "8/8/8/8/8/8/8/K1k5 w - - 0 1",
-          "7k/R7/6K1/8/8/8/8/8 b - - 0 1"}) {
-        const Position position = positionOf(fen);
-        MoveArray moves;
-        const int count = generateLegalMoves(position, moves);
-        const int wanted = std::min(count, 4);
-        SearchRequest request = requestFor(position, limitsOf(3));
-        request.limits.lines = 4;
-        reports.infos.clear();
-        ida.generateTree(request);
-        const std::vector<InfoStruct> lines = reports.infos;
-        ASSERT_EQ(lines.size() % at(wanted), 0U) << fen;
-        ASSERT_GE(lines.size(), at(wanted)) << fen;
-        for (std::size_t i = 0; i < lines.size(); ++i) {
-            const InfoStruct& line = lines[i];
-            ASSERT_EQ(line.lineNumber, static_cast<int>(i) % wanted + 1) << fen;
-            EXPECT_EQ(line.depth, static_cast<int>(i) / wanted + 1) << fen;
-            auto& left = request.limits.rootMoves;
-            if (line.lineNumber == 1) {
-                left.assign(moves.begin(), moves.begin() + count);
-            }
-            request.limits.lines = 1;
-            request.limits.depth = line.depth;
-            EXPECT_EQ(ida.generateTree(request).line.evaluation, line.pv.evaluation)
-                << fen << line.depth << ' ' << line.lineNumber;
-            EXPECT_EQ(std::erase_if(left,
-                                    [&](const Move& move) {
-                                        return testMoveEquality(move, line.pv.get(0).move);
-                                    }),
-                      1U)
-                << fen;
-        }
-    }
 }
 
 TEST_F(Deepening, TimeUpWeighsTheLastPassAgainstTheTimeLeft) {

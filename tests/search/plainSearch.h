@@ -45,6 +45,7 @@ using Statistics = std::array<std::array<std::int64_t, 40>, 6>;
 // The observable state of a search after a pass.
 struct Outcome {
     int depth = 0;
+    int lineNumber = 1; // of several lines
     bool isAbandoned = false;
     std::string result; // of the pass, as its name; like alfa and beta not of an abandoned one
     int score = 0;
@@ -88,9 +89,10 @@ public:
     }
 
     bool isToStop = false; // what a poll answers
+    bool isOver = false;   // whether no pass is left
 
-    // Begins a search. `keys` are those of the game, with that of the position to search.
-    void begin(const std::vector<std::uint64_t>& keys) {
+    // Begins a search for some lines. `keys` are those of the game, with that of the root.
+    void begin(const Position& root, const std::vector<std::uint64_t>& keys, int lines) {
         repetitions = {};
         for (const std::uint64_t key : keys) {
             countRepetitions(key);
@@ -98,26 +100,34 @@ public:
         std::ranges::for_each(table, [](Slot& slot) { slot.state = 'F'; });
         counts.clear();
         killers = {};
-        mainLine = {};
-        firstAlfa = -FULL_WINDOW;
-        firstBeta = FULL_WINDOW;
+        const auto isLegal = [&](const Move& move) { return root.play(move).has_value(); };
+        const auto legal = std::ranges::count_if(root.moves(), isLegal);
+        rootLines.assign(at(std::clamp(static_cast<int>(legal), 1, lines)), {});
+        number = 0;
+        passDepth = 1;
+        isOver = false;
         nodes = treeNodes = sincePoll = 0;
     }
 
-    Outcome pass(const Position& root, int depth) {
+    // The next pass. It leaves out the root moves that the lines before its own begin with.
+    Outcome pass(const Position& root) {
         Outcome outcome;
-        outcome.depth = depth;
+        outcome.depth = passDepth;
+        outcome.lineNumber = static_cast<int>(number) + 1;
+        auto& [mainLine, firstAlfa, firstBeta] = rootLines[number];
+        if (settings.useTable && rootLines.size() > 1) {
+            store(root, mainLine, passDepth - 1, -FULL_WINDOW, FULL_WINDOW);
+        }
         statistics = {};
-        passDepth = depth;
         try {
             searchTree(root, mainLine, firstAlfa, firstBeta, 0);
             if (settings.useTable) {
-                store(root, mainLine, depth, firstAlfa, firstBeta);
+                store(root, mainLine, passDepth, firstAlfa, firstBeta);
             }
             if (!mainLine.moves.empty() && mainLine.moves.back().flag == "h") {
-                completeMainLine(root);
+                completeLine(mainLine, root);
             }
-            outcome.result = judge();
+            outcome.result = judge(rootLines[number]);
             outcome.alfa = firstAlfa;
             outcome.beta = firstBeta;
         } catch (const Abandoned&) {
@@ -133,14 +143,22 @@ public:
         outcome.clashes = clashes;
         outcome.statistics = statistics;
         outcome.table = table;
+        advance(outcome.result);
         return outcome;
     }
 
 private:
     struct Abandoned {}; // thrown by a poll: no frame does anything more
 
+    struct RootLine {
+        Line line;               // of the last pass
+        int alfa = -FULL_WINDOW; // window of the next pass
+        int beta = FULL_WINDOW;
+    };
+
     // Judges the pass, and sets the window of the next one.
-    std::string judge() {
+    static std::string judge(RootLine& line) {
+        auto& [mainLine, firstAlfa, firstBeta] = line;
         const int score = mainLine.score;
         if (score < -MATE_LIMIT || score > MATE_LIMIT) {
             return "OK_FINISH";
@@ -160,11 +178,25 @@ private:
         return "OK";
     }
 
-    void completeMainLine(Position position) {
-        for (const LineMove& move : mainLine.moves) {
+    // A line without a move ends a depth, and a depth of nothing but mates the search.
+    void advance(const std::string& result) {
+        if (!result.starts_with("OK")) {
+            isOver = result.empty(); // abandoned; a failed pass is repeated
+            return;
+        }
+        isSettled = (number == 0 || isSettled) && result == "OK_FINISH";
+        if (++number == rootLines.size() || rootLines[number - 1].line.moves.empty()) {
+            isOver = isSettled || passDepth == 20;
+            number = 0;
+            ++passDepth;
+        }
+    }
+
+    void completeLine(Line& line, Position position) {
+        for (const LineMove& move : line.moves) {
             position = *position.play(move.move);
         }
-        while (static_cast<int>(mainLine.moves.size()) < passDepth) {
+        while (static_cast<int>(line.moves.size()) < passDepth) {
             const int code = read(position).first.move;
             const std::vector<Move> moves = position.moves();
             const auto move = std::ranges::find(moves, code, codeOf);
@@ -172,7 +204,7 @@ private:
             if (!after) {
                 return;
             }
-            mainLine.moves.push_back({*move, "h"});
+            line.moves.push_back({*move, "h"});
             position = *after;
         }
     }
@@ -185,7 +217,10 @@ private:
             return;
         }
         const int originalAlfa = alfa;
-        const std::vector<Move> moves = inTreeOrder(position, depth);
+        std::vector<Move> moves = inTreeOrder(position, depth);
+        if (depth == 0 && rootLines.size() > 1) {
+            std::erase_if(moves, [&](const Move& move) { return !isLeft(position, move); });
+        }
         statistics[1][at(depth)] += static_cast<int>(moves.size());
         bool hasLegalMove = false;
         for (const Move& move : moves) {
@@ -220,6 +255,15 @@ private:
             }
         }
         line.score = hasLegalMove ? alfa : position.isInCheck() ? MATED : 0;
+    }
+
+    // Whether a root move is legal, and none of the lines before begins with it.
+    bool isLeft(const Position& position, const Move& move) const {
+        return position.play(move) &&
+               std::none_of(rootLines.begin(), rootLines.begin() + static_cast<long>(number),
+                            [&](const RootLine& before) {
+                                return before.line.moves.front().move.text() == move.text();
+                            });
     }
 
     // Scores the move to `after` for the side that made it. True if the table says that it
@@ -434,9 +478,9 @@ private:
     RepetitionTable repetitions;                  // of the game and the path
     std::map<int, unsigned> counts;               // cut-offs by ply and quiet move
     std::array<std::array<int, 2>, 20> killers{}; // the two of each ply, 0 for none
-    Line mainLine;                                // of the last pass
-    int firstAlfa = 0;                            // window of the next pass
-    int firstBeta = 0;
+    std::vector<RootLine> rootLines;              // one or more
+    std::size_t number = 0;                       // of the line of this pass, from 0
+    bool isSettled = false;                       // whether the lines before it are mates
     int passDepth = 0;
     std::int64_t nodes = 0;
     std::int64_t treeNodes = 0;

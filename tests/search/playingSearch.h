@@ -57,15 +57,16 @@ public:
     // From now on a poll says that the time is up.
     void stop() { flag.signalReady(number); }
 
-    // Searches the position, and passes each outcome to `onPass` until that returns false. If
-    // `isStopped`, the first poll says that the time is up.
-    template <class OnPass> void search(bool isStopped, OnPass onPass) {
+    // Searches the position for some lines, and passes each outcome to `onPass` until that returns
+    // false. If `isStopped`, the first poll says that the time is up.
+    template <class OnPass> void search(int lines, bool isStopped, OnPass onPass) {
         number = flag.getNextThreadId();
         if (isStopped) {
             stop();
         }
         SearchRequest request;
         request.limits.useBook = false;
+        request.limits.lines = lines;
         request.game = {root, keys};
         testStatistics.reset();
         ida.deepen(request, &flag, [&](const SearchPass& pass) { return onPass(outcomeOf(pass)); });
@@ -85,6 +86,7 @@ private:
             outcome.beta = pass.next.firstBeta;
         }
         outcome.depth = pass.depth;
+        outcome.lineNumber = pass.lineNumber;
         outcome.score = pass.line.evaluation;
         outcome.line = lineText(pass.line);
         outcome.nodes = pass.nodes;

@@ -15,6 +15,7 @@ struct SearchCase {
     std::int64_t stopFrom = 0;    // moves after which a poll says that the time is up
     std::int64_t maxNodes = 1500; // moves after which no further pass begins
     int maxPasses = 60;
+    int lines = 1;
     bool isTwice = false; // search again after another move, with the table as it is
 };
 
@@ -29,7 +30,8 @@ inline std::string describe(const SearchCase& example) {
          << " standPat " << settings.standPat << " quiscenceMaxDepth " << settings.quiscenceMaxDepth
          << " quiscenceDeltaWindow " << settings.quiscenceDeltaWindow << "\nstopFrom "
          << example.stopFrom << " maxNodes " << example.maxNodes << " maxPasses "
-         << example.maxPasses << " isTwice " << example.isTwice << '\n';
+         << example.maxPasses << " lines " << example.lines << " isTwice " << example.isTwice
+         << '\n';
     return text.str();
 }
 
@@ -42,6 +44,7 @@ inline std::string findDifference(const plain::Outcome& playing, const plain::Ou
         }
     };
     compare("depth", playing.depth, twin.depth);
+    compare("line number", playing.lineNumber, twin.lineNumber);
     compare("abandoned", playing.isAbandoned, twin.isAbandoned);
     compare("result", playing.result, twin.result);
     compare("score", playing.score, twin.score);
@@ -115,37 +118,46 @@ private:
 
     std::string search(const SearchCase& example, PlayingSearch& playing, plain::Search& twin,
                        const plain::Position& root, const std::vector<std::uint64_t>& keys) {
-        twin.begin(keys);
+        twin.begin(root, keys, example.lines);
         twin.isToStop = example.stopFrom <= 0;
         std::string difference;
         int passes = 0;
-        int depth = 1;
-        playing.search(twin.isToStop, [&](const plain::Outcome& outcome) {
-            plain::Outcome expected = twin.pass(root, depth);
+        bool goesOn = true;
+        playing.search(example.lines, twin.isToStop, [&](const plain::Outcome& outcome) {
+            if (twin.isOver) {
+                difference = "only the playing search goes on\n";
+                return false;
+            }
+            plain::Outcome expected = twin.pass(root);
             if (!playing.isCounting) {
                 expected.statistics = {};
             }
             difference = findDifference(outcome, expected);
             if (!difference.empty()) {
                 difference = "pass " + std::to_string(passes + 1) + " of depth " +
-                             std::to_string(depth) + ", the playing search first\n" + difference;
+                             std::to_string(expected.depth) + ", the playing search first\n" +
+                             difference;
                 return false;
             }
             note(outcome);
-            depth += outcome.result == "OK" ? 1 : 0;
             if (outcome.nodes >= example.stopFrom) {
                 playing.stop();
                 twin.isToStop = true;
             }
             ++passes;
-            return passes < example.maxPasses && outcome.nodes <= example.maxNodes &&
-                   (outcome.nodes > 0 || passes < 3);
+            goesOn = passes < example.maxPasses && outcome.nodes <= example.maxNodes &&
+                     (outcome.nodes > 0 || passes < 3);
+            return goesOn;
         });
-        return difference;
+        return !difference.empty() || !goesOn || twin.isOver ? difference
+                                                             : "only the twin goes on\n";
     }
 
     void note(const plain::Outcome& outcome) {
         ++seen[outcome.isAbandoned ? "abandoned" : outcome.result];
+        if (outcome.lineNumber > 1) {
+            ++seen["later " + outcome.result];
+        }
         seen["no line"] += outcome.line.empty() ? 1 : 0;
         seen["full line"] += std::ranges::count(outcome.line, ' ') == 20 ? 1 : 0;
         seen["line from the table"] += outcome.line.find("h ") != std::string::npos ? 1 : 0;
