@@ -22,6 +22,15 @@ private:
     IdaVariant& slot;
 };
 
+// Delays a search until root moves are reported, and counts them.
+class DelayingListener final : public InfoListenerInterface {
+public:
+    void onInfo(const InfoStruct& /*info*/) override { sleepMilliseconds(TIME_TO_FIRST_ROOT_MOVE); }
+    void onCurrentMove(const CurrentMove& /*current*/) override { ++rootMoves; }
+
+    int rootMoves = 0;
+};
+
 class Deepening : public testing::Test {
 protected:
     Deepening() {
@@ -141,6 +150,20 @@ TEST_F(Deepening, AbandonedPassIsNoResult) {
     EXPECT_EQ(limited.report.value().depth, 2);
     EXPECT_EQ(generator.state.nodes.getSearchedAllNodes(), 5000);
     EXPECT_EQ(limited.nodes, 5000);
+}
+
+// A node limit puts a poll at the first or the second move of the second pass.
+TEST_F(Deepening, ReportsARootMoveOnceItIsTried) {
+    const std::int64_t nodes = searchTo(1, start).nodes;
+    SearchLimits limits = limitsOf(2);
+    limits.time.infinite = true;
+    for (const int further : {1, 2}) {
+        DelayingListener listener;
+        ida.setInfoListener(&listener);
+        limits.nodes = nodes + further;
+        ida.generateTree(requestFor(start, limits), openSlot(), slot);
+        EXPECT_EQ(listener.rootMoves, further - 1);
+    }
 }
 
 TEST_F(Deepening, TimeUpWeighsTheLastPassAgainstTheTimeLeft) {
