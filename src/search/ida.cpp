@@ -66,7 +66,7 @@ InfoStruct reportOf(const SearchPass& pass, const SearchState& state, Millisecon
             .hashFull = state.table.getHashTable().getUsedPermille()};
 }
 
-constexpr std::int64_t MOST_NODES_TO_MATE = 300000;
+constexpr std::int64_t MOST_NODES_TO_MATE = 1'000'000; // a tenth of a second
 
 // Appends a line to another one; together they must have room.
 void append(Variant& line, const Variant& rest) {
@@ -178,11 +178,18 @@ void Ida::completeMate(const EngineConfig& config, const Game& game, Variant& li
     EngineConfig withoutTable = config;
     withoutTable.useTable = false;
     withoutTable.hashTableSize = 0;
-    Ida(withoutTable).deepen(request, nullptr, [&](const SearchPass& pass) {
+    Ida ida(withoutTable);
+    NodeCounter& nodes = ida.generator.state.nodes;
+    nodes.setPollCallback([&] {
+        if (isStopped()) {
+            nodes.setNodeLimit(1);
+        }
+    });
+    ida.deepen(request, nullptr, [&](const SearchPass& pass) {
         if (pass.endsSearch && pass.line.varLength <= missing) {
             append(line, pass.line);
         }
-        return !isStopped();
+        return true;
     });
 }
 

@@ -58,9 +58,9 @@ public:
                        IdaNS::GeneratingResult result, IdaVariant& idaVariant);
 
     // Completes the line of a mate score that ends before the mate, as it does if the score of one
-    // of its moves came from the table. Searches the rest without a table; gives up after some
-    // milliseconds, or when `isStopped`, and leaves the line as it is. A mate that is further away
-    // than a line is long is left alone.
+    // of its moves came from the table. Searches the rest without a table; gives up after a
+    // tenth of a second or so, or when `isStopped`, and leaves the line as it is. A mate that is
+    // further away than a line is long is left alone.
     static void completeMate(const EngineConfig& config, const Game& game, Variant& line,
                              const std::function<bool()>& isStopped);
 

@@ -65,6 +65,7 @@ TEST(GameLine, OfAMateIsCompleted) {
     const EngineConfig config = makeConfig();
     Ida ida(config);
     int completed = 0;
+    int stopped = 0;
     for (const char* fen :
          {"r6k/6pp/8/6N1/2Q5/8/1q4PP/6K1 w - - 0 30", "7k/R7/6K1/8/8/8/8/8 b - - 0 1",
           "8/8/8/8/8/3k4/7r/3K4 b - - 0 1", "k7/8/1K6/8/8/8/8/7R b - - 0 1"}) {
@@ -76,6 +77,9 @@ TEST(GameLine, OfAMateIsCompleted) {
             std::copy(whole.variantMoves.begin() + whole.varLength - kept,
                       whole.variantMoves.begin() + whole.varLength, line.variantMoves.begin());
             line.varLength = kept;
+            Variant same = line;
+            Ida::completeMate(config, request.game, same, [] { return true; });
+            stopped += same.varLength == kept ? 1 : 0;
             Ida::completeMate(config, request.game, line, [] { return false; });
             EXPECT_EQ(line.varLength, -MATED_EVALUATION - std::abs(line.evaluation)) << fen;
             EXPECT_EQ(line.evaluation, whole.evaluation);
@@ -88,6 +92,7 @@ TEST(GameLine, OfAMateIsCompleted) {
         }
     }
     EXPECT_GE(completed, 3);
+    EXPECT_GE(stopped, 1);
 }
 
 } // namespace
