@@ -3,6 +3,7 @@
 #include "search/hashTable.h"
 
 #include <array>
+#include <cstdio>
 
 namespace {
 
@@ -92,6 +93,10 @@ std::optional<BenchTotal> runBench(std::optional<int> depth,
         request.limits.depth = request.limits.onlyMoveDepth = depth.value_or(position.depth);
         const SearchResult result = engine->search(request);
         if (stopper.wasStopped) {
+            return std::nullopt;
+        }
+        if (engine->getHashTableSize() == 0 || !result.report) {
+            std::fputs("bench failed: not enough memory\n", stderr);
             return std::nullopt;
         }
         total.nodes += result.nodes;

@@ -24,7 +24,8 @@ std::unique_ptr<Engine> makeFreshEngine(const EngineConfig& config,
                                         const WaitPolicy& waitPolicy = {});
 
 // Searches all positions, each with an empty table, `depth` plies deep if given, and returns the
-// nodes and the milliseconds of all searches; nothing if `isStopped` has ended it.
+// nodes and the milliseconds of all searches; nothing if `isStopped` has ended it or, after a line
+// on standard error, without the memory for a search.
 struct BenchTotal {
     std::int64_t nodes = 0;
     Milliseconds millis = 0;

@@ -222,6 +222,14 @@ TEST_F(Modern, ObeysCommandsForPeople) {
     EXPECT_EQ(process.waitForEnd(PATIENCE)->status, 0);
 }
 
+#ifndef KESTRAN_SLOW_BUILD // a sanitizer needs more memory than there is
+TEST(ModernBench, PrintsNoNumberWithoutMemory) {
+    UciProcess process("/bin/bash", {"-c", "ulimit -v 40000; exec \"$0\" bench 1", MODERN});
+    EXPECT_EQ(process.readLine(PATIENCE), std::nullopt);
+    EXPECT_EQ(process.readErrors(), "bench failed: not enough memory\n");
+}
+#endif
+
 // The best of some tries, as the machine may be busy.
 TEST_F(Modern, AnswersAStopWithinFiveMilliseconds) {
     using Clock = std::chrono::steady_clock;
