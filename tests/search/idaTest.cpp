@@ -110,6 +110,10 @@ TEST_F(Deepening, ReportsOnlyADepthThatCanBeReached) {
         searchTo(1, start);
         EXPECT_EQ(reports.infos.back().selDepth, selDepth);
     }
+    SearchRequest request = requestFor(start, limitsOf(1));
+    request.limits.quiscenceDepth = 0;
+    ida.generateTree(request);
+    EXPECT_EQ(reports.infos.back().selDepth, 1);
 }
 
 TEST_F(Deepening, AbandonedPassIsNoResult) {

@@ -199,9 +199,9 @@ TEST_F(Modern, ObeysCommandsForPeople) {
     EXPECT_EQ(readUntil(process, "Nodes searched", PATIENCE),
               (std::vector<std::string>{"e1d1: 18", "e1f1: 18", "e1f2: 18", "e1d2: 18",
                                         "Nodes searched: 72"}));
-    process.send("bench 1");
+    process.send("bench 1"); // in fewer nodes than the bench needs by default
     EXPECT_TRUE(
-        TextPattern("[1-9]\\d* nodes \\d+ nps").matches(process.readLine(PATIENCE).value_or("")));
+        TextPattern("\\d{6} nodes \\d+ nps").matches(process.readLine(PATIENCE).value_or("")));
     for (const char* line : {"go perft", "go perft 0", "go perft x", "bench 21", "bench -1"}) {
         const std::string before = process.readErrors();
         EXPECT_TRUE(linesOf(line).empty()) << line;
@@ -343,7 +343,7 @@ TEST_F(Modern, Ponders) {
     }
     process.send("ponderhit"); // idle, and in an ordinary search
     process.send("position startpos");
-    process.send("go movetime 30");
+    process.send("go movetime 300");
     process.send("ponderhit");
     EXPECT_TRUE(TextPattern("bestmove (\\S+) ponder (\\S+)").matches(hearAnswer().back()));
     // After the hit the time runs, and a stop still counts.
@@ -379,12 +379,12 @@ TEST(ModernPondering, EndsWithTheInput) {
     }
 }
 
-// Every option of the bot's configuration exists and is accepted.
+// Every option of the bot's configuration, even in a comment, exists and is accepted.
 TEST_F(Modern, AcceptsTheOptionsOfTheBot) {
     process.send("uci");
     const std::vector<std::string> greeting = readUntil(process, "uciok", PATIENCE);
     std::ifstream file(KESTRAN_TEST_DATA "/../../docs/lichess-bot.yml");
-    const TextPattern OPTION(R"( {4}([A-Z][^:]*): ([^#]*\S)( *#.*)?)");
+    const TextPattern OPTION(R"( {4}(?:# )?([A-Z][^:]*): ([^#]*\S)( *#.*)?)");
     bool isInside = false;
     int options = 0;
     for (std::string line; std::getline(file, line);) {
@@ -397,7 +397,7 @@ TEST_F(Modern, AcceptsTheOptionsOfTheBot) {
             process.send("setoption name " + parts->at(1) + " value " + parts->at(2));
         }
     }
-    EXPECT_GE(options, 3);
+    EXPECT_GE(options, 5);
     EXPECT_TRUE(answerTo("go nodes 1000", START_FEN).back().starts_with("bestmove "));
     EXPECT_EQ(process.readErrors(), "");
 }

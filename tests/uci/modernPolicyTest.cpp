@@ -67,6 +67,7 @@ TEST(ModernPolicy, ReadsTheLimitsOfALine) {
     }
     policy.setOption(splitString("setoption name move overhead value 1010"));
     policy.setOption(splitString("setoption name OWNBOOK value True"));
+    policy.setOption(splitString("setoption name OwnBook value 0")); // rejected
     const auto limits = policy.readGo(splitString("go wtime 36010"), position, ARRIVAL);
     EXPECT_EQ(limits->time.total, 2500);
     EXPECT_TRUE(limits->useBook);
@@ -101,8 +102,8 @@ TEST(ModernPolicy, KeepsTheOverheadInItsRange) {
     for (const auto& [value, total] :
          std::initializer_list<std::pair<std::string, Milliseconds>>{{"0", 750},
                                                                      {"-1", 750},
-                                                                     {"x", 750},
                                                                      {"5000", 392},
+                                                                     {"x", 392},
                                                                      {"5001", 392},
                                                                      {"99999999999", 392}}) {
         policy.setOption(splitString("setoption name Move Overhead value " + value));
