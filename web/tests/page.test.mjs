@@ -273,6 +273,20 @@ test("bad input says where, and the game stays", async () => {
 
 test("names with markup stay text, and a large file is read", async () => {
     const name = "<img src=x onerror=alert(1)><b>Bold</b>";
+test("a position and a game file can be dropped", async () => {
+    const drop = (text, name) =>
+        page.driver.executeScript(`
+            const dataTransfer = new DataTransfer();
+            const [text, name] = arguments;
+            dataTransfer.items.add(...(name ? [new File([text], name)] : [text, "text/plain"]));
+            const drop = new DragEvent("drop", { dataTransfer, bubbles: true });
+            document.getElementById("board").dispatchEvent(drop);`, text, name);
+    await drop(MATE_IN_TWO);
+    await page.until(() => document.querySelector("[aria-label='a2, white rook']"));
+    await drop(RUY, "game.pgn");
+    assert.equal((await page.untilMoves(8))[7], "dxc6");
+});
+
     const game = `[White "${name}"]\n[Black "B"]\n\n1. e4 *\n\n`;
     await page.openText(game + game);
     assert.match(
