@@ -7,7 +7,7 @@ export interface Level {
     limits: Limits;
 }
 
-const DEFAULT_RATING = 1400;
+const DEFAULT_RATING = 1400; // the level that is nearest
 
 export function makeLevels(ratings: number[]): Level[] {
     return [
@@ -17,8 +17,6 @@ export function makeLevels(ratings: number[]): Level[] {
 }
 
 export function defaultLevel(levels: Level[]): number {
-    return Math.max(
-        0,
-        levels.findIndex((level) => level.elo === DEFAULT_RATING),
-    );
+    const distances = levels.map(({ elo = Infinity }) => Math.abs(elo - DEFAULT_RATING));
+    return distances.indexOf(Math.min(...distances));
 }

@@ -18,7 +18,7 @@ import { Tabs } from "./tabs";
 import { Theme } from "./theme";
 import { Thinking } from "./thinking";
 import { TreePanel } from "./treePanel";
-import { sideName } from "./words";
+import { pliesText, sideName } from "./words";
 
 const DEFAULT_DEPTH = 4;
 const MOST_DEPTH = 8;
@@ -201,9 +201,7 @@ function fillChoices(ratings: number[]): void {
     levelChoice.append(...levels.map(({ name }, i) => html("option", { value: i }, name)));
     setLevel(defaultLevel(levels));
     for (let depth = 1; depth <= MOST_DEPTH; ++depth) {
-        depthChoice.append(
-            html("option", { value: depth }, `${depth} ${depth === 1 ? "ply" : "plies"}`),
-        );
+        depthChoice.append(html("option", { value: depth }, pliesText(depth)));
     }
     depthChoice.value = String(DEFAULT_DEPTH);
 }

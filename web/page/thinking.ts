@@ -4,7 +4,7 @@ import { Arrow } from "./boardPicture";
 import { byId, html } from "./dom";
 import { numbered, parseStep } from "./placement";
 import type { Pass } from "./protocol";
-import { countText, forWhite, passScore, roughCount, timeText } from "./words";
+import { countText, forWhite, passScore, pliesText, roughCount, timeText } from "./words";
 
 const LINE_ARROWS = 4;
 
@@ -79,7 +79,7 @@ export class Thinking {
         const white = this.searched!.whiteToMove;
         const figures: Array<[string, string]> = [
             ["Score for White", this.best ? forWhite(this.best.score, white) : "\u2013"],
-            ["Depth", last ? `${last.depth} plies` : "\u2013"],
+            ["Depth", last ? pliesText(last.depth) : "\u2013"],
             ["Moves tried", last ? roughCount(last.nodes) : "\u2013"],
             ["Each second", last && last.time > 0 ? roughCount(last.nps) : "\u2013"],
             ["Table in use", last ? `${(last.hashfull / 10).toFixed(1)} %` : "\u2013"],

@@ -11,7 +11,7 @@ import { SearchTree } from "./searchTree";
 import type { Stage } from "./stage";
 import { TimeMachine } from "./timeMachine";
 import { TreeMoves } from "./treeMoves";
-import { countText, passScore, roughCount } from "./words";
+import { countText, passScore, pliesText, roughCount } from "./words";
 
 interface Recording {
     base: GameText;
@@ -273,7 +273,7 @@ function leftOut(pass: Pass): string {
     }
     const deeper =
         plies < pass.depth
-            ? `everything after ${plies} plies is`
+            ? `everything after ${pliesText(plies)} is`
             : "the captures after the full depth are";
     return ` The pass is too large to keep all of it: ${deeper} left out.`;
 }

@@ -54,6 +54,10 @@ export function chartValue(score: Score): number {
 }
 
 // Its digits in groups of three. toLocaleString() takes a tenth of a second when first called.
+export function pliesText(count: number): string {
+    return `${count} ${count === 1 ? "ply" : "plies"}`;
+}
+
 export function countText(count: number): string {
     return String(Math.round(count)).replace(/\B(?=(\d{3})+$)/g, ",");
 }

@@ -80,6 +80,8 @@ test("a game by keyboard to mate, against the engine", async () => {
 });
 
 test("the engine answers in time, with legal moves, and the game survives a reload", async () => {
+    const level = await page.run(() => document.querySelector("#level :checked").textContent);
+    assert.match(level, /about 1[345]/);
     const started = Date.now();
     await page.clickMove("e2", "e4");
     await page.untilMoves(2);
@@ -271,8 +273,6 @@ test("bad input says where, and the game stays", async () => {
     assert.equal((await page.untilMoves(9))[8], "Nxe5");
 });
 
-test("names with markup stay text, and a large file is read", async () => {
-    const name = "<img src=x onerror=alert(1)><b>Bold</b>";
 test("a position and a game file can be dropped", async () => {
     const drop = (text, name) =>
         page.driver.executeScript(`
@@ -287,6 +287,8 @@ test("a position and a game file can be dropped", async () => {
     assert.equal((await page.untilMoves(8))[7], "dxc6");
 });
 
+test("names with markup stay text, and a large file is read", async () => {
+    const name = "<img src=x onerror=alert(1)><b>Bold</b>";
     const game = `[White "${name}"]\n[Black "B"]\n\n1. e4 *\n\n`;
     await page.openText(game + game);
     assert.match(
