@@ -23,14 +23,14 @@ writeFileSync(join(folder, "package.json"), "{}");
 npm("install", `./${packed}`);
 const installed = join(folder, "node_modules/kestran");
 
-// Sends lines and collects those of the answers up to one that begins with `end`.
+// Sends lines and collects those of the answers up to one that matches `end`.
 function talk(engine, lines, end) {
     return new Promise((resolve, reject) => {
         const answers = [];
         const timer = setTimeout(() => reject(new Error(`no ${end} after ${answers.join("\n")}`)), 60000);
         engine.listen((line) => {
             answers.push(line);
-            if (line.startsWith(end)) {
+            if (line.match(end)) {
                 clearTimeout(timer);
                 resolve(answers);
             }
@@ -52,17 +52,19 @@ async function converse(engine) {
     assert.match(searched[searched.length - 1], /^bestmove e2e4/);
 
     // A stop during a search gives the move of the last finished pass.
-    const begun = await talk(engine, ["position startpos moves e2e4", "go infinite"], "info depth 3");
+    engine.send("setoption name MultiPV value 2");
+    const begun = await talk(engine, ["position startpos moves e2e4", "go infinite"], "depth 3 .*multipv 2");
     const time = performance.now();
     const stopped = await talk(engine, ["isready", "stop"], "bestmove");
     assert.ok(performance.now() - time < 1000);
-    const lines = [...begun, ...stopped].filter((line) => / pv /.test(line));
+    const lines = [...begun, ...stopped].filter((line) => / multipv 1 .* pv /.test(line));
     const best = / pv (\S+)/.exec(lines[lines.length - 1])[1];
     assert.equal(stopped[stopped.length - 1].split(" ")[1], best);
 
     // The game goes on, with the settings from before.
     const next = await talk(engine, ["position fen 7k/5Q2/6K1/8/8/8/8/8 w - - 0 1", "go depth 3"], "bestmove");
     assert.match(next[next.length - 1], /^bestmove (f7g7|f7f8|f7h7)/);
+    assert.ok(next.some((line) => / multipv 2 /.test(line)));
     const budget = performance.now();
     await talk(engine, ["position startpos", "go movetime 300"], "bestmove");
     assert.ok(performance.now() - budget < 3000);
@@ -77,9 +79,13 @@ test("speaks UCI under node", async () => {
     let listener = () => {};
     worker.on("message", (line) => listener(line));
     const exit = new Promise((resolve) => worker.on("exit", resolve));
-    await converse({ listen: (to) => (listener = to), send: (line) => worker.postMessage(line) });
-    worker.postMessage("quit");
-    assert.equal(await exit, 0);
+    try {
+        await converse({ listen: (to) => (listener = to), send: (line) => worker.postMessage(line) });
+        worker.postMessage("quit");
+        assert.equal(await exit, 0);
+    } finally {
+        await worker.terminate(); // a test that has failed ends, too
+    }
 });
 
 test("speaks UCI in Chromium", async () => {
