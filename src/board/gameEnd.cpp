@@ -32,10 +32,10 @@ std::optional<EndReason> findReason(const Game& game) {
     return isBare(position) ? std::optional(EndReason::MATERIAL) : std::nullopt;
 }
 
-std::string textOf(EndReason reason, bool hasWhiteWon) {
+std::string textOf(EndReason reason, Color winner) {
     switch (reason) {
     case EndReason::CHECKMATE:
-        return std::string("Checkmate: ") + (hasWhiteWon ? "White" : "Black") + " wins.";
+        return std::string("Checkmate: ") + COLOR_NAMES[at(winner)] + " wins.";
     case EndReason::STALEMATE:
         return "Stalemate: the game is drawn.";
     case EndReason::REPETITION:
@@ -55,8 +55,7 @@ std::optional<GameEnd> findGameEnd(const Game& game) {
     if (!reason) {
         return std::nullopt;
     }
-    const bool hasWhiteWon = game.position.colorToMove == BLACK; // if it is checkmate
-    const char* const win = hasWhiteWon ? "1-0" : "0-1";
-    return GameEnd{*reason, *reason == EndReason::CHECKMATE ? win : "1/2-1/2",
-                   textOf(*reason, hasWhiteWon)};
+    const Color winner = opposite(game.position.colorToMove); // if it is checkmate
+    return GameEnd{*reason, *reason == EndReason::CHECKMATE ? WINS[at(winner)] : "1/2-1/2",
+                   textOf(*reason, winner)};
 }

@@ -3,10 +3,14 @@
 
 #include "board/game.h"
 
+#include <array>
 #include <optional>
 #include <string>
 
 enum class EndReason { CHECKMATE, STALEMATE, REPETITION, FIFTY_MOVES, MATERIAL };
+
+// The result if a side wins, by colour.
+inline constexpr std::array WINS = {"1-0", "0-1"};
 
 struct GameEnd {
     EndReason reason;

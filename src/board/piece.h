@@ -10,6 +10,7 @@
 enum Color : std::int8_t { WHITE = 0, BLACK = 1, EMPTY = 2, BORDER = 3 };
 
 inline constexpr std::array<Color, 2> COLORS = {WHITE, BLACK};
+inline constexpr std::array COLOR_NAMES = {"White", "Black"};
 
 // The other side. Requires WHITE or BLACK.
 constexpr Color opposite(Color color) {

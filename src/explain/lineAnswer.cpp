@@ -330,8 +330,12 @@ Answer answerNotReached(const WatchedLine& line, int pass, const Fate& fate) {
 
 } // namespace
 
+std::string Answer::getSummary() const {
+    return verdict + (reason.empty() ? "" : ' ' + reason);
+}
+
 std::string Answer::getText() const {
-    return verdict + (reason.empty() ? "" : ' ' + reason) + ' ' + details;
+    return getSummary() + ' ' + details;
 }
 
 Answer answerLine(const EngineConfig& config, const Game& game, const WatchedLine& line,

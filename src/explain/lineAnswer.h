@@ -18,6 +18,8 @@ struct Answer {
     int refutationNode;                // where `refutation` begins on the line, likewise
     std::vector<Move> refutation = {}; // what is wrong with the line, if that is known
 
+    // The verdict and its reason.
+    std::string getSummary() const;
     // All sentences.
     std::string getText() const;
 };

@@ -1,7 +1,14 @@
 #include "explain/passSearch.h"
 
+#include <algorithm>
+
 bool isGood(const PassReport& pass) {
     return pass.result == IdaNS::OK || pass.result == IdaNS::OK_FINISH;
+}
+
+const PassReport* findLastGood(const std::vector<PassReport>& passes) {
+    const auto found = std::find_if(passes.rbegin(), passes.rend(), isGood);
+    return found != passes.rend() ? &*found : nullptr;
 }
 
 std::unique_ptr<Ida> makeSearch(const EngineConfig& config) {

@@ -28,6 +28,8 @@ struct PassReport {
 
 // Whether a pass gave more than a bound.
 bool isGood(const PassReport& pass);
+// The last one that did; null if there is none.
+const PassReport* findLastGood(const std::vector<PassReport>& passes);
 
 // A search with empty tables. If there is no memory for them, it searches without.
 std::unique_ptr<Ida> makeSearch(const EngineConfig& config);

@@ -107,7 +107,7 @@ PgnGame annotate(const PgnGame& game, const Review& review) {
     for (const auto& [ply, answer] : review.costliest) {
         const NumberedGame after = game.after(at(ply) + 1);
         std::string& comment = annotated.moves[at(ply)].comment;
-        comment += ". " + answer.verdict + ' ' + answer.reason;
+        comment += ". " + answer.getSummary();
         if (answer.refutationNode == 1 && !answer.refutation.empty()) {
             comment +=
                 " Refutation: " + lineToSan(after.position, answer.refutation, after.ply) + '.';

@@ -5,12 +5,7 @@
 #include "search/score.h"
 
 #include <array>
-#include <cmath>
 #include <cstdio>
-
-bool isBeyondMates(int score) {
-    return score < MATED_EVALUATION || score > -MATED_EVALUATION;
-}
 
 std::string scoreText(int score) {
     if (isBeyondMates(score)) {
@@ -20,9 +15,8 @@ std::string scoreText(int score) {
         return score == MATED_EVALUATION ? "mated" : '#' + std::to_string(movesToMate(score));
     }
     std::array<char, 32> buffer;
-    constexpr double HUNDREDTH = pieceEvaluationValues[PAWN] / 100.0;
-    const auto hundredths = std::lround(score / HUNDREDTH); // an integer, so that there is no -0.00
-    std::snprintf(buffer.data(), buffer.size(), "%+.2f", static_cast<double>(hundredths) / 100);
+    // Of an integer, so that there is no -0.00.
+    std::snprintf(buffer.data(), buffer.size(), "%+.2f", toCentipawns(score) / 100.0);
     return buffer.data();
 }
 
@@ -36,7 +30,7 @@ std::string countText(std::int64_t count) {
 }
 
 std::string sideText(const Position& position) {
-    return position.colorToMove == WHITE ? " for White" : " for Black";
+    return std::string(" for ") + COLOR_NAMES[at(position.colorToMove)];
 }
 
 std::string passText(const WatchedLine& line, int pass) {

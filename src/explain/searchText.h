@@ -6,9 +6,6 @@
 #include <cstdint>
 #include <string>
 
-// Whether a score lies outside all mates, as the ends of the full window do.
-bool isBeyondMates(int score);
-
 // A score such as "+0.31"; "#3" for a mate in three moves, "#-3" for being mated in
 // three, "mated" if that has come; "-inf" and "+inf" for what isBeyondMates().
 std::string scoreText(int score);

@@ -1,6 +1,7 @@
 #include "search/score.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <iostream>
@@ -12,6 +13,10 @@ constexpr int MATE_TEXT_LIMIT = 2147483398; // printEval() prints scores beyond 
 constexpr std::int64_t MATE_IN_BASE = 1073741724;
 
 } // namespace
+
+int toCentipawns(int eval) {
+    return static_cast<int>(std::lround(eval / static_cast<double>(CENTIPAWN)));
+}
 
 int movesToMate(int eval) {
     const std::int64_t plies = std::int64_t{-MATED_EVALUATION} - std::abs(std::int64_t{eval});

@@ -13,6 +13,7 @@ inline constexpr int UPPER_MATE_LIMIT = 2147483298;
 inline constexpr int BOTTOM_MATE_LIMIT = -UPPER_MATE_LIMIT;
 // The score of a drawn position.
 inline constexpr int DRAW_EVALUATION = 0;
+inline constexpr int CENTIPAWN = 10;
 
 // isUpperMateLimit(): whether the side that the score belongs to mates. isBottomMateLimit():
 // whether that side is mated.
@@ -38,6 +39,14 @@ constexpr int furtherFromCheckMate(int eval) {
     }
     return isBottomMateLimit(eval) ? eval + 1 : eval;
 }
+
+// Whether a score lies outside all mates, as the ends of the full window do.
+constexpr bool isBeyondMates(int eval) {
+    return eval < MATED_EVALUATION || eval > -MATED_EVALUATION;
+}
+
+// A score in hundredths of a pawn, rounded; halves away from zero.
+int toCentipawns(int eval);
 
 // ---- Mates in moves ----
 

@@ -2,6 +2,7 @@
 
 #include "notation/longAlgebraicMove.h"
 #include "search/engineParameters.h"
+#include "search/score.h"
 
 #include <sstream>
 
@@ -28,8 +29,6 @@ constexpr const char* UCI_NPS_ = "nps ";
 
 constexpr const char* BEST_MOVE_SPACE = "bestmove ";
 constexpr const char* NO_MOVE = "(none)";
-
-constexpr int CENTIPAWN = 10; // in the unit of a score
 
 } // namespace
 

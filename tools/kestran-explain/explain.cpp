@@ -59,8 +59,8 @@ void findLine(Question& question, const EngineConfig& config, SearchLimit& limit
     requireTable(ida->getTreeGenerator().state.table.getSize(), config.hashTableSize);
     const auto passes = searchPasses(*ida, depthRequest(question.game, question.depth),
                                      &limit.begin(TIME_TO_FIND), std::ref(progress));
-    const auto good = std::find_if(passes.rbegin(), passes.rend(), isGood);
-    if (good == passes.rend()) {
+    const PassReport* const good = findLastGood(passes);
+    if (good == nullptr) {
         return;
     }
     question.line = movesOf(good->line);

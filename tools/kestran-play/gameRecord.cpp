@@ -4,16 +4,7 @@
 #include "notation/pgn.h"
 #include "notation/san.h"
 
-#include <array>
 #include <span>
-
-namespace {
-
-// By colour, and the result if that side wins.
-constexpr std::array NAMES = {"White", "Black"};
-constexpr std::array WINS = {"1-0", "0-1"};
-
-} // namespace
 
 GameRecord::GameRecord(const NumberedGame& start) : states{start} {
     judge();
@@ -33,7 +24,7 @@ void GameRecord::takeBack(int plies) {
 }
 
 void GameRecord::resign(Color color) {
-    end = {WINS[at(opposite(color))], std::string(NAMES[at(color)]) + " resigns."};
+    end = {WINS[at(opposite(color))], std::string(COLOR_NAMES[at(color)]) + " resigns."};
 }
 
 std::string GameRecord::getLastMoves(int plies) const {

@@ -56,8 +56,7 @@ int runPlay(const PlayOptions& options) {
 
     GameKeeper keeper(options.pgn, std::cout);
     Table table(start, human, strength, style, keeper, std::cout);
-    std::cout << "You play " << (isBlack ? "Black" : "White") << R"(. Type a move, or "help".)"
-              << '\n';
+    std::cout << "You play " << COLOR_NAMES[at(human)] << R"(. Type a move, or "help".)" << '\n';
     table.begin();
     std::optional<std::string> line;
     while ((line = readTypedLine(table.getPrompt())) && table.handleLine(*line)) {

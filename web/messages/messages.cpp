@@ -9,12 +9,9 @@
 
 namespace {
 
-constexpr double CENTIPAWN = 10; // in the unit of a score
-
 // An end of a window; null if it lies outside all mates.
 Json boundToJson(int bound) {
-    const bool isOpen = bound < MATED_EVALUATION || bound > -MATED_EVALUATION;
-    return isOpen ? Json() : scoreToJson(bound);
+    return isBeyondMates(bound) ? Json() : scoreToJson(bound);
 }
 
 const char* outcomeOf(IdaNS::GeneratingResult result) {
@@ -51,7 +48,7 @@ Json scoreToJson(int score) {
     if (isMate(score)) {
         return {{"mate", movesToMate(score)}};
     }
-    return {{"cp", std::lround(score / CENTIPAWN)}};
+    return {{"cp", toCentipawns(score)}};
 }
 
 Json moveToJson(const Position& position, const Move& move) {
@@ -113,8 +110,8 @@ Json costlyMoveToJson(const PgnGame& game, const Review& review, const CostlyMov
     const bool isAfter = move.answer.refutationNode == 1;
     return {{"ply", move.ply},
             {"move", moveToJson(before, reviewed.move)},
-            {"cost", std::lround(reviewed.getCost() / CENTIPAWN)},
-            {"reason", move.answer.verdict + ' ' + move.answer.reason},
+            {"cost", toCentipawns(reviewed.getCost())},
+            {"reason", move.answer.getSummary()},
             {"refutation",
              isAfter ? lineToJson(positionAfter(before, reviewed.move), move.answer.refutation)
                      : Json::array()}};
