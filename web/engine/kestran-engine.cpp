@@ -4,7 +4,6 @@
 
 #include "base/clock.h"
 #include "board/attacks.h"
-#include "board/gameEnd.h"
 #include "board/makeMove.h"
 #include "explain/lineAnswer.h"
 #include "explain/recorder.h"
@@ -19,7 +18,6 @@
 #include "uci/levels.h"
 
 #include <algorithm>
-#include <array>
 #include <emscripten.h>
 #include <map>
 #include <span>
@@ -35,6 +33,11 @@ EM_JS(void, report, (const char* text, const void* bytes, int length), {
 namespace {
 
 constexpr int DEFAULT_HASH = 16; // mebibytes
+
+// Hands on an answer that is not the last one.
+void send(const Json& answer, std::span<const MoveRecord> records = {}) {
+    report(textOf(answer).c_str(), records.data(), static_cast<int>(records.size_bytes()));
+}
 
 // A request that cannot be answered. The message is for the user.
 struct BadRequest : std::runtime_error {
@@ -112,14 +115,6 @@ Json answerAbout(const Json& /*request*/) {
 
 // ---- position ----
 
-Json endToJson(const GameEnd& end) {
-    static constexpr std::array REASONS = {"checkmate", "stalemate", "repetition", "fifty moves",
-                                           "material"}; // by EndReason
-    return {{"result", end.result},
-            {"reason", REASONS.at(static_cast<std::size_t>(end.reason))},
-            {"text", end.text}};
-}
-
 Json answerPosition(const Json& request) {
     NumberedGame game = readStart(request);
     const Position start = game.position;
@@ -149,35 +144,6 @@ Json answerPosition(const Json& request) {
 
 // ---- search and record ----
 
-// Reports each pass of a search, with the records of `recorder` if there is one.
-std::vector<PassReport> searchAndReport(Ida& ida, const SearchRequest& request, IdaVariant* slot,
-                                        const Recorder* recorder) {
-    int number = 0;
-    return searchPasses(ida, request, slot, [&](const PassReport& pass) {
-        Json json = passToJson(request.game.position, number++, pass);
-        const std::vector<MoveRecord> none;
-        const auto& records = recorder != nullptr ? recorder->getRecords() : none;
-        if (recorder != nullptr) {
-            json["records"] = {{"hasQuiscence", recorder->hasQuiscence()},
-                               {"plies", recorder->getTreePlies()}};
-        }
-        report(textOf(json).c_str(), recorder != nullptr ? records.data() : nullptr,
-               static_cast<int>(records.size() * sizeof(MoveRecord)));
-    });
-}
-
-// The answer after the passes of a search.
-Json answerSearch(const Position& root, const std::vector<PassReport>& passes) {
-    const auto good = std::find_if(passes.rbegin(), passes.rend(), isGood);
-    const Variant line = good != passes.rend() ? good->line : Variant();
-    const std::vector<Move> moves = movesOf(line);
-    const Json texts = lineToJson(root, moves);
-    return {{"type", "done"},
-            {"best", !moves.empty() ? texts[0] : Json()},
-            {"ponder", moves.size() > 1 ? texts[1] : Json()},
-            {"fromBook", !moves.empty() && line.get(0).isOpening}};
-}
-
 SearchLimits readLimits(const Json& request, const Position& root) {
     const Json& given = request.at("limits");
     SearchLimits limits;
@@ -193,28 +159,53 @@ SearchLimits readLimits(const Json& request, const Position& root) {
     return limits;
 }
 
-Json answerSearch(const Json& request) {
-    const NumberedGame game = readGame(request);
+// Reports each pass, with the records of `recorder` if there is one. Returns the answer after them.
+Json searchAndReport(const Json& request, const SearchRequest& search, IdaVariant* slot,
+                     Recorder* recorder) {
     const EngineConfig config = readConfig(request);
     const auto ida = makeSearch(config);
-    const SearchRequest search = {0, readLimits(request, game.position), game};
+    if (recorder != nullptr) {
+        ida->watchBy(*recorder);
+    }
+    const Position& root = search.game.position;
+    int number = 0;
+    const auto passes = searchPasses(*ida, search, slot, [&](const PassReport& pass) {
+        Json json = passToJson(root, number++, pass);
+        std::span<const MoveRecord> records;
+        if (recorder != nullptr) {
+            json["records"] = {{"hasQuiscence", recorder->hasQuiscence()},
+                               {"plies", recorder->getTreePlies()}};
+            records = recorder->getRecords();
+        }
+        send(json, records);
+    });
+
+    const PassReport* const good = findLastGood(passes);
+    const Variant line = good != nullptr ? good->line : Variant();
+    const std::vector<Move> moves = movesOf(line);
+    const Json texts = lineToJson(root, moves);
+    return {{"type", "done"},
+            {"best", !moves.empty() ? texts[0] : Json()},
+            {"ponder", moves.size() > 1 ? texts[1] : Json()},
+            {"fromBook", !moves.empty() && line.get(0).isOpening}};
+}
+
+Json answerSearch(const Json& request) {
+    const NumberedGame game = readGame(request);
     IdaVariant slot;
     slot.getNextThreadId();
     const Json& limits = request.at("limits");
     if (const auto time = limits.find("time"); time != limits.end()) {
         slot.setDeadline(clockMilliseconds() + time->get<Milliseconds>());
     }
-    return answerSearch(game.position, searchAndReport(*ida, search, &slot, nullptr));
+    const SearchRequest search = {0, readLimits(request, game.position), game};
+    return searchAndReport(request, search, &slot, nullptr);
 }
 
 Json answerRecord(const Json& request) {
-    const NumberedGame game = readGame(request);
-    const EngineConfig config = readConfig(request);
-    const auto ida = makeSearch(config);
     Recorder recorder;
-    ida->watchBy(recorder);
-    const SearchRequest search = depthRequest(game, request.at("depth"));
-    return answerSearch(game.position, searchAndReport(*ida, search, nullptr, &recorder));
+    const SearchRequest search = depthRequest(readGame(request), request.at("depth"));
+    return searchAndReport(request, search, nullptr, &recorder);
 }
 
 // ---- why ----
@@ -254,21 +245,7 @@ Json answerReadPgn(const Json& request) {
     const std::size_t most = request.value("most", all.size());
     Json games = Json::array();
     for (const PgnGame& game : std::span(all).first(std::min(most, all.size()))) {
-        Json tags = Json::array();
-        for (const auto& [name, value] : game.tags) {
-            tags.push_back({{"name", name}, {"value", value}});
-        }
-        std::vector<Move> moves;
-        Json texts = Json::array();
-        for (const PgnMove& played : game.moves) {
-            moves.push_back(played.move);
-            texts.push_back(LongAlgebraicMove(played.move).toString());
-        }
-        games.push_back({{"tags", std::move(tags)},
-                         {"fen", getWholeFen(game.start)},
-                         {"moves", std::move(texts)},
-                         {"texts", lineToJson(game.start.position, moves)},
-                         {"result", game.result}});
+        games.push_back(gameToJson(game));
     }
     return {{"type", "done"}, {"games", std::move(games)}, {"count", all.size()}};
 }
@@ -302,7 +279,7 @@ Json answerReview(const Json& request) {
     const auto reportMove = [&](const ReviewedMove& move) {
         Json json = reviewedMoveToJson(game, move);
         json["count"] = game.moves.size();
-        report(textOf(json).c_str(), nullptr, 0);
+        send(json);
     };
     const Review review = reviewGame(readConfig(request), game, nodes, reportMove);
     Json costliest = Json::array();

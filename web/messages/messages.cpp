@@ -5,7 +5,8 @@
 #include "notation/san.h"
 #include "search/score.h"
 
-#include <cmath>
+#include <array>
+#include <utility>
 
 namespace {
 
@@ -62,6 +63,32 @@ Json lineToJson(Position position, std::span<const Move> moves) {
         position = positionAfter(position, move);
     }
     return line;
+}
+
+Json endToJson(const GameEnd& end) {
+    static constexpr std::array REASONS = {"checkmate", "stalemate", "repetition", "fifty moves",
+                                           "material"}; // by EndReason
+    return {{"result", end.result},
+            {"reason", REASONS.at(static_cast<std::size_t>(end.reason))},
+            {"text", end.text}};
+}
+
+Json gameToJson(const PgnGame& game) {
+    Json tags = Json::array();
+    for (const auto& [name, value] : game.tags) {
+        tags.push_back({{"name", name}, {"value", value}});
+    }
+    std::vector<Move> moves;
+    Json texts = Json::array();
+    for (const PgnMove& played : game.moves) {
+        moves.push_back(played.move);
+        texts.push_back(LongAlgebraicMove(played.move).toString());
+    }
+    return {{"tags", std::move(tags)},
+            {"fen", getWholeFen(game.start)},
+            {"moves", std::move(texts)},
+            {"texts", lineToJson(game.start.position, moves)},
+            {"result", game.result}};
 }
 
 Json passToJson(const Position& root, int number, const PassReport& pass) {

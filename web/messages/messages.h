@@ -1,9 +1,11 @@
 // The answers that the page reads, as JSON. web/page/protocol.ts describes them.
 #pragma once
 
+#include "board/gameEnd.h"
 #include "explain/lineAnswer.h"
 #include "explain/passSearch.h"
 #include "explain/review.h"
+#include "notation/pgn.h"
 
 #include <nlohmann/json.hpp>
 #include <span>
@@ -18,6 +20,10 @@ Json scoreToJson(int score);
 // A legal move of `position`, and a legal line from it.
 Json moveToJson(const Position& position, const Move& move);
 Json lineToJson(Position position, std::span<const Move> moves);
+
+// How a game has ended, and a game that was read.
+Json endToJson(const GameEnd& end);
+Json gameToJson(const PgnGame& game);
 
 // A pass of a search of `root`; `number` counts from 0.
 Json passToJson(const Position& root, int number, const PassReport& pass);
