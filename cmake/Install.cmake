@@ -21,9 +21,9 @@ install(CODE "
     set(VERSION ${PROJECT_VERSION})
     configure_file(\"${CMAKE_SOURCE_DIR}/packaging/README.in\"
                    \"${CMAKE_BINARY_DIR}/installed/README.md\" @ONLY)")
-install(FILES "${CMAKE_BINARY_DIR}/installed/README.md" CHANGELOG.md
+install(FILES "${CMAKE_BINARY_DIR}/installed/README.md" CHANGELOG.md packaging/copyright
         DESTINATION "${CMAKE_INSTALL_DOCDIR}")
-if(NOT KESTRAN_DEBIAN) # which has packaging/debian/copyright
+if(NOT KESTRAN_DEBIAN) # whose policy wants no licence beside the copyright file
     install(FILES LICENSE DESTINATION "${CMAKE_INSTALL_DOCDIR}")
 endif()
 install(FILES ${documents} DESTINATION "${CMAKE_INSTALL_DOCDIR}/docs")

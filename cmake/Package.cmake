@@ -47,12 +47,11 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_SET_DESTDIR ON) # packs absolute paths below /usr
 
-# Debian's changelog and copyright; texts are compressed as its policy demands.
+# Debian's changelog; texts are compressed as its policy demands.
 execute_process(COMMAND date --rfc-email --utc --date "${KESTRAN_DATE}"
                 OUTPUT_VARIABLE date OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
 configure_file(packaging/debian/changelog.in changelog @ONLY)
-install(FILES "${CMAKE_BINARY_DIR}/changelog" packaging/debian/copyright
-        DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+install(FILES "${CMAKE_BINARY_DIR}/changelog" DESTINATION "${CMAKE_INSTALL_DOCDIR}")
 install(CODE "
     set(root \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}\")
     file(GLOB texts \"\${root}/${CMAKE_INSTALL_MANDIR}/man6/*.6\")

@@ -1,7 +1,7 @@
 // node npm/build.mjs --engine kestran-uci.js --out FOLDER: makes the folder of the npm package.
 import { build } from "esbuild";
 import { copyFile, mkdir, readFile, writeFile } from "node:fs/promises";
-import { dirname, join } from "node:path";
+import { basename, dirname, join } from "node:path";
 import { fileURLToPath } from "node:url";
 import { parseArgs } from "node:util";
 
@@ -19,4 +19,6 @@ await writeFile(join(values.out, "kestran.js"), `${engine}\n${result.outputFiles
 for (const name of ["index.js", "index.d.ts", "package.json", "README.md"]) {
     await copyFile(join(here, name), join(values.out, name));
 }
-await copyFile(join(here, "../../LICENSE"), join(values.out, "LICENSE"));
+for (const file of ["LICENSE", "packaging/copyright"]) {
+    await copyFile(join(here, "../..", file), join(values.out, basename(file)));
+}

@@ -45,32 +45,17 @@ function hash(text) {
     return `'sha256-${createHash("sha256").update(text).digest("base64")}'`;
 }
 
-// Name, version, licence and its text of each package whose files are inside.
+// The licences of all that is inside, which must name each package that the inputs come from.
 async function licences(inputs) {
-    const folders = new Set(
-        inputs
-            .map((input) => /^.*node_modules\/(?:@[^/]+\/)?[^/]+/.exec(input)?.[0])
-            .filter(Boolean),
-    );
-    const parts = [];
-    for (const folder of [...folders].sort()) {
-        const { name, version, license } = JSON.parse(
-            await readFile(join(page, folder, "package.json"), "utf8"),
-        );
-        const text = await readFile(join(page, folder, "LICENSE"), "utf8");
-        parts.push(section(`${name} ${version} (${license})`, text));
+    const text = await readFile(join(page, "../../packaging/copyright"), "utf8");
+    const names = new Set(text.split(/\s+/));
+    for (const input of inputs) {
+        const name = /node_modules\/((?:@[^/]+\/)?[^/]+)/.exec(input)?.[1];
+        if (name !== undefined && !names.has(name)) {
+            throw new Error(`packaging/copyright does not name ${name}`);
+        }
     }
-    const own = await readFile(join(page, "../../LICENSE"), "utf8");
-    const compiler = await readFile(join(page, "licences.txt"), "utf8");
-    return [
-        section("Kestran (MIT)", own),
-        ...parts,
-        section("Runtime of the compiler", compiler),
-    ].join("");
-}
-
-function section(title, text) {
-    return `<details><summary>${escaped(title)}</summary><pre>${escaped(text.trim())}</pre></details>`;
+    return escaped(text);
 }
 
 // `parts` by the name of their place, {{name}}. The replacement is literal.
