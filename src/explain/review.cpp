@@ -3,6 +3,7 @@
 #include "board/gameEnd.h"
 #include "explain/searchText.h"
 #include "notation/san.h"
+#include "search/idaVariant.h"
 #include "search/score.h"
 
 #include <algorithm>
@@ -25,28 +26,36 @@ struct Judgement {
     int depth = 1;
 };
 
-Judgement judge(const EngineConfig& config, const Game& game, std::int64_t nodes) {
+bool isRaised(IdaVariant* slot) {
+    return slot != nullptr && slot->isReady();
+}
+
+Judgement judge(const EngineConfig& config, const Game& game, std::int64_t nodes,
+                IdaVariant* slot) {
     if (const auto end = findGameEnd(game)) {
         return {end->reason == EndReason::CHECKMATE ? MATED_EVALUATION : DRAW_EVALUATION};
     }
     SearchRequest request = depthRequest(game, MAX_PASSES);
     request.limits.nodes = nodes;
-    const auto passes = searchPasses(*makeSearch(config), request, nullptr);
-    const auto good = std::find_if(passes.rbegin(), passes.rend(), isGood);
-    if (good == passes.rend()) { // not even the first pass has ended
-        return judge(config, game, 2 * nodes);
+    const auto passes = searchPasses(*makeSearch(config), request, slot);
+    const PassReport* const good = findLastGood(passes);
+    if (good == nullptr) { // not even the first pass has ended
+        return isRaised(slot) ? Judgement() : judge(config, game, 2 * nodes, slot);
     }
     return {good->line.evaluation, movesOf(good->line), good->depth};
 }
 
 // Why the search did not play the move.
 Answer explainMove(const EngineConfig& config, const NumberedGame& game,
-                   const ReviewedMove& reviewed) {
+                   const ReviewedMove& reviewed, IdaVariant* slot) {
     Explain explain;
     const auto passes = watchSearch(*makeSearch(config), depthRequest(game, reviewed.depth),
-                                    {reviewed.move}, explain, nullptr);
+                                    {reviewed.move}, explain, slot);
+    if (passes.empty()) {
+        return {};
+    }
     const WatchedLine line(game, explain, passes);
-    return answerLine(config, game, line, [] { return nullptr; });
+    return answerLine(config, game, line, [slot] { return slot; });
 }
 
 int glyphOf(int cost) {
@@ -70,13 +79,16 @@ int ReviewedMove::getCost() const {
 }
 
 Review reviewGame(const EngineConfig& config, const PgnGame& game, std::int64_t nodes,
-                  const std::function<void(const ReviewedMove&)>& onMove) {
+                  const std::function<void(const ReviewedMove&)>& onMove, IdaVariant* slot) {
     Review review;
     NumberedGame present = game.start;
-    Judgement before = judge(config, present, nodes);
+    Judgement before = judge(config, present, nodes, slot);
     for (const PgnMove& played : game.moves) {
         present.play(played.move);
-        Judgement after = judge(config, present, nodes);
+        Judgement after = judge(config, present, nodes, slot);
+        if (isRaised(slot)) {
+            return review;
+        }
         review.moves.push_back({static_cast<int>(review.moves.size()), played.move, before.score,
                                 furtherFromCheckMate(-after.score), before.line, before.depth});
         onMove(review.moves.back());
@@ -91,7 +103,11 @@ Review reviewGame(const EngineConfig& config, const PgnGame& game, std::int64_t 
     costly.resize(std::min(costly.size(), MAX_COSTLIEST));
     for (const ReviewedMove& move : costly) {
         const NumberedGame start = game.after(at(move.ply));
-        review.costliest.push_back({move.ply, explainMove(config, start, move)});
+        Answer answer = explainMove(config, start, move, slot);
+        if (isRaised(slot)) {
+            break;
+        }
+        review.costliest.push_back({move.ply, std::move(answer)});
     }
     return review;
 }

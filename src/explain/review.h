@@ -35,10 +35,13 @@ struct Review {
 };
 
 // Searches each position of a game with `nodes` moves, then explains the costliest moves. `onMove`
-// is called after each move of the game.
+// is called after each move of the game. The review ends early if the flag of `slot`, which may be
+// null, is raised: it then lacks what is not finished.
 Review reviewGame(const EngineConfig& config, const PgnGame& game, std::int64_t nodes,
-                  const std::function<void(const ReviewedMove&)>& onMove);
+                  const std::function<void(const ReviewedMove&)>& onMove,
+                  IdaVariant* slot = nullptr);
 
-// The game with a comment after each move: the score for White in pawns, and of the costliest moves
-// what was better, why, and the refutation. Replaces the comments and glyphs that it had.
+// The game with a comment after each reviewed move: the score for White in pawns, and of the
+// costliest moves what was better, why, and the refutation. Replaces the comments and glyphs that
+// it had.
 PgnGame annotate(const PgnGame& game, const Review& review);

@@ -3,10 +3,15 @@
 #include "explain/review.h"
 #include "kestran-explain/explain.h"
 #include "notation/pgnReader.h"
+#include "search/idaVariant.h"
 #include "testing/searchSupport.h"
 #include "testing/toolSupport.h"
 
+#include <atomic>
+#include <chrono>
+#include <csignal>
 #include <gtest/gtest.h>
+#include <thread>
 
 namespace {
 
@@ -64,6 +69,50 @@ TEST(Review, ComesAsPgnFromTheCommandLine) {
     EXPECT_FALSE(reader.next());
     EXPECT_FALSE(reader.getFault());
     expectRefusal(runBody(explainMain, {"--annotate"}), "--pgn");
+    expectRefusal(runBody(explainMain, {"--pgn", file.path, "--annotate", "--time", "1"}),
+                  "--time excludes --annotate");
+}
+
+TEST(Review, KeepsWhatItHasWhenItIsCancelled) {
+    const PgnGame game = readGame();
+    IdaVariant slot;
+    const int id = slot.getNextThreadId();
+    const auto stopAfterFour = [&](const ReviewedMove& move) {
+        if (move.ply == 3) {
+            slot.signalReady(id);
+        }
+    };
+    const Review review = reviewGame(makeConfig(), game, 2000, stopAfterFour, &slot);
+    EXPECT_TRUE(review.costliest.empty());
+    const PgnGame annotated = annotate(game, review);
+    ASSERT_EQ(annotated.moves.size(), game.moves.size());
+    for (std::size_t i = 0; i < annotated.moves.size(); ++i) {
+        EXPECT_EQ(annotated.moves[i].comment.empty(), i > 3) << i;
+    }
+}
+
+TEST(Review, InterruptedProgramWritesTheWholeGame) {
+    const TextFile file(GAME);
+    for (const int signal : {SIGINT, SIGTERM}) {
+        auto* const before = std::signal(signal, SIG_IGN); // until the program handles it
+        std::atomic<bool> isOver = false;
+        std::thread user([&] {
+            while (!isOver) {
+                std::this_thread::sleep_for(std::chrono::milliseconds(50));
+                std::raise(signal);
+            }
+        });
+        const ToolRun run = runBody(explainMain, {"--pgn", file.path, "--annotate", "--nodes",
+                                                  "2000000000", "--hash", "1"});
+        isOver = true;
+        user.join();
+        std::signal(signal, before);
+        EXPECT_EQ(run.status, 130);
+        EXPECT_EQ(run.errors, "kestran-explain: interrupted after reviewing 0 of 10 moves\n");
+        PgnReader reader(run.output);
+        const auto game = reader.next();
+        EXPECT_TRUE(game && game->moves.size() == 10U) << run.output;
+    }
 }
 
 } // namespace

@@ -34,6 +34,8 @@ namespace {
 constexpr double TIME_TO_FIND = 0.4;
 constexpr double TIME_TO_WATCH = 0.8;
 
+constexpr int INTERRUPTED = 130; // exit status, as of a process that Ctrl-C ends
+
 // Shows on standard error how deep the search has come.
 class ShownProgress {
 public:
@@ -167,23 +169,39 @@ void writeRecord(const Question& question, const EngineConfig& config, SearchLim
     writeWhole(*question.record, stream.str());
 }
 
-void annotateGame(const Question& question, const EngineConfig& config) {
+Review reviewWithProgress(const Question& question, const EngineConfig& config, IdaVariant& slot) {
     const PgnGame& game = *question.review;
     Progress progress;
-    const Review review = reviewGame(config, game, question.nodes, [&](const ReviewedMove& move) {
+    const auto showMove = [&](const ReviewedMove& move) {
         progress.show("reviewing: move " + std::to_string(move.ply + 1) + " of " +
                       std::to_string(game.moves.size()));
-    });
-    print(question, toPgn(annotate(game, review)));
+    };
+    return reviewGame(config, game, question.nodes, showMove, &slot);
 }
 
-void answer(Question question) {
+// Prints the game of the question with comments, as far as the review came. Returns the exit
+// status.
+int annotateGame(const Question& question, const EngineConfig& config) {
+    const PgnGame& game = *question.review;
+    SearchLimit limit(std::nullopt);
+    IdaVariant& slot = limit.begin(1.0);
+    const Review review = reviewWithProgress(question, config, slot);
+    print(question, toPgn(annotate(game, review)));
+    if (!slot.isReady()) {
+        return 0;
+    }
+    std::cerr << "kestran-explain: interrupted after reviewing " << review.moves.size() << " of "
+              << game.moves.size() << " moves\n";
+    return INTERRUPTED;
+}
+
+// Returns the exit status.
+int answer(Question question) {
     const auto config = EngineConfig::getProdConfig();
     config->hashTableSize = question.hashTableSize.value_or(config->hashTableSize);
     applySettings(question.settings, *config);
     if (question.review) {
-        annotateGame(question, *config);
-        return;
+        return annotateGame(question, *config);
     }
     SearchLimit limit(question.time);
     if (question.line.empty()) {
@@ -211,6 +229,7 @@ void answer(Question question) {
         writeRecord(question, *config, limit);
     }
     print(question, text);
+    return 0;
 }
 
 } // namespace

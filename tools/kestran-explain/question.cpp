@@ -11,6 +11,7 @@
 #include "support/terminal.h"
 #include "support/textFile.h"
 
+#include <array>
 #include <limits>
 
 namespace {
@@ -32,6 +33,11 @@ constexpr const char* FORMAT_HELP =
     "sentence that answers, in pawns; html: a page for a browser that shows this search, with the "
     "engine inside. By default html if the name of FILE ends in .html, tree on a "
     "terminal, and otherwise plain";
+
+// Options that say nothing about a whole game.
+constexpr std::array NOT_FOR_ANNOTATE = {"--line", "--moves",  "--ply",      "--depth",
+                                         "--time", "--format", "--json",     "--record",
+                                         "--all",  "--pass",   "--max-lines"};
 
 // The words of the command line.
 struct Asked {
@@ -105,7 +111,7 @@ void complete(Question& question, const Asked& asked) {
 
 } // namespace
 
-int ask(int argc, const char* const* argv, const std::function<void(const Question&)>& answer) {
+int ask(int argc, const char* const* argv, const std::function<int(const Question&)>& answer) {
     Asked asked;
     Question question = {};
     Program program("kestran-explain", "[OPTION]... [FEN]", DESCRIPTION,
@@ -121,11 +127,11 @@ int ask(int argc, const char* const* argv, const std::function<void(const Questi
                           " if neither depth nor time is given");
     program.addSeconds("--time", question.time, MAX_SECONDS,
                        "seconds for everything, such as 10 or 0.5; the last pass may be cut off");
-    program
-        .add_flag("--annotate", asked.annotate,
-                  "write the game of --pgn with the score of each move, and with a reason and the "
-                  "refutation for the costliest moves")
-        ->needs("--pgn");
+    auto* const annotate = program.add_flag(
+        "--annotate", asked.annotate,
+        "write the game of --pgn with the score of each move, and with a reason and the refutation "
+        "for the costliest moves; after Ctrl-C as far as that came, with exit status 130");
+    annotate->needs("--pgn");
     question.nodes = DEFAULT_NODES;
     program
         .addNumber("--nodes", question.nodes, LEAST_NODES, ANY_NUMBER, "N",
@@ -146,9 +152,11 @@ int ask(int argc, const char* const* argv, const std::function<void(const Questi
     program.addNumber("--hash", asked.hashMebibytes, EngineConfig::HASH_MIN, EngineConfig::HASH_MAX,
                       "MIB", "size of the hash table in mebibytes; as in play if not given");
     addSettings(program, question.settings);
+    for (const char* other : NOT_FOR_ANNOTATE) {
+        annotate->excludes(program.get_option(other));
+    }
     return program.run(argc, argv, [&] {
         complete(question, asked);
-        answer(question);
-        return 0;
+        return answer(question);
     });
 }

@@ -24,10 +24,10 @@ struct Question {
     std::optional<int> maxLines;       // of the report on the passes
     std::optional<std::string> output; // a file; standard output if there is none
     std::optional<std::string> record; // a file for the record of every move
-    std::optional<PgnGame> review;     // a game to annotate; then all else but output is ignored
+    std::optional<PgnGame> review;     // a game to annotate
     int nodes;                         // to search in each position of that game
 };
 
-// Parses the command line of kestran-explain, passes the question to `answer`, and returns the
-// exit status.
-int ask(int argc, const char* const* argv, const std::function<void(const Question&)>& answer);
+// Parses the command line of kestran-explain, passes the question to `answer`, which returns the
+// exit status, and returns that.
+int ask(int argc, const char* const* argv, const std::function<int(const Question&)>& answer);

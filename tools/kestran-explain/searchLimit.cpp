@@ -3,12 +3,11 @@
 #include "support/text.h"
 
 #include <algorithm>
-#include <csignal>
 
 namespace {
 
 constexpr Milliseconds POLL_INTERVAL = 20;
-// What all searches together may still take after Ctrl-C.
+// What all searches together may still take after an interrupt.
 constexpr Milliseconds REST_AFTER_INTERRUPT = 2000;
 
 std::atomic<bool> isInterrupted = false; // since the watcher has looked last
@@ -22,9 +21,11 @@ void noteInterrupt(int signal) {
 
 SearchLimit::SearchLimit(std::optional<Milliseconds> _total) : total(_total) {
     isInterrupted = false;
-    handlerBefore = std::signal(SIGINT, noteInterrupt);
+    for (std::size_t i = 0; i < SIGNALS.size(); ++i) {
+        handlersBefore[i] = std::signal(SIGNALS[i], noteInterrupt);
+    }
     if (!watcher.start([this] { watch(); })) {
-        std::signal(SIGINT, handlerBefore);
+        restoreHandlers();
         throw UsageError("there is no thread to watch the search");
     }
 }
@@ -32,7 +33,13 @@ SearchLimit::SearchLimit(std::optional<Milliseconds> _total) : total(_total) {
 SearchLimit::~SearchLimit() {
     isOver = true;
     watcher.join();
-    std::signal(SIGINT, handlerBefore);
+    restoreHandlers();
+}
+
+void SearchLimit::restoreHandlers() {
+    for (std::size_t i = 0; i < SIGNALS.size(); ++i) {
+        std::signal(SIGNALS[i], handlersBefore[i]);
+    }
 }
 
 IdaVariant& SearchLimit::begin(double part) {

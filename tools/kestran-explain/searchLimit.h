@@ -1,17 +1,19 @@
-// What ends the searches of one run: the clock, and Ctrl-C.
+// What ends the searches of one run: the clock, Ctrl-C, and SIGTERM.
 #pragma once
 
 #include "base/clock.h"
 #include "base/thread.h"
 #include "search/idaVariant.h"
 
+#include <array>
 #include <atomic>
+#include <csignal>
 #include <mutex>
 #include <optional>
 
-// While such an object lives, Ctrl-C ends a search and not the process; what is still to be
-// searched then gets little time. The searches run one after the other, on the thread that
-// has made the object.
+// While such an object lives, Ctrl-C or SIGTERM ends a search and not the process; what is still to
+// be searched then gets little time. The searches run one after the other, on the thread that has
+// made the object.
 class SearchLimit {
 public:
     // `_total` milliseconds from now on for all searches together, or no limit. UsageError if
@@ -25,17 +27,20 @@ public:
     IdaVariant& begin(double part);
 
 private:
+    static constexpr std::array SIGNALS = {SIGINT, SIGTERM};
+
     void watch();
     void interrupt();
+    void restoreHandlers();
 
     const Milliseconds start = clockMilliseconds();
     const std::optional<Milliseconds> total;
     IdaVariant slot;
     std::mutex mutex;                     // guards the next three
     std::optional<Milliseconds> deadline; // of the search under way, as the clock shows it
-    std::optional<Milliseconds> latest;   // of all searches, once Ctrl-C was pressed
+    std::optional<Milliseconds> latest;   // of all searches, once interrupted
     int searchId = 0;                     // of the search under way, in the slot
     std::atomic<bool> isOver = false;
-    void (*handlerBefore)(int); // of Ctrl-C
+    std::array<void (*)(int), 2> handlersBefore; // by SIGNALS
     Thread watcher;
 };
