@@ -81,12 +81,17 @@ TEST(Files, HoldTheRecordOfEachPass) {
     const ToolRun run =
         runBody(explainMain, {"--line=e4", "--depth=2", "--hash=1", "--json", "--record", path});
     EXPECT_EQ(run.status, 0);
-    std::size_t records = 0;
+    const std::string bytes = readFile(path);
+    std::size_t place = 0;
     const Json report = Json::parse(run.output);
     for (const Json& pass : report["passes"]) {
-        records += 1 + pass["nodes"].get<std::size_t>(); // and a header
+        const auto nodes = pass["nodes"].get<std::size_t>();
+        // A header, which begins with the number of records and the depth.
+        EXPECT_EQ(static_cast<unsigned char>(bytes.at(place)), nodes % 256);
+        EXPECT_EQ(bytes.at(place + 4), pass["depth"].get<int>());
+        place += 20 * (1 + nodes);
     }
-    EXPECT_EQ(readFile(path).size(), 20 * records);
+    EXPECT_EQ(bytes.size(), place);
 }
 
 } // namespace
