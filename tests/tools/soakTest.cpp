@@ -10,6 +10,7 @@
 #include <csignal>
 #include <fstream>
 #include <gtest/gtest.h>
+#include <initializer_list>
 #include <iterator>
 #include <set>
 #include <sstream>
@@ -251,8 +252,18 @@ TEST_F(Soak, ContinuesAfterAStop) {
     EXPECT_EQ(again.resumed, 6);
     again.resumed = 2;
     EXPECT_EQ(reportOn(again, options), reportOn(whole, options));
-    options.game.seed = 2;
-    EXPECT_THROW(runSoak(options), UsageError);
+    using Change = void (*)(SoakOptions&);
+    for (const Change change : std::initializer_list<Change>{
+             [](auto& other) { ++other.game.seed; }, [](auto& other) { ++other.game.plies; },
+             [](auto& other) { ++other.game.margin; },
+             [](auto& other) { other.game.times = {"1/1"}; },
+             [](auto& other) { other.game.hashes = {2}; },
+             [](auto& other) { other.engine.path = "/no"; },
+             [](auto& other) { other.against = other.engine; }}) {
+        SoakOptions other = options;
+        change(other);
+        EXPECT_THROW(runSoak(other), UsageError);
+    }
     options.state = folder.path + "/notes";
     std::ofstream(options.state) << "notes";
     EXPECT_THROW(runSoak(options), UsageError);
