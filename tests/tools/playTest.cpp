@@ -234,11 +234,13 @@ TEST_F(PlayTable, PlaysAtALevel) {
               "Level 4: 1,000 nodes for each move, rating about 1050.\n");
     const int weak = depthOfHint("level 1");
     EXPECT_LT(weak, 4);
-    EXPECT_GT(depthOfHint("level 7"), weak);
+    const int strong = depthOfHint("level 8");
+    EXPECT_GT(strong, weak);
     EXPECT_EQ(say({"level 11"}),
               "Level 11: any number of nodes for each move, rating by its time.\n");
-    say({"time 0.05"});
-    EXPECT_GE(depthOfHint("level 11"), 1);
+    say({"time 0.001"});
+    EXPECT_LT(depthOfHint("level 11"), strong);
+    EXPECT_LT(depthOfHint("level 8"), strong) << "the time also limits a level";
 }
 
 TEST_F(PlayTable, GivesHintsAndReasons) {
