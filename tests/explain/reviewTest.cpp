@@ -12,6 +12,7 @@
 #include <csignal>
 #include <gtest/gtest.h>
 #include <thread>
+#include <tuple>
 
 namespace {
 
@@ -51,6 +52,15 @@ TEST(Review, FindsTheCostliestMovesWithReasonAndRefutation) {
     EXPECT_NE(annotated.moves[4].comment.find("Refutation: 3... Qxg5"), std::string::npos)
         << annotated.moves[4].comment;
     EXPECT_EQ(annotated.moves[4].comment.substr(0, 2), "-9"); // for White
+    EXPECT_EQ(annotated.moves[7].comment.front(), '+') << "Black's loss";
+}
+
+// In thousandths of a pawn. Beyond ten pawns nothing is won or lost.
+TEST(Review, CountsTheCostUpToTenPawns) {
+    for (const auto& [before, after, cost] :
+         {std::tuple(300, -400, 700), {300, 400, 0}, {30000, 9000, 1000}, {-9000, -30000, 1000}}) {
+        EXPECT_EQ((ReviewedMove{0, {}, before, after, {}, 1}.getCost()), cost) << before;
+    }
 }
 
 TEST(Review, ComesAsPgnFromTheCommandLine) {
