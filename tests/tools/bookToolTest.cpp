@@ -122,7 +122,9 @@ TEST(BookTool, ChecksAFileLineByLine) {
     EXPECT_EQ(run.output, faulty.path + ":2: move 1, \"e2e5\", is not legal in its position\n" +
                               faulty.path + ":4: move 3, \"c2\", is incomplete\n" +
                               "Lines: 4, with a fault: 2\n");
-    const Json json = Json::parse(runBody(bookMain, {"--check", faulty.path, "--json"}).output);
+    const ToolRun asJson = runBody(bookMain, {"--check", faulty.path, "--json"});
+    EXPECT_EQ(asJson.status, 1);
+    const Json json = Json::parse(asJson.output);
     EXPECT_EQ(json["lines"], 4);
     EXPECT_EQ(json["faults"][1], (Json{{"line", 4}, {"fault", "move 3, \"c2\", is incomplete"}}));
     const TextFile sound("e2e4 e7e5\n1. d4 d5\n");

@@ -17,7 +17,6 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <optional>
-#include <set>
 #include <sstream>
 #include <string>
 #include <sys/resource.h>
@@ -102,17 +101,13 @@ TEST(Bench, ChangesASetting) {
 
 // Node for node, with any size of the table: nothing is left to what memory holds.
 TEST(Bench, IsTheSameInEveryFreshProcess) {
-    std::set<std::int64_t> signatures;
     for (const char* hash : {"0", "64"}) {
         const auto signature = [&] {
             const std::string output = run(BENCH, {"--hash", hash, "--depth", "2"}).output;
             return numberOf(linesOf(output).back(), "Bench: ");
         };
-        const std::int64_t first = signature();
-        EXPECT_EQ(signature(), first) << hash;
-        signatures.insert(first);
+        EXPECT_EQ(signature(), signature()) << hash;
     }
-    EXPECT_GT(signatures.size(), 1U) << "the size plays no part";
 }
 
 // The lines of a report that TestStatistics can read.
@@ -158,15 +153,17 @@ TEST(Bench, PrintsStatisticsThatCanBeReadBack) {
 }
 
 TEST(Bench, IsThatOfTheModernFrontEnd) {
-    const ToolRun modern = run(KESTRAN_BINARY_DIR "/kestran-modern", {"bench"});
-    const ToolRun bench = run(BENCH, {});
-    const auto signature = TextPattern("Bench: (\\d+)").findAll(bench.output);
-    ASSERT_EQ(signature.size(), 1U);
-    const std::string nodes = signature[0].at(1);
-    const auto printed = TextPattern(nodes + " nodes (\\d+) nps\n").match(modern.output);
-    ASSERT_TRUE(printed) << modern.output;
-    // Not all of it in a single millisecond.
-    EXPECT_LT(std::stoll(printed->at(1)), 1000 * std::stoll(nodes));
+    using Words = std::vector<std::string>;
+    for (const auto& [modernWords, words] :
+         {std::pair(Words{"bench"}, Words{}), {{"bench", "1"}, {"--depth", "1"}}}) {
+        const ToolRun modern = run(KESTRAN_BINARY_DIR "/kestran-modern", modernWords);
+        const std::int64_t nodes = numberOf(linesOf(run(BENCH, words).output).back(), "Bench: ");
+        const TextPattern form(std::to_string(nodes) + " nodes (\\d+) nps\n");
+        const auto printed = form.match(modern.output);
+        ASSERT_TRUE(printed) << modern.output;
+        // Not all of it in a single millisecond.
+        EXPECT_LT(std::stoll(printed->at(1)), 1000 * nodes);
+    }
 }
 
 // Mates for and against the side to move, one on the board, and a stalemate.
@@ -263,7 +260,6 @@ TEST(Perft, CountsEachMoveOfTheRoot) {
         numberOf(lines.end()[-1], "Nodes per second: ");
     }
     EXPECT_TRUE(run(PERFT, {"  " + fen + " ", "0"}).output.starts_with("Nodes: 1\n"));
-    EXPECT_TRUE(run(PERFT, {" startpos ", "0"}).output.starts_with("Nodes: 1\n"));
     const Json json = Json::parse(run(PERFT, {fen, "2", "--json"}).output);
     EXPECT_EQ(json["fen"], fen);
     EXPECT_EQ(json["moves"].size(), 23U);
