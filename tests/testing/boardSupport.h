@@ -1,6 +1,7 @@
 // What the tests of positions and moves share.
 #pragma once
 
+#include "base/cppIoUtils.h"
 #include "board/makeMove.h"
 #include "board/moveGenerator.h"
 #include "board/position.h"
@@ -48,11 +49,6 @@ inline std::vector<std::string> textsOf(const std::vector<Move>& moves) {
     return texts;
 }
 
-inline std::vector<std::string> sorted(std::vector<std::string> texts) {
-    std::ranges::sort(texts);
-    return texts;
-}
-
 // The legal move of a text. Throws if there is none.
 inline Move moveOf(const Position& position, const std::string& text) {
     MoveArray moves;
@@ -72,8 +68,7 @@ inline void play(Position& position, const std::string& text) {
 // The position after moves from the start position, separated by blanks.
 inline Position positionAfterMoves(const std::string& moves) {
     Position position = positionOf(START_FEN);
-    std::istringstream stream(moves);
-    for (std::string text; stream >> text;) {
+    for (const std::string& text : splitString(moves)) {
         play(position, text);
     }
     return position;
