@@ -1,5 +1,6 @@
 // Helpers for text and paths.
 #include "base/cppIoUtils.h"
+#include "testing/printed.h"
 
 #include <gtest/gtest.h>
 
@@ -17,9 +18,7 @@ TEST(TextHelpers, IndentSplitAndTurnSlashes) {
     std::string path = "/a\\b/";
     EXPECT_EQ(env.slashSafeCString(path.data()), path.data());
     EXPECT_EQ(path, "\\a\\b\\");
-    testing::internal::CaptureStdout();
-    env.print();
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "Environment :\nSystem :1\n");
+    EXPECT_EQ(printed([&] { env.print(); }), "Environment :\nSystem :1\n");
     Env::getInstance().system = EnvSystem::WINDOWS;
     EXPECT_EQ(Env::getInstance().slashSafeString("/"), "\\");
     Env::getInstance().system = Env().system;

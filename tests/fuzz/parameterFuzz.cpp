@@ -4,6 +4,7 @@
 
 #include "search/engineParameters.h"
 #include "search/statistics.h"
+#include "testing/readLines.h"
 
 #include <sstream>
 
@@ -15,18 +16,11 @@ std::string printed(const EngineConfig& config) {
     return stream.str();
 }
 
-template <class Reader> void readLines(const std::string& text, Reader& reader) {
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) {
-        reader.readLine(line);
-    }
-}
-
 void readConfig(const std::string& text) {
     EngineConfig config;
-    readLines(text, config);
+    readLines(config, text);
     EngineConfig copy;
-    readLines(printed(config), copy);
+    readLines(copy, printed(config));
     require(printed(copy) == printed(config), "parameters are not read back as written");
 }
 
@@ -35,7 +29,7 @@ void readStatistics(const std::string& text) {
     static TestStatistics copy;
     statistics.reset();
     copy.reset();
-    readLines(text, statistics);
+    readLines(statistics, text);
     const int run = statistics.getRunPointer();
     if (run < 0) {
         return;
@@ -43,7 +37,7 @@ void readStatistics(const std::string& text) {
     statistics.sumStatistics();
     std::ostringstream stream;
     statistics.printStatistics(run, stream);
-    readLines(stream.str(), copy);
+    readLines(copy, stream.str());
     require(copy.getRunPointer() == run, "another run is read back");
     for (int type = 0; type < N_TYPES; ++type) {
         for (int ply = 0; ply < MAX_PLIES; ++ply) {

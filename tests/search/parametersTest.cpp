@@ -1,6 +1,8 @@
 // The parameters of the search as text.
 #include "search/engineParameters.h"
 
+#include "testing/readLines.h"
+
 #include <gtest/gtest.h>
 
 #include <sstream>
@@ -11,13 +13,6 @@ std::string textOf(const EngineConfig& config) {
     std::ostringstream stream;
     config.print(stream);
     return stream.str();
-}
-
-void readLines(EngineConfig& config, const std::string& text) {
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) {
-        config.readLine(line);
-    }
 }
 
 TEST(EngineConfig, ReadsBackWhatItPrints) {

@@ -1,19 +1,14 @@
 // The counters of the search and their report.
 #include "search/statistics.h"
 #include "search/infoStruct.h"
+#include "testing/printed.h"
+#include "testing/readLines.h"
 
 #include <gtest/gtest.h>
 
 #include <sstream>
 
 namespace {
-
-void readLines(TestStatistics& counters, const std::string& text) {
-    std::istringstream stream(text);
-    for (std::string line; std::getline(stream, line);) {
-        counters.readLine(line);
-    }
-}
 
 TEST(NodesPerSecond, CountsNoTimeAsOneMillisecond) {
     EXPECT_EQ(nodesPerSecond(7, 0), 7000);
@@ -52,17 +47,13 @@ TEST_F(Statistics, ReadsBackItsReport) {
     }
     EXPECT_EQ(report.find("Ordinal search cutoffs at ply"), std::string::npos);
 
-    testing::internal::CaptureStdout();
-    statistics.printLastStatistics();
-    const std::string last = testing::internal::GetCapturedStdout();
+    const std::string last = printed([&] { statistics.printLastStatistics(); });
     const std::string counters = "\nLegal moves quiscence search at ply 4 : 4\n";
     EXPECT_TRUE(last.starts_with("Run: 1\n")) << last;
     EXPECT_NE(last.find(counters), std::string::npos) << last;
 
     TestStatistics copy;
-    testing::internal::CaptureStdout();
-    copy.printLastStatistics(); // of no run
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    EXPECT_EQ(printed([&] { copy.printLastStatistics(); }), ""); // of no run
     const std::string ofNoRun = "Legal moves quiscence search at ply 3 : 4\n";
     readLines(copy, ofNoRun + report +
                         "Run: 2000\nRun: -1\nRun: x\nLegal moves quiscence search at ply 40 : 7\n"

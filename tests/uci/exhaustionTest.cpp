@@ -1,8 +1,8 @@
 // The engine without memory for the table or anything else, and without threads.
 
 #include "search/engineParameters.h"
+#include "testing/frontEndSupport.h"
 #include "testing/readUntil.h"
-#include "uci/uciEngine.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -41,6 +41,13 @@ namespace {
 
 constexpr UciProcess::Timeout PATIENCE{5000};
 const std::string ENGINE = KESTRAN_BINARY_DIR "/kestran";
+const std::string BUSY = "position fen 6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - 0 1";
+
+// Searches for a move in no time. Returns what the engine sends.
+std::vector<std::string> searchBriefly(UciProcess& process) {
+    process.send(BUSY + "\ngo movetime 0");
+    return readUntil(process, "bestmove", PATIENCE);
+}
 
 // The engine's process gets at most 400 MiB, including the table of 192 MiB.
 TEST(Memory, MayBeTooLittleForATable) {
@@ -50,9 +57,7 @@ TEST(Memory, MayBeTooLittleForATable) {
     UciProcess process("/bin/bash", {"-c", "ulimit -v 409600; exec \"$0\"", ENGINE});
     // Plays a move and returns the size of the table after it.
     const auto sizeAfterAMove = [&process] {
-        process.send("position fen 6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - 0 1");
-        process.send("go movetime 0");
-        EXPECT_GE(readUntil(process, "bestmove", PATIENCE).size(), 3U) << "no report";
+        EXPECT_GE(searchBriefly(process).size(), 3U) << "no report";
         process.send("uci");
         const std::vector<std::string> lines = readUntil(process, "option", PATIENCE);
         return lines.empty() ? "" : lines.back().substr(lines.back().rfind("default"));
@@ -83,17 +88,14 @@ TEST(Memory, GoesBackToTheSystem) {
     UciProcess process(ENGINE);
     const auto residentWith = [&process](int hash) {
         process.send("setoption name Hash value " + std::to_string(hash));
-        process.send("position fen 6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - 0 1");
-        process.send("go movetime 0");
-        EXPECT_FALSE(readUntil(process, "bestmove", PATIENCE).empty());
+        EXPECT_FALSE(searchBriefly(process).empty());
         return process.getResidentKib();
     };
     const auto before = residentWith(1);
     for (int round = 0; round < 4; ++round) {
-        residentWith(16);
-        residentWith(1);
-        residentWith(30);
-        residentWith(192);
+        for (const int hash : {16, 1, 30, 192}) {
+            residentWith(hash);
+        }
     }
     EXPECT_LT(residentWith(1), before + 4096);
 }
@@ -111,9 +113,8 @@ ShortTalk talkWithFailing(long allocation) {
     UciProcess process("/usr/bin/env", {"LD_PRELOAD=" KESTRAN_SCARCE_MEMORY,
                                         "KESTRAN_FAILING_ALLOCATION=" + std::to_string(allocation),
                                         KESTRAN_BINARY_DIR "/kestran"});
-    process.sendRaw("uci\nsetoption name Hash value 16\n"
-                    "position fen 6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - 0 1 moves c3c4\n"
-                    "go movetime 150\nisready\n");
+    process.sendRaw("uci\nsetoption name Hash value 16\n" + BUSY +
+                    " moves c3c4\ngo movetime 150\nisready\n");
     // The order of the last two answers depends on whether the go thread could be created.
     std::set<std::string> awaited = {"uciok", "readyok", "bestmove"};
     while (!awaited.empty()) {
@@ -162,18 +163,10 @@ TEST(Memory, MayEndAtAnyAllocation) {
 std::vector<std::string> talk(const std::string& conversation, unsigned failingCreations) {
     creations = 0;
     failures = failingCreations;
-    std::istringstream input(conversation);
-    std::streambuf* oldInput = std::cin.rdbuf(input.rdbuf());
-    std::cin.clear();
-    testing::internal::CaptureStdout();
-    {
-        EngineConfig config;
-        config.hashTableSize = 1024;
-        UciEngine uciEngine(config);
-        uciEngine.start();
-    }
-    std::istringstream output(testing::internal::GetCapturedStdout());
-    std::cin.rdbuf(oldInput);
+    EngineConfig config;
+    config.hashTableSize = 1024;
+    UciEngine uciEngine(config);
+    std::istringstream output(outputOf(uciEngine, conversation));
     failures = 0;
     std::vector<std::string> lines;
     for (std::string line; std::getline(output, line);) {
