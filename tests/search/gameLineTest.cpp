@@ -1,21 +1,20 @@
 #include "search/gameLine.h"
 
+#include "base/cppIoUtils.h"
 #include "search/ida.h"
 #include "testing/searchSupport.h"
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdlib>
-#include <initializer_list>
-#include <sstream>
 
 namespace {
 
 // The game that continues from a position with some moves.
 Game gameFrom(const std::string& fen, const std::string& moves) {
     Game game = {positionOf(fen), {positionOf(fen).incremental.hash}};
-    std::istringstream words(moves);
-    for (std::string word; words >> word;) {
+    for (const std::string& word : splitString(moves)) {
         play(game.position, word);
         game.repetitionHashes.push_back(game.position.incremental.hash);
     }
@@ -24,8 +23,7 @@ Game gameFrom(const std::string& fen, const std::string& moves) {
 
 Variant lineFrom(Position position, const std::string& moves) {
     std::vector<Move> played;
-    std::istringstream words(moves);
-    for (std::string word; words >> word;) {
+    for (const std::string& word : splitString(moves)) {
         played.push_back(moveOf(position, word));
         play(position, word);
     }
@@ -40,18 +38,18 @@ Variant lineFrom(Position position, const std::string& moves) {
 TEST(GameLine, IsCutAfterTheMoveThatEndsTheGame) {
     const std::string CIRCLE = " g1f3 g8f6 f3g1 f6g8";
     const std::string KINGS = "7k/8/8/8/8/8/R7/K7 w - - ";
-    struct Case {
-        std::string fen, game, line, cut;
+    const std::vector<std::array<std::string, 4>> cases = {
+        // FEN, game, line, line after the cut
+        {START_FEN, "", CIRCLE + CIRCLE + " e2e4 e7e5", CIRCLE + CIRCLE},
+        {START_FEN, CIRCLE, CIRCLE + " e2e4", CIRCLE},
+        {START_FEN, CIRCLE, " g1f3 g8f6 f3g1", " g1f3 g8f6 f3g1"},
+        // The fiftieth move of both sides; a pawn move begins anew.
+        {KINGS + "98 80", "", " a2b2 h8g8 a1a2", " a2b2 h8g8"},
+        {KINGS + "97 80", "", " a2b2 h8g8 a1a2 g8h8", " a2b2 h8g8 a1a2"},
+        {"7k/8/8/8/8/8/P7/K7 w - - 99 80", "", " a2a3 h8g8", " a2a3 h8g8"},
+        {"6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1", "", " a1a8", " a1a8"},
     };
-    for (const auto& [fen, moves, line, cut] : std::initializer_list<Case>{
-             {START_FEN, "", CIRCLE + CIRCLE + " e2e4 e7e5", CIRCLE + CIRCLE},
-             {START_FEN, CIRCLE, CIRCLE + " e2e4", CIRCLE},
-             {START_FEN, CIRCLE, " g1f3 g8f6 f3g1", " g1f3 g8f6 f3g1"},
-             // The fiftieth move of both sides; a pawn move begins anew.
-             {KINGS + "98 80", "", " a2b2 h8g8 a1a2", " a2b2 h8g8"},
-             {KINGS + "97 80", "", " a2b2 h8g8 a1a2 g8h8", " a2b2 h8g8 a1a2"},
-             {"7k/8/8/8/8/8/P7/K7 w - - 99 80", "", " a2a3 h8g8", " a2a3 h8g8"},
-             {"6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1", "", " a1a8", " a1a8"}}) {
+    for (const auto& [fen, moves, line, cut] : cases) {
         const Game game = gameFrom(fen, moves);
         Variant variant = lineFrom(game.position, line);
         cutAtGameEnd(game, variant);

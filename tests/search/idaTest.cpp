@@ -10,18 +10,6 @@
 
 namespace {
 
-// Notes whether the slot was ready when the last report came.
-class ReadyListener final : public InfoListenerInterface {
-public:
-    explicit ReadyListener(IdaVariant& _slot) : slot(_slot) {}
-    void onInfo(const InfoStruct& /*info*/) override { wasReady = slot.isReady(); }
-
-    bool wasReady = false;
-
-private:
-    IdaVariant& slot;
-};
-
 // Delays a search until root moves are reported, and counts them.
 class DelayingListener final : public InfoListenerInterface {
 public:

@@ -13,7 +13,7 @@
 #include <gtest/gtest.h>
 #include <iostream>
 #include <set>
-#include <sstream>
+#include <string_view>
 
 namespace {
 
@@ -143,14 +143,9 @@ private:
              "worth of pieces");
     }
 
-    void note(const Position& position, bool isAlike, const std::string& what) {
+    void note(const Position& position, bool isAlike, std::string_view what) {
         if (!isAlike && fault.empty()) {
-            fault = what + " in " + getFen(position);
-        }
-    }
-    void note(const Position& position, bool isAlike, const char* what) {
-        if (!isAlike) {
-            note(position, false, std::string(what));
+            fault = std::string(what) + " in " + getFen(position);
         }
     }
 
@@ -182,11 +177,7 @@ TEST(PlainRules, HaveTheSamePositionsAfterAllMoves) {
         Position position;
         setFenNotation(position, made.fen);
         for (const std::string& move : made.moves) {
-            MoveArray moves;
-            const int count = generateLegalMoves(position, moves);
-            const int index = LongAlgebraicMove(move).getIndexOfMove(moves.first(count));
-            ASSERT_GE(index, 0) << made.fen << ' ' << move;
-            position = positionAfter(position, moves[index]);
+            play(position, move);
         }
         const std::string fen = getFen(position);
         if (!fens.insert(fen).second) {

@@ -17,6 +17,15 @@ constexpr std::int64_t BENCH_NODES = 25000;
 #endif
 constexpr std::int64_t ENDLESS = 1000000000;
 
+// Of a position, without an end by the number of nodes.
+SearchCase endlessCase(const std::string& fen) {
+    SearchCase example;
+    example.fen = PlayingSearch::accept(fen);
+    example.stopFrom = ENDLESS;
+    example.maxNodes = ENDLESS;
+    return example;
+}
+
 TEST(PlainSearch, SearchesMadePositionsAlike) {
     SearchComparison comparison;
     for (int seed = 0; seed < MADE_POSITIONS; ++seed) {
@@ -34,11 +43,9 @@ TEST(PlainSearch, SearchesMadePositionsAlike) {
 TEST(PlainSearch, SearchesBenchPositionsAlike) {
     SearchComparison comparison;
     for (const BenchPosition& position : getBenchPositions()) {
-        SearchCase example;
-        example.fen = PlayingSearch::accept(position.fen);
+        SearchCase example = endlessCase(position.fen);
         example.settings.tableSize = 20011;
         example.stopFrom = BENCH_NODES;
-        example.maxNodes = ENDLESS;
         ASSERT_EQ(comparison.run(example), "");
     }
     EXPECT_GE(comparison.seen["abandoned"], 20);
@@ -52,11 +59,8 @@ TEST(PlainSearch, SearchesAtTheEndGameLimitAlike) {
           "2r1r1k1/5b2/8/8/8/8/5B2/2R1R1K1 w - - 0 1", "q5k1/5b2/8/8/8/8/P4B2/Q5K1 w - - 0 1",
           "r5k1/pp3b2/8/3n4/8/8/5B2/R3R1K1 b - - 0 1"}) {
         for (int i = 0; i < 2; ++i) { // both kinds of search
-            SearchCase example;
-            example.fen = PlayingSearch::accept(fen);
+            SearchCase example = endlessCase(fen);
             example.maxPasses = 3;
-            example.stopFrom = ENDLESS;
-            example.maxNodes = ENDLESS;
             ASSERT_EQ(comparison.run(example), "");
         }
     }
@@ -67,12 +71,9 @@ TEST(PlainSearch, SearchesAtTheEndGameLimitAlike) {
 TEST(PlainSearch, SearchesFullLinesAlike) {
     SearchComparison comparison;
     for (const bool useTable : {false, true}) {
-        SearchCase example;
-        example.fen = "7k/p1p1p1p1/P1P1P1P1/8/8/p1p1p1pP/P1P1P1P1/1K6 w - - 0";
+        SearchCase example = endlessCase("7k/p1p1p1p1/P1P1P1P1/8/8/p1p1p1pP/P1P1P1P1/1K6 w - -");
         example.settings.useTable = useTable;
         example.settings.tableSize = 100;
-        example.stopFrom = ENDLESS;
-        example.maxNodes = ENDLESS;
         ASSERT_EQ(comparison.run(example), "");
     }
     EXPECT_GE(comparison.seen["full line"], 1);
