@@ -1,4 +1,4 @@
-
+#include "base/cppIoUtils.h"
 #include "testing/engineSupport.h"
 
 #include <gtest/gtest.h>
@@ -8,9 +8,6 @@
 
 namespace {
 
-// Long enough for any machine.
-constexpr Milliseconds SOON = 20000;
-
 class EngineGame : public testing::Test {
 protected:
     EngineGame() {
@@ -19,8 +16,7 @@ protected:
     }
 
     void playMoves(const std::string& moves) {
-        std::istringstream stream(moves);
-        for (std::string move; stream >> move;) {
+        for (const std::string& move : splitString(moves)) {
             engine.doMoveLongAlgebraic(move);
         }
     }
@@ -30,8 +26,6 @@ protected:
     Engine engine{config};
 };
 
-const std::string MIDDLE_GAME =
-    "r1bqkb1r/ppp2ppp/2n1pn2/3p4/3P1N2/2N1P3/PPP2PPP/R1BQKB1R b KQkq - 0 5";
 const std::string MATE_IN_ONE = "7k/8/6K1/8/8/8/8/R7 w - - 0 1";
 const std::string ONLY_MOVE = "k7/8/8/8/8/8/1r6/K7 w - - 0 1";
 const std::string STALEMATE = "7k/5Q2/6K1/8/8/8/8/8 b - - 0 1";
@@ -144,16 +138,6 @@ TEST(Slot, IsSharedByTwoThreads) {
     }
     writer.join();
     EXPECT_EQ(torn, 0);
-}
-
-TEST_F(EngineGame, EndsItsThreadWithItself) {
-    const Milliseconds begin = clockMilliseconds();
-    {
-        const auto other = std::make_unique<Engine>(config);
-        EXPECT_EQ(other->init(MIDDLE_GAME), "");
-        EXPECT_GE(searchFor(*other, 100, false).line.varLength, 1);
-    }
-    EXPECT_LT(clockMilliseconds() - begin, SOON);
 }
 
 } // namespace

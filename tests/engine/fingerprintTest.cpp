@@ -33,10 +33,7 @@ void setUpGame(Engine& engine, const std::string& game) {
         ASSERT_EQ(engine.init(game), "");
         return;
     }
-    std::istringstream words(game);
-    std::string word;
-    words >> word >> word;
-    while (words >> word) {
+    for (const std::string& word : splitString(game)) { // skips what is not a move
         engine.doMoveLongAlgebraic(word);
     }
 }
