@@ -4,12 +4,11 @@
 #include "notation/letters.h"
 #include "opening/standard.h"
 #include "testing/searchSupport.h"
+#include "testing/toolSupport.h"
 
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <map>
-#include <unistd.h>
 
 namespace {
 
@@ -60,8 +59,6 @@ TEST(Book, DrawsTheFirstEntryAndTheLast) {
         ++drawn[LongAlgebraicMove(book.getMove(start)).toString()];
     }
     EXPECT_EQ(drawn.size(), 2U);
-    EXPECT_GT(drawn["e2e4"], 0);
-    EXPECT_GT(drawn["d2d4"], 0);
 }
 
 TEST(Book, HasNoMoveForAnImpossibleEntry) {
@@ -72,44 +69,38 @@ TEST(Book, HasNoMoveForAnImpossibleEntry) {
 }
 
 TEST(BookLine, EndsAtTheFirstImpossibleMove) {
-    const std::string opening = "e2e4 e7e5 g1f3 b8c6 f1c4 f8c5 ";
-    struct Case {
-        std::string line;
-        std::size_t moves, polyglotMoves; // that are read in either notation
+    const std::tuple<const char*, std::size_t, std::size_t> cases[] = {
+        // line, moves, moves with castling as king takes rook
+        {"", 0, 0},
+        {"e2e", 0, 0},
+        {"e2e4", 1, 1},
+        {"e2e4  ", 1, 1},
+        {"e2e4-e7e5", 2, 2},
+        {"e2e5 e7e5 g1f3", 0, 0},
+        {"e2e4 xxxx g1f3", 1, 1},
+        {"e2e4 e7e9 g1f3", 1, 1},
+        {"e2e4 e7e5 g1f3 b8c6 f1c4 f8c5 e1g1 g8f6", 8, 6},
+        {"e2e4 e7e5 g1f3 b8c6 f1c4 f8c5 e1h1 g8f6", 8, 8},
     };
-    for (const auto& [line, moves, polyglotMoves] :
-         std::initializer_list<Case>{// line, moves, moves with castling as king takes rook
-                                     {"", 0, 0},
-                                     {"e2e", 0, 0},
-                                     {"e2e4", 1, 1},
-                                     {"e2e4  ", 1, 1},
-                                     {"e2e4-e7e5", 2, 2},
-                                     {"e2e5 e7e5 g1f3", 0, 0},
-                                     {"e2e4 xxxx g1f3", 1, 1},
-                                     {"e2e4 e7e9 g1f3", 1, 1},
-                                     {opening + "e1g1 g8f6", 8, 6},
-                                     {opening + "e1h1 g8f6", 8, 8}}) {
+    for (const auto& [line, moves, polyglotMoves] : cases) {
         EXPECT_EQ(getLineFromString(line, false).size(), moves) << line;
         EXPECT_EQ(getLineFromString(line, true).size(), polyglotMoves) << line;
     }
+    const std::string opening = "e2e4 e7e5 g1f3 b8c6 f1c4 f8c5 ";
     const std::vector<HashEntryPair> pairs = getLineFromString(opening + "e1g1 g8f6", false);
     EXPECT_EQ(pairs[6].polyglotEntry.getMoveInt(), 263);
     EXPECT_EQ(pairs[7].hash, positionAfterMoves(opening + "e1g1").incremental.hash);
 }
 
 TEST(BookFile, NeedsNoLineEndAtItsEnd) {
-    const std::string path =
-        testing::TempDir() + "kestran-book-" + std::to_string(getpid()) + ".txt";
     for (const char* ending : {"", "\n", "  \n\n"}) {
-        std::ofstream(path) << "d2d4 d7d5\ne2e4 e7e5" << ending;
-        const PolyglotBook book = PolyglotBook::getBookFromFile(path, false);
+        const TextFile file(std::string("d2d4 d7d5\ne2e4 e7e5") + ending);
+        const PolyglotBook book = PolyglotBook::getBookFromFile(file.path, false);
         EXPECT_EQ(book.get(start.incremental.hash).size(), 2U);
         EXPECT_EQ(book.get(positionAfterMoves("e2e4").incremental.hash).size(), 1U);
     }
-    std::remove(path.c_str());
-
     testing::internal::CaptureStderr();
-    EXPECT_TRUE(PolyglotBook::getBookFromFile(path, false).get(start.incremental.hash).empty());
+    EXPECT_TRUE(PolyglotBook::getBookFromFile("", false).get(start.incremental.hash).empty());
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "Unable to open file");
 }
 
