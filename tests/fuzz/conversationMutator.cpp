@@ -95,22 +95,13 @@ private:
     // ---- New lines ----
 
     std::string makeLine() {
-        switch (below(10)) {
-        case 0:
-        case 1:
-        case 2:
-            return makePosition();
-        case 3:
-        case 4:
-        case 5:
-            return makeGo();
-        case 6:
-            return makeOption();
-        default:
-            return pick<const char*>({"uci", "isready", "ucinewgame", "stop", "stop", "debug on",
-                                      "debug off", "ponderhit", "register later", "quit", "",
-                                      "isready\r"});
+        const int kind = below(10);
+        if (kind < 7) {
+            return kind < 3 ? makePosition() : kind < 6 ? makeGo() : makeOption();
         }
+        return pick<const char*>({"uci", "isready", "ucinewgame", "stop", "stop", "debug on",
+                                  "debug off", "ponderhit", "register later", "quit", "",
+                                  "isready\r"});
     }
 
     std::string makePosition() {
@@ -132,17 +123,12 @@ private:
         const auto add = [&](const char* word) {
             line.append(" ").append(word) += ' ' + makeNumber();
         };
-        switch (below(6)) {
-        case 0:
+        const int kind = below(6);
+        if (kind == 0) {
             line += " infinite";
-            break;
-        case 1:
-            add("movetime");
-            break;
-        case 2:
-            add(pick({"depth", "nodes", "mate"}));
-            break;
-        default:
+        } else if (kind < 3) {
+            add(kind == 1 ? "movetime" : pick({"depth", "nodes", "mate"}));
+        } else {
             add("wtime");
             add("btime");
             if (chance(50)) {
