@@ -7,29 +7,16 @@
 #include <algorithm>
 #include <csignal>
 #include <cstdlib>
+#include <functional>
 #include <gtest/gtest.h>
 #include <iostream>
+#include <map>
 #include <sstream>
 #include <thread>
-
-#if defined(__has_feature)
-#define KESTRAN_HAS_FEATURE(name) __has_feature(name)
-#else
-#define KESTRAN_HAS_FEATURE(name) 0
-#endif
 
 namespace {
 
 using Clock = std::chrono::steady_clock;
-
-#if defined(__SANITIZE_THREAD__) || KESTRAN_HAS_FEATURE(thread_sanitizer)
-constexpr double BUILD_FACTOR = 20;
-#elif defined(__SANITIZE_ADDRESS__) || KESTRAN_HAS_FEATURE(address_sanitizer) ||                   \
-    defined(KESTRAN_CHECK_POSITIONS)
-constexpr double BUILD_FACTOR = 6;
-#else
-constexpr double BUILD_FACTOR = 1;
-#endif
 
 constexpr int REPLY_TIME = 500;
 constexpr int END_TIME = 400;
@@ -69,7 +56,7 @@ std::string enginePath() {
 Millis patience(int millis) {
     static const double factor = [] {
         const char* wish = std::getenv("KESTRAN_TIME_FACTOR");
-        return BUILD_FACTOR * (wish == nullptr ? 1.0 : std::max(std::atof(wish), 1.0));
+        return KESTRAN_BUILD_TIME_FACTOR * (wish == nullptr ? 1.0 : std::max(std::atof(wish), 1.0));
     }();
     return Millis(static_cast<long>(millis * factor));
 }
@@ -102,77 +89,51 @@ void UciTalk::hold(const std::string& script) {
 }
 
 void UciTalk::act(const std::string& verb, const std::string& rest) {
-    ASSERT_TRUE(actOnEngine(verb, rest) || expectLine(verb, rest)) << "no such step: " << verb;
-}
-
-bool UciTalk::actOnEngine(const std::string& verb, const std::string& rest) {
-    if (verb == ">" || verb == ">>") {
-        sayRaw(verb == ">" ? rest + '\n' : rest);
-    } else if (verb == "pause") {
-        std::this_thread::sleep_for(Millis(std::stoi(rest)));
-    } else if (verb == "halt") {
-        kill(process.getPid(), SIGSTOP);
-        std::this_thread::sleep_for(Millis(std::stoi(rest)));
-        kill(process.getPid(), SIGCONT);
-    } else if (verb == "signals") {
-        for (int i = 0; i < std::stoi(rest); ++i) {
-            for (const int signal : {SIGSTOP, SIGWINCH, SIGURG, SIGCHLD, SIGPIPE, SIGCONT}) {
-                kill(process.getPid(), signal);
-            }
-            std::this_thread::sleep_for(Millis(1));
-        }
-    } else if (verb == "eof" || verb == "lose" || verb == "term") {
+    const int number = std::atoi(rest.c_str());
+    const std::map<std::string, std::function<void()>> steps = {
+        {">", [&] { sayRaw(rest + '\n'); }},
+        {">>", [&] { sayRaw(rest); }},
+        {"pause", [&] { std::this_thread::sleep_for(Millis(number)); }},
+        {"halt", [&] { halt(number); }},
+        {"signals", [&] { sendSignals(number); }},
+        {"eof", [&] { process.closeInput(); }},
+        {"lose", [&] { process.closeOutput(); }},
+        {"term", [&] { kill(process.getPid(), SIGTERM); }},
+        {"=", [&] { expectNext(rest); }},
+        {"greet", [&] { expectGreeting(number); }},
+        {"ready", [&] { expectReady(); }},
+        {"reports", [&] { expectReports(number); }},
+        {"answer", [&] { expectAnswer(splitString(rest)); }},
+        {"reported", [&] { EXPECT_GT(answer.reports, 0U); }},
+        {"bare", [&] { EXPECT_EQ(answer.reports, 0U); }},
+        {"legal", [&] { expectLegal(plain::Position(rest)); }},
+        {"complain", [&] { expectComplaint(); }},
+        {"end", [&] { expectEnd(rest.empty() ? END_TIME : number); }},
+        {"silent", [&] { expectSilence(number); }},
+        {"think", [&] { expectNoAnswer(number); }},
+    };
+    const auto step = steps.find(verb);
+    ASSERT_TRUE(step != steps.end()) << "no such step: " << verb;
+    if (verb == "eof" || verb == "lose" || verb == "term") {
         transcript += "> (" + verb + ")\n";
         lastSaid = Clock::now();
-        if (verb == "eof") {
-            process.closeInput();
-        } else if (verb == "lose") {
-            process.closeOutput();
-        } else {
-            kill(process.getPid(), SIGTERM);
-        }
-    } else {
-        return false;
     }
-    return true;
+    step->second();
 }
 
-bool UciTalk::expectLine(const std::string& verb, const std::string& rest) {
-    const std::vector<std::string> words = splitString(rest);
-    const int number = std::atoi(rest.c_str());
-    if (verb == "=") {
-        expectNext(rest);
-    } else if (verb == "greet") {
-        expectGreeting(number);
-    } else if (verb == "ready") {
-        expectReady();
-    } else if (verb == "reports") {
-        expectReports(number);
-    } else if (verb == "answer") {
-        int atLeast = 0;
-        int atMost = ANSWER_TIME;
-        if (words.size() > 1) {
-            std::sscanf(words[1].c_str(), "%d-%d", &atLeast, &atMost);
+void UciTalk::halt(int millis) {
+    kill(process.getPid(), SIGSTOP);
+    std::this_thread::sleep_for(Millis(millis));
+    kill(process.getPid(), SIGCONT);
+}
+
+void UciTalk::sendSignals(int times) {
+    for (int i = 0; i < times; ++i) {
+        for (const int signal : {SIGSTOP, SIGWINCH, SIGURG, SIGCHLD, SIGPIPE, SIGCONT}) {
+            kill(process.getPid(), signal);
         }
-        expectAnswer(words.empty() ? "*" : words[0], atLeast, atMost);
-    } else if (verb == "reported" || verb == "bare") {
-        EXPECT_EQ(answer.reports > 0, verb == "reported") << answer.reports << " reports";
-    } else if (verb == "legal") {
-        expectLegal(plain::Position(rest));
-    } else if (verb == "complain") {
-        ++complaints;
-        expectReady(); // so the line before it has been dealt with
-        expectComplaints();
-    } else if (verb == "end") {
-        expectEnd(rest.empty() ? END_TIME : number);
-    } else if (verb == "silent") {
-        expectSilence(number);
-    } else if (verb == "think") {
-        expectNoAnswer(number);
-    } else {
-        return false;
+        std::this_thread::sleep_for(Millis(1));
     }
-    return true;
 }
 
 void UciTalk::sayRaw(const std::string& bytes) {
@@ -263,6 +224,15 @@ void UciTalk::expectReports(int count) {
     }
 }
 
+void UciTalk::expectAnswer(const std::vector<std::string>& words) {
+    int atLeast = 0;
+    int atMost = ANSWER_TIME;
+    if (words.size() > 1) {
+        std::sscanf(words[1].c_str(), "%d-%d", &atLeast, &atMost);
+    }
+    expectAnswer(words.empty() ? "*" : words[0], atLeast, atMost);
+}
+
 void UciTalk::expectAnswer(const std::string& pattern, int atLeast, int atMost) {
     std::optional<std::string> line;
     do {
@@ -282,6 +252,12 @@ void UciTalk::expectLegal(const plain::Position& position) {
             EXPECT_TRUE(board.play(move)) << move << " is not legal in its line";
         }
     }
+}
+
+void UciTalk::expectComplaint() {
+    ++complaints;
+    expectReady(); // so the line before it has been dealt with
+    expectComplaints();
 }
 
 void UciTalk::expectComplaints() {

@@ -60,10 +60,8 @@ public:
     void hold(const std::string& script);
 
     void say(const std::string& line) { sayRaw(line + '\n'); }
-    void expectGreeting(int hash = 192);
     void expectReady();
     void expectAnswer(const std::string& pattern, int atLeast, int atMost);
-    void expectSilence(int millis);
     // All lines of the last answer are legal in that position.
     void expectLegal(const plain::Position& position);
 
@@ -75,14 +73,18 @@ public:
 
 private:
     void act(const std::string& verb, const std::string& rest);
-    bool actOnEngine(const std::string& verb, const std::string& rest);
-    bool expectLine(const std::string& verb, const std::string& rest);
+    void halt(int millis);
+    void sendSignals(int times);
     void sayRaw(const std::string& bytes);
     std::optional<std::string> hear(Millis timeout);
     void takeInfo(const std::string& line);
     void takeBestMove(const std::string& line);
     void expectNext(const std::string& line);
+    void expectGreeting(int hash);
+    void expectSilence(int millis);
     void expectReports(int count);
+    void expectAnswer(const std::vector<std::string>& words);
+    void expectComplaint();
     void expectComplaints();
     void expectEnd(int atMost);
     void expectNoAnswer(int millis);
