@@ -32,9 +32,6 @@ public:
         }
         return found;
     }
-    std::string replaceAll(const std::string& text, const std::string& with) const {
-        return std::regex_replace(text, regex, with);
-    }
 
 private:
     static Parts partsOf(const std::smatch& match) { return {match.begin(), match.end()}; }
