@@ -1,13 +1,9 @@
 // Lines of a book, in both notations.
 
-#include "board/makeMove.h"
-#include "board/setUp.h"
 #include "fuzz/fuzz.h"
 #include "notation/letters.h"
-
-#include "board/moveGenerator.h"
-#include "notation/fen.h"
 #include "opening/polyglot.h"
+#include "testing/boardSupport.h"
 
 namespace {
 
@@ -27,8 +23,7 @@ void readLine(const std::string& text, bool polyglotNotation) {
     for (const HashEntryPair& pair : line) {
         require(!book.get(pair.hash).empty(), "a move of the line is not in the book");
     }
-    Position position;
-    initializeToStartPosition(position);
+    Position position = positionOf(START_FEN);
     const Move move = book.getMove(position);
     require((move.from == PolyglotBook::NO_BOOK_MOVE) == line.empty(),
             "the first move of the line is not the move of the book");

@@ -1,18 +1,13 @@
 // FEN text into the engine and out again, and a few plies on every board that it accepts.
 
-#include "board/makeMove.h"
-#include "fuzz/fuzz.h"
-
-#include "board/moveGenerator.h"
 #include "board/positionCheck.h"
 #include "engine/engine.h"
-#include "notation/fen.h"
-#include "notation/longAlgebraicMove.h"
+#include "fuzz/fuzz.h"
 #include "search/engineParameters.h"
 #include "support/plainRules.h"
+#include "testing/boardSupport.h"
 
 #include <algorithm>
-#include <cstring>
 #include <vector>
 
 namespace {
@@ -43,15 +38,9 @@ void walk(Position position, int plies) {
     }
 }
 
-// the plain twin of the rules knows the same moves.
-void requireSameMoves(Position position) {
-    MoveArray moves;
-    const int count = generateLegalMoves(position, moves);
-    std::vector<std::string> texts;
-    texts.reserve(at(count));
-    for (int i = 0; i < count; ++i) {
-        texts.push_back(LongAlgebraicMove(moves[i]).toString());
-    }
+// The plain twin of the rules knows the same moves.
+void requireSameMoves(const Position& position) {
+    std::vector<std::string> texts = textsOf(legalMovesOf(position));
     std::ranges::sort(texts);
     require(texts == plain::Position(getFen(position)).legalMoves(),
             "other moves than the rules: " + getFen(position));

@@ -1,13 +1,9 @@
 // Texts of moves, in the form of the protocol and in that of the log.
 
-#include "board/setUp.h"
 #include "fuzz/fuzz.h"
 #include "notation/letters.h"
 #include "notation/moveText.h"
-
-#include "board/moveGenerator.h"
-#include "notation/fen.h"
-#include "notation/longAlgebraicMove.h"
+#include "testing/boardSupport.h"
 
 #include <cctype>
 #include <iostream>
@@ -30,13 +26,11 @@ std::string changed(std::string text, int (*change)(int)) {
 
 void readLongAlgebraic(const std::string& text) {
     const LongAlgebraicMove move(text);
-    Position position;
-    initializeToStartPosition(position);
-    MoveArray moves;
-    const int count = generateMoves(position, moves);
-    const int index = move.getIndexOfMove(moves.first(count));
-    require(-1 <= index && index < count, "an index outside the moves");
-    require(index < 0 || LongAlgebraicMove(moves[index]).toString() == move.toString().substr(0, 4),
+    const std::vector<Move> moves = pseudoLegalMovesOf(positionOf(START_FEN));
+    const int index = move.getIndexOfMove(moves);
+    require(-1 <= index && index < std::ssize(moves), "an index outside the moves");
+    require(index < 0 ||
+                LongAlgebraicMove(moves[at(index)]).toString() == move.toString().substr(0, 4),
             "another move than its text: " + text);
     if (move.getFrom() != NOT_FOUND && move.getTo() != NOT_FOUND) {
         require(changed(text.substr(0, 4), std::tolower) == move.toString().substr(0, 4),

@@ -2,7 +2,6 @@
 // positions, and every part of the position compared after each move.
 
 #include "board/attacks.h"
-#include "board/moveGenerator.h"
 #include "board/positionCheck.h"
 #include "board/pseudoLegalMoves.h"
 #include "search/caseMaker.h"

@@ -1,14 +1,12 @@
 // The playing search, with everything that the comparison with its plain twin needs.
 #pragma once
 
-#include "board/makeMove.h"
-#include "notation/fen.h"
-#include "notation/longAlgebraicMove.h"
 #include "search/engineParameters.h"
 #include "search/ida.h"
 #include "search/idaVariant.h"
 #include "search/plainSearch.h"
 #include "search/statistics.h"
+#include "testing/boardSupport.h"
 
 class PlayingSearch {
 public:
@@ -37,19 +35,18 @@ public:
             ida.applyChanges(size);
         }
         clashesBefore = table().getNumberOfInnerClashes();
-        setFenNotation(root, fen);
+        root = positionOf(fen);
         keys = {root.incremental.hash};
     }
 
     // Plays a move of the game, if it is legal. Returns whether it was.
     bool play(const std::string& move) {
-        MoveArray moves;
-        const int count = generateLegalMoves(root, moves);
-        const int index = LongAlgebraicMove(move).getIndexOfMove(moves.first(count));
+        const std::vector<Move> moves = legalMovesOf(root);
+        const int index = LongAlgebraicMove(move).getIndexOfMove(moves);
         if (index < 0) {
             return false;
         }
-        root = positionAfter(root, moves[index]);
+        root = positionAfter(root, moves[at(index)]);
         keys.push_back(root.incremental.hash);
         return true;
     }
