@@ -158,9 +158,9 @@ TEST(Memory, MayEndAtAnyAllocation) {
 
 // ---- No thread ----
 
-// The answers of an engine to a whole conversation. The creations of threads whose bits are set
-// fail.
-std::vector<std::string> talk(const std::string& conversation, unsigned failingCreations) {
+// What an engine sends, but for its reports, to a whole conversation. The creations of threads
+// whose bits are set fail.
+std::string talk(const std::string& conversation, unsigned failingCreations) {
     creations = 0;
     failures = failingCreations;
     EngineConfig config;
@@ -168,11 +168,9 @@ std::vector<std::string> talk(const std::string& conversation, unsigned failingC
     UciEngine uciEngine(config);
     std::istringstream output(outputOf(uciEngine, conversation));
     failures = 0;
-    std::vector<std::string> lines;
+    std::string lines;
     for (std::string line; std::getline(output, line);) {
-        if (line.find("score") == std::string::npos) {
-            lines.push_back(line);
-        }
+        lines += line.find("score") == std::string::npos ? line + '\n' : "";
     }
     return lines;
 }
@@ -183,19 +181,14 @@ const std::string MATE_IN_ONE = "position fen k7/8/1K6/8/8/8/8/7R w - - 0 1\n";
 // The first `go` makes two threads: its own, and that of the search. Without the first, the loop
 // searches, and `isready` is answered after that; without the second, there is no move.
 TEST(NoThread, EachGoIsAnswered) {
-    using Lines = std::vector<std::string>;
-    const Lines none = {"info pv", "bestmove (none)"};
-    const Lines mate = {"info pv h1h8", "bestmove h1h8"};
-    const auto both = [](Lines first, const Lines& second) {
-        first.insert(first.end(), second.begin(), second.end());
-        return first;
-    };
-    const std::tuple<std::string, unsigned, Lines, int> cases[] = {
+    const std::tuple<const char*, unsigned, const char*, int> cases[] = {
         // words, creations that fail, lines, creations
-        {"go movetime 0\nisready\n", 0b1, both(mate, {"readyok"}), 2},
-        {"go movetime 0\n", 0b10, none, 2},
-        {"go infinite\ngo movetime 0\n", 0b11, both(none, mate), 4},
-        {"go movetime 0\ngo infinite\nquit\n", ~0U, both(none, none), 4},
+        {"go movetime 0\nisready\n", 0b1, "info pv h1h8\nbestmove h1h8\nreadyok\n", 2},
+        {"go movetime 0\n", 0b10, "info pv\nbestmove (none)\n", 2},
+        {"go infinite\ngo movetime 0\n", 0b11,
+         "info pv\nbestmove (none)\ninfo pv h1h8\nbestmove h1h8\n", 4},
+        {"go movetime 0\ngo infinite\nquit\n", ~0U,
+         "info pv\nbestmove (none)\ninfo pv\nbestmove (none)\n", 4},
     };
     for (const auto& [words, failing, lines, count] : cases) {
         EXPECT_EQ(talk(MATE_IN_ONE + words, failing), lines) << words;
