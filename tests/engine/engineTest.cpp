@@ -99,17 +99,14 @@ TEST_F(EngineGame, MayChangeWhileItIsSearched) {
 // A stopped search leaves killers, counters and a path of its own, each of which would change the
 // next one.
 TEST_F(EngineGame, SearchIsTheSameAfterAStoppedOne) {
-    config.hashTableSize = 0; // as a cleared table still gives hints
-    Engine fresh(config);
-    fresh.setInfoListener(&reports);
-    fresh.setStopListener(&reports);
-    EXPECT_EQ(fresh.init("6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - 30 40"), "");
+    engine.setHashTableSize(0); // as a cleared table still gives hints
+    EXPECT_EQ(engine.init("6k1/pp3p1p/2p2np1/3r4/3N4/1PR3P1/P4P1P/6K1 w - - 30 40"), "");
     std::vector<std::string> searches(2);
     for (std::string& text : searches) {
         const std::size_t before = reports.infos.size();
         reports.wanted = before + 4;
-        searchFor(fresh, 0, true);
-        fresh.joinThread();
+        searchFor(engine, 0, true);
+        engine.joinThread();
         for (const InfoStruct& info : std::span(reports.infos).subspan(before, 4)) {
             text += std::to_string(info.pv.evaluation) + ' ' + std::to_string(info.nodesSearched) +
                     movesTextOf(info.pv) + '\n';
