@@ -44,7 +44,6 @@ TEST(PgnReader, ReadsGames) {
     const std::pair<std::string, std::string> cases[] = {
         {"", ""},
         {"\n ; no game\n{none}", ""},
-        {"*", "*"},
         // Numbers of moves.
         {"7.e4 3...e5 4 Nf3 .. Nc6 5.. Bb5", "e4 e5 Nf3 Nc6 Bb5 *"},
         // Comments, glyphs and variations.

@@ -24,7 +24,6 @@ TEST(San, WritesMovesAsPlayersDo) {
         {"6k1/5ppp/8/8/8/8/8/R3K2R w K - 0 1", "a1a8", "Ra8#"},
         {twins, "a1d1", "Rad1"},
         {"R7/7k/8/8/8/8/4K3/R7 w - - 0 1", "a1a4", "R1a4"},
-        {"2k5/8/8/Q6Q/8/8/4K3/Q7 w - - 0 1", "a5e1", "Q5e1"},
         {"8/7k/8/Q3Q3/8/8/4K3/Q7 w - - 0 1", "a5c3", "Qa5c3"},
         // The twin is pinned, so it needs no telling apart.
         {"4r2k/8/8/8/8/4N3/8/N3K3 w - - 0 1", "a1c2", "Nc2"},

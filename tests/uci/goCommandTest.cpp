@@ -22,7 +22,6 @@ TEST(GoCommand, GivesTheTimeThatTheFirstRuleFinds) {
     // Words, and the total if White or Black is to move.
     const std::tuple<const char*, Milliseconds, Milliseconds> cases[] = {
         // A clock with an increment, which counts in full.
-        {"wtime 60000 btime 60000 winc 2000 binc 2000", 3500, 3500},
         {"wtime 60000 btime 60000 winc 2000 binc 0", 3500, 1500},
         {"binc 500 winc 9000 btime 8000 wtime 400000", 19000, 700},
         {"wtime 1000 btime 1000 winc -5 binc -5", -1, -1},

@@ -35,7 +35,6 @@ TEST(ModernPolicy, ReadsTheLimitsOfALine) {
              {"wtime 1010 movestogo 5", 500},
              {"wtime 1010 movestogo 1", 1000},
              {"wtime 110", 10}, // at least a pass or two
-             {"wtime 3", 0},
              {"wtime -50 winc 10", 0},
              {"btime 60000", 0}, // only the clock of the opponent
              {"movetime 300", 300},
@@ -43,7 +42,6 @@ TEST(ModernPolicy, ReadsTheLimitsOfALine) {
              {"movetime -7", 0},
              // Limits other than time.
              {"", UNLIMITED, true},
-             {"infinite wtime 5000", UNLIMITED, true},
              {"ponder", UNLIMITED, true},
              {"depth 6", UNLIMITED, false, 6},
              {"depth 99", UNLIMITED, false, MAX_PASSES},
