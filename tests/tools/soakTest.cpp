@@ -162,9 +162,12 @@ TEST_F(Soak, SequentialTestEndsAMatch) {
     options.games = 200;
     options.against = scripted("exit 0");
     options.sprt = {0, 200};
-    const SoakReport report = runSoak(options);
-    EXPECT_LT(report.games.size(), 40U);
-    EXPECT_TRUE(TextPattern(" elo=inf .* sprt=H1 ").isIn(reportOn(report, options)));
+    for (const char* decision : {" elo=inf .* sprt=H1 ", " elo=-inf .* sprt=H0 "}) {
+        const SoakReport report = runSoak(options);
+        EXPECT_LT(report.games.size(), 40U);
+        EXPECT_TRUE(TextPattern(decision).isIn(reportOn(report, options)));
+        std::swap(options.engine, *options.against);
+    }
 }
 
 // A shell around the engine that takes 10 MiB more in each game after the first $1.
@@ -353,7 +356,9 @@ TEST(SoakGame, MarginAndLength) {
     SoakReport report;
     report.games = {game.record};
     EXPECT_TRUE(TextPattern("1/0.1 +3 +1 +50 +51 +51 +51 +51\n").isIn(reportOn(report, {})));
-    report.games.front().overruns = {{0, 90}, {10, 9}, {50, 1}};
+    report.games.resize(2, game.record);
+    report.games[0].overruns = {{0, 40}, {50, 1}};
+    report.games[1].overruns = {{0, 50}, {10, 9}};
     EXPECT_TRUE(TextPattern("1/0.1 +100 +90 +0 +0 +10 +50 +50\n").isIn(reportOn(report, {})));
 }
 
