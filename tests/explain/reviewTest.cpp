@@ -63,6 +63,13 @@ TEST(Review, CountsTheCostUpToTenPawns) {
     }
 }
 
+TEST(Review, CountsMovesToMateFromTheMovePlayed) {
+    PgnReader reader("[FEN \"6k1/5ppp/8/8/8/8/8/R5K1 w - - 0 1\"]\n1. Ra8 1-0");
+    const PgnGame game = reader.next().value();
+    const Review review = reviewGame(makeConfig(), game, 2000, [](const ReviewedMove&) {});
+    EXPECT_EQ(annotate(game, review).moves[0].comment, "#1");
+}
+
 TEST(Review, ComesAsPgnFromTheCommandLine) {
     const TextFile file(GAME);
     const ToolRun run =
