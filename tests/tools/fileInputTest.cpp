@@ -53,6 +53,9 @@ TEST(PgnInput, IsTakenByThePrograms) {
     EXPECT_EQ(run("/bin/sh", play).status, 0);
     const NumberedGame last = readPgnGame({file.path, 3, 0});
     EXPECT_EQ(getWholeFen(last), getWholeFen(readGame({}, "d4 d5")));
+    play.erase(play.end() - 4, play.end() - 2); // without --game
+    EXPECT_EQ(run("/bin/sh", play).status, 0);
+    EXPECT_EQ(getWholeFen(readPgnGame({file.path, 4, 0})), getWholeFen(readGame({}, "e4 c5")));
 }
 
 TEST(PgnInput, RefusesWhatIsNotThere) {
