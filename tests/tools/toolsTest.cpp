@@ -289,6 +289,7 @@ TEST(Perft, ChecksTheCountsOfAFile) {
     EXPECT_EQ(asJson.status, 1);
     const Json json = Json::parse(asJson.output);
     EXPECT_EQ(json["wrong"], 2);
+    EXPECT_EQ(json["nodes"], 20 + 8902 + 8 + 104 + 1);
     EXPECT_EQ(json["positions"][2]["counts"][1],
               (Json{{"depth", 2}, {"expected", 105}, {"found", 104}}));
     EXPECT_EQ(run(PERFT, {"--epd", file.path, "1"}).status, 1) << "a single wrong count";
@@ -326,6 +327,7 @@ TEST(Tools, RefuseBadInputInOneLine) {
              BadInput{BENCH, {"--fast"}, "not expected: --fast (try --help)"},
              BadInput{BENCH, {"startpos"}, "not expected: startpos"},
              BadInput{BENCH, {"--json", "--stats"}, "--stats excludes --json"},
+             BadInput{KESTRAN_BINARY_DIR "/kestran-modern", {"perft"}, "unknown word \"perft\""},
              BadInput{PERFT, {}, "a position and a depth"},
              BadInput{PERFT, {"3"}, "a position and a depth"},
              BadInput{PERFT, {"startpos", "13"}, "from 0 to 12"},
