@@ -89,7 +89,7 @@ test("obeys the limits of a search", () => {
     const start = performance.now();
     const answers = search({ limits: { time: 200 } });
     const duration = performance.now() - start;
-    assert.ok(duration >= 200 && duration < 2000, `${duration} ms`);
+    assert.ok(duration >= 190 && duration < 2000, `${duration} ms`); // clocks differ by some ms
     assert.ok(last(answers).best !== null);
     const { levels, endings, version } = last(ask({ type: "about" }));
     assert.ok(levels.length >= 5 && levels.every((level, i) => i === 0 || level > levels[i - 1]));
