@@ -1,7 +1,7 @@
 #include "kestran-soak/player.h"
 
 #include <algorithm>
-#include <ranges>
+#include <span>
 
 namespace {
 
@@ -12,7 +12,7 @@ using std::chrono::milliseconds;
 constexpr milliseconds LAST_WORDS_TIME{100};
 constexpr std::size_t MOST_LINES = 1000; // of a greeting, and of last words
 // Games in which a process may use memory for the first time.
-constexpr int SETTLING_GAMES = 10;
+constexpr std::size_t SETTLING_GAMES = 10;
 
 [[noreturn]] void fail(const std::string& message, const std::string& line = "") {
     throw Fault(Fault::PROTOCOL, message + (line.empty() ? "" : " \"" + line + '"'));
@@ -80,7 +80,8 @@ void Player::endGame(GameRecord& record) {
     expectReady();
     expectSilence(milliseconds(0));
     resident.push_back(process->getResidentKib());
-    const std::int64_t settled = std::ranges::max(resident | std::views::take(SETTLING_GAMES));
+    const std::size_t games = std::min(resident.size(), SETTLING_GAMES);
+    const std::int64_t settled = std::ranges::max(std::span(resident).first(games));
     record.settling = std::max(record.settling, settled - resident.front());
     record.growth = std::max(record.growth, resident.back() - settled);
 }

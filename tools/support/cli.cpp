@@ -85,7 +85,8 @@ CLI::Option* Program::addValue(const std::string& option, const std::string& val
 std::string Program::makeHelp() const {
     std::size_t column = 0;
     std::vector<const CLI::Option*> options = get_options();
-    std::ranges::rotate(options, options.begin() + 2); // --help and --version to the end
+    // --help and --version to the end.
+    std::rotate(options.begin(), options.begin() + 2, options.end());
     for (const CLI::Option* option : options) {
         const std::size_t width = nameOf(*option).size() + 4;
         column = width <= MAX_NAME_COLUMN ? std::max(column, width) : column;
