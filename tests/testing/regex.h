@@ -1,4 +1,4 @@
-// Regular expressions (ECMAScript) for tests.
+// Regular expressions (ECMAScript) for tests. Only regex.cpp compiles std::regex, which is slow.
 #pragma once
 
 #include <optional>
@@ -11,30 +11,17 @@ public:
     // What matched: first all of it, then each group, empty if it has no part in it.
     using Parts = std::vector<std::string>;
 
-    TextPattern(const std::string& pattern) // NOLINT(google-explicit-constructor)
-        : regex(pattern) {}
-    TextPattern(const char* pattern) : regex(pattern) {} // NOLINT(google-explicit-constructor)
+    TextPattern(const std::string& pattern);
+    TextPattern(const char* pattern);
 
     // Of the whole text.
-    bool matches(const std::string& text) const { return std::regex_match(text, regex); }
-    std::optional<Parts> match(const std::string& text) const {
-        std::smatch match;
-        return std::regex_match(text, match, regex) ? std::optional(partsOf(match)) : std::nullopt;
-    }
+    bool matches(const std::string& text) const;
+    std::optional<Parts> match(const std::string& text) const;
 
     // Of parts of the text, from left to right.
-    bool isIn(const std::string& text) const { return std::regex_search(text, regex); }
-    std::vector<Parts> findAll(const std::string& text) const {
-        std::vector<Parts> found;
-        for (std::sregex_iterator next(text.begin(), text.end(), regex), last; next != last;
-             ++next) {
-            found.push_back(partsOf(*next));
-        }
-        return found;
-    }
+    bool isIn(const std::string& text) const;
+    std::vector<Parts> findAll(const std::string& text) const;
 
 private:
-    static Parts partsOf(const std::smatch& match) { return {match.begin(), match.end()}; }
-
     std::regex regex;
 };

@@ -314,7 +314,7 @@ TEST(SoakProgram, RefusesWhatMakesNoSense) {
              {"1 --engine /bin/true --sprt 0,5", "--sprt needs --against"},
              {"1 --engine /bin/true --against /bin/true --sprt 5,0", "the smaller one first"},
              {"1", "--engine is required"},
-             {"--engine /bin/true", "AMES is required"}}) {
+             {"--engine /bin/true", "GAMES is required"}}) {
         const ToolRun soak = run("/bin/sh", {"-c", "exec \"$0\" $1", ENGINE + "-soak", words});
         EXPECT_EQ(soak.status, 2) << words;
         EXPECT_NE(soak.errors.find(reason), std::string::npos) << soak.errors;

@@ -491,7 +491,7 @@ struct SmallProgram {
             argv.push_back(word.c_str());
         }
         Program program("small", "[OPTION]... [WORD]...", "Does little.", "it failed");
-        program.add_option("WORD", words, "a word");
+        program.addWords("WORD", words, "a word");
         program.addNumber("--number", number, -3, 7, "N", "a number");
         program.addSeconds("--time", time, 60, "seconds");
         program.addChoice("--side", side, {"left", "right"}, "SIDE", "a side");

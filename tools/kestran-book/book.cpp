@@ -218,20 +218,18 @@ int bookMain(int argc, const char* const* argv) {
     BookOptions options;
     Program program("kestran-book", "[OPTION]... [FEN]\n[OPTION]... --check FILE", DESCRIPTION,
                     "a line of FILE stops early, or the output cannot be written");
-    program.add_option("FEN", options.words, FEN_HELP);
-    auto* const moves = program.addText("--moves", options.moves, "MOVES", MOVES_HELP);
+    program.addWords("FEN", options.words, FEN_HELP);
+    program.addText("--moves", options.moves, "MOVES", MOVES_HELP);
     addPgnOptions(program, options.pgn);
-    auto* const tree = program.addNumber("--tree", options.depth, 1, MAX_TREE_DEPTH, "DEPTH",
-                                         "show the book from there as a tree of DEPTH plies");
-    auto* const book = program.addText(
+    program.addNumber("--tree", options.depth, 1, MAX_TREE_DEPTH, "DEPTH",
+                      "show the book from there as a tree of DEPTH plies");
+    program.addText(
         "--book", options.bookPath, "FILE",
         "show the book lines of a text file, such as \"e2e4 e7e5 g1f3\", instead of the engine's");
     program.addText("--check", options.path, "FILE", CHECK_HELP)
-        ->excludes(moves)
-        ->excludes(tree)
-        ->excludes(book);
-    program.add_flag("--polyglot-castling", options.polyglotCastling,
-                     "in FILE, castling is the king taking its own rook: e1h1, not e1g1");
-    program.add_flag("--json", options.asJson, "print one JSON object instead of text");
+        .excludes({"--moves", "--tree", "--book"});
+    program.addFlag("--polyglot-castling", options.polyglotCastling,
+                    "in FILE, castling is the king taking its own rook: e1h1, not e1g1");
+    program.addFlag("--json", options.asJson, "print one JSON object instead of text");
     return program.run(argc, argv, [&] { return runBook(options); });
 }

@@ -11,7 +11,6 @@
 #include "support/terminal.h"
 #include "support/textFile.h"
 
-#include <array>
 #include <limits>
 
 namespace {
@@ -33,11 +32,6 @@ constexpr const char* FORMAT_HELP =
     "sentence that answers, in pawns; html: a page for a browser that shows this search, with the "
     "engine inside. By default html if the name of FILE ends in .html, tree on a "
     "terminal, and otherwise plain";
-
-// Options that say nothing about a whole game.
-constexpr std::array NOT_FOR_ANNOTATE = {"--line", "--moves",  "--ply",      "--depth",
-                                         "--time", "--format", "--json",     "--record",
-                                         "--all",  "--pass",   "--max-lines"};
 
 // The words of the command line.
 struct Asked {
@@ -116,7 +110,7 @@ int ask(int argc, const char* const* argv, const std::function<int(const Questio
     Question question = {};
     Program program("kestran-explain", "[OPTION]... [FEN]", DESCRIPTION,
                     "the search was ended before its first pass, or the output cannot be written");
-    program.add_option("FEN", asked.words, FEN_HELP);
+    program.addWords("FEN", asked.words, FEN_HELP);
     program.addText("--line", asked.line, "MOVES",
                     "the line to watch, at most " + std::to_string(Explain::MAX_LINE) +
                         " moves; if not given, the search's own");
@@ -127,24 +121,23 @@ int ask(int argc, const char* const* argv, const std::function<int(const Questio
                           " if neither depth nor time is given");
     program.addSeconds("--time", question.time, MAX_SECONDS,
                        "seconds for everything, such as 10 or 0.5; the last pass may be cut off");
-    auto* const annotate = program.add_flag(
+    auto annotate = program.addFlag(
         "--annotate", asked.annotate,
         "write the game of --pgn with the score of each move, and with a reason and the refutation "
         "for the costliest moves; after Ctrl-C as far as that came, with exit status 130");
-    annotate->needs("--pgn");
+    annotate.needs("--pgn");
     question.nodes = DEFAULT_NODES;
     program
         .addNumber("--nodes", question.nodes, LEAST_NODES, ANY_NUMBER, "N",
                    "moves to search in each position of --annotate")
-        ->needs("--annotate");
-    auto* const format = program.addChoice("--format", asked.format, {"plain", "tree", "html"},
-                                           "FORMAT", FORMAT_HELP);
-    program.add_flag("--json", asked.asJson, "print one JSON object")->excludes(format);
+        .needs("--annotate");
+    program.addChoice("--format", asked.format, {"plain", "tree", "html"}, "FORMAT", FORMAT_HELP);
+    program.addFlag("--json", asked.asJson, "print one JSON object").excludes({"--format"});
     program.addText("-o", question.output, "FILE", "write the report to FILE, whole or not at all");
     program.addText("--record", question.record, "FILE",
                     "also write every move of each pass to FILE, 20 bytes each");
-    program.add_flag("--all", question.all,
-                     "show every move tried along the line, not only those that raised alfa");
+    program.addFlag("--all", question.all,
+                    "show every move tried along the line, not only those that raised alfa");
     program.addNumber("--pass", question.pass, 0, ANY_NUMBER, "N",
                       "show only pass N, as the report counts them");
     program.addNumber("--max-lines", question.maxLines, 1, ANY_NUMBER, "N",
@@ -152,9 +145,9 @@ int ask(int argc, const char* const* argv, const std::function<int(const Questio
     program.addNumber("--hash", asked.hashMebibytes, EngineConfig::HASH_MIN, EngineConfig::HASH_MAX,
                       "MIB", "size of the hash table in mebibytes; as in play if not given");
     addSettings(program, question.settings);
-    for (const char* other : NOT_FOR_ANNOTATE) {
-        annotate->excludes(program.get_option(other));
-    }
+    // They say nothing about a whole game.
+    annotate.excludes({"--line", "--moves", "--ply", "--depth", "--time", "--format", "--json",
+                       "--record", "--all", "--pass", "--max-lines"});
     return program.run(argc, argv, [&] {
         complete(question, asked);
         return answer(question);

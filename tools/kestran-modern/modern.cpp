@@ -22,9 +22,9 @@ int modernMain(int argc, const char* const* argv) {
     std::string word;
     std::optional<int> depth;
     Program program("kestran-modern", "[bench [DEPTH]]", DESCRIPTION, "there is no memory");
-    program.add_option("bench", word,
-                       "search the positions of kestran-bench and print one line, \"N nodes M "
-                       "nps\"; without DEPTH, N is the signature of the search");
+    program.addText("bench", word, "",
+                    "search the positions of kestran-bench and print one line, \"N nodes M "
+                    "nps\"; without DEPTH, N is the signature of the search");
     program.addNumber("depth", depth, 1, MAX_PASSES, "DEPTH", "plies to search");
     return program.run(argc, argv, [&] {
         if (!word.empty() && word != "bench") {

@@ -213,15 +213,15 @@ int perftMain(int argc, const char* const* argv) {
                         std::to_string(MAX_PERFT_DEPTH) +
                         ", from a position: after each first move, and in all.",
                     "a count of FILE is wrong, or the output cannot be written");
-    program.add_option("FEN", options.words,
-                       "the position, in quotes or as several words; \"startpos\" is the start "
-                       "position. DEPTH follows it");
-    auto* const moves = program.addText("--moves", options.moves, "MOVES", MOVES_HELP);
+    program.addWords("FEN", options.words,
+                     "the position, in quotes or as several words; \"startpos\" is the start "
+                     "position. DEPTH follows it");
+    program.addText("--moves", options.moves, "MOVES", MOVES_HELP);
     program
         .addText("--epd", options.path, "FILE",
                  "check the counts of a file instead: one position per line, its FEN and then its "
                  "counts, as in \";D1 20 ;D2 400\"; those of more than DEPTH plies are left out")
-        ->excludes(moves);
-    program.add_flag("--json", options.asJson, "print one JSON object instead of text");
+        .excludes({"--moves"});
+    program.addFlag("--json", options.asJson, "print one JSON object instead of text");
     return program.run(argc, argv, [&] { return runPerft(options); });
 }

@@ -76,34 +76,33 @@ int main(int argc, char** argv) {
     PlayOptions options;
     Program program("kestran-play", "[OPTION]... [FEN]", DESCRIPTION,
                     "a game or the output cannot be written");
-    program.add_option("FEN", options.words, FEN_HELP);
+    program.addWords("FEN", options.words, FEN_HELP);
     program.addChoice("--side", options.side, {"white", "black", "random"}, "SIDE",
                       "your side: white, black or random");
     program.addSeconds(
         "--time", options.strength.time, MAX_SECONDS,
         "seconds that the engine thinks about each move, such as 5 or 0.2 (default 1; no "
         "limit with a level that limits nodes)");
-    auto* const level =
-        program.addNumber("--level", options.level, 1, LEVEL_COUNT, "N",
-                          "how strongly the engine plays; the command \"level\" lists the levels "
-                          "with their ratings, which are estimates");
+    program.addNumber("--level", options.level, 1, LEVEL_COUNT, "N",
+                      "how strongly the engine plays; the command \"level\" lists the levels "
+                      "with their ratings, which are estimates");
     program
         .addNumber("--elo", options.rating, LEVELS.front().rating, LEVELS.back().rating, "N",
                    "play at the level whose rating is nearest")
-        ->excludes(level);
+        .excludes({"--level"});
     program.addNumber("--depth", options.strength.depth, 1, MAX_PASSES, "N",
                       "how many plies the engine looks ahead at most; fewer are weaker");
-    auto* const pgn = program.addText("--pgn", options.pgn, "FILE",
-                                      "append every game to FILE in PGN when it ends or is left");
+    program.addText("--pgn", options.pgn, "FILE",
+                    "append every game to FILE in PGN when it ends or is left");
     program
         .addNumber("--game", options.game, 1, ANY_NUMBER, "N",
                    "begin where game N of FILE ends, or with --ply earlier")
-        ->needs(pgn);
+        .needs("--pgn");
     program
         .addNumber("--ply", options.ply, 0, ANY_NUMBER, "N",
                    "begin after N half moves of that game, the first if --game is not given")
-        ->needs(pgn);
-    program.add_flag("--ascii", options.withLetters,
-                     "show letters for the pieces even if the terminal has symbols");
+        .needs("--pgn");
+    program.addFlag("--ascii", options.withLetters,
+                    "show letters for the pieces even if the terminal has symbols");
     return program.run(argc, argv, [&] { return runPlay(options); });
 }

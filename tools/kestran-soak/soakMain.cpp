@@ -10,6 +10,7 @@
 #include <csignal>
 #include <cstdio>
 #include <iostream>
+#include <sstream>
 
 namespace {
 
@@ -23,7 +24,12 @@ void stopOnSignal(int signal) {
 
 // The parts between commas. The comma added keeps an empty last one.
 std::vector<std::string> partsOf(const std::string& list) {
-    return CLI::detail::split(list + ',', ',');
+    std::istringstream rest(list + ',');
+    std::vector<std::string> parts;
+    for (std::string part; std::getline(rest, part, ',');) {
+        parts.push_back(part);
+    }
+    return parts;
 }
 
 int play(SoakOptions options, const std::optional<std::string>& pgn) {
@@ -73,8 +79,8 @@ int main(int argc, char** argv) {
     std::optional<int> games;
     std::optional<std::string> against;
     std::optional<std::string> pgn;
-    program.addNumber("GAMES", games, 1, 1000000, "", "number of games")->required();
-    program.addText("--engine", options.engine.path, "PATH", "the engine to play")->required();
+    program.addNumber("GAMES", games, 1, 1000000, "", "number of games").isRequired();
+    program.addText("--engine", options.engine.path, "PATH", "the engine to play").isRequired();
     program.addText("--against", against, "PATH", "its opponent in a match");
     program.addValue("--sprt", "E0,E1",
                      "end the match when a sequential test with error rates of 5 % has decided "

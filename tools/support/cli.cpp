@@ -2,6 +2,7 @@
 
 #include "base/process.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cctype>
 #include <exception>
@@ -34,21 +35,40 @@ std::string describe(const CLI::ParseError& error) {
     if (error.get_name() == "ArgumentMismatch") { // begins with the option
         return text.substr(0, text.find(':')) + " takes exactly one value";
     }
-    text[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(text[0])));
+    if (text.size() > 1 && std::islower(static_cast<unsigned char>(text[1])) != 0) {
+        text[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(text[0])));
+    }
     return text;
 }
 
 } // namespace
 
-Program::Program(const std::string& _name, std::string _usage, const std::string& description,
+Program::Option& Program::Option::needs(const std::string& other) {
+    declared.needs(other);
+    return *this;
+}
+
+Program::Option& Program::Option::excludes(const std::vector<std::string>& others) {
+    for (const std::string& other : others) {
+        declared.excludes(other);
+    }
+    return *this;
+}
+
+Program::Option& Program::Option::isRequired() {
+    declared.required();
+    return *this;
+}
+
+Program::Program(const std::string& name, std::string _usage, const std::string& description,
                  const std::string& failure)
-    : CLI::App(description, _name), usage(std::move(_usage)) {
-    footer("Exit status:\n  0  success\n  1  " + wrapText(failure, 5, HELP_WIDTH) +
-           "\n  2  bad input");
-    formatter_fn(
+    : line(std::make_shared<CLI::App>(description, name)), usage(std::move(_usage)) {
+    line->footer("Exit status:\n  0  success\n  1  " + wrapText(failure, 5, HELP_WIDTH) +
+                 "\n  2  bad input");
+    line->formatter_fn(
         [this](const CLI::App*, const std::string&, CLI::AppFormatMode) { return makeHelp(); });
-    set_help_flag("-h,--help", "print this help");
-    set_version_flag("--version", _name + " (Kestran) " KESTRAN_VERSION, "print the version");
+    line->set_help_flag("-h,--help", "print this help");
+    line->set_version_flag("--version", name + " (Kestran) " KESTRAN_VERSION, "print the version");
 }
 
 std::string Program::rangeText(int least, int most, const std::optional<int>& preset) {
@@ -62,9 +82,9 @@ std::string Program::secondsText(const std::optional<Milliseconds>& preset) {
     return preset ? " (default " + CLI::detail::to_string(seconds) + ')' : "";
 }
 
-CLI::Option* Program::addChoice(const std::string& option, std::string& target,
-                                const std::vector<std::string>& choices, const std::string& value,
-                                const std::string& text) {
+Program::Option Program::addChoice(const std::string& option, std::string& target,
+                                   const std::vector<std::string>& choices,
+                                   const std::string& value, const std::string& text) {
     return addValue(option, value, target.empty() ? text : text + " (default " + target + ')',
                     [=, &target](const std::string& word) {
                         if (std::ranges::find(choices, word) == choices.end()) {
@@ -76,15 +96,29 @@ CLI::Option* Program::addChoice(const std::string& option, std::string& target,
                     });
 }
 
-CLI::Option* Program::addValue(const std::string& option, const std::string& value,
-                               const std::string& text,
-                               const std::function<void(const std::string&)>& set) {
-    return add_option_function<std::string>(option, set, text)->type_name(value);
+void Program::addWords(const std::string& value, std::vector<std::string>& words,
+                       const std::string& text) {
+    line->add_option(value, words, text);
+}
+
+Program::Option Program::addFlag(const std::string& option, bool& target, const std::string& text) {
+    return *line->add_flag(option, target, text);
+}
+
+void Program::addValues(const std::string& option, std::vector<std::string>& target,
+                        const std::string& value, const std::string& text) {
+    line->add_option(option, target, text)->type_name(value)->allow_extra_args(false);
+}
+
+Program::Option Program::addValue(const std::string& option, const std::string& value,
+                                  const std::string& text,
+                                  const std::function<void(const std::string&)>& set) {
+    return *line->add_option_function<std::string>(option, set, text)->type_name(value);
 }
 
 std::string Program::makeHelp() const {
     std::size_t column = 0;
-    std::vector<const CLI::Option*> options = get_options();
+    std::vector<const CLI::Option*> options = std::as_const(*line).get_options();
     // --help and --version to the end.
     std::rotate(options.begin(), options.begin() + 2, options.end());
     for (const CLI::Option* option : options) {
@@ -96,18 +130,19 @@ std::string Program::makeHelp() const {
     for (const CLI::Option* option : options) {
         (option->get_positional() ? words : others) += optionHelp(*option, column);
     }
-    const std::string orAgain = "\n  or:  " + get_name() + ' ';
-    return "Usage: " + get_name() + ' ' + CLI::detail::find_and_replace(usage, "\n", orAgain) +
-           "\n\n" + wrapText(get_description(), 0, HELP_WIDTH) + "\n\n" +
+    const std::string orAgain = "\n  or:  " + line->get_name() + ' ';
+    return "Usage: " + line->get_name() + ' ' +
+           CLI::detail::find_and_replace(usage, "\n", orAgain) + "\n\n" +
+           wrapText(line->get_description(), 0, HELP_WIDTH) + "\n\n" +
            (words.empty() ? "" : "Arguments:\n" + words + '\n') + "Options:\n" + others + '\n' +
-           get_footer() + '\n';
+           line->get_footer() + '\n';
 }
 
 int Program::run(int argc, const char* const* argv, const std::function<int()>& body) {
     const auto fail = [&](const std::string& message, int status) {
         std::cout.exceptions(std::ios::goodbit); // std::cerr flushes it
         std::cout.clear();
-        std::cerr << get_name() << ": " << message << '\n';
+        std::cerr << line->get_name() << ": " << message << '\n';
         return status;
     };
     prepareMemory();
@@ -116,11 +151,11 @@ int Program::run(int argc, const char* const* argv, const std::function<int()>& 
     std::cout.exceptions(std::ios::badbit);
     try {
         try {
-            parse(argc, argv);
+            line->parse(argc, argv);
             hint = "";
             status = body();
         } catch (const CLI::Success& request) { // for the help or the version
-            exit(request);
+            line->exit(request);
         }
         std::cout.flush();
     } catch (const CLI::ParseError& error) {

@@ -48,14 +48,14 @@ std::vector<Move> readMoves(Position position, const std::string& text, const st
 
 void addPgnOptions(Program& program, PgnSource& source) {
     constexpr int ANY_NUMBER = std::numeric_limits<int>::max();
-    auto* const pgn = program.addText("--pgn", source.path, "FILE",
-                                      "take the position from a game in a PGN file instead");
+    program.addText("--pgn", source.path, "FILE",
+                    "take the position from a game in a PGN file instead");
     program.addNumber("--game", source.game, 1, ANY_NUMBER, "N", "which game of the PGN file")
-        ->needs(pgn);
+        .needs("--pgn");
     program
         .addNumber("--ply", source.ply, 0, ANY_NUMBER, "N",
                    "after how many of its half moves; if not given, at its end")
-        ->needs(pgn);
+        .needs("--pgn");
 }
 
 PgnGame readWholeGame(const PgnSource& source) {

@@ -4,29 +4,29 @@
 
 #include <algorithm>
 #include <limits>
-#include <regex>
 #include <sstream>
 
 namespace {
 
 // The names of EngineConfig::print() that have a value.
 std::vector<std::string> getNames(const EngineConfig& config) {
-    std::ostringstream stream;
+    std::stringstream stream;
     config.print(stream);
-    const std::string text = stream.str();
-    const std::regex name("(\\w+): ");
-    return {std::sregex_token_iterator(text.begin(), text.end(), name, 1), {}};
+    std::vector<std::string> names;
+    for (std::string line; std::getline(stream, line);) {
+        if (const std::size_t end = line.find(": "); end != std::string::npos) {
+            names.push_back(line.substr(0, end));
+        }
+    }
+    return names;
 }
 
 } // namespace
 
 void addSettings(Program& program, std::vector<std::string>& settings) {
-    program
-        .add_option("--set", settings,
-                    "change a setting of the engine, such as QuiscenceMaxDepth=4; may be "
-                    "repeated; a wrong NAME lists all")
-        ->type_name("NAME=VALUE")
-        ->allow_extra_args(false);
+    program.addValues("--set", settings, "NAME=VALUE",
+                      "change a setting of the engine, such as QuiscenceMaxDepth=4; may be "
+                      "repeated; a wrong NAME lists all");
 }
 
 void applySettings(const std::vector<std::string>& settings, EngineConfig& config) {
@@ -35,8 +35,12 @@ void applySettings(const std::vector<std::string>& settings, EngineConfig& confi
         const std::size_t end = setting.find('=');
         const std::string name = setting.substr(0, end);
         if (std::ranges::find(names, name) == names.end()) {
-            throw UsageError("--set takes NAME=VALUE, where NAME is one of " +
-                             CLI::detail::join(names, ", ") + "; not \"" + setting + '"');
+            std::string list;
+            for (const std::string& known : names) {
+                list += (list.empty() ? "" : ", ") + known;
+            }
+            throw UsageError("--set takes NAME=VALUE, where NAME is one of " + list + "; not \"" +
+                             setting + '"');
         }
         const std::string value = end == std::string::npos ? "" : setting.substr(end + 1);
         const int number = parseNumber(value, name, 0, std::numeric_limits<int>::max());

@@ -1,12 +1,21 @@
 #include "support/text.h"
 
 #include <algorithm>
+#include <cctype>
 #include <charconv>
 #include <cmath>
-#include <regex>
 
-UsageError::UsageError(const std::string& message)
-    : std::runtime_error(std::regex_replace(message, std::regex("[[:cntrl:]]"), "?")) {
+namespace {
+
+std::string onOneLine(std::string text) {
+    std::ranges::replace_if(
+        text, [](unsigned char byte) { return std::iscntrl(byte); }, '?');
+    return text;
+}
+
+} // namespace
+
+UsageError::UsageError(const std::string& message) : std::runtime_error(onOneLine(message)) {
 }
 
 int parseNumber(const std::string& text, const std::string& what, int least, int most) {

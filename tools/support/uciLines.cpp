@@ -1,8 +1,8 @@
 #include "support/uciLines.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
-#include <regex>
 
 namespace {
 
@@ -47,8 +47,13 @@ const UciDialect& dialectOf(const std::string& nameLine) {
 }
 
 bool isMoveText(std::string_view text) {
-    static const std::regex form("([a-h][1-8]){2}[qrbn]?");
-    return std::regex_match(text.begin(), text.end(), form);
+    constexpr std::array<std::string_view, 5> LETTERS = {"abcdefgh", "12345678", "abcdefgh",
+                                                         "12345678", "qrbn"};
+    const auto fits = [](char letter, std::string_view letters) {
+        return letters.find(letter) != std::string_view::npos;
+    };
+    return (text.size() == 4 || text.size() == 5) &&
+           std::equal(text.begin(), text.end(), LETTERS.begin(), fits);
 }
 
 std::optional<LineParts> matchForm(std::string_view line, std::string_view form) {
