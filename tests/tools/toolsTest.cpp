@@ -99,11 +99,17 @@ TEST(Bench, ChangesASetting) {
                   "not \"Depth=1\"");
 }
 
+#ifdef KESTRAN_SLOW_BUILD
+const char* const PLIES = "1";
+#else
+const char* const PLIES = "2";
+#endif
+
 // Node for node, with any size of the table: nothing is left to what memory holds.
 TEST(Bench, IsTheSameInEveryFreshProcess) {
     for (const char* hash : {"0", "64"}) {
         const auto signature = [&] {
-            const std::string output = run(BENCH, {"--hash", hash, "--depth", "2"}).output;
+            const std::string output = run(BENCH, {"--hash", hash, "--depth", PLIES}).output;
             return numberOf(linesOf(output).back(), "Bench: ");
         };
         EXPECT_EQ(signature(), signature()) << hash;
@@ -154,8 +160,11 @@ TEST(Bench, PrintsStatisticsThatCanBeReadBack) {
 
 TEST(Bench, IsThatOfTheModernFrontEnd) {
     using Words = std::vector<std::string>;
-    for (const auto& [modernWords, words] :
-         {std::pair(Words{"bench"}, Words{}), {{"bench", "1"}, {"--depth", "1"}}}) {
+    for (const auto& [modernWords, words] : {
+#ifndef KESTRAN_SLOW_BUILD
+             std::pair(Words{"bench"}, Words{}),
+#endif
+             std::pair(Words{"bench", "1"}, Words{"--depth", "1"})}) {
         const ToolRun modern = run(KESTRAN_BINARY_DIR "/kestran-modern", modernWords);
         const std::int64_t nodes = numberOf(linesOf(run(BENCH, words).output).back(), "Bench: ");
         const TextPattern form(std::to_string(nodes) + " nodes (\\d+) nps\n");

@@ -21,6 +21,14 @@ std::vector<std::string> getNames(const EngineConfig& config) {
     return names;
 }
 
+std::string listOf(const std::vector<std::string>& names) {
+    std::string list;
+    for (const std::string& name : names) {
+        list.append(list.empty() ? "" : ", ").append(name);
+    }
+    return list;
+}
+
 } // namespace
 
 void addSettings(Program& program, std::vector<std::string>& settings) {
@@ -35,12 +43,8 @@ void applySettings(const std::vector<std::string>& settings, EngineConfig& confi
         const std::size_t end = setting.find('=');
         const std::string name = setting.substr(0, end);
         if (std::ranges::find(names, name) == names.end()) {
-            std::string list;
-            for (const std::string& known : names) {
-                list += (list.empty() ? "" : ", ") + known;
-            }
-            throw UsageError("--set takes NAME=VALUE, where NAME is one of " + list + "; not \"" +
-                             setting + '"');
+            throw UsageError("--set takes NAME=VALUE, where NAME is one of " + listOf(names) +
+                             "; not \"" + setting + '"');
         }
         const std::string value = end == std::string::npos ? "" : setting.substr(end + 1);
         const int number = parseNumber(value, name, 0, std::numeric_limits<int>::max());
