@@ -36,14 +36,16 @@ TEST(PgnInput, IsTakenByThePrograms) {
         more.insert(more.begin(), words.begin(), words.end());
         return more;
     };
-    for (const auto& [program, more] :
-         std::vector<std::pair<std::string, std::vector<std::string>>>{
-             {"bench", {"--json", "--depth", "1"}},
-             {"book", {"--json"}},
-             {"explain", {"--json", "--depth", "1"}}}) {
+    for (const auto& [program, more, shown] :
+         std::vector<std::tuple<std::string, std::vector<std::string>, std::string>>{
+             {"bench", {"--json"}, "\"depth\": 4"},
+             {"bench", {"--json", "--depth", "1"}, "\"depth\": 1"},
+             {"book", {"--json"}, "\"move\": \"g8f6\""},
+             {"explain", {"--json", "--depth", "1"}, "\"depth\": 1"}}) {
         const ToolRun tool = run(PROGRAM + program, withWords(more));
         EXPECT_EQ(tool.status, 0) << tool.errors;
         EXPECT_NE(tool.output.find(fen), std::string::npos) << program << tool.output;
+        EXPECT_NE(tool.output.find(shown), std::string::npos) << program << tool.output;
     }
     // kestran-play appends its games to the same file.
     const std::string script = R"(echo d5 | "$0" --depth 1 --side black "$@")";
@@ -65,16 +67,10 @@ TEST(PgnInput, RefusesWhatIsNotThere) {
         std::string what;
     };
     for (const auto& [words, what] : std::vector<Case>{
-             {{"--pgn", "/no/file"}, "/no/file cannot be opened"},
              {{"--pgn", file.path, "--game", "3"},
               file.path + ":6:4: expected a move or a result: \"e5\" is not legal in its position"},
              {{"--pgn", file.path, "--game", "2", "--ply", "4"}, " has 3 plies, fewer than 4"},
-             {{"--pgn", file.path, "startpos"}, "from FEN or from --pgn, not from both"},
-             {{"--pgn", file.path, "--game", "0"}, "--game is a whole number from 1"},
              {{"--pgn", file.path, "--moves", "e4"}, "\"e4\", is not legal"},
-             {{"--game", "1"}, "--game requires --pgn"},
-             {{"--ply", "1"}, "--ply requires --pgn"},
-             {{"--pgn", file.path, "--check", file.path}, "--check takes no position"},
          }) {
         expectRefusal(runBody(bookMain, words), what);
     }
@@ -91,7 +87,7 @@ const std::string ROOK = "6k1/5ppp/8/8/8/8/8/R3K2R w KQ - ";
 const std::string QUEEN = "4k3/8/8/3q4/8/8/8/3QK3 w - - ";
 
 TEST(Solve, JudgesTheAnswers) {
-    const TextFile file(ROOK + "bm Ra8#; id \"good\";\n" + ROOK + "bm Kd2 O-O;\n" + ROOK +
+    const TextFile file(ROOK + "bm Ra8#; id \"good one\";\n" + ROOK + "bm Kd2 O-O;\n" + ROOK +
                         "am Ra8;\n" + QUEEN + "am Qd2; bm Qxd5;\n" + QUEEN + "am Qxd5 Qd2;\n" +
                         ROOK + "am O-O;\n" + QUEEN + "bm Qd2 Qxd5;\n" + QUEEN +
                         "bm Qxd5; am d1d5\n" + ROOK +
@@ -107,13 +103,22 @@ TEST(Solve, JudgesTheAnswers) {
               "solved/missed/missed/solved/missed/solved/solved/missed/-     /-     /d: 4 o/")
         << text.output;
     EXPECT_TRUE(text.output.ends_with("best (none)  stalemate\nSolved: 4 of 8\n")) << text.output;
-    EXPECT_NE(text.output.find("best Ra8#  good\n"), std::string::npos);
+    EXPECT_NE(text.output.find("best Ra8#  good one\n"), std::string::npos);
 
-    const Json json =
-        Json::parse(runBody(benchMain, {"--epd", file.path, "--nodes", "3000", "--json"}).output);
+    const Json json = Json::parse(
+        runBody(benchMain, {"--epd", file.path, "--nodes", "3000", "--json", "--hash", "1"})
+            .output);
     EXPECT_EQ(json["schema"], 1);
+    EXPECT_EQ(json["hash"], 1);
+    EXPECT_EQ(json["nodes"], 3000);
     EXPECT_EQ(json["solved"], 4);
     EXPECT_EQ(json["counted"], 8);
+    const std::vector<std::string> blindly = {
+        "--epd", file.path, "--nodes", "3000", "--json", "--set", "QuiscenceMaxDepth=0"};
+    const Json blind = Json::parse(runBody(benchMain, blindly).output);
+    EXPECT_NE(blind["positions"][3]["depth"], json["positions"][3]["depth"]);
+    EXPECT_EQ(json["positions"][0]["id"], "good one");
+    EXPECT_EQ(json["positions"][1]["line"], 2);
     EXPECT_EQ(json["positions"][1]["solved"], false);
     EXPECT_EQ(json["positions"][1]["best"], "a1a8");
     EXPECT_EQ(json["positions"][8]["solved"], Json());
@@ -138,8 +143,14 @@ TEST(Solve, SaysFromWhichPassTheAnswerWasKept) {
         solution.passes.push_back(
             {moveOf(puzzle.record.position, move), depth, depth * 10, depth * 100});
     }
-    EXPECT_EQ(solution.keptFrom().depth, 3);
-    EXPECT_EQ(solution.keptFrom().time, 30);
+    const Json json = toJson({solution}, {.time = 2500}, 16);
+    std::ostringstream text;
+    printSolution(1, solution, text);
+    EXPECT_EQ(text.str(), "  1  solved  from depth  3 on,     30 ms  best e4\n");
+    EXPECT_EQ(json["time"], 2500);
+    EXPECT_EQ(json["positions"][0]["nodes"], 400);
+    EXPECT_EQ(json["positions"][0]["keptFrom"],
+              (Json{{"depth", 3}, {"millis", 30}, {"nodes", 300}}));
     solution.passes.erase(solution.passes.begin() + 1);
     EXPECT_EQ(solution.keptFrom().depth, 1);
 }
@@ -148,35 +159,26 @@ TEST(Solve, EndsAtItsLimit) {
     const Puzzle puzzle = puzzleOf("e2e4");
     const EngineConfig config = {.hashTableSize = entriesOf(1)};
     const Milliseconds start = clockMilliseconds();
-    const Solution timed = solve(puzzle, {.time = 50}, config);
+    constexpr int MANY = std::numeric_limits<int>::max();
+    const Solution timed = solve(puzzle, {.time = 50, .nodes = MANY}, config);
     EXPECT_GE(clockMilliseconds() - start, 50);
     EXPECT_LT(clockMilliseconds() - start, 5000);
     EXPECT_GT(timed.passes.size(), 1U);
-    const Solution counted = solve(puzzle, {.nodes = 20000}, config);
+    const Solution counted = solve(puzzle, {.time = 30000, .nodes = 20000}, config);
     EXPECT_LE(counted.passes.back().nodes, 20000);
     // Too few nodes for a pass: the first legal move.
     const Solution small = solve(puzzle, {.nodes = 1}, config);
     ASSERT_EQ(small.passes.size(), 1U);
     EXPECT_EQ(small.passes.front().depth, 0);
+    Puzzle forced = {};
+    forced.record.position = positionOf("7k/p7/8/8/8/8/1r6/K7 w - - 0 1");
+    EXPECT_GT(solve(forced, {.nodes = 2000}, config).passes.size(), 1U);
 }
 
-TEST(Solve, RefusesBadFilesAndOptions) {
+TEST(Solve, RefusesAnAnswerThatIsNotLegal) {
     const TextFile file("# answers\n" + ROOK + "bm Ra8; am Nf3;\n");
-    struct Case {
-        std::vector<std::string> words;
-        std::string what;
-    };
-    for (const auto& [words, what] : std::vector<Case>{
-             {{"--epd", file.path, "--time", "1"},
-              file.path + R"(:2: the move "Nf3" of "am" is not legal in its position)"},
-             {{"--time", "1"}, "--time requires --epd"},
-             {{"--nodes", "1"}, "--nodes requires --epd"},
-             {{"--epd", file.path, "--nodes", "0"}, "--nodes is a whole number from 1"},
-             {{"--epd", file.path, "--nodes", "1", "--depth", "2"}, "--depth excludes --nodes"},
-             {{"--epd", file.path, "--pgn", file.path}, "--epd excludes --pgn"},
-         }) {
-        expectRefusal(runBody(benchMain, words), what);
-    }
+    expectRefusal(runBody(benchMain, {"--epd", file.path, "--time", "1"}),
+                  file.path + R"(:2: the move "Nf3" of "am" is not legal in its position)");
 }
 
 } // namespace
