@@ -2,6 +2,7 @@
 
 #include "support/matchScore.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 #include <utility>
 
@@ -19,8 +20,13 @@ TEST(MatchScore, Statistics) {
     EXPECT_NEAR(score.getEloError(), 37.086, 0.001);
     EXPECT_NEAR(score.getLlr(0, 10), 1.1163, 0.0001);
     EXPECT_EQ((Sprt{0, 10}.judge(score)), "open");
-    EXPECT_EQ((Sprt{-40, 10}.judge(score)), "H1");
-    EXPECT_EQ((Sprt{40, 140}.judge(score)), "H0");
+    EXPECT_EQ((Sprt{-12, 10}.judge(score)), "open");
+    EXPECT_EQ((Sprt{-13, 10}.judge(score)), "H1");
+    EXPECT_EQ((Sprt{40, 90}.judge(score)), "open");
+    EXPECT_EQ((Sprt{40, 91}.judge(score)), "H0");
+    MatchScore small;
+    small.addPair(2);
+    EXPECT_TRUE(std::isinf(small.getEloError()));
 }
 
 } // namespace

@@ -12,6 +12,8 @@
 #include <gtest/gtest.h>
 #include <initializer_list>
 #include <iterator>
+#include <map>
+#include <random>
 #include <set>
 #include <sstream>
 #include <thread>
@@ -53,8 +55,10 @@ protected:
 };
 
 TEST_F(Soak, HealthyEngines) {
-    for (const std::string& engine : {ENGINE, ENGINE + "-modern"}) {
-        SoakOptions options = optionsFor({.path = engine});
+    const std::string other = R"("$0" | sed -u 's/^id name .*/id name Other/; s/$/\r/')";
+    for (const PlayerOptions& engine :
+         {PlayerOptions{.path = ENGINE}, {.path = ENGINE + "-modern"}, scripted(other)}) {
+        SoakOptions options = optionsFor(engine);
         options.game.plies = 20;
         const SoakReport report = runSoak(options);
         EXPECT_TRUE(TextPattern("No fault\\.\nsummary games=1 .* plies=[1-9].* clean=yes\n")
@@ -93,6 +97,7 @@ const std::vector<Wrong> WRONGS = {
     {Fault::PROTOCOL, R"(timeout 0.3 "$0")", "it.*; the process ended with status 124"},
     {Fault::PROTOCOL, "read line; kill -SEGV $$", ".*ended.*; the process ended by signal 11"},
     {Fault::PROTOCOL, "read line; exit 3", ".*; the process ended with status 3"},
+    {Fault::PROTOCOL, R"("$0" | sed -u 's/ nodes / nodes -/')", "malformed line.*"},
     {Fault::PROTOCOL, R"(echo oops >&2; exec "$0")", "on standard error: \"oops\".*"},
 };
 
@@ -109,6 +114,8 @@ TEST_F(Soak, EachFaultIsFound) {
         const auto parts = text.match(comment);
         ASSERT_TRUE(parts) << wrong.text << ": " << comment;
         EXPECT_TRUE(TextPattern("\\d+ > uci\n").isIn(textOf(parts->back()))) << parts->back();
+        EXPECT_EQ(TextPattern("\nOn standard error: oops\n").isIn(textOf(parts->back())),
+                  wrong.script.starts_with("echo oops"));
         EXPECT_TRUE(TextPattern("FAULTS\\.\nsum.* clean=no\n").isIn(reportOn(report, options)));
     }
 }
@@ -120,12 +127,16 @@ TEST_F(Soak, FaultsAfterTheLastGame) {
              {R"("$0"; echo bye)", "unasked line \"bye\""},
              {R"("$0"; echo oops >&2)", "on standard error: \"oops\""},
              {R"("$0"; sleep 20)", "no clean end after quit; the process was running"}}) {
-        SoakOptions options = optionsFor(scripted(script));
+        SoakOptions options = optionsFor({.path = ENGINE});
+        options.against = scripted(script);
         options.game.plies = 1;
-        options.engine.patience = milliseconds(text.ends_with("running") ? 1500 : 5000);
+        options.against->patience = milliseconds(text.ends_with("running") ? 1500 : 5000);
         const SoakReport report = runSoak(options);
         ASSERT_EQ(report.quitFaults.size(), 1U) << script;
-        EXPECT_NE(report.quitFaults[0].find(text), std::string::npos) << report.quitFaults[0];
+        const auto parts = TextPattern("(.*); see (.*)").match(report.quitFaults[0]);
+        ASSERT_TRUE(parts) << report.quitFaults[0];
+        EXPECT_NE(parts->at(1).find(text), std::string::npos) << report.quitFaults[0];
+        EXPECT_TRUE(TextPattern("^at the end, .*\n\\d+ > quit\n").isIn(textOf(parts->at(2))));
         EXPECT_EQ(report.count(Fault::PROTOCOL), 1);
         EXPECT_FALSE(report.isClean());
     }
@@ -148,6 +159,10 @@ TEST_F(Soak, MatchIsLostByTheFaultyEngine) {
                 EXPECT_EQ(game.result, game.white == "/bin/sh" ? "0-1" : "1-0");
                 EXPECT_EQ(game.termination, termination);
             }
+            // A process that was only late plays on. The record is that of one game.
+            const bool isNew =
+                TextPattern("> uci\n").isIn(textOf(folder.path + "/soak-seed1-game1.txt"));
+            EXPECT_EQ(isNew, termination != std::string("time forfeit"));
             EXPECT_EQ(report.games[0].white, report.games[1].black);
             EXPECT_NE(report.games[0].white, report.games[0].black);
             EXPECT_EQ(report.getScore().getPairs().at(halfPoints), 1);
@@ -187,10 +202,14 @@ TEST_F(Soak, GrowingMemoryIsAFault) {
         options.engine.path = "/bin/bash";
         options.games = games;
         options.game.plies = 1;
+        if (settles || grows) { // the first of two
+            options.against = scripted(GROWING, "99");
+            options.against->path = "/bin/bash";
+        }
         const SoakReport report = runSoak(options);
         EXPECT_EQ(report.count(Fault::NONE), games);
-        EXPECT_EQ(report.getMost(&GameRecord::settling) > 10000, settles);
-        EXPECT_EQ(report.getMost(&GameRecord::growth) > 10000, grows);
+        EXPECT_EQ(report.getMost(&GameRecord::settling) > 2000, settles);
+        EXPECT_EQ(report.getMost(&GameRecord::growth) > 2000, grows);
         EXPECT_EQ(report.isClean(), !settles && !grows);
     }
 }
@@ -295,30 +314,25 @@ TEST_F(Soak, InterruptedProgramReports) {
 
 TEST_F(Soak, ProgramWritesTheGamesAndFailsAfterAFault) {
     const std::string pgn = folder.path + "/games.pgn";
-    const ToolRun soak = run(ENGINE + "-soak", {"2", "--engine", "/bin/true", "--pgn", pgn,
-                                                "--records", folder.path, "--seed", "7"});
+    const std::string records = folder.path + "/new/records";
+    const std::string state = folder.path + "/state";
+    const std::string words =
+        "2 --engine /bin/true --against /bin/false --seed 7 --first 6 --plies 8 "
+        "--margin 9 --time 1/1,2+1 --hash 3,4 --pgn " +
+        pgn + " --records " + records + " --state " + state;
+    const ToolRun soak = run("/bin/sh", {"-c", "exec \"$0\" $1", ENGINE + "-soak", words});
     EXPECT_EQ(soak.status, 1) << soak.errors;
-    EXPECT_EQ(TextPattern("\\[Result \"(1-0|0-1)\"\\]").findAll(textOf(pgn)).size(), 2U);
-    EXPECT_NE(textOf(folder.path + "/soak-seed7-game1.txt"), "");
-}
-
-TEST(SoakProgram, RefusesWhatMakesNoSense) {
-    for (const auto& [words, reason] : std::vector<std::pair<std::string, std::string>>{
-             {"1 --engine /no/engine", "cannot start "},
-             {"1 --engine " + ENGINE + " --against /no/engine", "cannot start "},
-             {"1 --engine /bin/true --pgn /no/games", "/no/games cannot be written"},
-             {"1 --engine /bin/true --time 2+0.1,", "a time is like"},
-             {"1 --engine /bin/true --time 0/1", "a time is like"},
-             {"1 --engine /bin/true --hash 16,x", "--hash is a whole number from 0 to 65536"},
-             {"1 --engine /bin/true --state /no/games", "/no/games cannot be written"},
-             {"1 --engine /bin/true --sprt 0,5", "--sprt needs --against"},
-             {"1 --engine /bin/true --against /bin/true --sprt 5,0", "the smaller one first"},
-             {"1", "--engine is required"},
-             {"--engine /bin/true", "GAMES is required"}}) {
-        const ToolRun soak = run("/bin/sh", {"-c", "exec \"$0\" $1", ENGINE + "-soak", words});
-        EXPECT_EQ(soak.status, 2) << words;
-        EXPECT_NE(soak.errors.find(reason), std::string::npos) << soak.errors;
-    }
+    const TextPattern tags("\\[White \"/bin/(\\w+)\"\\]\n\\[Black \"/bin/\\w+\"\\]\n"
+                           "\\[Result \"(.*)\"\\]\n\\[Termination \"abandoned\"\\]\n"
+                           "\\[TimeControl \"2\\+1\"\\]\n");
+    const auto games = tags.findAll(textOf(pgn));
+    ASSERT_EQ(games.size(), 2U);
+    EXPECT_EQ(games[0][1] + ' ' + games[0][2], "true 0-1");
+    EXPECT_EQ(games[1][1] + ' ' + games[1][2], "false 1-0");
+    EXPECT_EQ(TextPattern("\\{game [67],").findAll(textOf(pgn)).size(), 2U) << "also without moves";
+    EXPECT_NE(textOf(records + "/soak-seed7-game7.txt"), "");
+    EXPECT_TRUE(textOf(state).starts_with(
+        "[4,\"/bin/true\",\"/bin/false\",7,8,9,[\"1/1\",\"2+1\"],[3,4]]\n{"));
 }
 
 // The go lines of a game of `time` whose moves take so long.
@@ -330,19 +344,23 @@ std::string goLines(const std::string& time, const std::vector<int>& used) {
         lines += game.getGoLine().substr(2) + ',';
         game.take(game.getBoard().legalMoves().front(), millis);
     }
-    return lines;
+    return lines + " at most " + std::to_string(game.record.overruns.rbegin()->first) + " late";
 }
 
 TEST(SoakGame, Clocks) {
-    EXPECT_EQ(goLines("1/0.001", {100, 100}), " movetime 1, movetime 1,");
+    EXPECT_EQ(goLines("1/0.001", {100, 101}), " movetime 1, movetime 1, at most 100 late");
     EXPECT_EQ(goLines("2+0.1", {300, 2050, 1, 1}), " wtime 2000 btime 2000 winc 100 binc 100,"
                                                    " wtime 1800 btime 2000 winc 100 binc 100,"
                                                    " wtime 1800 btime 50 winc 100 binc 100,"
-                                                   " wtime 1899 btime 50 winc 100 binc 100,");
+                                                   " wtime 1899 btime 50 winc 100 binc 100,"
+                                                   " at most 50 late");
     EXPECT_EQ(goLines("2/5.25", {50, 60, 100, 5990, 0}),
               " wtime 5250 btime 5250 movestogo 2, wtime 5200 btime 5250 movestogo 2,"
               " wtime 5200 btime 5190 movestogo 1, wtime 10350 btime 5190 movestogo 1,"
-              " wtime 10350 btime 5251 movestogo 2,");
+              " wtime 10350 btime 5251 movestogo 2, at most 800 late");
+    EXPECT_EQ(goLines("1/2+0.1", {500, 0}), " wtime 2000 btime 2000 movestogo 1 winc 100 binc 100,"
+                                            " wtime 3600 btime 2000 movestogo 1 winc 100 binc 100,"
+                                            " at most 0 late");
 }
 
 TEST(SoakGame, MarginAndLength) {
@@ -353,6 +371,9 @@ TEST(SoakGame, MarginAndLength) {
     game.take(game.getBoard().legalMoves().front(), 90);
     EXPECT_EQ(game.record.result, "1/2-1/2");
     EXPECT_EQ(game.record.termination, "adjudication");
+    game.note(Fault::PROTOCOL, true, "too late to lose");
+    EXPECT_EQ(game.record.result, "1/2-1/2");
+    EXPECT_EQ(game.record.comment, "too late to lose");
     SoakReport report;
     report.games = {game.record};
     EXPECT_TRUE(TextPattern("1/0.1 +3 +1 +50 +51 +51 +51 +51\n").isIn(reportOn(report, {})));
@@ -360,37 +381,72 @@ TEST(SoakGame, MarginAndLength) {
     report.games[0].overruns = {{0, 40}, {50, 1}};
     report.games[1].overruns = {{0, 50}, {10, 9}};
     EXPECT_TRUE(TextPattern("1/0.1 +100 +90 +0 +0 +10 +50 +50\n").isIn(reportOn(report, {})));
+    report.games[1].overruns = {{0, 46}, {10, 9}}; // 87 moves are more than 90 %
+    EXPECT_TRUE(TextPattern("1/0.1 +96 +86 +0 +10 +50 +50 +50\n").isIn(reportOn(report, {})));
 }
 
-TEST(SoakGame, ThirdRepetitionIsADraw) {
-    const GameOptions options;
-    SoakGame game(options, 5); // begins with its position
-    for (std::size_t ply = 0; ply < 8; ++ply) {
-        ASSERT_FALSE(game.isOver()) << ply;
-        const std::string move = std::array{"g1f3", "g8f6", "f3g1", "f6g8"}.at(ply % 4);
-        ASSERT_TRUE(std::ranges::count(game.getBoard().legalMoves(), move)) << move;
-        game.take(move, 0);
+TEST(SoakReport, SumsUpAMatch) {
+    SoakReport report = {.quitFaults = {"at the end"}, .resumed = 2};
+    for (int number = 0; number < 40; ++number) {
+        const char* result =
+            std::array{"1-0", "0-1", "1/2-1/2", "1-0"}[static_cast<std::size_t>(number % 4)];
+        report.games.push_back({.number = number, .result = result, .plies = 3});
     }
-    EXPECT_EQ(game.record.result, "1/2-1/2");
+    report.games[7].settling = 5;
+    report.games[8].growth = 7;
+    report.games[9].fault = Fault::TIME_LOSS;
+    report.games[10].fault = Fault::ILLEGAL_MOVE;
+    report.games[10].comment = "bad";
+    report.games[11].termination = "adjudication";
+    const SoakOptions options = {.against = PlayerOptions(), .sprt = Sprt{0, 10}};
+    const std::string text = reportOn(report, options);
+    EXPECT_TRUE(text.ends_with(
+        "\nbad\nat the end\npairs with 0, 0.5, 1, 1.5 and 2 points: 0 10 0 0 10\n"
+        "Elo 88.7 +- 128.4 with 95 % confidence\n"
+        "SPRT of Elo 0.00 (H0) or 10.00 (H1): LLR 0.24 of 2.94, open\nFAULTS.\n"
+        "summary games=40 white=20 black=10 drawn=10 adjudicated=1 plies=120 timeLosses=1 "
+        "illegalMoves=1 protocolFaults=1 settlingKib=5 growthKib=7 resumed=2 seconds=0 pairs=20 "
+        "elo=88.7 eloError=128.4 sprt=open clean=no\n"))
+        << text;
+    report.quitFaults.clear();
+    EXPECT_FALSE(report.isClean()) << "some games are not";
+    for (const std::int64_t excess : {0, 1}) { // of what memory may grow by
+        SoakReport grown = {.games = {{.settling = 8192 + excess, .growth = 4096}}};
+        EXPECT_EQ(grown.isClean(), excess == 0);
+        grown.games[0] = {.settling = 8192, .growth = 4096 + excess};
+        EXPECT_EQ(grown.isClean(), excess == 0);
+    }
 }
 
-TEST(SoakGame, FiftyMovesAreADraw) {
-    const GameOptions options;
-    SoakGame game(options, 5);
-    std::set<std::string> seen;
-    while (!game.isOver()) {
-        const std::vector<std::string> moves = game.getBoard().legalMoves();
-        const auto quiet = std::ranges::find_if(moves, [&](const std::string& move) {
-            plain::Position after = game.getBoard();
-            after.play(move);
-            return after.clock > 0 && !after.legalMoves().empty() &&
-                   seen.insert(after.identity()).second;
-        });
-        ASSERT_NE(quiet, moves.end());
-        game.take(*quiet, 0);
+// Random games end when the rules say so, and not before.
+TEST(SoakGame, EndsByTheRules) {
+    const GameOptions options = {.plies = 10000};
+    for (const auto& [number, result, ending] : {std::tuple(52, "0-1", "mate"),
+                                                 {112, "1-0", "mate"},
+                                                 {92, "1/2-1/2", "stalemate"},
+                                                 {94, "1/2-1/2", "too few pieces"},
+                                                 {65, "1/2-1/2", "fifty moves"},
+                                                 {115, "1/2-1/2", "repetition"}}) {
+        SoakGame game(options, number);
+        const plain::Position& board = game.getBoard();
+        std::map<std::string, int> seen = {{board.identity(), 1}};
+        std::mt19937 random(static_cast<unsigned>(number));
+        std::string found;
+        while (!game.isOver()) {
+            ASSERT_EQ(found, "") << number;
+            const std::vector<std::string> moves = board.legalMoves();
+            game.take(moves[random() % moves.size()], 0);
+            const bool isThird = ++seen[board.identity()] == 3;
+            found = board.legalMoves().empty() ? (board.isInCheck() ? "mate" : "stalemate")
+                    : !board.canAnyoneMate()   ? "too few pieces"
+                    : board.clock == 100       ? "fifty moves"
+                    : isThird                  ? "repetition"
+                                               : "";
+        }
+        EXPECT_EQ(found, ending) << number;
+        EXPECT_EQ(game.record.result, result) << number;
     }
-    EXPECT_EQ(game.getBoard().clock, 100);
-    EXPECT_EQ(game.record.result, "1/2-1/2");
+    EXPECT_TRUE(SoakGame(options, 7).getPositionLine().ends_with(" b KQq - 6 1")) << "its clock";
 }
 
 } // namespace
