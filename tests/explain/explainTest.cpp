@@ -117,21 +117,12 @@ TEST(Explain, RecordsTheLineAndOneMoveOffIt) {
     EXPECT_EQ(node.position, getFen(positionAfterMoves("e2e4 e7e5 g1f3")));
 }
 
-TEST(Explain, NodeStandsWhereTheLineThatIsWatchedNowHasIt) {
-    Watched watched("e2e4");
-    watched.doMove("d2d4");
-    watched.finish(0, 100, 10);
-    const Position other = positionOf("4k3/8/8/8/8/8/4P3/4K3 w - - 0 1");
-    watched.explain.setVariant(other, Variant());
-    watched.explain.doMove(moveOf(other, "e2e4"));
-    EXPECT_EQ(watched.explain.getData().back().nodes.at(0).position, getFen(other));
-}
-
 TEST(Explain, WatchesALineOfTheGreatestLength) {
     std::string line = "g1f3 g8f6 f3g1";
     for (int i = 0; i < 4; ++i) {
         line += " f6g8 g1f3 g8f6 f3g1";
     }
+    EXPECT_EQ(runBody(explainMain, {"--line", line, "--depth=1", "--hash=1"}).status, 0);
     Watched watched(line);
     for (std::istringstream stream(line + " e7e5"); stream >> line;) {
         watched.doMove(line);
@@ -222,6 +213,7 @@ TEST(WatchedSearch, CountsScoresAndPlaysAsTheEngineDoes) {
         for (const PassReport& pass :
              watchSearch(*makeSearch(*config), depthRequest(game, depth), line, explain, nullptr)) {
             nodes += pass.nodes;
+            EXPECT_EQ(pass.allNodes, nodes);
             if (isGood(pass)) {
                 ASSERT_NE(info, played.infos.end()) << bench.fen;
                 EXPECT_EQ(pass.depth, info->depth);
@@ -246,10 +238,22 @@ TEST(ExplainTool, PrintsTheRecordOrATree) {
     std::vector<std::string> words = {"6k1/5ppp/8/8/8/8/8/R3K2R w K - 0 1", "--hash=1",
                                       "--line=a1a7 g8f8 h1h7"};
     EXPECT_EQ(runBody(explainMain, words).output, readData("plain.txt"));
-    words.emplace_back("--format=tree");
+    words.emplace_back("--all");
+    EXPECT_NE(runBody(explainMain, words).output.find("  move KE1-F2\n"), std::string::npos);
+    words.back() = "--format=tree";
     EXPECT_EQ(runBody(explainMain, words).output, readData("tree.txt"));
     words.emplace_back("--all");
     EXPECT_NE(runBody(explainMain, words).output.find("├─ 1. Kf2"), std::string::npos);
+    std::string trees;
+    for (const auto& [fen, line] : // of Black, and with a pass that failed low
+         {std::pair("r1bqkbnr/pppp1ppp/2n5/4p3/2B1P3/5Q2/PPPP1PPP/RNB1K1NR b KQkq - 3 3",
+                    "Bc5 Qxf7"),
+          {"r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1", "Qxf6 hxg2"}}) {
+        trees +=
+            runBody(explainMain, {fen, "--line", line, "--depth=2", "--format=tree", "--hash=1"})
+                .output;
+    }
+    EXPECT_EQ(trees, readData("left.txt"));
 }
 
 // Three lines a case: "FEN|game|line|depth", something that the tree shows, and a part of
@@ -270,7 +274,7 @@ TEST(ExplainTool, TellsWhyMovesEndAndWhereTheLineWasLeft) {
         EXPECT_LT(text.find(shown), sentence) << shown << '\n' << text;
         EXPECT_NE(text.find(answer, sentence), std::string::npos) << answer << '\n' << text;
     }
-    EXPECT_EQ(count, 16);
+    EXPECT_EQ(count, 18);
 }
 
 // Without quiescence depth 1 sees no answer to a capture. The last of equal names counts.
@@ -301,47 +305,34 @@ TEST(ExplainTool, PrintsJson) {
     const Json& root = json["passes"][0]["tree"][0];
     EXPECT_EQ(root["moves"].size(), 6U);
     EXPECT_TRUE(root["moves"][0]["alfa"].is_null()) << "an open window";
+    EXPECT_TRUE(root["moves"][1]["beta"].is_null());
     EXPECT_EQ(root["moves"][1]["alfa"], root["moves"][0]["score"]);
     EXPECT_TRUE(root["moves"][5]["isOfLine"]);
     EXPECT_TRUE(root["moves"][5]["isChoice"]);
     EXPECT_FALSE(root["moves"][4]["isChoice"]);
     EXPECT_FALSE(root["moves"][4]["isOfLine"]);
+    EXPECT_EQ(json["passes"][0]["tree"][1]["standPat"], -32);
+    EXPECT_FALSE(root["moves"][5]["line"].empty());
+    EXPECT_EQ(json["passes"][1]["pass"], 1);
+    EXPECT_EQ(json["passes"][1]["line"][0], "d2d4");
+    EXPECT_FALSE(root["moves"][1]["isBound"]);
+    EXPECT_TRUE(json["passes"][1]["tree"][1]["moves"][1]["isBound"]);
+    const auto passesOf = [](const std::string& fen, const std::string& line) {
+        const std::vector<std::string> words = {fen, line, "--depth=2", "--hash=1", "--json"};
+        return Json::parse(runBody(explainMain, words).output)["passes"];
+    };
+    const Json failed = passesOf(
+        "r3k2r/p1ppqpb1/bn2pnp1/3PN3/1p2P3/2N2Q1p/PPPBBPPP/R3K2R w KQkq - 0 1", "--line=Qxf6")[1];
+    EXPECT_EQ(failed["result"], "failed low, to be repeated");
+    EXPECT_FALSE(failed.contains("score"));
+    EXPECT_EQ(passesOf("7k/8/6K1/8/8/8/8/R7 b - -", "--line=Kg8")[0]["mate"], -1);
+    const Json cut = passesOf("7k/5Q2/8/6K1/8/8/8/8 w - -", "--line=Kg6")[1]["tree"][0]["moves"];
+    EXPECT_EQ(cut.back()["ending"], "cut by lmf");
+    EXPECT_FALSE(cut.back().contains("score"));
     const Json one = jsonOf({"--pass=1", "--all"});
     ASSERT_EQ(one["passes"].size(), 1U);
     EXPECT_EQ(one["passes"][0]["depth"], 2);
     EXPECT_EQ(one["passes"][0]["tree"][0]["moves"].size(), 20U);
-}
-
-TEST(ExplainTool, RefusesWhatMakesNoSense) {
-    const std::vector<std::pair<std::vector<std::string>, std::string>> cases = {
-        {{"--line", "e2e4 e7e4"}, "move 2 of the line, \"e7e4\", is not legal"},
-        {{"--moves", "e2e5", "--line", "e2e4"}, "move 1 of the game, \"e2e5\", is not legal"},
-        {{"8/P6k/8/8/8/8/8/K7 w - - 0 1", "--line", "a7a8"}, "\"a7a8\", is not legal"},
-        {{"8/8/8/8 w - - 0 1", "--line", "e2e4"},
-         "cannot be played: it has fewer than eight ranks"},
-        {{"startpos", "w", "--line", "e2e4"}, "\"startpos w\" cannot be played"},
-        {{"--line", "1. "}, "--line needs at least one move"},
-        {{"8/8/8/8/8/2N5/K6k/4N3 w - -", "--line", "Nd"}, "\"Nd\", is not legal"},
-        {{"8/7k/8/8/8/K4N2/8/1N6 w - -", "--line", "Nd2"}, "than one move: Nbd2 Nfd2"},
-        {{"--depth=1", "--hash=1", "--pass=2"}, "there is no pass 2; the last one is 1"},
-        {{"7k/5Q2/6K1/8/8/8/8/8 b - - 0 1", "--hash=1"}, "has no line of its own"},
-        {{"--line", "g1f3 g8f6 f3g1 f6g8 g1f3 g8f6 f3g1 f6g8 g1f3 g8f6 f3g1 f6g8 g1f3 g8f6 f3g1 "
-                    "f6g8 g1f3 g8f6 f3g1 f6g8"},
-         "a line has at most 19 moves, this one has 20"},
-        {{"--line", "e2e4", "--depth", "0"}, "--depth is a whole number from 1 to 20"},
-        {{"--line", "e2e4", "--hash", "513"}, "--hash is a whole number from 0 to 512"},
-        {{"--json", "--format=tree"}, "--format excludes --json"},
-        {{"--json", "--max-lines=9"}, "--max-lines needs --format plain"},
-        {{"--format=html", "--max-lines=9"}, "--max-lines needs --format plain"},
-        {{"--set=QuiscenceDepth=4"},
-         "NAME is one of HashTableSize, TreeMaxDepth, QuiscenceDeltaWindow, QuiscenceMaxDepth; not "
-         "\"QuiscenceDepth=4\""},
-        {{"--set", "TreeMaxDepth"}, "TreeMaxDepth is a whole number"},
-        {{"--set", "TreeMaxDepth=4x"}, "TreeMaxDepth is a whole number"},
-    };
-    for (const auto& [words, what] : cases) {
-        expectRefusal(runBody(explainMain, words), what);
-    }
 }
 
 TEST(ExplainTool, FindsALineOfItsOwnAndKeepsTheReportShort) {
@@ -376,17 +367,6 @@ TEST(ExplainTool, FindsALineOfItsOwnAndKeepsTheReportShort) {
     EXPECT_NE(runBody(explainMain, usual).output.find("pass no. 5:"), std::string::npos);
 }
 
-TEST(WatchedLine, BoundsOfTheWindowLieOutsideIt) {
-    NodeMoveInfo info;
-    info.alfa = -5;
-    info.beta = 5;
-    for (const auto& [score, verdict] :
-         {std::pair{-5, Verdict::FAILED_LOW}, {-4, Verdict::INSIDE}, {5, Verdict::FAILED_HIGH}}) {
-        info.principalVariant.evaluation = score;
-        EXPECT_EQ(verdictOf(info), verdict) << score;
-    }
-}
-
 TEST(ExplainTool, LeavesOutFirstPassesAndTheEndOfTheLast) {
     const std::vector<std::string> passes = {"a\n", "b\nb\n", "\nc\n"};
     const std::vector<std::pair<int, std::string>> cases = {
@@ -398,6 +378,10 @@ TEST(ExplainTool, LeavesOutFirstPassesAndTheEndOfTheLast) {
     for (const auto& [maxLines, text] : cases) {
         EXPECT_EQ(joinShortened(passes, maxLines), text) << maxLines;
     }
+    const std::vector<std::string> words = {"--line=e4", "--depth=1", "--hash=1", "--max-lines=1"};
+    EXPECT_EQ(runBody(explainMain, words).output,
+              "  pass no. 0:\n(59 lines left out here)\n"
+              "In play it would not search here: its book has d4, Nf3, e4, c4.\n");
 }
 
 // The built tool on a terminal of its own, which is its standard error as well.
@@ -416,18 +400,19 @@ public:
     }
 
     // The terminal has 100 columns.
-    OnTerminal(const char* noColor, const char* term, const char* line, const char* depth) {
+    OnTerminal(const char* noColor, const char* term, std::vector<std::string> words) {
+        words.insert(words.begin(), KESTRAN_BINARY_DIR "/kestran-explain");
+        std::vector<char*> argv(words.size() + 1, nullptr);
+        std::ranges::transform(words, argv.begin(), [](std::string& word) { return word.data(); });
         const winsize size = {.ws_row = 50, .ws_col = 100, .ws_xpixel = 0, .ws_ypixel = 0};
         child = forkpty(&terminal, nullptr, nullptr, &size);
         if (child < 0) {
             throw std::runtime_error("there is no pseudo-terminal");
         }
         if (child == 0) {
-            const std::string path = KESTRAN_BINARY_DIR "/kestran-explain";
             setenv("NO_COLOR", noColor, 1);
             setenv("TERM", term, 1);
-            execl(path.c_str(), path.c_str(), line, depth, "--hash=16",
-                  static_cast<char*>(nullptr));
+            execv(argv[0], argv.data());
             _exit(127);
         }
     }
@@ -466,12 +451,33 @@ TEST(ExplainTool, ColoursATerminalOnly) {
         GTEST_SKIP() << "there is no pseudo-terminal";
     }
     const auto report = [](const char* noColor, const char* term) {
-        return OnTerminal(noColor, term, "--line=e4", "--depth=1").getReport();
+        return OnTerminal(noColor, term, {"--line=e4", "--depth=1", "--hash=1"}).getReport();
     };
     EXPECT_NE(report("", "xterm").find("\x1b[1m1. e4 *\x1b[0m"), std::string::npos);
+    OnTerminal many("", "xterm",
+                    {"r1bqkbnr/pppp1ppp/2n5/4p3/2B1P3/5Q2/PPPP1PPP/RNB1K1NR b KQkq - 3 3",
+                     "--line=Bc5 Qxf7", "--depth=2", "--hash=1"});
+    OnTerminal cut("", "xterm",
+                   {"7k/5Q2/8/6K1/8/8/8/8 w - - 0 1", "--line=Kg6", "--depth=2", "--hash=1"});
+    const std::string reports = many.getReport() + cut.getReport();
+    for (const char* painted : {"\x1b[32msearched, inside", "\x1b[31msearched, failed low",
+                                "\x1b[33msearched, failed high", "\x1b[31mcut by lmf"}) {
+        EXPECT_NE(reports.find(painted), std::string::npos) << painted;
+    }
     for (const std::string& plain : {report("1", "xterm"), report("", "dumb")}) {
         EXPECT_NE(plain.find("1. e4 *"), std::string::npos);
         EXPECT_EQ(plain.find('\x1b'), std::string::npos);
+    }
+    // A file is as without a terminal: a plain record by default, and neither coloured nor wrapped.
+    const TestFolder folder;
+    for (const char* format : {"--all", "--format=tree"}) {
+        std::vector<std::string> words = {"--line=e4", "--depth=1", "--hash=1", format};
+        const std::string expected = runBody(explainMain, words).output;
+        const std::string path = folder.path + "/report";
+        words.insert(words.end(), {"-o", path});
+        OnTerminal("", "xterm", words).readUntil("nothing");
+        std::ifstream file(path);
+        EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), expected) << format;
     }
 }
 
@@ -480,7 +486,7 @@ TEST(ExplainTool, WrapsTheTreeOnATerminal) {
     if (!OnTerminal::isPossible()) {
         GTEST_SKIP() << "there is no pseudo-terminal";
     }
-    OnTerminal tool("1", "xterm", "--line=d4 e5", "--depth=2");
+    OnTerminal tool("1", "xterm", {"--line=d4 e5", "--depth=2", "--hash=16"});
     tool.readUntil("In play it would");
     std::string report = tool.getReport();
     EXPECT_NE(
@@ -501,7 +507,7 @@ TEST(ExplainTool, ReportsWhatThereIsAtControlC) {
     if (!OnTerminal::isPossible()) {
         GTEST_SKIP() << "there is no pseudo-terminal";
     }
-    OnTerminal tool("1", "xterm", "--line=a4 a5", "--depth=20");
+    OnTerminal tool("1", "xterm", {"--line=a4 a5", "--depth=20", "--hash=16"});
     tool.readUntil("depth 2 done");
     tool.pressControlC();
     const std::string report = tool.getReport();

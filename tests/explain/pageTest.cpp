@@ -52,26 +52,30 @@ TEST(Page, HoldsTheSearchAndItsAnswerAsJson) {
 
 TEST(Page, IsWrittenIfTheProgramContainsIt) {
     const TestFolder folder;
-    const std::string path = folder.path + "/report.html"; // the name asks for a page
-    const ToolRun run = runBody(explainMain, {"--line=e4", "--depth=1", "--hash=1", "-o", path});
-    if (WEB_PAGE.empty()) {
-        expectRefusal(run, "built without the page");
-    } else {
+    for (const std::string& path : {folder.path + "/a.html", folder.path + "/a.htm"}) {
+        const ToolRun run =
+            runBody(explainMain, {"--line=e4", "--depth=1", "--hash=1", "-o", path});
+        if (WEB_PAGE.empty()) {
+            expectRefusal(run, "built without the page");
+            continue;
+        }
         EXPECT_EQ(run.status, 0);
-        EXPECT_NE(readFile(path).find("1. e4"), std::string::npos);
+        EXPECT_NE(readFile(path).find("\"depth\":1,"), std::string::npos);
     }
 }
 
 TEST(Files, HoldWhatWouldGoToStandardOutput) {
     const TestFolder folder;
-    const std::string path = folder.path + "/report";
-    std::vector<std::string> words = {"--line=e4", "--depth=1", "--hash=1"};
-    const std::string report = runBody(explainMain, words).output;
-    words.insert(words.end(), {"-o", path});
-    const ToolRun run = runBody(explainMain, words);
-    EXPECT_EQ(run.status, 0);
-    EXPECT_EQ(run.output, "");
-    EXPECT_EQ(readFile(path), report);
+    const std::string path = folder.path + "/report.html";
+    for (const char* format : {"--format=plain", "--format=tree", "--json"}) { // all but a page
+        std::vector<std::string> words = {"--line=e4", "--depth=1", "--hash=1", format};
+        const std::string report = runBody(explainMain, words).output;
+        words.insert(words.end(), {"-o", path});
+        const ToolRun run = runBody(explainMain, words);
+        EXPECT_EQ(run.status, 0);
+        EXPECT_EQ(run.output, "");
+        EXPECT_EQ(readFile(path), report);
+    }
     expectRefusal(runBody(explainMain, {"--line=e4", "-o", folder.path}), "cannot be written");
 }
 

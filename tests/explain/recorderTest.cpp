@@ -174,6 +174,9 @@ TEST(Recorder, WritesLittleEndianRecordsAfterAHeader) {
                                        0,  0,  4,  0,  0,  0,  -2, -1,       -1, -1, //
                                        -1, -1, -1, -1, 52, 59, 9,  -128 + 6, 0,  1,
                                        0,  0,  1,  2,  0,  0,  -2, -1,       -1, -1}));
+    recorder.doMove(moveOf(positionOf("4k3/8/8/8/8/8/8/4K2R w K - 0 1"), "e1g1"));
+    EXPECT_EQ(recorder.getTreePlies(), 1) << "the pass that failed is repeated";
+    EXPECT_EQ(recorder.getRecords().back().to, 6);
 }
 
 } // namespace
