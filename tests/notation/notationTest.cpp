@@ -67,6 +67,7 @@ TEST(PlayableFen, RejectsWhatCannotBePlayed) {
         {"4k3/8/8/8/8/8/8/8 w - - 0 1", "king"},
         {"4k2k/8/8/8/8/8/8/4K3 w - - 0 1", "king"},
         {"4k3/8/8/8/NNNN4/NNNN4/PPPPPPPP/4K3 w - - 0 1", "16 pieces"},
+        {"4k3/pppppppp/nnnn4/nnnn4/8/8/8/4K3 w - - 0 1", "16 pieces"},
         {"4k2P/8/8/8/8/8/8/4K3 w - - 0 1", "pawn"},
         {"4k3/8/8/8/8/8/8/4K2p w - - 0 1", "pawn"},
         {"4k3/8/8/8/8/8/4R3/4K3 w - - 0 1", "check"},

@@ -49,7 +49,7 @@ TEST(San, ReadsWhatPlayersWrite) {
     // FEN, text, and the moves that it may mean.
     const std::vector<std::array<std::string, 3>> cases = {
         {castlings, "0-0", "e1g1"},
-        {castlings, "O-O-O!?", "e1c1"},
+        {castlings, "0-0-0!?", "e1c1"},
         {castlings, "e1g1", "e1g1"},
         {castlings, "0-O", ""},
         {castlings, "e1-g1", "e1g1"},
@@ -63,6 +63,7 @@ TEST(San, ReadsWhatPlayersWrite) {
         {castlings, "Bxa6", "e2a6"},
         {promotion, "a8=Q+", "a7a8q"},
         {promotion, "axb8N!", "a7b8n"},
+        {promotion, "a7b8n", "a7b8n"},
         {promotion, "a8", ""},
         {promotion, "a8=K", ""},
         {promotion, "Ka8", ""},

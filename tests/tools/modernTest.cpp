@@ -1,6 +1,5 @@
 // Conversations with kestran-modern.
 
-#include "support/plainRules.h"
 #include "support/uciProcess.h"
 #include "testing/boardSupport.h"
 #include "testing/readUntil.h"
@@ -13,8 +12,6 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <iterator>
-#include <map>
-#include <sstream>
 
 namespace {
 
@@ -106,11 +103,11 @@ TEST_F(Modern, ObeysEachLimit) {
              {QUIET_FEN, "depth 4", "info depth 4 .* cp .*", ".*"},
              {QUIET_FEN, "nodes 10000", "info depth 2 .* nodes 10000 .*", ".*"},
              {QUIET_FEN, "nodes 1", "info depth 0 .* score cp -?[1-9].* nodes 1 .* pv \\S+", ".*"},
-             {QUIET_FEN, "searchmoves a2a3 h2h4 h7h8 depth 3", ".* pv (a2a3|h2h4) .*", "a2a3|h2h4"},
+             {MATE, "searchmoves a1a2 h7h8 a1a8 depth 1", ".* score mate 1 .*", "a1a8"},
              {QUIET_FEN, "searchmoves a2a4 movetime 50", ".* pv a2a4 .*", "a2a4"},
              {QUIET_FEN, "mate 2", "info depth 3 .* cp .*", ".*"},
              {QUIET_FEN, "wtime 3", ".* score cp .*", ".*"},
-             {START_FEN, "depth 2", "info depth 2 .*", ".*"},
+             {START_FEN, "depth 1", "info depth 1 .* pv d2d4 d7d5", "d2d4 ponder d7d5"},
              {MATE, "mate 1", "info depth 1 .* score mate 1 .*", "a1a8"},
              {MATE, "wtime 9000", "info depth 1 .* score mate 1 .*", "a1a8"},
              // Black is mated by any answer.
@@ -195,6 +192,12 @@ TEST_F(Modern, ObeysCommandsForPeople) {
     const std::vector<std::string> terms = linesOf("eval");
     EXPECT_TRUE(has(terms, "material             0    5000"));
     EXPECT_TRUE(has(terms, "Score for the side to move: -5000"));
+    process.send("position fen 8/8/4R3/4k3/8/8/8/B3K3 b - - 0 1");
+    EXPECT_TRUE(has(linesOf("d"), "Checkers: a1 e6"));
+    const std::vector<std::string> termsOfBlack = linesOf("eval");
+    EXPECT_TRUE(has(termsOfBlack, "bishop pair          0       0"));
+    EXPECT_TRUE(has(termsOfBlack, "Score for the side to move: -8102"));
+    process.send("position fen 4k3/8/8/8/4r3/8/8/4K3 w - - 0 1");
     process.send("go perft 2");
     EXPECT_EQ(readUntil(process, "Nodes searched", PATIENCE),
               (std::vector<std::string>{"e1d1: 18", "e1f1: 18", "e1f2: 18", "e1d2: 18",
@@ -209,12 +212,14 @@ TEST_F(Modern, ObeysCommandsForPeople) {
                         .matches(process.readErrors().substr(before.size())))
             << line;
     }
+    const std::string rejections = process.readErrors();
     for (const char* line : {"go perft 20", "bench 20"}) { // would take for ever
         process.send(line);
         process.send("d"); // is answered meanwhile
         EXPECT_EQ(readUntil(process, "Checkers", PATIENCE).back(), "Checkers: e4");
         process.send("stop");
         EXPECT_EQ(answerTo("go depth 1", START_FEN).back().substr(0, 9), "bestmove ");
+        EXPECT_EQ(process.readErrors(), rejections);
         process.send("position fen 4k3/8/8/8/4r3/8/8/4K3 w - - 0 1");
     }
     process.send("go perft 20");
@@ -276,43 +281,6 @@ TEST_F(Modern, ReportsSeveralLines) {
         }
     }
     EXPECT_EQ(LINE.match(lines[9])->at(2), "1");
-}
-
-// In this game a line often goes on past the third occurrence of a position.
-TEST_F(Modern, EndsALineWhereTheGameEnds) {
-    const std::string FEN = "rnbqkb1r/pppppppp/5n2/8/2PP4/8/PP2PPPP/RNBQKBNR b KQkq - 0 1";
-    const std::string MOVES =
-        "e7e6 b1c3 c7c5 e2e3 d7d5 g1f3 b8c6 f1e2 f8e7 e1g1 e8g8 a2a4 a7a5 h2h4 d5c4 e2c4 b7b6 "
-        "b2b3 c8b7 c1b2 c5d4 e3d4 h7h5 g2g3 g7g6 f1e1 a8b8 c3e4 f6e4 e1e4 c6b4 e4e3 b4c6 a1b1 "
-        "e7f6 b1c1 f6g7 f3e5 c6e5 d4e5 d8d1 c1d1 f8d8 b2d4 g7f8 e3e1 b7f3 d1d3 f8c5 d4c5 d8d3 "
-        "c5d6 d3d6 e5d6 b8d8 e1e3 f3d5 c4d5 e6d5 f2f4 d8d6 g1f2 g8g7 f2e2 d5d4 e3e8 f7f6 e2d3 "
-        "f6f5 e8c8 g7f7 c8c4 f7e6 c4d4 d6d5 d3e3 d5c5 d4c4 e6d6";
-    const auto play = [](plain::Position& position, std::map<std::string, int>& seen,
-                         const std::string& move) {
-        EXPECT_TRUE(position.play(move)) << move;
-        return ++seen[position.identity()] == 3;
-    };
-    plain::Position game(FEN);
-    std::map<std::string, int> seen = {{game.identity(), 1}};
-    std::istringstream words(MOVES);
-    for (std::string word; words >> word;) {
-        play(game, seen, word);
-    }
-    int ended = 0;
-    process.send("setoption name Hash value 64");
-    const std::string start = FEN + " moves " + MOVES;
-    for (const std::string& line : answerTo("go depth 9", start)) {
-        plain::Position position = game;
-        std::map<std::string, int> occurred = seen;
-        bool isOver = false;
-        std::istringstream pv(line.substr(std::min(line.find(" pv "), line.size() - 4) + 4));
-        for (std::string move; line.starts_with("info") && pv >> move;) {
-            EXPECT_FALSE(isOver) << line;
-            isOver = play(position, occurred, move);
-        }
-        ended += isOver ? 1 : 0;
-    }
-    EXPECT_GE(ended, 1);
 }
 
 // One that begins to ponder and does something next, in each state.

@@ -47,6 +47,7 @@ TEST(ModernPolicy, ReadsTheLimitsOfALine) {
              {"depth 99", UNLIMITED, false, MAX_PASSES},
              {"depth x", UNLIMITED, true},
              {"infinite depth 6", UNLIMITED, false, 6},
+             {"infinite wtime 35010", UNLIMITED, true},
              {"mate 3", UNLIMITED, false, 5},
              {"mate 9999999999 depth 3", UNLIMITED, false, 3},
              {"nodes 99999999999", UNLIMITED, false, MAX_PASSES, 99999999999},
@@ -56,10 +57,16 @@ TEST(ModernPolicy, ReadsTheLimitsOfALine) {
         EXPECT_EQ(limits->time.start, ARRIVAL);
         EXPECT_EQ(limits->time.total, total) << words;
         EXPECT_EQ(limits->time.infinite, infinite) << words;
+        EXPECT_EQ(limits->time.skipsHopelessPasses,
+                  words.starts_with("wtime") || words.starts_with("btime"))
+            << words;
         EXPECT_EQ(limits->depth, depth) << words;
         EXPECT_EQ(limits->nodes, nodes) << words;
         EXPECT_FALSE(limits->useBook) << words;
     }
+    const auto ofBlack = policy.readGo(splitString("go wtime 1 winc 1 btime 35010 binc 500"),
+                                       positionAfterMoves("e2e4"), ARRIVAL);
+    EXPECT_EQ(ofBlack->time.total, 4000);
     policy.setOption(splitString("setoption name move overhead value 1010"));
     policy.setOption(splitString("setoption name OWNBOOK value True"));
     policy.setOption(splitString("setoption name OwnBook value 0")); // rejected
@@ -95,7 +102,7 @@ TEST(ModernPolicy, KeepsTheOverheadInItsRange) {
     ModernPolicy policy;
     const Position position = positionOf(START_FEN);
     for (const auto& [value, total] :
-         {std::pair{"0", 750}, {"-1", 750}, {"5000", 392}, {"x", 392}, {"5001", 392}}) {
+         {std::pair{"0", 750}, {"-700", 750}, {"5000", 392}, {"x", 392}, {"6000", 392}}) {
         policy.setOption(splitString(std::string("setoption name Move Overhead value ") + value));
         const auto limits = policy.readGo(splitString("go wtime 10500"), position, ARRIVAL);
         EXPECT_EQ(limits->time.total, total) << value;
@@ -113,6 +120,19 @@ TEST(ModernPolicy, ScoresAPositionWithoutAPassForTheSideToMove) {
         EXPECT_TRUE(report.starts_with("info depth 0 seldepth 0 multipv 1 score cp " + sign + '9'))
             << report;
     }
+}
+
+// The first move is a draw, which leaves none to ponder on.
+TEST(ModernPolicy, EndsALineWhereTheGameEnds) {
+    const Position drawn = positionOf("7k/8/8/8/8/8/R7/K7 w - - 99 80");
+    SearchResult result;
+    result.line.varLength = 2;
+    result.line.get(0) = {moveOf(drawn, "a2a3"), false, false, false};
+    result.line.get(1) = {moveOf(positionAfter(drawn, result.line.get(0).move), "h8g8"), false,
+                          false, false};
+    const std::vector<std::string> lines = ModernPolicy().getAnswerLines(result, {drawn, {}});
+    EXPECT_TRUE(lines.front().ends_with(" pv a2a3")) << lines.front();
+    EXPECT_EQ(lines.back(), "bestmove a2a3");
 }
 
 } // namespace
