@@ -60,7 +60,7 @@ TEST(Page, IsWrittenIfTheProgramContainsIt) {
             continue;
         }
         EXPECT_EQ(run.status, 0);
-        EXPECT_NE(readFile(path).find("\"depth\":1,"), std::string::npos);
+        EXPECT_NE(readFile(path).find("\"depth\":1,\"hash\":1,"), std::string::npos);
     }
 }
 

@@ -8,6 +8,7 @@
 
 #include <array>
 #include <chrono>
+#include <cmath>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <pty.h>
@@ -73,6 +74,37 @@ TEST(BoardView, DrawsFromEitherSide) {
     const TextPattern marked(
         "\033\\[1;38;5;(231;48;5;98m P|16;48;5;98m  ) \033\\[0m"); // both squares
     EXPECT_EQ(marked.findAll(colours(&move)).size(), 2U) << colours(&move);
+}
+
+// The relative luminance of one of the 216 colours of a terminal from 16 on, 0 to 1.
+double luminanceOf(int colour) {
+    constexpr std::array<double, 6> LEVELS = {0, 95, 135, 175, 215, 255};
+    const auto linear = [&](int step) {
+        const double value = LEVELS[static_cast<std::size_t>(step)] / 255;
+        return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+    };
+    const int cube = colour - 16;
+    return 0.2126 * linear(cube / 36) + 0.7152 * linear(cube / 6 % 6) + 0.0722 * linear(cube % 6);
+}
+
+TEST(BoardView, ShowsPiecesWithEnoughContrast) {
+    const Position position = positionOf("4k3/8/8/8/8/8/P6q/4K2R w - - 0 1");
+    const Move light = moveOf(position, "a2a4");
+    const Move dark = moveOf(position, "a2a3");
+    const TextPattern cell("38;5;(\\d+);48;5;(\\d+)m");
+    std::set<std::string> grounds;
+    for (const Move* last : {static_cast<const Move*>(nullptr), &light, &dark}) {
+        for (const auto& parts : cell.findAll(drawBoard(position, last, {.withColours = true}))) {
+            const double ink = luminanceOf(std::stoi(parts.at(1)));
+            const double ground = luminanceOf(std::stoi(parts.at(2)));
+            const bool isWhite = ink > ground;
+            const double contrast =
+                isWhite ? (ink + 0.05) / (ground + 0.05) : (ground + 0.05) / (ink + 0.05);
+            EXPECT_GE(contrast, isWhite ? 4.5 : 3.5) << parts.at(0);
+            grounds.insert(parts.at(2));
+        }
+    }
+    EXPECT_EQ(grounds.size(), 4U);
 }
 
 TEST(BoardView, HasSymbolsWhereTheTerminalHas) {

@@ -353,7 +353,7 @@ TEST(Tools, RefuseATableThatMemoryCannotHold) {
           std::string("explain --depth 1"), std::string("explain --depth 1 --line e4")}) {
         const std::string script = "ulimit -v 100000; exec \"$0\"-$1 --hash 512";
         expectRefusal(run("/bin/bash", {"-c", script, KESTRAN_BINARY_DIR "/kestran", words}),
-                      "there is no memory for a hash table of ");
+                      "there is no memory for a hash table of 512 MiB");
     }
 }
 #endif

@@ -12,7 +12,6 @@
 #include "kestran-explain/reportLength.h"
 #include "kestran-explain/searchLimit.h"
 #include "kestran-explain/webPage.h"
-#include "search/hashTable.h"
 #include "support/requireTable.h"
 #include "support/settings.h"
 #include "support/terminal.h"
@@ -132,8 +131,8 @@ std::string answeredReport(const Question& question, const EngineConfig& config,
     const Answer answer =
         answerLine(config, question.game, line, [&limit] { return &limit.begin(1.0); });
     if (question.format == ReportFormat::HTML) {
-        return withSearch(WEB_PAGE, embeddedSearch(line, answer, question.depth,
-                                                   mebibytesOf(config.hashTableSize)));
+        return withSearch(
+            WEB_PAGE, embeddedSearch(line, answer, question.depth, hashOf(config.hashTableSize)));
     }
     const std::string words = answer.getText();
     if (question.format == ReportFormat::JSON) {

@@ -1,4 +1,4 @@
-// The check that a search of a tool got its hash table.
+// The size of a hash table for users of a tool, and the check that a search got its table.
 #pragma once
 
 #include "search/hashTable.h"
@@ -6,10 +6,15 @@
 
 #include <string>
 
+// What --hash calls a table of so many entries, as a number of MiB is rounded down to entries.
+inline int hashOf(int entries) {
+    return mebibytesOf(entries - 1) + 1;
+}
+
 // Throws UsageError if a table has other than the wanted number of entries: out of memory.
 inline void requireTable(int entries, int wanted) {
     if (entries != wanted) {
         throw UsageError("there is no memory for a hash table of " +
-                         std::to_string(mebibytesOf(wanted)) + " MiB; --hash sets a smaller one");
+                         std::to_string(hashOf(wanted)) + " MiB; --hash sets a smaller one");
     }
 }
