@@ -38,10 +38,10 @@ TEST(PgnInput, IsTakenByThePrograms) {
     };
     for (const auto& [program, more, shown] :
          std::vector<std::tuple<std::string, std::vector<std::string>, std::string>>{
-             {"bench", {"--json"}, "\"depth\": 4"},
-             {"bench", {"--json", "--depth", "1"}, "\"depth\": 1"},
-             {"book", {"--json"}, "\"move\": \"g8f6\""},
-             {"explain", {"--json", "--depth", "1"}, "\"depth\": 1"}}) {
+             {"bench", {"--json"}, R"("depth": 4)"},
+             {"bench", {"--json", "--depth", "1"}, R"("depth": 1)"},
+             {"book", {"--json"}, R"("move": "g8f6")"},
+             {"explain", {"--json", "--depth", "1"}, R"("depth": 1)"}}) {
         const ToolRun tool = run(PROGRAM + program, withWords(more));
         EXPECT_EQ(tool.status, 0) << tool.errors;
         EXPECT_NE(tool.output.find(fen), std::string::npos) << program << tool.output;
