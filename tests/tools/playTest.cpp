@@ -402,8 +402,8 @@ TEST(Play, WritesAnUnfinishedGame) {
     const TestFolder folder;
     const std::string file = folder.path + "/games.pgn";
     std::size_t games = 0;
-    for (const char* ending : {"exit 0", "echo quit >&3; wait $!", "kill -INT $!; wait $!",
-                               "kill -TERM $!; wait $!", "kill -HUP $!; wait $!"}) {
+    for (const std::string ending : {"exit 0", "echo quit >&3; wait $!", "kill -INT $!; wait $!",
+                                     "kill -TERM $!; wait $!", "kill -HUP $!; wait $!"}) {
         const std::string script = std::string(R"(
             mkfifo "$1.pipe"; : > "$1.out"; "$0" --depth 1 --pgn "$1" < "$1.pipe" > "$1.out" &
             exec 3> "$1.pipe"; echo e4 >&3
@@ -412,8 +412,10 @@ TEST(Play, WritesAnUnfinishedGame) {
         const ToolRun left = run("/bin/bash", {"-c", script, PLAY, file, ending});
         EXPECT_EQ(left.status, 0) << ending << left.errors;
         EXPECT_EQ(countGames(file, R"(\n1\. e4 \S+ \*\n)"), ++games) << ending;
-        const bool isAlone = countGames(file + ".out", R"(2\. \n\n\[Event )") == 1;
-        EXPECT_EQ(isAlone, ending == std::string("exit 0")) << "after the line of the prompt";
+        if (!ending.starts_with("kill")) { // a signal may end the input before the program
+            EXPECT_EQ(countGames(file + ".out", R"(2\. \n\n\[Event )"), ending == "exit 0")
+                << "after the line of the prompt";
+        }
     }
     const ToolRun full = run("/bin/sh", {"-c", "echo e4 | \"$0\" --depth 1 --pgn /dev/full", PLAY});
     EXPECT_EQ(full.status, 1);
