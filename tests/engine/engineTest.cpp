@@ -65,9 +65,8 @@ TEST_F(EngineGame, SkipsPassesThatWouldNotEndInTime) {
         request.limits.useBook = false;
         request.game = engine.getGame();
         const SearchResult result = engine.search(request);
-        ASSERT_TRUE(result.report);
         ++searches;
-        abandoned += result.nodes > result.report->nodesSearched ? 1 : 0;
+        abandoned += !result.report || result.nodes > result.report->nodesSearched ? 1 : 0;
     }
     // Without the forecast, nearly every search abandons one. A busy machine upsets the forecast.
     EXPECT_LE(abandoned, searches * 2 / 3);

@@ -150,28 +150,29 @@ int benchMain(int argc, const char* const* argv) {
                       "search every position N plies deep");
     program.addNumber("--hash", options.hashMebibytes, EngineConfig::HASH_MIN,
                       EngineConfig::HASH_MAX, "MIB", "size of the hash table in mebibytes");
-    auto epd = program.addText(
-        "--epd", options.path, "FILE",
-        "search the positions of a file instead, " + std::to_string(DEFAULT_FILE_DEPTH) +
-            " plies deep by default: one per line, four or six fields of FEN, "
-            "then operations such as \"bm Nf3;\"");
+    program.addText("--epd", options.path, "FILE",
+                    "search the positions of a file instead, " +
+                        std::to_string(DEFAULT_FILE_DEPTH) +
+                        " plies deep by default: one per line, four or six fields of FEN, "
+                        "then operations such as \"bm Nf3;\"");
     addPgnOptions(program, options.pgn);
-    epd.excludes({"--pgn"});
+    program.excludes("--epd", {"--pgn"});
     program.addNumber("--repeat", options.runs, 1, MAX_REPEATS, "N",
                       "search everything N times and print the median of time and speed, with "
                       "minimum and maximum in brackets");
     addSettings(program, options.settings);
     program.addFlag("--stats", options.withStatistics,
                     "print the counters of every pass after each position");
-    for (Program::Option limit :
-         {program.addSeconds("--time", options.limits.time, MAX_SECONDS,
-                             "search each position of the EPD file for S seconds, and count those "
-                             "that are solved: by a move of \"bm\", and by none of \"am\""),
-          program.addNumber("--nodes", options.limits.nodes, 1, std::numeric_limits<int>::max(),
-                            "N", "the same with N nodes for each position")}) {
-        limit.needs("--epd").excludes({"--depth", "--repeat", "--stats"});
+    program.addSeconds("--time", options.limits.time, MAX_SECONDS,
+                       "search each position of the EPD file for S seconds, and count those that "
+                       "are solved: by a move of \"bm\", and by none of \"am\"");
+    program.addNumber("--nodes", options.limits.nodes, 1, std::numeric_limits<int>::max(), "N",
+                      "the same with N nodes for each position");
+    for (const char* limit : {"--time", "--nodes"}) {
+        program.needs(limit, "--epd");
+        program.excludes(limit, {"--depth", "--repeat", "--stats"});
     }
-    program.addFlag("--json", options.asJson, "print one JSON object instead of text")
-        .excludes({"--stats"});
+    program.addFlag("--json", options.asJson, "print one JSON object instead of text");
+    program.excludes("--json", {"--stats"});
     return program.run(argc, argv, [&] { return runBench(options); });
 }

@@ -226,8 +226,8 @@ int bookMain(int argc, const char* const* argv) {
     program.addText(
         "--book", options.bookPath, "FILE",
         "show the book lines of a text file, such as \"e2e4 e7e5 g1f3\", instead of the engine's");
-    program.addText("--check", options.path, "FILE", CHECK_HELP)
-        .excludes({"--moves", "--tree", "--book"});
+    program.addText("--check", options.path, "FILE", CHECK_HELP);
+    program.excludes("--check", {"--moves", "--tree", "--book"});
     program.addFlag("--polyglot-castling", options.polyglotCastling,
                     "in FILE, castling is the king taking its own rook: e1h1, not e1g1");
     program.addFlag("--json", options.asJson, "print one JSON object instead of text");

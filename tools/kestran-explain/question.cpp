@@ -121,18 +121,18 @@ int ask(int argc, const char* const* argv, const std::function<int(const Questio
                           " if neither depth nor time is given");
     program.addSeconds("--time", question.time, MAX_SECONDS,
                        "seconds for everything, such as 10 or 0.5; the last pass may be cut off");
-    auto annotate = program.addFlag(
+    program.addFlag(
         "--annotate", asked.annotate,
         "write the game of --pgn with the score of each move, and with a reason and the refutation "
         "for the costliest moves; after Ctrl-C as far as that came, with exit status 130");
-    annotate.needs("--pgn");
+    program.needs("--annotate", "--pgn");
     question.nodes = DEFAULT_NODES;
-    program
-        .addNumber("--nodes", question.nodes, LEAST_NODES, ANY_NUMBER, "N",
-                   "moves to search in each position of --annotate")
-        .needs("--annotate");
+    program.addNumber("--nodes", question.nodes, LEAST_NODES, ANY_NUMBER, "N",
+                      "moves to search in each position of --annotate");
+    program.needs("--nodes", "--annotate");
     program.addChoice("--format", asked.format, {"plain", "tree", "html"}, "FORMAT", FORMAT_HELP);
-    program.addFlag("--json", asked.asJson, "print one JSON object").excludes({"--format"});
+    program.addFlag("--json", asked.asJson, "print one JSON object");
+    program.excludes("--json", {"--format"});
     program.addText("-o", question.output, "FILE", "write the report to FILE, whole or not at all");
     program.addText("--record", question.record, "FILE",
                     "also write every move of each pass to FILE, 20 bytes each");
@@ -146,8 +146,8 @@ int ask(int argc, const char* const* argv, const std::function<int(const Questio
                       "MIB", "size of the hash table in mebibytes; as in play if not given");
     addSettings(program, question.settings);
     // They say nothing about a whole game.
-    annotate.excludes({"--line", "--moves", "--ply", "--depth", "--time", "--format", "--json",
-                       "--record", "--all", "--pass", "--max-lines"});
+    program.excludes("--annotate", {"--line", "--moves", "--ply", "--depth", "--time", "--format",
+                                    "--json", "--record", "--all", "--pass", "--max-lines"});
     return program.run(argc, argv, [&] {
         complete(question, asked);
         return answer(question);

@@ -217,11 +217,11 @@ int perftMain(int argc, const char* const* argv) {
                      "the position, in quotes or as several words; \"startpos\" is the start "
                      "position. DEPTH follows it");
     program.addText("--moves", options.moves, "MOVES", MOVES_HELP);
-    program
-        .addText("--epd", options.path, "FILE",
-                 "check the counts of a file instead: one position per line, its FEN and then its "
-                 "counts, as in \";D1 20 ;D2 400\"; those of more than DEPTH plies are left out")
-        .excludes({"--moves"});
+    program.addText(
+        "--epd", options.path, "FILE",
+        "check the counts of a file instead: one position per line, its FEN and then its "
+        "counts, as in \";D1 20 ;D2 400\"; those of more than DEPTH plies are left out");
+    program.excludes("--epd", {"--moves"});
     program.addFlag("--json", options.asJson, "print one JSON object instead of text");
     return program.run(argc, argv, [&] { return runPerft(options); });
 }

@@ -86,22 +86,19 @@ int main(int argc, char** argv) {
     program.addNumber("--level", options.level, 1, LEVEL_COUNT, "N",
                       "how strongly the engine plays; the command \"level\" lists the levels "
                       "with their ratings, which are estimates");
-    program
-        .addNumber("--elo", options.rating, LEVELS.front().rating, LEVELS.back().rating, "N",
-                   "play at the level whose rating is nearest")
-        .excludes({"--level"});
+    program.addNumber("--elo", options.rating, LEVELS.front().rating, LEVELS.back().rating, "N",
+                      "play at the level whose rating is nearest");
+    program.excludes("--elo", {"--level"});
     program.addNumber("--depth", options.strength.depth, 1, MAX_PASSES, "N",
                       "how many plies the engine looks ahead at most; fewer are weaker");
     program.addText("--pgn", options.pgn, "FILE",
                     "append every game to FILE in PGN when it ends or is left");
-    program
-        .addNumber("--game", options.game, 1, ANY_NUMBER, "N",
-                   "begin where game N of FILE ends, or with --ply earlier")
-        .needs("--pgn");
-    program
-        .addNumber("--ply", options.ply, 0, ANY_NUMBER, "N",
-                   "begin after N half moves of that game, the first if --game is not given")
-        .needs("--pgn");
+    program.addNumber("--game", options.game, 1, ANY_NUMBER, "N",
+                      "begin where game N of FILE ends, or with --ply earlier");
+    program.needs("--game", "--pgn");
+    program.addNumber("--ply", options.ply, 0, ANY_NUMBER, "N",
+                      "begin after N half moves of that game, the first if --game is not given");
+    program.needs("--ply", "--pgn");
     program.addFlag("--ascii", options.withLetters,
                     "show letters for the pieces even if the terminal has symbols");
     return program.run(argc, argv, [&] { return runPlay(options); });

@@ -79,8 +79,10 @@ int main(int argc, char** argv) {
     std::optional<int> games;
     std::optional<std::string> against;
     std::optional<std::string> pgn;
-    program.addNumber("GAMES", games, 1, 1000000, "", "number of games").isRequired();
-    program.addText("--engine", options.engine.path, "PATH", "the engine to play").isRequired();
+    program.addNumber("GAMES", games, 1, 1000000, "", "number of games");
+    program.require("GAMES");
+    program.addText("--engine", options.engine.path, "PATH", "the engine to play");
+    program.require("--engine");
     program.addText("--against", against, "PATH", "its opponent in a match");
     program.addValue("--sprt", "E0,E1",
                      "end the match when a sequential test with error rates of 5 % has decided "

@@ -43,23 +43,6 @@ std::string describe(const CLI::ParseError& error) {
 
 } // namespace
 
-Program::Option& Program::Option::needs(const std::string& other) {
-    declared.needs(other);
-    return *this;
-}
-
-Program::Option& Program::Option::excludes(const std::vector<std::string>& others) {
-    for (const std::string& other : others) {
-        declared.excludes(other);
-    }
-    return *this;
-}
-
-Program::Option& Program::Option::isRequired() {
-    declared.required();
-    return *this;
-}
-
 Program::Program(const std::string& name, std::string _usage, const std::string& description,
                  const std::string& failure)
     : line(std::make_shared<CLI::App>(description, name)), usage(std::move(_usage)) {
@@ -82,18 +65,17 @@ std::string Program::secondsText(const std::optional<Milliseconds>& preset) {
     return preset ? " (default " + CLI::detail::to_string(seconds) + ')' : "";
 }
 
-Program::Option Program::addChoice(const std::string& option, std::string& target,
-                                   const std::vector<std::string>& choices,
-                                   const std::string& value, const std::string& text) {
-    return addValue(option, value, target.empty() ? text : text + " (default " + target + ')',
-                    [=, &target](const std::string& word) {
-                        if (std::ranges::find(choices, word) == choices.end()) {
-                            throw UsageError(option + " is one of " +
-                                             CLI::detail::join(choices, ", ") + ", not \"" + word +
-                                             "\"");
-                        }
-                        target = word;
-                    });
+void Program::addChoice(const std::string& option, std::string& target,
+                        const std::vector<std::string>& choices, const std::string& value,
+                        const std::string& text) {
+    addValue(option, value, target.empty() ? text : text + " (default " + target + ')',
+             [=, &target](const std::string& word) {
+                 if (std::ranges::find(choices, word) == choices.end()) {
+                     throw UsageError(option + " is one of " + CLI::detail::join(choices, ", ") +
+                                      ", not \"" + word + "\"");
+                 }
+                 target = word;
+             });
 }
 
 void Program::addWords(const std::string& value, std::vector<std::string>& words,
@@ -101,8 +83,8 @@ void Program::addWords(const std::string& value, std::vector<std::string>& words
     line->add_option(value, words, text);
 }
 
-Program::Option Program::addFlag(const std::string& option, bool& target, const std::string& text) {
-    return *line->add_flag(option, target, text);
+void Program::addFlag(const std::string& option, bool& target, const std::string& text) {
+    line->add_flag(option, target, text);
 }
 
 void Program::addValues(const std::string& option, std::vector<std::string>& target,
@@ -110,10 +92,23 @@ void Program::addValues(const std::string& option, std::vector<std::string>& tar
     line->add_option(option, target, text)->type_name(value)->allow_extra_args(false);
 }
 
-Program::Option Program::addValue(const std::string& option, const std::string& value,
-                                  const std::string& text,
-                                  const std::function<void(const std::string&)>& set) {
-    return *line->add_option_function<std::string>(option, set, text)->type_name(value);
+void Program::addValue(const std::string& option, const std::string& value, const std::string& text,
+                       const std::function<void(const std::string&)>& set) {
+    line->add_option_function<std::string>(option, set, text)->type_name(value);
+}
+
+void Program::require(const std::string& option) {
+    line->get_option(option)->required();
+}
+
+void Program::needs(const std::string& option, const std::string& other) {
+    line->get_option(option)->needs(line->get_option(other));
+}
+
+void Program::excludes(const std::string& option, const std::vector<std::string>& others) {
+    for (const std::string& other : others) {
+        line->get_option(option)->excludes(line->get_option(other));
+    }
 }
 
 std::string Program::makeHelp() const {

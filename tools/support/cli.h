@@ -14,24 +14,10 @@
 
 namespace CLI {
 class App;
-class Option;
 } // namespace CLI
 
 class Program {
 public:
-    // A declared option, to be combined with those declared before it, by their names.
-    class Option {
-    public:
-        Option(CLI::Option& _declared) : declared(_declared) {}
-
-        Option& needs(const std::string& other);
-        Option& excludes(const std::vector<std::string>& others);
-        Option& isRequired();
-
-    private:
-        CLI::Option& declared;
-    };
-
     // `usage` follows the name in the usage line; a line break in it begins another form.
     // `failure` says what the exit status 1 means.
     Program(const std::string& name, std::string _usage, const std::string& description,
@@ -42,42 +28,46 @@ public:
     // A whole number from `least` to `most`. `value` is its name in the help, such as "N". The
     // text is completed by the range and, if there is one, by the default.
     template <class Target>
-    Option addNumber(const std::string& option, Target& target, int least, int most,
-                     const std::string& value, const std::string& text) {
-        return addValue(option, value, text + rangeText(least, most, target),
-                        [=, &target](const std::string& word) {
-                            target = parseNumber(word, option, least, most);
-                        });
+    void addNumber(const std::string& option, Target& target, int least, int most,
+                   const std::string& value, const std::string& text) {
+        addValue(option, value, text + rangeText(least, most, target),
+                 [=, &target](const std::string& word) {
+                     target = parseNumber(word, option, least, most);
+                 });
     }
     // Seconds above 0, with a fraction if wished; at least a millisecond, at most `most` seconds.
     template <class Target>
-    Option addSeconds(const std::string& option, Target& target, int most,
-                      const std::string& text) {
-        return addValue(
-            option, "S", text + secondsText(target),
-            [=, &target](const std::string& word) { target = parseSeconds(word, option, most); });
+    void addSeconds(const std::string& option, Target& target, int most, const std::string& text) {
+        addValue(option, "S", text + secondsText(target), [=, &target](const std::string& word) {
+            target = parseSeconds(word, option, most);
+        });
     }
     // Any text, such as the name of a file.
     template <class Target>
-    Option addText(const std::string& option, Target& target, const std::string& value,
-                   const std::string& text) {
-        return addValue(option, value, text, [&target](const std::string& word) { target = word; });
+    void addText(const std::string& option, Target& target, const std::string& value,
+                 const std::string& text) {
+        addValue(option, value, text, [&target](const std::string& word) { target = word; });
     }
     // One of several words. The text is completed by the default, unless that is empty.
-    Option addChoice(const std::string& option, std::string& target,
-                     const std::vector<std::string>& choices, const std::string& value,
-                     const std::string& text);
+    void addChoice(const std::string& option, std::string& target,
+                   const std::vector<std::string>& choices, const std::string& value,
+                   const std::string& text);
     // Words that are no options.
     void addWords(const std::string& value, std::vector<std::string>& words,
                   const std::string& text);
     // True if it is given.
-    Option addFlag(const std::string& option, bool& target, const std::string& text);
+    void addFlag(const std::string& option, bool& target, const std::string& text);
     // Several values, each after the name of the option.
     void addValues(const std::string& option, std::vector<std::string>& target,
                    const std::string& value, const std::string& text);
     // A value that `set` takes, or refuses by a UsageError.
-    Option addValue(const std::string& option, const std::string& value, const std::string& text,
-                    const std::function<void(const std::string&)>& set);
+    void addValue(const std::string& option, const std::string& value, const std::string& text,
+                  const std::function<void(const std::string&)>& set);
+
+    // Of options that are declared: `option` must be given; needs `other`; excludes each of `others`.
+    void require(const std::string& option);
+    void needs(const std::string& option, const std::string& other);
+    void excludes(const std::string& option, const std::vector<std::string>& others);
 
     // Parses the command line, calls `body` and returns its result. --help and --version return
     // 0. A UsageError, or a command line that does not fit, becomes one line on standard error and

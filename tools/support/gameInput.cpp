@@ -50,12 +50,11 @@ void addPgnOptions(Program& program, PgnSource& source) {
     constexpr int ANY_NUMBER = std::numeric_limits<int>::max();
     program.addText("--pgn", source.path, "FILE",
                     "take the position from a game in a PGN file instead");
-    program.addNumber("--game", source.game, 1, ANY_NUMBER, "N", "which game of the PGN file")
-        .needs("--pgn");
-    program
-        .addNumber("--ply", source.ply, 0, ANY_NUMBER, "N",
-                   "after how many of its half moves; if not given, at its end")
-        .needs("--pgn");
+    program.addNumber("--game", source.game, 1, ANY_NUMBER, "N", "which game of the PGN file");
+    program.needs("--game", "--pgn");
+    program.addNumber("--ply", source.ply, 0, ANY_NUMBER, "N",
+                      "after how many of its half moves; if not given, at its end");
+    program.needs("--ply", "--pgn");
 }
 
 PgnGame readWholeGame(const PgnSource& source) {
