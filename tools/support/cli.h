@@ -64,7 +64,7 @@ public:
     void addValue(const std::string& option, const std::string& value, const std::string& text,
                   const std::function<void(const std::string&)>& set);
 
-    // Of options that are declared: `option` must be given; needs `other`; excludes each of `others`.
+    // Of options declared before: `option` must be given, needs `other`, excludes each of `others`.
     void require(const std::string& option);
     void needs(const std::string& option, const std::string& other);
     void excludes(const std::string& option, const std::vector<std::string>& others);
