@@ -131,8 +131,8 @@ std::string answeredReport(const Question& question, const EngineConfig& config,
     const Answer answer =
         answerLine(config, question.game, line, [&limit] { return &limit.begin(1.0); });
     if (question.format == ReportFormat::HTML) {
-        return withSearch(
-            WEB_PAGE, embeddedSearch(line, answer, question.depth, hashOf(config.hashTableSize)));
+        return withSearch(WEB_PAGE, embeddedSearch(line, answer, question.depth,
+                                                   hashOption(config.hashTableSize)));
     }
     const std::string words = answer.getText();
     if (question.format == ReportFormat::JSON) {

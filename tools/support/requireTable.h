@@ -7,7 +7,7 @@
 #include <string>
 
 // What --hash calls a table of so many entries, as a number of MiB is rounded down to entries.
-inline int hashOf(int entries) {
+inline int hashOption(int entries) {
     return mebibytesOf(entries - 1) + 1;
 }
 
@@ -15,6 +15,6 @@ inline int hashOf(int entries) {
 inline void requireTable(int entries, int wanted) {
     if (entries != wanted) {
         throw UsageError("there is no memory for a hash table of " +
-                         std::to_string(hashOf(wanted)) + " MiB; --hash sets a smaller one");
+                         std::to_string(hashOption(wanted)) + " MiB; --hash sets a smaller one");
     }
 }
