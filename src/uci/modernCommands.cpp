@@ -42,10 +42,10 @@ struct Term {
 // The values of the pieces of a type on their squares, in the phase of the position.
 ByColor<int> getSquareValues(const Position& position, PieceType type) {
     ByColor<int> values = {0, 0};
-    for (const FieldIndex field : BOARD_FIELDS) {
-        const Color color = position.board[field].color;
-        if (position.board[field].pieceType == type) {
-            const PieceSum sum = pieceSums[color][type][field];
+    for (const Piece& piece : position.pieces) {
+        if (piece.pieceType == type) {
+            const Color color = position.board[piece.boardPosition].color;
+            const PieceSum sum = pieceSums[color][type][piece.boardPosition];
             const int value =
                 isEndGame(totalMaterial(position)) ? sum.getEndGame() : sum.getMiddleGame();
             values[color] += color == WHITE ? value : -value;

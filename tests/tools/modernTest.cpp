@@ -197,6 +197,11 @@ TEST_F(Modern, ObeysCommandsForPeople) {
     const std::vector<std::string> termsOfBlack = linesOf("eval");
     EXPECT_TRUE(has(termsOfBlack, "bishop pair          0       0"));
     EXPECT_TRUE(has(termsOfBlack, "Score for the side to move: -8102"));
+    process.send("position fen 4k3/8/8/8/8/8/8/B3KB2 b - - 0 1");
+    const std::vector<std::string> unmoved = linesOf("eval");
+    process.send(
+        "position fen 3k4/8/8/8/8/8/8/BB1K4 b - - 0 1 moves d8e8 d1e1 e8f8 b1d3 f8e8 d3f1");
+    EXPECT_EQ(linesOf("eval"), unmoved) << "pieces that have left their squares";
     process.send("position fen 4k3/8/8/8/4r3/8/8/4K3 w - - 0 1");
     process.send("go perft 2");
     EXPECT_EQ(readUntil(process, "Nodes searched", PATIENCE),
