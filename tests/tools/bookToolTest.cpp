@@ -140,7 +140,7 @@ TEST(BookTool, ShowsTheBookOfAFile) {
                                                                "d4         1 of 3   33.3 %\n");
     EXPECT_EQ(runBody(bookMain, {"--book", file.path, "--moves", "e4 e5"}).output,
               "The book has no move for this position.\n");
-    // A rook goes to g1 behind the castled king.
+    // A rook goes to g1 after castling.
     const TextFile castling("e2e4 e7e5 g1f3 b8c6 f1c4 f8c5 e1h1 a7a6 f1e1 a6a5 g1h1 a5a4 e1g1\n");
     std::string moves = "e4 e5 Nf3 Nc6 Bc4 Bc5";
     for (const auto& [more, move] : {std::pair("", "O-O"), {" O-O a6 Re1 a5 Kh1 a4", "Rg1"}}) {

@@ -6,7 +6,7 @@
 
 #include <string>
 
-// What --hash calls a table of so many entries, as a number of MiB is rounded down to entries.
+// The --hash of a table of `entries`: entriesOf() rounds a number of MiB down.
 inline int hashOption(int entries) {
     return mebibytesOf(entries - 1) + 1;
 }
