@@ -72,6 +72,7 @@ function saveState(): void {
         fen: game.startFen,
         moves: game.moves,
         tags: game.tags,
+        result: game.result,
         level: Number(levelChoice.value),
         person: opponent.person,
         flipped: stage.flipped,
@@ -282,7 +283,7 @@ async function restore(): Promise<void> {
     setPerson(saved.person ?? "w");
     flip(saved.flipped === true);
     try {
-        await game.load(saved.fen ?? "startpos", saved.moves ?? [], saved.tags ?? []);
+        await game.load(saved.fen ?? "startpos", saved.moves ?? [], saved.tags, saved.result);
     } catch (error) {
         if (!(error instanceof Refused)) {
             throw error;

@@ -1,5 +1,6 @@
 // The moves of the game in short notation; each shows its position.
 import { byId, html } from "./dom";
+import { gameName } from "./files";
 import type { Game } from "./game";
 import type { Stage } from "./stage";
 
@@ -18,7 +19,7 @@ export class MoveList {
     }
 
     private draw(): void {
-        const { sans, firstPly } = this.game;
+        const { sans, firstPly, tags } = this.game;
         const rows: HTMLElement[] = [];
         for (let ply = firstPly & ~1; ply < firstPly + sans.length; ply += 2) {
             const number = html("span", { class: "number" }, `${ply / 2 + 1}.`);
@@ -29,6 +30,8 @@ export class MoveList {
         this.list.replaceChildren(...rows);
         byId("no-moves").hidden = sans.length > 0;
         byId("some-moves").hidden = sans.length === 0;
+        const hasPlayers = tags.some(({ name }) => name === "White" || name === "Black");
+        byId("game-name").textContent = hasPlayers ? gameName({ tags }) : "Moves";
         byId("result").textContent =
             this.game.state.end?.result ?? (this.game.result === "*" ? "" : this.game.result);
         this.keepInSight();

@@ -1,11 +1,13 @@
 // Keeps the game and the settings over a reload, where the browser allows it.
+import type { Result, Tag } from "./protocol";
 
 const KEY = "kestran";
 
 export interface Saved {
     fen: string;
     moves: string[];
-    tags: Array<{ name: string; value: string }>;
+    tags: Tag[];
+    result: Result;
     level: number;
     person: "w" | "b" | "both";
     flipped: boolean;

@@ -287,9 +287,15 @@ test("a position and a game file can be dropped", async () => {
     assert.equal((await page.untilMoves(8))[7], "dxc6");
 });
 
-test("names with markup stay text, and a large file is read", async () => {
+test("names with markup stay text, and last over a reload with the result", async () => {
     const name = "<img src=x onerror=alert(1)><b>Bold</b>";
-    const game = `[White "${name}"]\n[Black "B"]\n\n1. e4 *\n\n`;
+    const game = `[White "${name}"]\n[Black "B"]\n\n1. e4 1-0\n\n`;
+    await page.openText(game);
+    for (let visit = 0; visit < 2; ++visit) {
+        assert.equal(await page.text("#game-name"), `${name} \u2013 B`);
+        assert.equal(await page.text("#result"), "1-0");
+        await page.load();
+    }
     await page.openText(game + game);
     assert.match(
         await page.text("#open-games button"),
@@ -300,6 +306,9 @@ test("names with markup stay text, and a large file is read", async () => {
         0,
     );
     await page.click("#open-cancel");
+});
+
+test("a large file is read", async () => {
     const large = `[White "A"]\n[Black "B"]\n\n1. e4 e5 2. Nf3 Nc6 3. Bb5 a6 *\n\n`.repeat(100_000);
     assert.ok(large.length > 5_000_000);
     await page.run(() => document.getElementById("open").click());
