@@ -200,11 +200,11 @@ int findFirstLike(const WatchedLine& line, int last, const Fate& fate) {
 
 // Which passes an answer is about, and for whom the scores are at node `ply`.
 std::string sourceText(const WatchedLine& line, int pass, const Fate& fate, int ply) {
-    std::string text = "So it was in " + passText(line, pass) + ", the last";
-    text += pass + 1 < line.getPassCount() ? " good one" : "";
+    std::string text = "This holds for " + passText(line, pass) + ", the last ";
+    text += pass + 1 < line.getPassCount() ? "good one" : "one";
     const int first = findFirstLike(line, pass, fate);
     if (first != pass) {
-        text += ", as in every good one since " + passText(line, first);
+        text += ", and for every good pass since " + passText(line, first);
     }
     return text + ". Scores are" + sideText(line.getPosition(ply)) + '.';
 }
@@ -229,11 +229,11 @@ std::optional<Worth> findWorth(const Inquiry& inquiry, int pass, const Fate& fat
 std::string recordText(const Inquiry& inquiry, int pass, const Fate& fate, bool isWorthKnown) {
     const WatchedLine& line = inquiry.line;
     const NodeMoveInfo& info = *fate.lineMove;
-    std::string text = "The record of " + moveText(line, fate.node) + " says \"" +
+    std::string text = "The search recorded " + moveText(line, fate.node) + " as \"" +
                        endingText(info.ending, verdictOf(info)) + '"';
     if ((isBound(info) || isLmfCut(info.ending)) && !info.isQuiscence) {
-        text += isWorthKnown ? "; its score is from a search of its own"
-                             : "; there was no time for a search of its own";
+        text += isWorthKnown ? "; its score is from a separate search"
+                             : "; there was no time for a separate search";
     }
     text += '.';
     if (const auto node = line.getUnreachedNode(pass, fate.node)) {
@@ -300,15 +300,15 @@ Answer answerPlayed(const Inquiry& inquiry, int pass, const Fate& fate) {
                      .node = fate.node,
                      .refutationNode = fate.node};
     if (!others.empty()) {
-        answer.details += " The other scores come from searches that leave out the moves before.";
+        answer.details += " Each other score is from a search without the moves named before it.";
     } else if (!isOnly) {
         answer.details += " There was no time to search the other moves.";
     }
     if (fate.kind == Fate::CUT_SHORT) {
         const int last = fate.node - 1;
         answer.details += " It follows the line as far as " + moveText(line, last) +
-                          " and looks no further (" + endingText(fate.lineMove->ending) +
-                          "), so that " + moveText(line, fate.node) + " was not tried.";
+                          " and looks no further (" + endingText(fate.lineMove->ending) + "), so " +
+                          moveText(line, fate.node) + " was not tried.";
     }
     return answer;
 }

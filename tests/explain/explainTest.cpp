@@ -182,7 +182,7 @@ TEST(Explain, TellsWhichMoveKeptTheLineFromBeingReached) {
     EXPECT_EQ(
         answerLine(config, watched.game, line, [] { return nullptr; }).getText(),
         "After 1. e4 it never tries 1... e5. 1... c5 (+0.01) was tried before and is enough to "
-        "refute 1. e4. So it was in pass 0 (depth 1), the last good one. Scores are for "
+        "refute 1. e4. This holds for pass 0 (depth 1), the last good one. Scores are for "
         "Black.");
 }
 
