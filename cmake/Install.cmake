@@ -18,6 +18,9 @@ install(CODE "
     if(NOT \"${KESTRAN_ARCHIVE}\" STREQUAL \"\")
         set(PROGRAMS \"this folder\")
     endif()
+    if(EXISTS \"${KESTRAN_PAGE}\")
+        set(PAGE \"\\n\\nOpen kestran.html, beside this file, in a browser: play there, and watch the search.\")
+    endif()
     set(VERSION ${PROJECT_VERSION})
     configure_file(\"${CMAKE_SOURCE_DIR}/packaging/README.in\"
                    \"${CMAKE_BINARY_DIR}/installed/README.md\" @ONLY)")
