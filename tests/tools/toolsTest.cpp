@@ -1,5 +1,6 @@
 // The tools that measure: what they print, and what they say to bad input.
 
+#include "base/cppIoUtils.h"
 #include "kestran-bench/bench.h"
 #include "kestran-bench/benchReport.h"
 #include "search/statistics.h"
@@ -451,10 +452,13 @@ TEST(Scripts, RefuseWrongArguments) {
     const ToolRun help = run(root() / "run", {"--help"});
     EXPECT_EQ(help.status, 0);
     EXPECT_TRUE(help.output.starts_with("Usage: ./run"));
-    const ToolRun unknown = run(root() / "run", {"paly"});
-    EXPECT_EQ(unknown.status, 2);
-    EXPECT_EQ(unknown.output, "");
-    EXPECT_NE(unknown.errors.find("unknown word \"paly\""), std::string::npos);
+    for (const char* words : {"paly", "web page"}) {
+        const ToolRun unknown = run(root() / "run", splitString(words));
+        EXPECT_EQ(unknown.status, 2);
+        EXPECT_EQ(unknown.output, "");
+        EXPECT_NE(unknown.errors.find("unknown command \"" + std::string(words) + '"'),
+                  std::string::npos);
+    }
 }
 
 // A file that cannot be written leaves no draft, and the file that it was to replace unchanged.
