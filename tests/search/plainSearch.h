@@ -74,8 +74,8 @@ struct Line {
     int score = 0;
 
     // Becomes a move and the line after it.
-    void set(const LineMove& move, const Line& behind) {
-        moves = behind.moves;
+    void set(const LineMove& move, const Line& rest) {
+        moves = rest.moves;
         moves.insert(moves.begin(), move);
         moves.resize(std::min<std::size_t>(moves.size(), 20), move);
     }
@@ -232,16 +232,16 @@ private:
             ++treeNodes;
             countMove();
             ++statistics[0][at(depth)];
-            Line behind;
+            Line rest;
             bool isFromTable = false;
             const bool isRepeated = countRepetitions(keyOf(*after)) > 1;
-            const bool isCut = !isRepeated && scoreMove(*after, behind, alfa, originalAlfa, beta,
+            const bool isCut = !isRepeated && scoreMove(*after, rest, alfa, originalAlfa, beta,
                                                         depth, isFromTable);
             repetitions.getEntry(keyOf(*after)).decreaseRepetitions(keyOf(*after));
             if (isCut) {
                 continue;
             }
-            if (behind.score >= beta) {
+            if (rest.score >= beta) {
                 if (move.captured == NONE) {
                     updateKiller(move, depth);
                 }
@@ -249,9 +249,9 @@ private:
                 line = {{}, beta};
                 return;
             }
-            if (behind.score > alfa) {
-                alfa = behind.score;
-                line.set({move, isFromTable ? "h" : ""}, behind);
+            if (rest.score > alfa) {
+                alfa = rest.score;
+                line.set({move, isFromTable ? "h" : ""}, rest);
             }
         }
         line.score = hasLegalMove ? alfa : position.isInCheck() ? MATED : 0;
@@ -333,19 +333,19 @@ private:
             hasLegalMove = true;
             countMove();
             ++statistics[2][at(depth)];
-            Line behind;
+            Line rest;
             if (countRepetitions(keyOf(*after)) == 1) {
-                scoreQuiscenceMove(*after, move, behind, alfa, beta, depth, isInCheck);
+                scoreQuiscenceMove(*after, move, rest, alfa, beta, depth, isInCheck);
             }
             repetitions.getEntry(keyOf(*after)).decreaseRepetitions(keyOf(*after));
-            if (behind.score >= beta) {
+            if (rest.score >= beta) {
                 ++statistics[5][at(depth)];
                 line = {{}, beta};
                 return;
             }
-            if (behind.score > alfa) {
-                alfa = behind.score;
-                line.set({move, "q"}, behind);
+            if (rest.score > alfa) {
+                alfa = rest.score;
+                line.set({move, "q"}, rest);
             }
         }
         line.score = hasLegalMove ? alfa : isInCheck ? MATED : 0;
