@@ -35,7 +35,7 @@ protected:
 
 const std::string MATE_IN_ONE = "7k/8/6K1/8/8/8/8/R7 w - - 0";
 
-TEST_F(EngineLog, TimedSearchTellsItsTaskFirstAndThenWhetherItJoined) {
+TEST_F(EngineLog, TimedSearchLogsItsTaskFirstAndThenWhetherItJoined) {
     EXPECT_EQ(engine.init(MATE_IN_ONE), "");
     searchFor(engine, 7, false); // leaves its thread to the next one
     EXPECT_EQ(messagesOf([&] { searchFor(engine, 5, false); }),
@@ -46,7 +46,7 @@ TEST_F(EngineLog, TimedSearchTellsItsTaskFirstAndThenWhetherItJoined) {
                         "Ida variant ready from ida"}));
 }
 
-TEST_F(EngineLog, SearchesOnTheCallersThreadTellTheirNamesAlone) {
+TEST_F(EngineLog, SearchesOnTheCallersThreadLogOnlyTheirNames) {
     EXPECT_EQ(engine.init(MATE_IN_ONE), "");
     searchFor(engine, 5, false);
     EXPECT_EQ(messagesOf([&] { engine.search(); }), Messages{"Engine.search()"});
@@ -57,7 +57,7 @@ TEST_F(EngineLog, SearchesOnTheCallersThreadTellTheirNamesAlone) {
 }
 
 // Each way in which the ready flag ends a timed search.
-TEST_F(EngineLog, TimedSearchTellsThatItsFlagIsUp) {
+TEST_F(EngineLog, TimedSearchLogsThatItsFlagIsUp) {
     const std::string ready = "Ida variant ready from ida";
     const std::string abandoned = "Ida variant ready from treeGenartor";
     const auto searchWith = [this](const std::string& fen, bool isStopped,

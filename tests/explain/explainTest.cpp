@@ -164,7 +164,7 @@ TEST(Explain, ReportsWhatRaisedAlfaOrWasRemarkedUpon) {
 }
 
 // What no finished search shows at its last pass: the line's move was never tried.
-TEST(Explain, TellsWhichMoveKeptTheLineFromBeingReached) {
+TEST(Explain, NamesTheMoveThatKeptTheLineFromBeingReached) {
     Watched watched("e2e4 e7e5");
     watched.doMove("e2e4");
     watched.doMove("c7c5");
@@ -258,7 +258,7 @@ TEST(ExplainTool, PrintsTheRecordOrATree) {
 
 // Three lines a case: "FEN|game|line|depth", something that the tree shows, and a part of
 // the sentence at its end.
-TEST(ExplainTool, TellsWhyMovesEndAndWhereTheLineWasLeft) {
+TEST(ExplainTool, SaysWhyMovesEndAndWhereTheLineWasLeft) {
     std::istringstream cases(readData("cases.txt"));
     int count = 0;
     for (std::string fen, game, line, depth, shown, answer;

@@ -86,8 +86,8 @@ Conversations words() {
         {"CaseMatters", "> UCI | > IsReady | > GO infinite | > Quit | silent 200 | ready"},
         {"UnknownLines", "> hello | > register later | > ponderhit | > go2 depth 1 | > debug on"
                          " | > debug maybe | silent 200"},
-        {"NothingBehindTheWord", "> go | > position | > setoption | > debug | silent 250 | ready"},
-        {"MoreBehindTheWord", "> uci now | > isready ? | > ucinewgame 1 | > quit now | silent 100"
+        {"NothingAfterTheWord", "> go | > position | > setoption | > debug | silent 250 | ready"},
+        {"MoreAfterTheWord", "> uci now | > isready ? | > ucinewgame 1 | > quit now | silent 100"
                               " | > go infinite | > stop now | think 300 | > stop | answer"},
         {"NulSeparates", ">> " + NUL + "uci" + NUL + "\n | greet 192 | > position" + NUL +
                              "fen $one | > go" + NUL + NUL + "depth" + NUL + "1 | answer a1a2"},
@@ -97,7 +97,7 @@ Conversations words() {
         {"ManyWords", "> position fen $busy | > go infinite" + repeated(MEBIBYTE / 2, " x") +
                           " | think 200 | > stop | answer | reported"},
         {"ManyLines", ">> " + repeated(2000, "isready\n") + repeated(2000, " | = readyok")},
-        {"NothingBehindQuit", ">> isready\nquit\nisready\nuci\n | = readyok | end"},
+        {"NothingAfterQuit", ">> isready\nquit\nisready\nuci\n | = readyok | end"},
     };
 }
 
@@ -105,7 +105,7 @@ Conversations readiness() {
     return {
         {"AheadOfALongPass", "> position fen $queens | > go infinite | ready | think 100 | ready"
                              " | > stop | answer"},
-        {"BehindAFinishedSearch", "> position fen $mate | > go infinite | reports 1 | silent 150"
+        {"AfterAFinishedSearch", "> position fen $mate | > go infinite | reports 1 | silent 150"
                                   " | ready | silent 150 | > stop | answer a1a8"},
         {"NewGameAnyTime", "> ucinewgame | ready | > position fen $busy | > ucinewgame"
                            " | > go infinite | > ucinewgame | ready | think 150 | > stop | answer"
@@ -140,12 +140,12 @@ Conversations options() {
         {"HugeIsNone", "ready" + shows("2147483647", 0) + " | complain" +
                            shows("99999999999999999999", 0) + " | complain" + search},
         {"LastsThroughNewGame", "ready" + shows("16", 15) + " | > ucinewgame | > uci | greet 15"},
-        {"RightBehindBestMove",
+        {"RightAfterBestMove",
          "> position fen $slow" +
              repeated(5, " | > go depth 1 | answer | > setoption name Hash value 1"
                          " | > go depth 1 | answer | > setoption name Hash value 64") +
              search},
-        {"RightBehindGo", "> position fen $busy | >> go movetime 200\nsetoption name Hash value 0\n"
+        {"RightAfterGo", "> position fen $busy | >> go movetime 200\nsetoption name Hash value 0\n"
                           " | answer | legal $busy | > uci | greet 0"},
     };
 }
@@ -221,7 +221,7 @@ Conversations rejections() {
         {"NoFen", "fen"},
         {"AnyWord", "nonsense"},
         {"MisspeltStart", "startposition moves a1a2"},
-        {"MovesBehind", "fen 8/8/8/8/8/8/8/8 w - - 0 1 moves a1a2 c1c2"},
+        {"MovesAfterAFen", "fen 8/8/8/8/8/8/8/8 w - - 0 1 moves a1a2 c1c2"},
     };
     for (Conversation& row : rows) {
         row.script = "> position fen $one | > position " + row.script +
@@ -266,7 +266,7 @@ Conversations searches() {
          " | reported | legal $start"},
         {"TwentyPassesAndSilence", "> position fen $stale | > go infinite | reports 20 | silent 300"
                                    " | > stop | answer \\(none\\) 0-350"},
-        {"NoReportBehindTheAnswer",
+        {"NoReportAfterTheAnswer",
          "> position fen $slow" + repeated(12, " | > go depth 1 | answer | legal $slow")},
         {"StopAtOnce",
          "> position fen $busy | >> go infinite\nstop\n | answer * 0-350 | legal $busy"
@@ -312,7 +312,7 @@ void addMoments(Conversations& into, const std::string& ending) {
 Conversations quits() {
     Conversations conversations = {
         {"WithGoInOneWrite", ">> position fen $busy\ngo infinite\nquit\n | end"},
-        {"BehindBestMove", "> position fen $queens | > go depth 1 | answer | > quit | end"},
+        {"AfterBestMove", "> position fen $queens | > go depth 1 | answer | > quit | end"},
     };
     addMoments(conversations, "> quit | end");
     return conversations;
