@@ -1,6 +1,6 @@
 # kestran_headers(TARGET HEADER PACKAGE)
-# A library of headers alone, of which HEADER is one, from Debian's PACKAGE. The compiler sees its
-# folder by a link, and no other header beside it, so that builds for other machines use it too.
+# The header-only library from Debian's PACKAGE that contains HEADER. The compiler sees its folder
+# by a link, without the other headers beside it, so that builds for other machines use it too.
 function(kestran_headers target header package)
     find_path(KESTRAN_${target} "${header}" PATHS /usr/include /usr/local/include
         NO_CMAKE_FIND_ROOT_PATH)

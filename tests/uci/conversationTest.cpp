@@ -88,7 +88,7 @@ Conversations words() {
                          " | > debug maybe | silent 200"},
         {"NothingAfterTheWord", "> go | > position | > setoption | > debug | silent 250 | ready"},
         {"MoreAfterTheWord", "> uci now | > isready ? | > ucinewgame 1 | > quit now | silent 100"
-                              " | > go infinite | > stop now | think 300 | > stop | answer"},
+                             " | > go infinite | > stop now | think 300 | > stop | answer"},
         {"NulSeparates", ">> " + NUL + "uci" + NUL + "\n | greet 192 | > position" + NUL +
                              "fen $one | > go" + NUL + NUL + "depth" + NUL + "1 | answer a1a2"},
         {"BytesAbove127", "> \xff\xfe\x80 | > isready\xa0 | > \xef\xbb\xbfuci | silent 100"
@@ -106,7 +106,7 @@ Conversations readiness() {
         {"AheadOfALongPass", "> position fen $queens | > go infinite | ready | think 100 | ready"
                              " | > stop | answer"},
         {"AfterAFinishedSearch", "> position fen $mate | > go infinite | reports 1 | silent 150"
-                                  " | ready | silent 150 | > stop | answer a1a8"},
+                                 " | ready | silent 150 | > stop | answer a1a8"},
         {"NewGameAnyTime", "> ucinewgame | ready | > position fen $busy | > ucinewgame"
                            " | > go infinite | > ucinewgame | ready | think 150 | > stop | answer"
                            " | legal $busy | > ucinewgame | ready | > go depth 1 | answer"
@@ -146,7 +146,7 @@ Conversations options() {
                          " | > go depth 1 | answer | > setoption name Hash value 64") +
              search},
         {"RightAfterGo", "> position fen $busy | >> go movetime 200\nsetoption name Hash value 0\n"
-                          " | answer | legal $busy | > uci | greet 0"},
+                         " | answer | legal $busy | > uci | greet 0"},
     };
 }
 

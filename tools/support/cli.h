@@ -35,7 +35,7 @@ public:
                      target = parseNumber(word, option, least, most);
                  });
     }
-    // Seconds above 0, with a fraction if wished; at least a millisecond, at most `most` seconds.
+    // Seconds above 0, possibly with a fraction; at least a millisecond, at most `most` seconds.
     template <class Target>
     void addSeconds(const std::string& option, Target& target, int most, const std::string& text) {
         addValue(option, "S", text + secondsText(target), [=, &target](const std::string& word) {

@@ -91,8 +91,8 @@ private:
 
     // A pipe that no child inherits.
     static Pipe makePipe();
-    // Starts a process whose standard streams are these ends of the pipes, for which it alone
-    // inherits them. Ours no longer block.
+    // Starts a process with these ends of the pipes as its standard streams. No other child
+    // inherits them. Our ends no longer block.
     void start(std::vector<std::string>& words, const std::array<SystemHandle, 3>& streams);
     // Writes what there is room for; nothing if the engine reads no more.
     std::optional<std::size_t> writeSome(std::string_view bytes);
