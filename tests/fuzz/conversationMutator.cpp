@@ -1,5 +1,5 @@
 // Changes conversations by what they are made of: lines, games, positions, options and limits.
-// One change in four is left to libFuzzer, which changes bytes and puts in words.
+// One change in four is left to libFuzzer, which changes bytes and inserts words.
 
 #include "fuzz/fuzz.h"
 #include "search/caseMaker.h"
@@ -73,7 +73,7 @@ private:
     auto before(std::size_t index) { return lines.begin() + static_cast<std::ptrdiff_t>(index); }
 
     void changeOnce() {
-        const int kind = lines.empty() ? 0 : below(8);
+        const int kind = lines.empty() ? 0 : below(6);
         if (kind == 0) {
             lines.insert(before(at(below(static_cast<int>(lines.size()) + 1))), makeLine());
         } else if (kind == 1) {
@@ -81,12 +81,8 @@ private:
         } else if (kind == 2) {
             lines.erase(before(place()));
         } else if (kind == 3) {
-            std::swap(lines[place()], lines[place()]);
-        } else if (kind == 4) {
             const std::string copy = lines[place()];
             lines.insert(before(place()), copy);
-        } else if (kind == 5) {
-            changeWord(lines[place()]);
         } else {
             changeGame();
         }
@@ -101,7 +97,7 @@ private:
         }
         return pick<const char*>({"uci", "isready", "ucinewgame", "stop", "stop", "debug on",
                                   "debug off", "ponderhit", "register later", "quit", "",
-                                  "isready\r"});
+                                  "isready\r", "go perft 2", "d", "eval"});
     }
 
     std::string makePosition() {
@@ -120,35 +116,13 @@ private:
 
     std::string makeGo() {
         std::string line = "go";
-        const auto add = [&](const char* word) {
-            line.append(" ").append(word) += ' ' + makeNumber();
-        };
-        const int kind = below(6);
-        if (kind == 0) {
-            line += " infinite";
-        } else if (kind < 3) {
-            add(kind == 1 ? "movetime" : pick({"depth", "nodes", "mate"}));
-        } else {
-            add("wtime");
-            add("btime");
-            if (chance(50)) {
-                add("winc");
-                add("binc");
-            }
-            if (chance(30)) {
-                add("movestogo");
-            }
+        for (int limits = pick({0, 1, 1, 2, 4}); limits > 0; --limits) {
+            line += pick<const char*>({" wtime ", " btime ", " winc ", " binc ", " movestogo ",
+                                       " movetime ", " depth ", " nodes ", " mate ", " infinite ",
+                                       " ponder "}) +
+                    makeNumber();
         }
-        if (chance(10)) {
-            add(pick({"depth", "nodes", "mate", "movetime", "wtime", "infinite", "ponder"}));
-        }
-        if (chance(10)) {
-            return pick<const char*>({"go perft 2", "d", "eval", "ponderhit"});
-        }
-        if (chance(10)) {
-            line += " searchmoves " + join(cases.make().moves, ' ');
-        }
-        return line;
+        return chance(10) ? line + " searchmoves " + join(cases.make().moves, ' ') : line;
     }
 
     std::string makeOption() {
@@ -161,22 +135,6 @@ private:
     }
 
     // ---- Old lines ----
-
-    void changeWord(std::string& line) {
-        std::vector<std::string> words = split(line, ' ');
-        if (words.empty()) {
-            return;
-        }
-        std::string& word = words[at(below(static_cast<int>(words.size())))];
-        if (chance(20)) {
-            word.clear();
-        } else if (word.size() >= 4 && word[0] >= 'a' && word[0] <= 'h') {
-            word[at(below(4))] = pickFrom(std::string("abcdefgh12345678"));
-        } else {
-            word = makeNumber();
-        }
-        line = join(words, ' ');
-    }
 
     // Plays on from some place of a game, or ends it there.
     void changeGame() {
