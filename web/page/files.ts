@@ -3,7 +3,7 @@ import { byId, html } from "./dom";
 import { Client, Refused } from "./engine";
 import type { Game } from "./game";
 import type { PgnDone, PgnGame, PositionDone, TextDone } from "./protocol";
-import { countText } from "./words";
+import { countText, gameName } from "./words";
 
 const MOST_LISTED = 500; // games of a file
 
@@ -120,7 +120,7 @@ export class Files {
                     html(
                         "button",
                         { type: "button", class: "plain", onclick: () => void this.take(game) },
-                        gameName(game),
+                        gameName(game.tags),
                     ),
                 ),
             );
@@ -169,13 +169,6 @@ export class Files {
 function place(error: Refused): string {
     const { line, column, message } = error.failure;
     return line === undefined ? message : `Line ${line}, column ${column ?? 1}: ${message}`;
-}
-
-// "Anderssen - Kieseritzky, London 1851".
-export function gameName(game: Pick<PgnGame, "tags">): string {
-    const tag = (name: string): string => game.tags.find((at) => at.name === name)?.value ?? "?";
-    const event = [tag("Event"), tag("Date")].filter((text) => !text.startsWith("?")).join(" ");
-    return `${tag("White")} \u2013 ${tag("Black")}${event ? `, ${event}` : ""}`;
 }
 
 export function saveText(text: string, name: string): void {

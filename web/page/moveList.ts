@@ -1,8 +1,8 @@
 // The moves of the game in short notation; each shows its position.
 import { byId, html } from "./dom";
-import { gameName } from "./files";
 import type { Game } from "./game";
 import type { Stage } from "./stage";
+import { gameName } from "./words";
 
 export class MoveList {
     private readonly list = byId("moves");
@@ -31,7 +31,7 @@ export class MoveList {
         byId("no-moves").hidden = sans.length > 0;
         byId("some-moves").hidden = sans.length === 0;
         const hasPlayers = tags.some(({ name }) => name === "White" || name === "Black");
-        byId("game-name").textContent = hasPlayers ? gameName({ tags }) : "Moves";
+        byId("game-name").textContent = hasPlayers ? gameName(tags) : "Moves";
         byId("result").textContent =
             this.game.state.end?.result ?? (this.game.result === "*" ? "" : this.game.result);
         this.keepInSight();

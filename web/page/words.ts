@@ -1,5 +1,5 @@
-// Scores, counts and reasons in words.
-import type { Pass, Score } from "./protocol";
+// Scores, counts, reasons and names in words.
+import type { Pass, Score, Tag } from "./protocol";
 
 // The same scale as in src/search/score.h: thousandths of a pawn, mates near the ends.
 const MATED = -2147483448;
@@ -92,4 +92,11 @@ export function sideName(turn: "w" | "b"): string {
 
 export function capitalized(text: string): string {
     return text.charAt(0).toUpperCase() + text.slice(1);
+}
+
+// "Anderssen - Kieseritzky, London 1851".
+export function gameName(tags: Tag[]): string {
+    const tag = (name: string): string => tags.find((at) => at.name === name)?.value ?? "?";
+    const event = [tag("Event"), tag("Date")].filter((text) => !text.startsWith("?")).join(" ");
+    return `${tag("White")} \u2013 ${tag("Black")}${event ? `, ${event}` : ""}`;
 }

@@ -287,7 +287,7 @@ test("a position and a game file can be dropped", async () => {
     assert.equal((await page.untilMoves(8))[7], "dxc6");
 });
 
-test("names with markup stay text, and last over a reload with the result", async () => {
+test("names with markup stay text, and survive a reload, as does the result", async () => {
     const name = "<img src=x onerror=alert(1)><b>Bold</b>";
     const game = `[White "${name}"]\n[Black "B"]\n\n1. e4 1-0\n\n`;
     await page.openText(game);
